@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QString>
+
+class QObject;
+
+/// What the chat manager needs of an answer bubble while an answer streams in. UI thread.
+class ZR_AiChatAnswerInterface {
+public:
+    virtual ~ZR_AiChatAnswerInterface() = default;
+
+    /// The answer begins: the bubble empties its text and shows that it waits.
+    virtual void startAnswerLoading() = 0;
+    /// Appends one streamed piece.
+    virtual void appendAnswerText(const QString& piece) = 0;
+    /// The answer is complete.
+    virtual void stopAnswerLoading() = 0;
+    /// The whole answer text so far.
+    virtual QString answerText() const = 0;
+
+    /// The object whose destruction tells that the bubble is gone.
+    virtual QObject* answerObject() = 0;
+};

@@ -1,0 +1,30 @@
+# zentri_module_library(NAME SOURCES... [LINK libs...])
+#   An object library of the module. Its sources include the SDK's headers by their own names and the module's
+#   headers by folder ("chat/ZR_AiChatManager.h").
+function(zentri_module_library name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+  add_library(${name} OBJECT ${ARG_SOURCES})
+  set_target_properties(${name} PROPERTIES AUTOMOC ON AUTOUIC ON)
+  target_include_directories(${name} PUBLIC ${CMAKE_SOURCE_DIR})
+  target_compile_definitions(${name} PUBLIC UNICODE _UNICODE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII
+                                            QT_DEPRECATED_WARNINGS)
+  target_link_libraries(${name} PUBLIC zentri_sdk ${ARG_LINK} PRIVATE zentri_warnings)
+endfunction()
+
+# zentri_test(NAME SOURCES... [LINK libs...] [DISPLAY])
+#   A GoogleTest program whose every test is a CTest of its own, in a process of its own: the module keeps
+#   process-wide singletons, and each test starts with fresh ones. Widget tests run on Qt's offscreen platform.
+#   DISPLAY tests need real windows; they share one X server and so run one at a time.
+function(zentri_test name)
+  cmake_parse_arguments(ARG "DISPLAY" "" "SOURCES;LINK" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  set_target_properties(${name} PROPERTIES AUTOMOC ON RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
+  target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR})
+  target_link_libraries(${name} PRIVATE ${ARG_LINK} GTest::gtest GTest::gmock zentri_warnings)
+  if(ARG_DISPLAY)
+    set(properties RESOURCE_LOCK display LABELS display ENVIRONMENT "QT_QPA_PLATFORM=xcb")
+  else()
+    set(properties ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
+  endif()
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 60 ${properties})
+endfunction()

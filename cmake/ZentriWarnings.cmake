@@ -1,0 +1,19 @@
+# The one place that says which warnings our own code is held to. Link zentri_warnings PRIVATE.
+add_library(zentri_warnings INTERFACE)
+if(MSVC)
+  target_compile_options(zentri_warnings INTERFACE /W4 /utf-8 /permissive- $<$<BOOL:${ZENTRI_WERROR}>:/WX>)
+else()
+  target_compile_options(zentri_warnings INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wnon-virtual-dtor
+                                                   -Woverloaded-virtual $<$<BOOL:${ZENTRI_WERROR}>:-Werror>)
+endif()
+
+# Sanitizers are for everything that is linked, so they are not part of the warnings.
+if(ZENTRI_SANITIZE)
+  add_compile_options(-fsanitize=${ZENTRI_SANITIZE} -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=${ZENTRI_SANITIZE})
+endif()
+
+find_program(CCACHE_PROGRAM ccache)
+if(CCACHE_PROGRAM)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE_PROGRAM})
+endif()

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <afx.h>
+
+// The signed-in state of the module's user. The open-chat command writes it on the UI thread; the worker
+// threads read it without a lock, which is safe because no command changes it while they run.
+
+/// True once the open-chat command has obtained a token.
+bool zentriSignedIn();
+void setZentriSignedIn(bool signedIn);
+
+/// The access token, sent to the service as it is. An empty token counts as not signed in.
+CString zentriAccessToken();
+void setZentriAccessToken(const CString& token);
+
+/// Signed in and in possession of a token: the one test every request starts with.
+bool zentriHasAccess();

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <afx.h>
+
+#include <QObject>
+#include <QString>
+
+/// Runs CAD commands on the chat's behalf. UI thread, but for instance().
+class ZR_ZentriCmdManager : public QObject {
+    Q_OBJECT
+
+public:
+    /// The one instance, made on first use. Any thread.
+    static ZR_ZentriCmdManager& instance();
+
+    /// Queues the command on the current document's command line; the host runs it when it is next idle.
+    /// When a command is in progress the user is asked first, and No drops the request.
+    void runCommand(const CString& command);
+
+    QString lastRunCommand() const { return m_lastRunCommand; }
+
+private:
+    ZR_ZentriCmdManager() = default;
+
+    QString m_lastRunCommand;
+};

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <afx.h>
+
+/// The module's log, "ZR_ZentriLogs.txt" beside the module file, UTF-16LE with a byte-order mark.
+/// Entries may be written from any thread.
+class ZR_ZentriLogger {
+public:
+    /// The one logger of the module; initialised on first use.
+    static ZR_ZentriLogger& instance();
+
+    ZR_ZentriLogger() = default;
+    ZR_ZentriLogger(const ZR_ZentriLogger&) = delete;
+    ZR_ZentriLogger& operator=(const ZR_ZentriLogger&) = delete;
+
+    /// Finds the path and makes sure the file exists. A failure is printed on the host's command line.
+    void init();
+
+    /// Appends a time-stamped entry. False when the log is not valid or any step fails; nothing is reported.
+    bool write(const CString& message);
+
+    bool isValid() const { return m_valid; }
+    CString path() const { return m_path; }
+
+private:
+    bool m_valid = false;
+    CString m_path;
+};
+
+/// Appends an entry to the module's log.
+bool zentriLog(const CString& message);

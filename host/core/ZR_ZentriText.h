@@ -1,0 +1,17 @@
+#pragma once
+
+#include <afx.h>
+
+#include <QString>
+
+// Both text types hold UTF-16, so these copy units and never convert.
+
+/// The same text as a QString.
+inline QString toQString(const CString& text) {
+    return QString::fromUtf16(reinterpret_cast<const ushort*>(text.GetString()), text.GetLength());
+}
+
+/// The same text as a CString.
+inline CString toCString(const QString& text) {
+    return CString(reinterpret_cast<const TCHAR*>(text.utf16()), text.size());
+}
