@@ -28,3 +28,13 @@ function(zentri_test name)
   endif()
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 60 ${properties})
 endfunction()
+
+# zentri_bench(NAME SOURCES... [LINK libs...])
+#   A Google Benchmark program, called bench_*; CI runs each once.
+function(zentri_bench name)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bench)
+  target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR})
+  target_link_libraries(${name} PRIVATE ${ARG_LINK} benchmark::benchmark zentri_warnings)
+endfunction()
