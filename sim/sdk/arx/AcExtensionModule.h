@@ -1,0 +1,37 @@
+#pragma once
+
+// An extension DLL's MFC state, and the switch of MFC's resource handle to it.
+
+#include <afx.h>
+#include <afxwin.h>
+
+class CAcExtensionModule {
+public:
+    constexpr CAcExtensionModule() = default;
+    CAcExtensionModule(const CAcExtensionModule&) = delete;
+    CAcExtensionModule& operator=(const CAcExtensionModule&) = delete;
+
+    /// To be called when the module is mapped and unmapped.
+    BOOL AttachInstance(HINSTANCE instance);
+    void DetachInstance();
+
+    HINSTANCE ModuleResourceInstance() const { return m_instance; }
+
+private:
+    HINSTANCE m_instance = nullptr;
+};
+
+/// Makes a module's resources MFC's current ones while it lives; puts the former handle back when it dies.
+class CAcModuleResourceOverride {
+public:
+    explicit CAcModuleResourceOverride(HINSTANCE instance);
+    ~CAcModuleResourceOverride();
+    CAcModuleResourceOverride(const CAcModuleResourceOverride&) = delete;
+    CAcModuleResourceOverride& operator=(const CAcModuleResourceOverride&) = delete;
+
+private:
+    HINSTANCE m_former;
+};
+
+#define AC_DECLARE_EXTENSION_MODULE(module) extern CAcExtensionModule module
+#define AC_IMPLEMENT_EXTENSION_MODULE(module) CAcExtensionModule module

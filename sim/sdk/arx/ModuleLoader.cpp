@@ -1,0 +1,205 @@
+#include <afx.h>
+#include <afxcoll.h>
+
+#include <memory>
+#include <vector>
+
+#include "ArxHost.h"
+#include "ArxObjects.h"
+#include "acdocman.h"
+#include "acutads.h"
+#include "rxregsvc.h"
+
+ACRX_NO_CONS_DEFINE_MEMBERS(AcRxDynamicLinker, AcRxObject)
+
+namespace {
+
+/// One loaded module. Its address is the application id that the module is given.
+struct Module {
+    CString fileName;
+    HMODULE handle = nullptr;
+    AcRxEntryPointPtr entryPoint = nullptr;
+    bool locked = true;
+    bool mdiAware = false;
+};
+
+/// The name without its folder: modules are known by it, as the host's own module list shows them.
+CString baseName(const CString& path) {
+    int start = 0;
+    for (int i = 0; i < path.GetLength(); ++i) {
+        const ACHAR unit = path[i];
+        if (unit == ACRX_T('\\') || unit == ACRX_T('/') || unit == ACRX_T(':'))
+            start = i + 1;
+    }
+    return path.Mid(start);
+}
+
+template <typename Function>
+Function symbol(HMODULE handle, const char* name) {
+    return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(handle, name)));
+}
+
+class DynamicLinker : public AcRxDynamicLinker {
+public:
+    bool loadModule(const ACHAR* fileName, bool printIt, bool) override {
+        if (fileName == nullptr || *fileName == 0)
+            return false;
+        if (find(fileName) != nullptr) {
+            say(printIt, ACRX_T("\n%s is already loaded."), fileName);
+            return false;
+        }
+
+        const HMODULE handle = LoadLibraryW(fileName);
+        if (handle == nullptr) {
+            say(printIt, ACRX_T("\n%s cannot be loaded."), fileName);
+            return false;
+        }
+        const auto version = symbol<AcRxApiVersionPtr>(handle, "acrxGetApiVersion");
+        const auto entryPoint = symbol<AcRxEntryPointPtr>(handle, "acrxEntryPoint");
+        if (version == nullptr || entryPoint == nullptr || HIWORD(version()) != kAcRxRelease) {
+            say(printIt, ACRX_T("\n%s is not a module for this release."), fileName);
+            FreeLibrary(handle);
+            return false;
+        }
+
+        auto module = std::make_unique<Module>();
+        module->fileName = fileName;
+        module->handle = handle;
+        module->entryPoint = entryPoint;
+        Module* const loaded = module.get();
+        m_modules.push_back(std::move(module));
+        if (entryPoint(AcRx::kInitAppMsg, loaded) != AcRx::kRetOK) {
+            say(printIt, ACRX_T("\n%s cannot be initialized."), fileName);
+            forget(loaded);
+            FreeLibrary(handle);
+            return false;
+        }
+        if (acDocManagerPtr()->curDocument() != nullptr)
+            entryPoint(AcRx::kLoadDwgMsg, loaded);
+        return true;
+    }
+
+    bool unloadModule(const ACHAR* fileName, bool) override {
+        Module* const module = fileName != nullptr ? find(fileName) : nullptr;
+        if (module == nullptr || module->locked)
+            return false;
+        unload(module);
+        return true;
+    }
+
+    bool unlockApplication(void* appId) const override { return set(appId, &Module::locked, false); }
+    bool lockApplication(void* appId) const override { return set(appId, &Module::locked, true); }
+
+    bool isApplicationLocked(const ACHAR* fileName) const override {
+        const Module* const module = find(fileName);
+        return module != nullptr && module->locked;
+    }
+
+    bool registerAppMDIAware(void* appId) const override { return set(appId, &Module::mdiAware, true); }
+    bool registerAppNotMDIAware(void* appId) const override { return set(appId, &Module::mdiAware, false); }
+
+    bool isAppMDIAware(const ACHAR* fileName) const override {
+        const Module* const module = find(fileName);
+        return module != nullptr && module->mdiAware;
+    }
+
+    bool isLoaded(const ACHAR* fileName) const { return find(fileName) != nullptr; }
+
+    CStringArray* names() const {
+        auto* const result = new CStringArray;
+        for (const auto& module : m_modules)
+            result->Add(baseName(module->fileName));
+        return result;
+    }
+
+    void send(AcRx::AppMsgCode message) {
+        std::vector<Module*> modules;
+        for (const auto& module : m_modules)
+            modules.push_back(module.get());
+        for (Module* module : modules) {
+            if (isModule(module))
+                module->entryPoint(message, module);
+        }
+    }
+
+    void unloadAll() {
+        while (!m_modules.empty())
+            unload(m_modules.back().get());
+    }
+
+private:
+    static void say(bool printIt, const ACHAR* format, const ACHAR* fileName) {
+        if (printIt)
+            acutPrintf(format, fileName);
+    }
+
+    Module* find(const ACHAR* fileName) const {
+        const CString wanted = baseName(fileName);
+        for (const auto& module : m_modules) {
+            if (baseName(module->fileName).CompareNoCase(wanted) == 0)
+                return module.get();
+        }
+        return nullptr;
+    }
+
+    bool isModule(const void* appId) const {
+        for (const auto& module : m_modules) {
+            if (module.get() == appId)
+                return true;
+        }
+        return false;
+    }
+
+    bool set(void* appId, bool Module::*flag, bool value) const {
+        if (!isModule(appId))
+            return false;
+        static_cast<Module*>(appId)->*flag = value;
+        return true;
+    }
+
+    void unload(Module* module) {
+        const HMODULE handle = module->handle;
+        const AcRxEntryPointPtr entryPoint = module->entryPoint;
+        if (acDocManagerPtr()->curDocument() != nullptr)
+            entryPoint(AcRx::kUnloadDwgMsg, module);
+        entryPoint(AcRx::kUnloadAppMsg, module);
+        forget(module);
+        FreeLibrary(handle);
+    }
+
+    void forget(const Module* module) {
+        for (auto it = m_modules.begin(); it != m_modules.end(); ++it) {
+            if (it->get() == module) {
+                m_modules.erase(it);
+                return;
+            }
+        }
+    }
+
+    std::vector<std::unique_ptr<Module>> m_modules;
+};
+
+DynamicLinker& linker() {
+    static DynamicLinker instance;
+    return instance;
+}
+
+}  // namespace
+
+AcRxDynamicLinker& arxDynamicLinker() { return linker(); }
+
+bool acrxLoadModule(const ACHAR* moduleName, bool printIt, bool asCommand) {
+    return linker().loadModule(moduleName, printIt, asCommand);
+}
+
+bool acrxUnloadModule(const ACHAR* moduleName, bool asCommand) {
+    return linker().unloadModule(moduleName, asCommand);
+}
+
+bool acrxAppIsLoaded(const ACHAR* moduleName) { return moduleName != nullptr && linker().isLoaded(moduleName); }
+
+void* acrxLoadedApps() { return linker().names(); }
+
+void arxSendToModules(AcRx::AppMsgCode message) { linker().send(message); }
+
+void arxUnloadAllModules() { linker().unloadAll(); }

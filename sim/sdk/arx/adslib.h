@@ -1,0 +1,5 @@
+#pragma once
+
+#include "acedads.h"
+#include "acutads.h"
+#include "adsdef.h"

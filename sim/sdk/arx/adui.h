@@ -1,0 +1,4 @@
+#pragma once
+
+#include "AdUiPalette.h"
+#include "AdUiPaletteSet.h"

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "rxdefs.h"
+#include "rxdlinkr.h"
+#include "rxregsvc.h"
+
+/// The wizard's base class of a module without a user interface: takes the host's messages apart into
+/// overridable handlers. Every handler returns kRetOK unless it is overridden.
+class AcRxDbxApp {
+public:
+    AcRxDbxApp() = default;
+    virtual ~AcRxDbxApp() = default;
+    AcRxDbxApp(const AcRxDbxApp&) = delete;
+    AcRxDbxApp& operator=(const AcRxDbxApp&) = delete;
+
+    /// Unlocks the module and declares it MDI-aware; the packet is the application id.
+    virtual AcRx::AppRetCode On_kInitAppMsg(void* packet);
+    virtual AcRx::AppRetCode On_kUnloadAppMsg(void* packet);
+    virtual AcRx::AppRetCode On_kLoadDwgMsg(void* packet);
+    virtual AcRx::AppRetCode On_kUnloadDwgMsg(void* packet);
+    virtual AcRx::AppRetCode On_kInvkSubrMsg(void* packet);
+    virtual AcRx::AppRetCode On_kCfgMsg(void* packet);
+    virtual AcRx::AppRetCode On_kEndMsg(void* packet);
+    virtual AcRx::AppRetCode On_kQuitMsg(void* packet);
+    virtual AcRx::AppRetCode On_kSaveMsg(void* packet);
+    virtual AcRx::AppRetCode On_kDependencyMsg(void* packet);
+    virtual AcRx::AppRetCode On_kNoDependencyMsg(void* packet);
+    virtual AcRx::AppRetCode On_kOleUnloadAppMsg(void* packet);
+    virtual AcRx::AppRetCode On_kPreQuitMsg(void* packet);
+
+    virtual AcRx::AppRetCode acrxEntryPoint(AcRx::AppMsgCode message, void* packet);
+
+    /// Called after the module has been initialised by the base class.
+    virtual void RegisterServerComponents() = 0;
+};

@@ -1,0 +1,92 @@
+#pragma once
+
+#include <afxwin.h>
+#include <acdocman.h>
+
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "sim/sdk/arx/ArxHost.h"
+
+/// A document of FakeArxHost.
+class FakeArxDocument : public AcApDocument {
+public:
+    explicit FakeArxDocument(const CString& title = _T("Drawing1.dwg")) : m_title(title) {}
+
+    const ACHAR* fileName() const override { return m_title; }
+    const ACHAR* docTitle() const override { return m_title; }
+
+    bool quiescent = true;
+
+private:
+    CString m_title;
+};
+
+/// A host without a window loop: it keeps what it is told and answers what the test has set. Installs itself
+/// while it lives.
+class FakeArxHost : public ArxHost {
+public:
+    struct SentString {
+        AcApDocument* document;
+        CString text;
+        bool activate;
+        bool wrapUpInactiveDocument;
+        bool echo;
+    };
+
+    FakeArxHost();
+    ~FakeArxHost() override;
+    FakeArxHost(const FakeArxHost&) = delete;
+    FakeArxHost& operator=(const FakeArxHost&) = delete;
+
+    // What the test sets.
+    void setVar(const CString& name, short value) { m_variables[name] = value; }
+    void setService(const CString& service, const char* symbol, void* address);
+    /// Null for a host without an open drawing.
+    void setDocument(std::unique_ptr<FakeArxDocument> document) { m_document = std::move(document); }
+    FakeArxDocument* document() const { return m_document.get(); }
+    void setFrame(CMDIFrameWnd* frame) { m_frame = frame; }
+    void setDrawingView(CView* view) { m_view = view; }
+    void setDark(bool dark) { m_dark = dark; }
+    void setDockState(const CString& title, const ArxDockState& state) { m_dockStates[title] = state; }
+
+    // What the module did.
+    std::vector<CString> printed() const;
+    /// All prints in a row.
+    CString printedText() const;
+    void clearPrinted();
+    const std::vector<SentString>& sent() const { return m_sent; }
+    void clearSent() { m_sent.clear(); }
+    /// The dock states that the slice told of, by title.
+    const std::map<CString, ArxDockState>& dockStates() const { return m_dockStates; }
+
+    void print(const CString& text) override;
+    bool getVar(const ACHAR* name, resbuf& value) override;
+    CMDIFrameWnd* frame() override { return m_frame; }
+    CView* drawingView() override { return m_view; }
+    AcApDocument* currentDocument() override { return m_document.get(); }
+    bool isQuiescent(const AcApDocument* document) override;
+    Acad::ErrorStatus sendString(AcApDocument* document, const ACHAR* text, bool activate,
+                                 bool wrapUpInactiveDocument, bool echo) override;
+    bool hasService(const ACHAR* service) override;
+    void* serviceSymbol(const ACHAR* service, const char* symbol) override;
+    bool dockState(const CString& title, ArxDockState& state) override;
+    void dockStateChanged(const CString& title, const ArxDockState& state) override;
+    bool isDark() override { return m_dark; }
+
+private:
+    mutable std::mutex m_printedMutex;
+    std::vector<CString> m_printed;
+    std::map<CString, short> m_variables;
+    std::map<CString, std::map<std::string, void*>> m_services;
+    std::map<CString, ArxDockState> m_dockStates;
+    std::vector<SentString> m_sent;
+    std::unique_ptr<FakeArxDocument> m_document = std::make_unique<FakeArxDocument>();
+    CMDIFrameWnd* m_frame = nullptr;
+    CView* m_view = nullptr;
+    bool m_dark = false;
+};
