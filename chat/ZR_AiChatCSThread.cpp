@@ -1,0 +1,132 @@
+#include "chat/ZR_AiChatCSThread.h"
+
+#include <afxwin.h>
+
+#include <QDebug>
+#include <QEventLoop>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QNetworkRequest>
+#include <QUrl>
+#include <exception>
+
+#include "chat/ZR_AiChatEventSplitter.h"
+#include "chat/ZR_AiChatHttp.h"
+#include "chat/ZR_AiChatModuleState.h"
+#include "host/core/ZR_ZentriLogger.h"
+#include "host/core/ZR_ZentriText.h"
+
+namespace {
+
+/// Of a longer buffer only the end is traced, so that a large event does not cost more with every chunk.
+constexpr int tracedBufferSize = 4096;
+
+QByteArray requestBody() {
+    const ZR_AiChatExchange exchange = zentriCurrentExchange();
+    QJsonObject body;
+    body.insert(QLatin1String("userInput"), exchange.userInput);
+    body.insert(QLatin1String("model"), QLatin1String("deepseek-chat"));
+    body.insert(QLatin1String("userChatSessionId"), exchange.sessionId);
+    return QJsonDocument(body).toJson();
+}
+
+QNetworkRequest streamRequest() {
+    QNetworkRequest request(QUrl(zentriServiceUrl(QStringLiteral("/zr/ai/caddraw/chat"))));
+    setZentriRequestHeaders(request);
+    request.setRawHeader("Accept", "text/event-stream");
+    request.setRawHeader("Cache-Control", "no-cache");
+    return request;
+}
+
+void reportError(const QString& error) {
+    zentriLog(_T("网络请求出错！错误信息为:") + toCString(error));
+    qDebug() << "Connection error:" << error;
+    AfxMessageBox(_T("Zentri 通信出错！"), MB_OK);
+}
+
+}  // namespace
+
+ZR_AiChatCSThread::ZR_AiChatCSThread(QObject* parent) : QThread(parent) {}
+
+ZR_AiChatCSThread::~ZR_AiChatCSThread() {
+    quit();
+    wait();
+}
+
+void ZR_AiChatCSThread::run() {
+    const CString unknownError(_T("C/S通信线程发生未知错误！"));
+    try {
+        runExchange();
+    } catch (const std::exception& error) {
+        zentriLog(_T("C/S通信线程发生错误:") + toCString(QString::fromUtf8(error.what())));
+    } catch (CException* error) {
+        error->Delete();
+        zentriLog(unknownError);
+    } catch (...) {
+        zentriLog(unknownError);
+    }
+    // The manager clears the flag only when the streamEnd of the exchange reaches it, so this may be the
+    // second one. It is meant to be: it also ends what an exception cut short.
+    if (g_zentriCommunicating) {
+        emit streamEnd();
+    }
+}
+
+void ZR_AiChatCSThread::runExchange() {
+    emit streamStart();
+
+    QNetworkAccessManager network;
+    const QNetworkRequest request = streamRequest();
+    QNetworkReply* const reply = network.post(request, requestBody());
+
+    QEventLoop loop;
+    ZR_AiChatEventSplitter splitter;
+    // Qt's event delivery must not be unwound, so an exception waits until the loop has been left.
+    std::exception_ptr failure;
+
+    const auto onReadyRead = [&] {
+        try {
+            splitter.append(reply->readAll());
+            qDebug() << "CurrentBuffer:" << splitter.pendingTail(tracedBufferSize);
+            QString text;
+            while (splitter.takeEvent(text)) {
+                qDebug() << "Data Read:" << text;
+                emit streamProcess(text);
+            }
+        } catch (...) {
+            failure = std::current_exception();
+            loop.exit();
+        }
+    };
+    const auto onFinished = [&] {
+        try {
+            if (reply->error() != QNetworkReply::NoError) {
+                reportError(reply->errorString());
+            } else {
+                qDebug() << "Connect finished!";
+            }
+            emit streamEnd();
+        } catch (...) {
+            failure = std::current_exception();
+        }
+        loop.exit();
+    };
+    // The loop is the context: it lives on this thread, so the handlers are called directly, and they are
+    // disconnected when it goes, before the reply does.
+    QObject::connect(reply, &QNetworkReply::readyRead, &loop, onReadyRead, Qt::DirectConnection);
+    QObject::connect(reply, &QNetworkReply::finished, &loop, onFinished, Qt::DirectConnection);
+    loop.exec();
+
+    // After quit() the reply may be in the middle of its answer. Nobody is to hear of that any more.
+    QObject::disconnect(reply, nullptr, &loop, nullptr);
+    qDebug() << "Loop end:" << reply->errorString();
+    if (!reply->isFinished()) {
+        reply->abort();
+    }
+    reply->deleteLater();
+    if (failure) {
+        std::rethrow_exception(failure);
+    }
+}

@@ -1,0 +1,64 @@
+#include "chat/ZR_AiChatHttp.h"
+
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QNetworkRequest>
+#include <QThread>
+#include <QTimer>
+#include <QUrl>
+
+#include "host/core/ZR_ZentriAccount.h"
+#include "host/core/ZR_ZentriServiceAddress.h"
+#include "host/core/ZR_ZentriText.h"
+
+namespace {
+
+bool onMainThread() {
+    const QCoreApplication* application = QCoreApplication::instance();
+    return application != nullptr && application->thread() == QThread::currentThread();
+}
+
+/// Waits until the reply has finished or the thread is told to quit.
+void waitFor(const QNetworkReply* reply) {
+    QEventLoop loop;
+    QObject::connect(reply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
+    if (!onMainThread()) {
+        loop.exec();
+        return;
+    }
+    // The user must not start anything while the caller is half-way through. What was typed meanwhile is kept
+    // by Qt, on some platforms until Qt runs a loop again, which inside the host may be never: so it is
+    // handed on as soon as the host's own loop is back.
+    loop.exec(QEventLoop::ExcludeUserInputEvents);
+    QTimer::singleShot(0, QCoreApplication::instance(), [] { QCoreApplication::processEvents(); });
+}
+
+}  // namespace
+
+QString zentriServiceUrl(const QString& path) {
+    return QStringLiteral("http://") + zentriServiceAddress() + path;
+}
+
+void setZentriRequestHeaders(QNetworkRequest& request) {
+    request.setHeader(QNetworkRequest::ContentTypeHeader, QStringLiteral("application/json"));
+    request.setRawHeader("Authorization", toQString(zentriAccessToken()).toUtf8());
+}
+
+bool postToZentriService(const QString& path, int port, QString& body) {
+    Q_UNUSED(port)
+    QNetworkAccessManager network;
+    QNetworkRequest request(QUrl(zentriServiceUrl(path)));
+    setZentriRequestHeaders(request);
+    // Owned by the access manager, which ends a reply that has not finished.
+    QNetworkReply* const reply = network.post(request, QByteArrayLiteral("{}"));
+    if (!reply->isFinished()) {
+        waitFor(reply);
+    }
+    if (!reply->isFinished() || reply->error() != QNetworkReply::NoError) {
+        return false;
+    }
+    body = QString::fromUtf8(reply->readAll());
+    return true;
+}

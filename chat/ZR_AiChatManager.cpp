@@ -1,0 +1,369 @@
+#include "chat/ZR_AiChatManager.h"
+
+#include <acutads.h>
+#include <objbase.h>
+#include <wininet.h>
+
+#include "chat/ZR_AiChatAnswerInterface.h"
+#include "chat/ZR_AiChatCSThread.h"
+#include "chat/ZR_AiChatModuleState.h"
+#include "chat/ZR_AiChatReadHistoricalChatThread.h"
+#include "chat/ZR_AiChatService.h"
+#include "chat/ZR_AiChatViewInterface.h"
+#include "host/core/ZR_ZentriAccount.h"
+#include "host/core/ZR_ZentriLogger.h"
+#include "host/core/ZR_ZentriPaletteAccess.h"
+#include "host/core/ZR_ZentriServiceAddress.h"
+#include "host/core/ZR_ZentriText.h"
+
+namespace {
+
+constexpr INT_PTR notListed = -1;
+
+void print(const CString& text) {
+    acutPrintf(_T("%s"), text.GetString());
+}
+
+CString busyText() {
+    return _T("\n已有正在通信的对话，请等待该通信完成...");
+}
+
+CString networkFailureText() {
+    return _T("\n网络连接失败!请尝试以下方法解决：\r\n")
+           _T("1.检查网络连接；\r\n")
+           _T("2.关闭系统、360及杀毒软件的防火墙；\r\n")
+           _T("3.如安装有加密软件，请联系管理员修改加密策略；\r\n")
+           _T("4.请检测windows自带IE浏览器是否正常启动。\r\n");
+}
+
+CString noThreadText() {
+    return _T("\n对话线程未初始化！");
+}
+
+}  // namespace
+
+ZR_AiChatManager::Answer::Answer(ZR_AiChatAnswerInterface* answerBubble)
+    : bubble(answerBubble), object(answerBubble != nullptr ? answerBubble->answerObject() : nullptr) {}
+
+ZR_AiChatAnswerInterface* ZR_AiChatManager::Answer::get() const {
+    return object.isNull() ? nullptr : bubble;
+}
+
+ZR_AiChatManager& ZR_AiChatManager::instance() {
+    static ZR_AiChatManager manager;
+    return manager;
+}
+
+ZR_AiChatManager::ZR_AiChatManager() {
+    if (g_zentriChatThread != nullptr && g_zentriHistoryThread != nullptr) {
+        m_connected = true;
+        connectThreads();
+    } else {
+        print(_T("\n初始化顺序有误,通信线程应先于管理类初始化"));
+    }
+    setZentriExchangeSource(this);
+}
+
+ZR_AiChatManager::~ZR_AiChatManager() {
+    setZentriExchangeSource(nullptr);
+    if (g_zentriExchangeUnfinished) {
+        print(_T("\n通信线程未正常结束,可能发生错误"));
+    }
+}
+
+bool ZR_AiChatManager::canCommunicate() {
+    if (!zentriHasAccess()) {
+        print(_T("\n尚未登录！"));
+        return false;
+    }
+    if (g_zentriChatThread == nullptr || g_zentriHistoryThread == nullptr) {
+        print(_T("\n通信线程未初始化！"));
+        return false;
+    }
+    if (isExchanging()) {
+        print(busyText());
+        return false;
+    }
+    if (g_zentriHistoryThread->isRunning() || m_initialising) {
+        print(_T("\n正在初始化用户数据，请等待该操作完成..."));
+        return false;
+    }
+    return true;
+}
+
+void ZR_AiChatManager::initUserData() {
+    if (zentriHasAccess() && canCommunicate()) {
+        connectThreads();
+        g_zentriHistoryThread->start();
+    }
+}
+
+void ZR_AiChatManager::send(const CString& question, bool flag, ZR_AiChatAnswerInterface* bubble) {
+    const CString sessionId = m_current.GetSessionId();
+    if (sessionId.IsEmpty()) {
+        sendInNewSession(question, flag, bubble);
+    } else {
+        sendInKnownSession(sessionId, question, flag, bubble);
+    }
+}
+
+void ZR_AiChatManager::sendInNewSession(const CString& question, bool flag,
+                                        ZR_AiChatAnswerInterface* bubble) {
+    // Creating the session delivers events, and the bubble may be deleted by one.
+    const Answer answer(bubble);
+    if (!zentriHasAccess()) {
+        return;
+    }
+    fileCurrent();
+    if (!mayStartExchange()) {
+        return;
+    }
+    m_creatingSession = true;
+    const CString sessionId = createSessionOnServer();
+    m_creatingSession = false;
+    if (sessionId.IsEmpty()) {
+        print(_T("\n创建新对话失败！"));
+        return;
+    }
+    // Events were delivered meanwhile: the module may have been unloaded.
+    if (g_zentriChatThread == nullptr) {
+        print(noThreadText());
+        return;
+    }
+    changeCurrent([&] { m_current.SetSessionId(sessionId); });
+    addToCurrent(chatRoleUser, question);
+    storeCurrent();
+    emit newSessionSet(sessionId);
+    startExchange(question, flag, answer);
+}
+
+void ZR_AiChatManager::sendInKnownSession(const CString& sessionId, const CString& question, bool flag,
+                                          ZR_AiChatAnswerInterface* bubble) {
+    const Answer answer(bubble);
+    if (!zentriHasAccess() || !mayStartExchange()) {
+        return;
+    }
+    if (!m_current.IsSession(sessionId)) {
+        fileCurrent();
+        if (!makeCurrent(sessionId)) {
+            return;
+        }
+    }
+    addToCurrent(chatRoleUser, question);
+    storeCurrent();
+    emit sessionUpdated(m_current.GetSessionId());
+    startExchange(question, flag, answer);
+}
+
+bool ZR_AiChatManager::mayStartExchange() {
+    if (g_zentriChatThread == nullptr) {
+        print(noThreadText());
+        return false;
+    }
+    if (isExchanging()) {
+        print(busyText());
+        return false;
+    }
+    if (!checkConnection()) {
+        print(networkFailureText());
+        return false;
+    }
+    return true;
+}
+
+void ZR_AiChatManager::startExchange(const CString& question, bool flag, const Answer& answer) {
+    m_sendFlag = flag;
+    m_answer = answer;
+    zentriLog(_T("准备发送用户对话,内容如下:\n") + question);
+    connectThreads();
+    g_zentriChatThread->start();
+}
+
+void ZR_AiChatManager::newSession() {
+    if (!m_creatingSession) {
+        fileCurrent();
+    }
+}
+
+void ZR_AiChatManager::openSession(const CString& sessionId) {
+    if (isStreaming() || m_creatingSession) {
+        print(_T("\n当前有正在进行的通信,请等待通信结束..."));
+        return;
+    }
+    fileCurrent();
+    makeCurrent(sessionId);
+    if (ZR_AiChatViewInterface* view = zentriChatView()) {
+        view->showCurrentSession();
+    }
+}
+
+void ZR_AiChatManager::getCurrentRecord(ZR_AiChatSingleChatRecord& record) const {
+    record = m_current;
+}
+
+CString ZR_AiChatManager::getLastUserInput() const {
+    return m_current.GetLastUserInput();
+}
+
+bool ZR_AiChatManager::getSessions(ZR_AiChatSessionList& sessions) const {
+    copySessionList(m_sessions, sessions);
+    return true;
+}
+
+bool ZR_AiChatManager::findSession(const CString& sessionId, ZR_AiChatSingleChatRecord& record) const {
+    const INT_PTR index = indexOf(sessionId);
+    if (index == notListed) {
+        return false;
+    }
+    record = m_sessions[index];
+    return true;
+}
+
+bool ZR_AiChatManager::searchSessions(const CString& text, ZR_AiChatSessionList& sessions) const {
+    sessions.RemoveAll();
+    for (INT_PTR i = 0; i < m_sessions.GetCount(); ++i) {
+        if (m_sessions[i].ContainsText(text)) {
+            sessions.Add(m_sessions[i]);
+        }
+    }
+    return !sessions.IsEmpty();
+}
+
+bool ZR_AiChatManager::checkConnection() {
+    const CString address = toCString(zentriProbeAddress());
+    return InternetCheckConnectionW(address.GetString(), FLAG_ICC_FORCE_CONNECTION, 0) != FALSE;
+}
+
+CString ZR_AiChatManager::makeGuid() {
+    GUID guid;
+    CString text;
+    if (SUCCEEDED(CoCreateGuid(&guid))) {
+        text.Format(_T("%08X-%04X-%04X-%02X%02X-%02X%02X%02X%02X%02X%02X"), static_cast<unsigned>(guid.Data1),
+                    guid.Data2, guid.Data3, guid.Data4[0], guid.Data4[1], guid.Data4[2], guid.Data4[3],
+                    guid.Data4[4], guid.Data4[5], guid.Data4[6], guid.Data4[7]);
+    }
+    return text;
+}
+
+void ZR_AiChatManager::onStreamStart() {
+    g_zentriCommunicating = true;
+    if (ZR_AiChatAnswerInterface* bubble = m_answer.get()) {
+        bubble->startAnswerLoading();
+    }
+    if (ZR_AiChatViewInterface* view = zentriChatView()) {
+        view->onStreamStart();
+    }
+}
+
+void ZR_AiChatManager::onStreamProcess(const QString& text) {
+    if (ZR_AiChatAnswerInterface* bubble = m_answer.get()) {
+        bubble->appendAnswerText(text);
+    }
+    if (ZR_AiChatViewInterface* view = zentriChatView()) {
+        view->onStreamProcess();
+    }
+}
+
+void ZR_AiChatManager::onStreamEnd() {
+    // A bubble that is gone took its text along: then there is no answer to store.
+    if (ZR_AiChatAnswerInterface* bubble = m_answer.get()) {
+        addToCurrent(chatRoleAssistant, toCString(bubble->answerText()));
+        bubble->stopAnswerLoading();
+    }
+    if (ZR_AiChatViewInterface* view = zentriChatView()) {
+        view->onStreamEnd();
+    }
+    g_zentriCommunicating = false;
+}
+
+void ZR_AiChatManager::onThreadFinished() {
+    // A run that was told to quit, or that failed, before its streamStart arrived here saw the flag clear and
+    // sent no streamEnd. The thread's end follows all its signals, so a flag that is still set now has been
+    // left over, and nobody else would ever clear it.
+    if (g_zentriCommunicating) {
+        onStreamEnd();
+    }
+}
+
+void ZR_AiChatManager::onReadStart() {
+    m_initialising = true;
+    print(_T("\nZentri:开始初始化用户数据..."));
+}
+
+void ZR_AiChatManager::onReadEnd() {
+    fileCurrent();
+    if (g_zentriHistoryThread != nullptr) {
+        g_zentriHistoryThread->copyResultTo(m_sessions);
+    }
+    if (ZR_AiChatViewInterface* view = zentriChatView()) {
+        view->updateSideBarSessions(m_sessions);
+    }
+    m_initialising = false;
+    print(_T("\nZentri:用户数据初始化完成"));
+}
+
+ZR_AiChatExchange ZR_AiChatManager::currentExchange() const {
+    const QMutexLocker locker(&m_currentMutex);
+    return {toQString(m_current.GetLastUserInput()), toQString(m_current.GetSessionId())};
+}
+
+void ZR_AiChatManager::connectThreads() {
+    if (!m_connected || g_zentriChatThread == nullptr || g_zentriHistoryThread == nullptr) {
+        return;
+    }
+    const auto once = static_cast<Qt::ConnectionType>(Qt::AutoConnection | Qt::UniqueConnection);
+    using Chat = ZR_AiChatCSThread;
+    using History = ZR_AiChatReadHistoricalChatThread;
+    connect(g_zentriChatThread, &Chat::streamStart, this, &ZR_AiChatManager::onStreamStart, once);
+    connect(g_zentriChatThread, &Chat::streamProcess, this, &ZR_AiChatManager::onStreamProcess, once);
+    connect(g_zentriChatThread, &Chat::streamEnd, this, &ZR_AiChatManager::onStreamEnd, once);
+    connect(g_zentriChatThread, &Chat::finished, this, &ZR_AiChatManager::onThreadFinished, once);
+    connect(g_zentriHistoryThread, &History::readStart, this, &ZR_AiChatManager::onReadStart, once);
+    connect(g_zentriHistoryThread, &History::readEnd, this, &ZR_AiChatManager::onReadEnd, once);
+}
+
+bool ZR_AiChatManager::isStreaming() const {
+    return g_zentriChatThread != nullptr && g_zentriChatThread->isRunning();
+}
+
+bool ZR_AiChatManager::isExchanging() const {
+    return isStreaming() || g_zentriCommunicating || m_creatingSession;
+}
+
+void ZR_AiChatManager::fileCurrent() {
+    if (!m_current.GetSessionId().IsEmpty()) {
+        storeCurrent();
+    }
+    changeCurrent([this] { m_current.Clear(); });
+}
+
+void ZR_AiChatManager::storeCurrent() {
+    const INT_PTR index = indexOf(m_current.GetSessionId());
+    if (index == notListed) {
+        m_sessions.Add(m_current);
+    } else {
+        m_sessions[index] = m_current;
+    }
+}
+
+bool ZR_AiChatManager::makeCurrent(const CString& sessionId) {
+    const INT_PTR index = indexOf(sessionId);
+    if (index == notListed) {
+        return false;
+    }
+    changeCurrent([&] { m_current = m_sessions[index]; });
+    return true;
+}
+
+void ZR_AiChatManager::addToCurrent(std::uint32_t role, const CString& text) {
+    changeCurrent([&] { m_current.AddUnit(role, text); });
+}
+
+INT_PTR ZR_AiChatManager::indexOf(const CString& sessionId) const {
+    for (INT_PTR i = 0; i < m_sessions.GetCount(); ++i) {
+        if (m_sessions[i].IsSession(sessionId)) {
+            return i;
+        }
+    }
+    return notListed;
+}

@@ -1,0 +1,78 @@
+#pragma once
+
+#include <afx.h>
+#include <afxtempl.h>
+
+#include <cstdint>
+
+/// Who wrote a message.
+constexpr std::uint32_t chatRoleUser = 0;
+constexpr std::uint32_t chatRoleAssistant = 1;
+
+/// One message of a conversation.
+struct SingleChatUnit {
+    std::uint32_t role = chatRoleUser;
+    CString message;
+    /// Seconds since 1970, UTC.
+    std::int64_t time = 0;
+};
+
+using SingleChatUnitList = CArray<SingleChatUnit, const SingleChatUnit&>;
+
+/// One session: its id on the service, its title and its messages, oldest first. A value: copies share
+/// nothing that can be changed.
+class ZR_AiChatSingleChatRecord : public CObject {
+    DECLARE_SERIAL(ZR_AiChatSingleChatRecord)
+
+public:
+    ZR_AiChatSingleChatRecord() = default;
+    ZR_AiChatSingleChatRecord(const ZR_AiChatSingleChatRecord& other);
+    ZR_AiChatSingleChatRecord& operator=(const ZR_AiChatSingleChatRecord& other);
+    ~ZR_AiChatSingleChatRecord() override = default;
+
+    /// What is stored does not load back: the unit count is written with 64 bits and read with 32. Readers of
+    /// the layout rely on either side as it is, so neither may be "repaired".
+    void Serialize(CArchive& archive) override;
+
+    /// Empty while the conversation has not been created on the service.
+    CString GetSessionId() const { return m_sessionId; }
+    void SetSessionId(const CString& sessionId) { m_sessionId = sessionId; }
+    /// The text of the first message that was added, whoever wrote it.
+    CString GetTitle() const { return m_title; }
+    bool IsSession(const CString& sessionId) const;
+
+    /// Appends a message made now.
+    void AddUnit(std::uint32_t role, const CString& text);
+    /// Appends a message made at a time in seconds since 1970.
+    void AddUnit(std::uint32_t role, const CString& text, std::int64_t time);
+    void AddUnit(const SingleChatUnit& unit);
+
+    int GetUnitCount() const;
+    /// Replaces the content of `units` by copies of all messages; always true.
+    bool GetUnits(SingleChatUnitList& units) const;
+    /// False when there are no messages; `unit` is then left alone.
+    bool GetLastUnit(SingleChatUnit& unit) const;
+    /// The newest question, empty when there is none.
+    CString GetLastUserInput() const;
+    /// True when a message contains the text, case-sensitively.
+    bool ContainsText(const CString& text) const;
+
+    /// Time of the earliest message, 0 without messages. A time of 0 counts as none.
+    std::int64_t GetCreateTime() const;
+    /// Time of the latest message, 0 without messages.
+    std::int64_t GetUseTime() const;
+
+    /// Empties the messages, the title and the session id.
+    void Clear();
+
+private:
+    CString m_sessionId;
+    CString m_title;
+    SingleChatUnitList m_units;
+};
+
+/// Sessions in the order in which they were added.
+using ZR_AiChatSessionList = CArray<ZR_AiChatSingleChatRecord, const ZR_AiChatSingleChatRecord&>;
+
+/// Replaces the content of `target` by copies of all records of `source`.
+void copySessionList(const ZR_AiChatSessionList& source, ZR_AiChatSessionList& target);
