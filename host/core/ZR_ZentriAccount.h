@@ -2,8 +2,8 @@
 
 #include <afx.h>
 
-// The signed-in state of the module's user. The open-chat command writes it on the UI thread; the worker
-// threads read it without a lock, which is safe because no command changes it while they run.
+// The signed-in state of the module's user. The open-chat command writes it on the UI thread, the worker
+// threads read it. Unloading forgets it while a reader may still run, so each call is safe on any thread.
 
 /// True once the open-chat command has obtained a token.
 bool zentriSignedIn();

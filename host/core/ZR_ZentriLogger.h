@@ -2,6 +2,8 @@
 
 #include <afx.h>
 
+#include <mutex>
+
 /// The module's log, "ZR_ZentriLogs.txt" beside the module file, UTF-16LE with a byte-order mark.
 /// Entries may be written from any thread.
 class ZR_ZentriLogger {
@@ -23,6 +25,7 @@ public:
     CString path() const { return m_path; }
 
 private:
+    std::mutex m_mutex;
     bool m_valid = false;
     CString m_path;
 };

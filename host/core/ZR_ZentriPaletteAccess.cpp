@@ -4,8 +4,14 @@ namespace {
 ZR_ZentriPaletteAccess* g_palette = nullptr;
 }
 
-ZR_ZentriPaletteAccess* zentriPaletteAccess() { return g_palette; }
+ZR_ZentriPaletteAccess* zentriPaletteAccess() {
+    return g_palette;
+}
 
-void setZentriPaletteAccess(ZR_ZentriPaletteAccess* palette) { g_palette = palette; }
+void setZentriPaletteAccess(ZR_ZentriPaletteAccess* palette) {
+    g_palette = palette;
+}
 
-ZR_AiChatViewInterface* zentriChatView() { return g_palette != nullptr ? g_palette->chatView() : nullptr; }
+ZR_AiChatViewInterface* zentriChatView() {
+    return g_palette != nullptr ? g_palette->chatView() : nullptr;
+}

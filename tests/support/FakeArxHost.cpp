@@ -1,8 +1,12 @@
 #include "tests/support/FakeArxHost.h"
 
-FakeArxHost::FakeArxHost() { setArxHost(this); }
+FakeArxHost::FakeArxHost() {
+    setArxHost(this);
+}
 
-FakeArxHost::~FakeArxHost() { setArxHost(nullptr); }
+FakeArxHost::~FakeArxHost() {
+    setArxHost(nullptr);
+}
 
 void FakeArxHost::setService(const CString& service, const char* symbol, void* address) {
     m_services[service][symbol] = address;
@@ -51,7 +55,9 @@ Acad::ErrorStatus FakeArxHost::sendString(AcApDocument* document, const ACHAR* t
     return Acad::eOk;
 }
 
-bool FakeArxHost::hasService(const ACHAR* service) { return m_services.count(service) != 0; }
+bool FakeArxHost::hasService(const ACHAR* service) {
+    return m_services.count(service) != 0;
+}
 
 void* FakeArxHost::serviceSymbol(const ACHAR* service, const char* symbol) {
     const auto symbols = m_services.find(service);

@@ -1,7 +1,7 @@
 #pragma once
 
-#include <afxwin.h>
 #include <acdocman.h>
+#include <afxwin.h>
 
 #include <map>
 #include <memory>

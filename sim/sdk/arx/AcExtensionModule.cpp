@@ -5,10 +5,14 @@ BOOL CAcExtensionModule::AttachInstance(HINSTANCE instance) {
     return TRUE;
 }
 
-void CAcExtensionModule::DetachInstance() { m_instance = nullptr; }
+void CAcExtensionModule::DetachInstance() {
+    m_instance = nullptr;
+}
 
 CAcModuleResourceOverride::CAcModuleResourceOverride(HINSTANCE instance) : m_former(AfxGetResourceHandle()) {
     AfxSetResourceHandle(instance);
 }
 
-CAcModuleResourceOverride::~CAcModuleResourceOverride() { AfxSetResourceHandle(m_former); }
+CAcModuleResourceOverride::~CAcModuleResourceOverride() {
+    AfxSetResourceHandle(m_former);
+}

@@ -7,8 +7,8 @@
 
 class CDockState;
 
-/// A control bar that docks at the sides of the host's frame. Simplified: a bar docks left or right and does not
-/// float.
+/// A control bar that docks at the sides of the host's frame. Simplified: a bar docks left or right and does
+/// not float.
 class CAdUiDockControlBar : public CControlBar {
     DECLARE_DYNAMIC(CAdUiDockControlBar)
 

@@ -23,10 +23,12 @@ public:
     ~CAdUiPaletteSet() override;
 
     using CAdUiDockControlBar::Create;
-    virtual BOOL Create(LPCTSTR title, DWORD style, const CRect& size, CWnd* parent, DWORD paletteSetStyle = 0);
+    virtual BOOL Create(LPCTSTR title, DWORD style, const CRect& size, CWnd* parent,
+                        DWORD paletteSetStyle = 0);
 
     /// Takes the palette in, as the last one, and returns its place, -1 when it has no window. The first one
-    /// becomes the active one. From here on the set owns the palette: it deletes it when it is deleted itself.
+    /// becomes the active one. From here on the set owns the palette: it deletes it when it is deleted
+    /// itself.
     virtual int AddPalette(CAdUiPalette* palette);
     /// Takes the palette at the place out and gives it back to the caller.
     virtual BOOL RemovePalette(int index);

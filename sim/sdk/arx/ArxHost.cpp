@@ -14,7 +14,9 @@ namespace {
 ArxHost* g_host = nullptr;
 }
 
-bool ArxHost::dockState(const CString&, ArxDockState&) { return false; }
+bool ArxHost::dockState(const CString&, ArxDockState&) {
+    return false;
+}
 
 void ArxHost::dockStateChanged(const CString&, const ArxDockState&) {}
 
@@ -26,7 +28,9 @@ ArxHost& arxHost() {
     return *g_host;
 }
 
-void setArxHost(ArxHost* host) { g_host = host; }
+void setArxHost(ArxHost* host) {
+    g_host = host;
+}
 
 int acedGetVar(const ACHAR* name, resbuf* result) {
     if (name == nullptr || result == nullptr)
@@ -63,13 +67,21 @@ void acutDelString(ACHAR*& text) {
     text = nullptr;
 }
 
-CMDIFrameWnd* acedGetAcadFrame() { return arxHost().frame(); }
+CMDIFrameWnd* acedGetAcadFrame() {
+    return arxHost().frame();
+}
 
-CView* acedGetAcadDwgView() { return arxHost().drawingView(); }
+CView* acedGetAcadDwgView() {
+    return arxHost().drawingView();
+}
 
-CWinApp* acedGetAcadWinApp() { return AfxGetApp(); }
+CWinApp* acedGetAcadWinApp() {
+    return AfxGetApp();
+}
 
-HINSTANCE acedGetAcadResourceInstance() { return GetModuleHandleW(nullptr); }
+HINSTANCE acedGetAcadResourceInstance() {
+    return GetModuleHandleW(nullptr);
+}
 
 bool acrxServiceIsRegistered(const ACHAR* serviceId) {
     return serviceId != nullptr && arxHost().hasService(serviceId);

@@ -58,8 +58,8 @@ ArxHost& arxHost();
 /// Installs the host; null takes it away. The caller keeps ownership.
 void setArxHost(ArxHost* host);
 
-// What the program tells the editor's reactors, in the order in which they were attached. A reactor may attach
-// or remove reactors meanwhile.
+// What the program tells the editor's reactors, in the order in which they were attached. A reactor may
+// attach or remove reactors meanwhile.
 void arxFireCommandWillStart(const ACHAR* commandName);
 void arxFireCommandEnded(const ACHAR* commandName);
 void arxFireCommandCancelled(const ACHAR* commandName);

@@ -21,7 +21,8 @@ namespace {
 class Command : public AcEdCommand {
 public:
     Command(const CString& group, const ACHAR* globalName, const ACHAR* localName, Adesk::Int32 flags,
-            AcRxFunctionPtr function, AcEdUIContext* uiContext, int fcode, const AcRxResourceInstance& resources)
+            AcRxFunctionPtr function, AcEdUIContext* uiContext, int fcode,
+            const AcRxResourceInstance& resources)
         : m_group(group),
           m_globalName(globalName),
           m_localName(localName),
@@ -55,7 +56,9 @@ struct Group {
     std::vector<std::unique_ptr<Command>> commands;
 };
 
-bool sameName(const ACHAR* left, const ACHAR* right) { return CString(left).CompareNoCase(right) == 0; }
+bool sameName(const ACHAR* left, const ACHAR* right) {
+    return CString(left).CompareNoCase(right) == 0;
+}
 
 class CommandIterator : public AcEdCommandIterator {
 public:
@@ -81,7 +84,8 @@ class CommandStack : public AcEdCommandStack {
 public:
     Acad::ErrorStatus addCommand(const ACHAR* groupName, const ACHAR* globalName, const ACHAR* localName,
                                  Adesk::Int32 flags, AcRxFunctionPtr function, AcEdUIContext* uiContext,
-                                 int fcode, const AcRxResourceInstance& resources, AcEdCommand** added) override {
+                                 int fcode, const AcRxResourceInstance& resources,
+                                 AcEdCommand** added) override {
         if (groupName == nullptr || globalName == nullptr || localName == nullptr || function == nullptr)
             return Acad::eInvalidInput;
         if (*groupName == 0 || *globalName == 0 || *localName == 0)
@@ -97,8 +101,8 @@ public:
             m_groups.push_front(Group{groupName, {}});
             group = m_groups.begin();
         }
-        group->commands.push_back(std::make_unique<Command>(group->name, globalName, localName, flags, function,
-                                                            uiContext, fcode, resources));
+        group->commands.push_back(std::make_unique<Command>(group->name, globalName, localName, flags,
+                                                            function, uiContext, fcode, resources));
         if (added != nullptr)
             *added = group->commands.back().get();
         return Acad::eOk;
@@ -111,9 +115,9 @@ public:
         if (group == m_groups.end())
             return Acad::eKeyNotFound;
         auto& commands = group->commands;
-        const auto command = std::find_if(commands.begin(), commands.end(), [globalName](const auto& candidate) {
-            return sameName(candidate->globalName(), globalName);
-        });
+        const auto command = std::find_if(
+            commands.begin(), commands.end(),
+            [globalName](const auto& candidate) { return sameName(candidate->globalName(), globalName); });
         if (command == commands.end())
             return Acad::eKeyNotFound;
         commands.erase(command);

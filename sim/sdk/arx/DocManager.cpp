@@ -4,7 +4,9 @@
 ACRX_NO_CONS_DEFINE_MEMBERS(AcApDocument, AcRxObject)
 ACRX_NO_CONS_DEFINE_MEMBERS(AcApDocManager, AcRxObject)
 
-bool AcApDocument::isQuiescent() const { return arxHost().isQuiescent(this); }
+bool AcApDocument::isQuiescent() const {
+    return arxHost().isQuiescent(this);
+}
 
 namespace {
 

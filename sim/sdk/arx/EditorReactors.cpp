@@ -54,7 +54,9 @@ Editor& editor() {
 
 }  // namespace
 
-AcEditor& arxEditor() { return editor(); }
+AcEditor& arxEditor() {
+    return editor();
+}
 
 void arxFireCommandWillStart(const ACHAR* commandName) {
     editor().tell([commandName](AcEditorReactor& reactor) { reactor.commandWillStart(commandName); });
@@ -80,4 +82,6 @@ void arxFireSysVarChanged(const ACHAR* variableName, bool success) {
     editor().tell([=](AcEditorReactor& reactor) { reactor.sysVarChanged(variableName, success); });
 }
 
-int arxEditorReactorCount() { return editor().count(); }
+int arxEditorReactorCount() {
+    return editor().count();
+}

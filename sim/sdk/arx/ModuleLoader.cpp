@@ -186,7 +186,9 @@ DynamicLinker& linker() {
 
 }  // namespace
 
-AcRxDynamicLinker& arxDynamicLinker() { return linker(); }
+AcRxDynamicLinker& arxDynamicLinker() {
+    return linker();
+}
 
 bool acrxLoadModule(const ACHAR* moduleName, bool printIt, bool asCommand) {
     return linker().loadModule(moduleName, printIt, asCommand);
@@ -196,10 +198,18 @@ bool acrxUnloadModule(const ACHAR* moduleName, bool asCommand) {
     return linker().unloadModule(moduleName, asCommand);
 }
 
-bool acrxAppIsLoaded(const ACHAR* moduleName) { return moduleName != nullptr && linker().isLoaded(moduleName); }
+bool acrxAppIsLoaded(const ACHAR* moduleName) {
+    return moduleName != nullptr && linker().isLoaded(moduleName);
+}
 
-void* acrxLoadedApps() { return linker().names(); }
+void* acrxLoadedApps() {
+    return linker().names();
+}
 
-void arxSendToModules(AcRx::AppMsgCode message) { linker().send(message); }
+void arxSendToModules(AcRx::AppMsgCode message) {
+    linker().send(message);
+}
 
-void arxUnloadAllModules() { linker().unloadAll(); }
+void arxUnloadAllModules() {
+    linker().unloadAll();
+}

@@ -13,7 +13,9 @@ AcRxClass* AcRxClass::cast(const AcRxObject* object) {
                : nullptr;
 }
 
-AcRxClass* AcRxClass::isA() const { return desc(); }
+AcRxClass* AcRxClass::isA() const {
+    return desc();
+}
 
 bool AcRxClass::isDerivedFrom(const AcRxClass* aClass) const {
     for (const AcRxClass* candidate = this; candidate != nullptr; candidate = candidate->m_parent) {
@@ -28,6 +30,10 @@ AcRxClass* AcRxObject::desc() {
     return &description;
 }
 
-AcRxClass* AcRxObject::isA() const { return desc(); }
+AcRxClass* AcRxObject::isA() const {
+    return desc();
+}
 
-bool AcRxObject::isKindOf(const AcRxClass* aClass) const { return isA()->isDerivedFrom(aClass); }
+bool AcRxObject::isKindOf(const AcRxClass* aClass) const {
+    return isA()->isDerivedFrom(aClass);
+}

@@ -64,20 +64,20 @@ public:
 
     /// Registers a command; its group is made when it is new. Names compare without regard to case.
     /// eDuplicateKey when the group already has a command of that global or local name.
-    virtual Acad::ErrorStatus addCommand(const ACHAR* groupName, const ACHAR* globalName, const ACHAR* localName,
-                                         Adesk::Int32 flags, AcRxFunctionPtr function,
-                                         AcEdUIContext* uiContext = nullptr, int fcode = -1,
-                                         const AcRxResourceInstance& resources = AcRxResourceInstance::empty(),
-                                         AcEdCommand** added = nullptr) = 0;
+    virtual Acad::ErrorStatus addCommand(
+        const ACHAR* groupName, const ACHAR* globalName, const ACHAR* localName, Adesk::Int32 flags,
+        AcRxFunctionPtr function, AcEdUIContext* uiContext = nullptr, int fcode = -1,
+        const AcRxResourceInstance& resources = AcRxResourceInstance::empty(),
+        AcEdCommand** added = nullptr) = 0;
 
     virtual Acad::ErrorStatus removeCmd(const ACHAR* groupName, const ACHAR* globalName) = 0;
     virtual Acad::ErrorStatus removeGroup(const ACHAR* groupName) = 0;
     /// Makes the group's commands the first to be found.
     virtual Acad::ErrorStatus popGroupToTop(const ACHAR* groupName) = 0;
 
-    /// Finds a command by its local name, or by its global name: always when `globalLookup`, and when the name
-    /// begins with an underscore (which stands before the global name, and may also be part of it). Null when
-    /// there is none.
+    /// Finds a command by its local name, or by its global name: always when `globalLookup`, and when the
+    /// name begins with an underscore (which stands before the global name, and may also be part of it). Null
+    /// when there is none.
     virtual AcEdCommand* lookupCmd(const ACHAR* name, bool globalLookup, bool allGroups = true) = 0;
 
     /// The caller deletes it.

@@ -27,8 +27,9 @@ public:
     virtual int documentCount() const = 0;
 
     /// Queues text for the document's command line, as if typed; the host takes it when it is next idle.
-    virtual Acad::ErrorStatus sendStringToExecute(AcApDocument* document, const ACHAR* text, bool activate = true,
-                                                  bool wrapUpInactiveDocument = false, bool echoString = true) = 0;
+    virtual Acad::ErrorStatus sendStringToExecute(AcApDocument* document, const ACHAR* text,
+                                                  bool activate = true, bool wrapUpInactiveDocument = false,
+                                                  bool echoString = true) = 0;
 };
 
 AcApDocManager* acDocManagerPtr();

@@ -3,8 +3,8 @@
 #include "AcExtensionModule.h"
 #include "dbxEntryPoint.h"
 
-/// The wizard's base class of a module with a user interface. Simplified: the maps of classes and commands that
-/// the wizard fills are not there, so there is nothing to register from them or to take back.
+/// The wizard's base class of a module with a user interface. Simplified: the maps of classes and commands
+/// that the wizard fills are not there, so there is nothing to register from them or to take back.
 class AcRxArxApp : public AcRxDbxApp {
 public:
     AcRx::AppRetCode On_kInitAppMsg(void* packet) override;
@@ -42,10 +42,12 @@ private:
 
 /// Defines the module's application object and its two exports. It stands once, after the module's DllMain.
 /// (The vendor's library brings acrxGetApiVersion; here the macro does.)
-#define IMPLEMENT_ARX_ENTRYPOINT(CLASS_NAME)                                                            \
-    ARX_CALL_DLL_MAIN                                                                                   \
-    static CLASS_NAME s_arxApplication;                                                                 \
+#define IMPLEMENT_ARX_ENTRYPOINT(CLASS_NAME)                                                              \
+    ARX_CALL_DLL_MAIN                                                                                     \
+    static CLASS_NAME s_arxApplication;                                                                   \
     extern "C" ARX_ENTRY_EXPORT AcRx::AppRetCode acrxEntryPoint(AcRx::AppMsgCode message, void* packet) { \
-        return s_arxApplication.acrxEntryPoint(message, packet);                                        \
-    }                                                                                                   \
-    extern "C" ARX_ENTRY_EXPORT DWORD acrxGetApiVersion() { return MAKELONG(0, kAcRxRelease); }
+        return s_arxApplication.acrxEntryPoint(message, packet);                                          \
+    }                                                                                                     \
+    extern "C" ARX_ENTRY_EXPORT DWORD acrxGetApiVersion() {                                               \
+        return MAKELONG(0, kAcRxRelease);                                                                 \
+    }

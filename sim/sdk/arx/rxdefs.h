@@ -27,5 +27,6 @@ struct AcRx {
     enum AppRetCode { kRetOK = 0, kRetError = 3 };
 };
 
-/// The object-model release that this slice speaks; the high word of what a module's acrxGetApiVersion returns.
+/// The object-model release that this slice speaks; the high word of what a module's acrxGetApiVersion
+/// returns.
 constexpr unsigned kAcRxRelease = 23;

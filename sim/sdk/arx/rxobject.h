@@ -1,8 +1,8 @@
 #pragma once
 
 // The run-time type system: AcRxObject, its class objects, and the macros that declare and define them.
-// Simplified: a class describes itself on the first call of desc(), so rxInit() is empty and there is no class
-// hierarchy to build; protocol extensions and deletion of classes are not there.
+// Simplified: a class describes itself on the first call of desc(), so rxInit() is empty and there is no
+// class hierarchy to build; protocol extensions and deletion of classes are not there.
 
 #include "acadstrc.h"
 #include "adesk.h"
@@ -45,20 +45,22 @@ private:
 };
 
 /// Declares the type members of a class derived from AcRxObject.
-#define ACRX_DECLARE_MEMBERS(CLASS_NAME)                                                       \
-    static AcRxClass* desc();                                                                  \
-    static CLASS_NAME* cast(const AcRxObject* object) {                                        \
-        return object != nullptr && object->isKindOf(CLASS_NAME::desc())                       \
-                   ? const_cast<CLASS_NAME*>(static_cast<const CLASS_NAME*>(object))           \
-                   : nullptr;                                                                  \
-    }                                                                                          \
-    AcRxClass* isA() const override;                                                           \
+#define ACRX_DECLARE_MEMBERS(CLASS_NAME)                                             \
+    static AcRxClass* desc();                                                        \
+    static CLASS_NAME* cast(const AcRxObject* object) {                              \
+        return object != nullptr && object->isKindOf(CLASS_NAME::desc())             \
+                   ? const_cast<CLASS_NAME*>(static_cast<const CLASS_NAME*>(object)) \
+                   : nullptr;                                                        \
+    }                                                                                \
+    AcRxClass* isA() const override;                                                 \
     static void rxInit() {}
 
 /// Defines them for a class that is not created by name.
-#define ACRX_NO_CONS_DEFINE_MEMBERS(CLASS_NAME, PARENT_CLASS)                                  \
-    AcRxClass* CLASS_NAME::desc() {                                                            \
-        static AcRxClass description(ACRX_T(#CLASS_NAME), PARENT_CLASS::desc());               \
-        return &description;                                                                   \
-    }                                                                                          \
-    AcRxClass* CLASS_NAME::isA() const { return CLASS_NAME::desc(); }
+#define ACRX_NO_CONS_DEFINE_MEMBERS(CLASS_NAME, PARENT_CLASS)                    \
+    AcRxClass* CLASS_NAME::desc() {                                              \
+        static AcRxClass description(ACRX_T(#CLASS_NAME), PARENT_CLASS::desc()); \
+        return &description;                                                     \
+    }                                                                            \
+    AcRxClass* CLASS_NAME::isA() const {                                         \
+        return CLASS_NAME::desc();                                               \
+    }

@@ -1,0 +1,43 @@
+#include "host/core/ZR_ZentriAccount.h"
+
+#include <mutex>
+
+namespace {
+
+struct Account {
+    std::mutex mutex;
+    bool signedIn = false;
+    CString token;
+};
+
+Account& account() {
+    static Account instance;
+    return instance;
+}
+
+}  // namespace
+
+bool zentriSignedIn() {
+    const std::lock_guard<std::mutex> lock(account().mutex);
+    return account().signedIn;
+}
+
+void setZentriSignedIn(bool signedIn) {
+    const std::lock_guard<std::mutex> lock(account().mutex);
+    account().signedIn = signedIn;
+}
+
+CString zentriAccessToken() {
+    const std::lock_guard<std::mutex> lock(account().mutex);
+    return account().token;
+}
+
+void setZentriAccessToken(const CString& token) {
+    const std::lock_guard<std::mutex> lock(account().mutex);
+    account().token = token;
+}
+
+bool zentriHasAccess() {
+    const std::lock_guard<std::mutex> lock(account().mutex);
+    return account().signedIn && !account().token.IsEmpty();
+}

@@ -1,0 +1,110 @@
+#include "host/core/ZR_ZentriLogger.h"
+
+#include <acutads.h>
+#include <tchar.h>
+#include <time.h>
+
+namespace {
+
+constexpr const TCHAR* kModuleName = _T("ZR_Zentri.arx");
+constexpr const TCHAR* kLogName = _T("ZR_ZentriLogs.txt");
+constexpr DWORD kMaxModulePath = 260;
+constexpr std::size_t kMaxStamp = 128;
+constexpr BYTE kByteOrderMark[] = {0xFF, 0xFE};
+
+/// The log's full path; empty when the module file's name cannot be had.
+CString logPath() {
+    TCHAR moduleFile[kMaxModulePath + 1] = {};
+    const HMODULE module = GetModuleHandleW(kModuleName);
+    // A null handle would name the program instead.
+    if (module == nullptr || GetModuleFileNameW(module, moduleFile, kMaxModulePath) == 0)
+        return CString();
+    const CString path(moduleFile);
+    const int lastBackslash = path.ReverseFind(_T('\\'));
+    return lastBackslash < 0 ? CString() : path.Left(lastBackslash + 1) + kLogName;
+}
+
+/// The current local time as the entry shows it; empty when it cannot be formatted.
+CString stamp() {
+    const __time64_t now = _time64(nullptr);
+    struct tm local = {};
+    TCHAR text[kMaxStamp] = {};
+    if (_localtime64_s(&local, &now) != 0)
+        return CString();
+    if (_tcsftime(text, kMaxStamp, _T("\n[%Y年%m月%d日  %T]"), &local) == 0)
+        return CString();
+    return CString(text);
+}
+
+/// Takes note of a failure of CFile, which throws what the catcher has to delete.
+template <typename Step>
+bool succeeds(Step step) {
+    try {
+        step();
+        return true;
+    } catch (CException* exception) {
+        exception->Delete();
+        return false;
+    }
+}
+
+}  // namespace
+
+ZR_ZentriLogger& ZR_ZentriLogger::instance() {
+    // Never destroyed: a worker thread may still log while the process ends.
+    static ZR_ZentriLogger* const logger = [] {
+        auto* const made = new ZR_ZentriLogger;
+        made->init();
+        return made;
+    }();
+    return *logger;
+}
+
+void ZR_ZentriLogger::init() {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    m_valid = false;
+    m_path = logPath();
+    if (m_path.IsEmpty()) {
+        acutPrintf(_T("\nZR_Zentri Logger init failed : get empty logger path."));
+        return;
+    }
+
+    CFile file;
+    if (!file.Open(m_path,
+                   CFile::modeCreate | CFile::modeNoTruncate | CFile::modeReadWrite | CFile::typeUnicode)) {
+        acutPrintf(_T("\nZR_Zentri Logger init failed : create log file failed.Error:%d"),
+                   static_cast<int>(GetLastError()));
+        return;
+    }
+    m_valid = succeeds([&file] {
+        if (file.GetLength() == 0)
+            file.Write(kByteOrderMark, sizeof(kByteOrderMark));
+        file.Close();
+    });
+    if (!m_valid)
+        file.Abort();
+}
+
+bool ZR_ZentriLogger::write(const CString& message) {
+    // The file is opened for this entry alone, so entries of two threads must not meet.
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (!m_valid || m_path.IsEmpty())
+        return false;
+
+    CFile file;
+    if (!file.Open(m_path, CFile::modeWrite))
+        return false;
+    const bool written = succeeds([&file, &message] {
+        file.SeekToEnd();
+        const CString entry = stamp() + _T("\n") + message + _T("\n");
+        file.Write(entry.GetString(), static_cast<UINT>(entry.GetLength()) * sizeof(TCHAR));
+        file.Close();
+    });
+    if (!written)
+        file.Abort();
+    return written;
+}
+
+bool zentriLog(const CString& message) {
+    return ZR_ZentriLogger::instance().write(message);
+}
