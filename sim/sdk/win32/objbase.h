@@ -1,0 +1,9 @@
+#pragma once
+
+// Of COM, only the making of GUIDs.
+
+#include "guiddef.h"
+#include "winerror.h"
+
+/// Makes a random (version 4) GUID; E_INVALIDARG for null. Any thread.
+WIN32API HRESULT CoCreateGuid(GUID* guid);

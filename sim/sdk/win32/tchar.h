@@ -1,0 +1,100 @@
+#pragma once
+
+// The C run-time's generic-text and 64-bit time functions for UTF-16 text. On Windows the time functions are
+// in time.h, which tchar.h does not replace: include both. Simplified: the "C" locale only; case is folded
+// for ASCII, Latin-1, Greek and Cyrillic letters; the _s functions end the program on a bad argument, as the
+// Windows run-time does by default.
+
+#include "windef.h"
+
+#include <cstdarg>
+#include <cstdio>
+#include <ctime>
+
+#ifndef _UNICODE
+#define _UNICODE
+#endif
+#ifndef UNICODE
+#define UNICODE
+#endif
+
+#define __T(text) u##text
+#define _T(text) __T(text)
+#define _TEXT(text) __T(text)
+#define TEXT(text) __T(text)
+
+using errno_t = int;
+using _TCHAR = TCHAR;
+using __time64_t = std::int64_t;
+
+WIN32API std::size_t _tcslen(const TCHAR* text);
+WIN32API std::size_t _tcsnlen(const TCHAR* text, std::size_t limit);
+WIN32API int _tcscmp(const TCHAR* left, const TCHAR* right);
+WIN32API int _tcsncmp(const TCHAR* left, const TCHAR* right, std::size_t count);
+WIN32API int _tcsicmp(const TCHAR* left, const TCHAR* right);
+WIN32API int _tcsnicmp(const TCHAR* left, const TCHAR* right, std::size_t count);
+WIN32API TCHAR _totlower(TCHAR character);
+WIN32API TCHAR _totupper(TCHAR character);
+WIN32API int _istspace(TCHAR character);
+WIN32API int _istdigit(TCHAR character);
+WIN32API int _istalpha(TCHAR character);
+
+WIN32API errno_t _tcscpy_s(TCHAR* target, std::size_t size, const TCHAR* source);
+WIN32API errno_t _tcscat_s(TCHAR* target, std::size_t size, const TCHAR* source);
+/// Copies at most count units and terminates. With _TRUNCATE for count, cuts to the buffer (and returns
+/// STRUNCATE).
+WIN32API errno_t _tcsncpy_s(TCHAR* target, std::size_t size, const TCHAR* source, std::size_t count);
+#define _TRUNCATE (static_cast<std::size_t>(-1))
+constexpr errno_t STRUNCATE = 80;
+
+WIN32API int _ttoi(const TCHAR* text);
+WIN32API std::int64_t _ttoi64(const TCHAR* text);
+WIN32API double _ttof(const TCHAR* text);
+/// As wcstol; long has 32 bits on Windows, so the result stays in that range.
+WIN32API LONG _tcstol(const TCHAR* text, TCHAR** end, int base);
+WIN32API double _tcstod(const TCHAR* text, TCHAR** end);
+
+/// Formats as the Windows run-time's wide printf: %s and %c are UTF-16, %hs, %S and %hc 8-bit text (UTF-8);
+/// %l is 32 bits as long is on Windows; %I64, %ll, %z and %I 64 bits. Returns the length, or -1 when it does
+/// not fit.
+WIN32API int _vsctprintf(const TCHAR* format, va_list arguments);
+WIN32API int _vsntprintf(TCHAR* target, std::size_t size, const TCHAR* format, va_list arguments);
+WIN32API int _vstprintf_s(TCHAR* target, std::size_t size, const TCHAR* format, va_list arguments);
+WIN32API int _sctprintf(const TCHAR* format, ...);
+WIN32API int _stprintf_s(TCHAR* target, std::size_t size, const TCHAR* format, ...);
+
+// Overloads for const, as the C++ run-time has them; and array forms of the _s functions.
+const TCHAR* _tcschr(const TCHAR* text, TCHAR character);
+TCHAR* _tcschr(TCHAR* text, TCHAR character);
+const TCHAR* _tcsrchr(const TCHAR* text, TCHAR character);
+TCHAR* _tcsrchr(TCHAR* text, TCHAR character);
+const TCHAR* _tcsstr(const TCHAR* text, const TCHAR* part);
+TCHAR* _tcsstr(TCHAR* text, const TCHAR* part);
+const TCHAR* _tcspbrk(const TCHAR* text, const TCHAR* characters);
+TCHAR* _tcspbrk(TCHAR* text, const TCHAR* characters);
+WIN32API std::size_t _tcsspn(const TCHAR* text, const TCHAR* characters);
+WIN32API std::size_t _tcscspn(const TCHAR* text, const TCHAR* characters);
+
+template <std::size_t Size>
+errno_t _tcscpy_s(TCHAR (&target)[Size], const TCHAR* source) {
+    return _tcscpy_s(target, Size, source);
+}
+template <std::size_t Size>
+errno_t _tcscat_s(TCHAR (&target)[Size], const TCHAR* source) {
+    return _tcscat_s(target, Size, source);
+}
+template <std::size_t Size, typename... Arguments>
+int _stprintf_s(TCHAR (&target)[Size], const TCHAR* format, Arguments... arguments) {
+    return _stprintf_s(static_cast<TCHAR*>(target), Size, format, arguments...);
+}
+
+// Time.
+
+/// Seconds since 1970; stored through the pointer too when it is not null.
+WIN32API __time64_t _time64(__time64_t* result);
+/// Local time; EINVAL for a null argument or a time outside 1970 to 3000 (and the result's fields are -1).
+WIN32API errno_t _localtime64_s(std::tm* result, const __time64_t* time);
+WIN32API errno_t _gmtime64_s(std::tm* result, const __time64_t* time);
+WIN32API __time64_t _mktime64(std::tm* time);
+/// As strftime; 0 when the text with its terminator does not fit, or is empty.
+WIN32API std::size_t _tcsftime(TCHAR* target, std::size_t size, const TCHAR* format, const std::tm* time);
