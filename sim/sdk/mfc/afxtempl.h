@@ -1,0 +1,255 @@
+#pragma once
+
+// CArray. Simplified: the other template collections are left out, and elements move by their constructors
+// when the array grows (MFC moves their bytes).
+
+#include <afx.h>
+
+#include <new>
+#include <type_traits>
+#include <utility>
+
+/// How CArray copies elements that exist in both arrays.
+template <class TYPE>
+void AFXAPI CopyElements(TYPE* destination, const TYPE* source, INT_PTR count) {
+    for (INT_PTR i = 0; i < count; ++i) {
+        destination[i] = source[i];
+    }
+}
+
+/// How CArray stores and loads its elements: by default their bytes. Bytes of anything but plain data mean
+/// nothing to a later reader, so loading such a type raises CNotSupportedException; overload for it instead.
+template <class TYPE>
+void AFXAPI SerializeElements(CArchive& ar, TYPE* elements, INT_PTR count) {
+    const INT_PTR piece = 0x10000;
+    while (count > 0) {
+        const INT_PTR now = count < piece ? count : piece;
+        const UINT bytes = static_cast<UINT>(static_cast<size_t>(now) * sizeof(TYPE));
+        if (ar.IsStoring()) {
+            ar.Write(elements, bytes);
+        } else if (std::is_trivially_copyable<TYPE>::value) {
+            ar.EnsureRead(static_cast<void*>(elements), bytes);
+        } else {
+            AfxThrowNotSupportedException();
+        }
+        elements += now;
+        count -= now;
+    }
+}
+
+template <>
+void AFXAPI SerializeElements<CString>(CArchive& ar, CString* elements, INT_PTR count);
+
+/// A growing array of values. Like every CObject it is not copyable: use Copy. An index out of range raises
+/// CInvalidArgException. Adding an element of the array itself is allowed.
+template <class TYPE, class ARG_TYPE = const TYPE&>
+class CArray : public CObject {
+public:
+    CArray() = default;
+    ~CArray() override { release(); }
+
+    INT_PTR GetSize() const { return m_size; }
+    INT_PTR GetCount() const { return m_size; }
+    BOOL IsEmpty() const { return m_size == 0; }
+    INT_PTR GetUpperBound() const { return m_size - 1; }
+
+    /// New elements are value-initialised. `growBy` is how many places are added at once; 0 lets the array
+    /// choose.
+    void SetSize(INT_PTR newSize, INT_PTR growBy = -1) {
+        if (newSize < 0) {
+            AfxThrowInvalidArgException();
+        }
+        if (growBy >= 0) {
+            m_growBy = growBy;
+        }
+        if (newSize == 0) {
+            release();
+            return;
+        }
+        if (newSize > m_capacity) {
+            reallocate(m_size == 0 ? newSize : grown(newSize));
+        }
+        while (m_size < newSize) {
+            ::new (static_cast<void*>(m_data + m_size)) TYPE();
+            ++m_size;
+        }
+        destroy(newSize, m_size);
+        m_size = newSize;
+    }
+    void FreeExtra() {
+        if (m_capacity > m_size) {
+            reallocate(m_size);
+        }
+    }
+    void RemoveAll() { SetSize(0, -1); }
+
+    const TYPE& GetAt(INT_PTR index) const {
+        check(index);
+        return m_data[index];
+    }
+    TYPE& GetAt(INT_PTR index) {
+        check(index);
+        return m_data[index];
+    }
+    void SetAt(INT_PTR index, ARG_TYPE newElement) {
+        check(index);
+        m_data[index] = newElement;
+    }
+    TYPE& ElementAt(INT_PTR index) { return GetAt(index); }
+    const TYPE& ElementAt(INT_PTR index) const { return GetAt(index); }
+    const TYPE& operator[](INT_PTR index) const { return GetAt(index); }
+    TYPE& operator[](INT_PTR index) { return GetAt(index); }
+    const TYPE* GetData() const { return m_data; }
+    TYPE* GetData() { return m_data; }
+
+    void SetAtGrow(INT_PTR index, ARG_TYPE newElement) {
+        if (index < 0) {
+            AfxThrowInvalidArgException();
+        }
+        if (index < m_size) {
+            m_data[index] = newElement;
+            return;
+        }
+        TYPE element(newElement);  // the argument may be one of our own elements
+        SetSize(index + 1, -1);
+        m_data[index] = std::move(element);
+    }
+    /// Returns the new element's index.
+    INT_PTR Add(ARG_TYPE newElement) {
+        if (m_size < m_capacity) {
+            ::new (static_cast<void*>(m_data + m_size)) TYPE(newElement);
+            ++m_size;
+        } else {
+            TYPE element(newElement);
+            reallocate(grown(m_size + 1));
+            ::new (static_cast<void*>(m_data + m_size)) TYPE(std::move(element));
+            ++m_size;
+        }
+        return m_size - 1;
+    }
+    /// Returns the index of the first element appended. Both raise CInvalidArgException for the array itself.
+    INT_PTR Append(const CArray& source) {
+        if (this == &source) {
+            AfxThrowInvalidArgException();
+        }
+        const INT_PTR oldSize = m_size;
+        if (source.m_size > 0) {
+            SetSize(m_size + source.m_size);
+            CopyElements<TYPE>(m_data + oldSize, source.m_data, source.m_size);
+        }
+        return oldSize;
+    }
+    void Copy(const CArray& source) {
+        if (this == &source) {
+            AfxThrowInvalidArgException();
+        }
+        SetSize(source.m_size);
+        CopyElements<TYPE>(m_data, source.m_data, source.m_size);
+    }
+
+    void InsertAt(INT_PTR index, ARG_TYPE newElement, INT_PTR count = 1) {
+        if (index < 0 || count <= 0) {
+            AfxThrowInvalidArgException();
+        }
+        TYPE element(newElement);
+        open(index, count);
+        for (INT_PTR i = index; i < index + count; ++i) {
+            m_data[i] = element;
+        }
+    }
+    void InsertAt(INT_PTR startIndex, const CArray* newArray) {
+        if (newArray == nullptr || newArray == this || startIndex < 0) {
+            AfxThrowInvalidArgException();
+        }
+        if (newArray->m_size > 0) {
+            open(startIndex, newArray->m_size);
+            CopyElements<TYPE>(m_data + startIndex, newArray->m_data, newArray->m_size);
+        }
+    }
+    void RemoveAt(INT_PTR index, INT_PTR count = 1) {
+        if (index < 0 || count < 0 || index > m_size || count > m_size - index) {
+            AfxThrowInvalidArgException();
+        }
+        for (INT_PTR i = index; i + count < m_size; ++i) {
+            m_data[i] = std::move(m_data[i + count]);
+        }
+        destroy(m_size - count, m_size);
+        m_size -= count;
+    }
+
+    void Serialize(CArchive& ar) override {
+        CObject::Serialize(ar);
+        if (ar.IsStoring()) {
+            ar.WriteCount(static_cast<DWORD_PTR>(m_size));
+        } else {
+            SetSize(static_cast<INT_PTR>(ar.ReadCount()), -1);
+        }
+        SerializeElements<TYPE>(ar, m_data, m_size);
+    }
+
+private:
+    void check(INT_PTR index) const {
+        if (index < 0 || index >= m_size) {
+            AfxThrowInvalidArgException();
+        }
+    }
+    /// The capacity to take when at least `needed` places are wanted: MFC's rule, an eighth more at a time.
+    INT_PTR grown(INT_PTR needed) const {
+        INT_PTR step = m_growBy;
+        if (step <= 0) {
+            step = m_size / 8;
+            step = step < 4 ? 4 : (step > 1024 ? 1024 : step);
+        }
+        const INT_PTR wanted = m_capacity + step;
+        return needed < wanted ? wanted : needed;
+    }
+    void reallocate(INT_PTR capacity) {
+        if (static_cast<size_t>(capacity) > SIZE_MAX / 2 / sizeof(TYPE)) {
+            AfxThrowMemoryException();
+        }
+        TYPE* data = nullptr;
+        if (capacity > 0) {
+            void* memory = ::operator new(static_cast<size_t>(capacity) * sizeof(TYPE), std::nothrow);
+            if (memory == nullptr) {
+                AfxThrowMemoryException();
+            }
+            data = static_cast<TYPE*>(memory);
+        }
+        for (INT_PTR i = 0; i < m_size; ++i) {
+            ::new (static_cast<void*>(data + i)) TYPE(std::move(m_data[i]));
+        }
+        destroy(0, m_size);
+        ::operator delete(static_cast<void*>(m_data));
+        m_data = data;
+        m_capacity = capacity;
+    }
+    /// Makes room for `count` elements at `index`, which may be past the end.
+    void open(INT_PTR index, INT_PTR count) {
+        const INT_PTR oldSize = m_size;
+        if (index >= oldSize) {
+            SetSize(index + count, -1);
+            return;
+        }
+        SetSize(oldSize + count, -1);
+        for (INT_PTR i = oldSize - 1; i >= index; --i) {
+            m_data[i + count] = std::move(m_data[i]);
+        }
+    }
+    void destroy(INT_PTR from, INT_PTR to) {
+        for (INT_PTR i = from; i < to; ++i) {
+            m_data[i].~TYPE();
+        }
+    }
+    void release() {
+        destroy(0, m_size);
+        ::operator delete(static_cast<void*>(m_data));
+        m_data = nullptr;
+        m_size = 0;
+        m_capacity = 0;
+    }
+
+    TYPE* m_data = nullptr;
+    INT_PTR m_size = 0;
+    INT_PTR m_capacity = 0;
+    INT_PTR m_growBy = 0;
+};

@@ -1,0 +1,645 @@
+#include "cstringt.h"
+
+#include <atomic>
+#include <climits>
+#include <cstdlib>
+#include <cstring>
+#include <new>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "afx.h"
+
+namespace {
+
+using Traits = std::char_traits<TCHAR>;
+
+// The header's count is a plain long so that it can stand in a public header that any compiler lays out
+// alike. Every access goes through these.
+std::atomic<long>& references(CStringData* data) {
+    static_assert(sizeof(std::atomic<long>) == sizeof(long), "the count is used as an atomic in place");
+    return *reinterpret_cast<std::atomic<long>*>(&data->nRefs);
+}
+
+// The empty text is shared by all empty strings and never freed.
+struct NilText {
+    CStringData header = {-1, 0, 0};
+    TCHAR terminator = 0;
+};
+static_assert(offsetof(NilText, terminator) == sizeof(CStringData), "the terminator is the nil text's data");
+
+CStringData* nil() {
+    static NilText text;
+    return &text.header;
+}
+
+int lengthOf(LPCTSTR text) {
+    if (text == nullptr) {
+        return 0;
+    }
+    const size_t length = Traits::length(text);
+    if (length > INT_MAX / 2) {
+        AfxThrowMemoryException();
+    }
+    return static_cast<int>(length);
+}
+
+// A fresh buffer, owned once, with the length set and terminated; its text is not.
+CStringData* allocate(int capacity, int length) {
+    if (capacity < 0 || capacity > INT_MAX / 2 || length < 0) {
+        AfxThrowInvalidArgException();
+    }
+    const size_t bytes = sizeof(CStringData) + (static_cast<size_t>(capacity) + 1) * sizeof(TCHAR);
+    void* memory = std::malloc(bytes);
+    if (memory == nullptr) {
+        AfxThrowMemoryException();
+    }
+    auto* data = ::new (memory) CStringData{1, length, capacity};
+    data->data()[length] = 0;
+    return data;
+}
+
+TCHAR lower(TCHAR c) {
+    return c >= _T('A') && c <= _T('Z') ? static_cast<TCHAR>(c - _T('A') + _T('a')) : c;
+}
+TCHAR upper(TCHAR c) {
+    return c >= _T('a') && c <= _T('z') ? static_cast<TCHAR>(c - _T('a') + _T('A')) : c;
+}
+
+bool isSpace(TCHAR c) {
+    // White space of the wide character set; the blanks of CJK text are among it.
+    return (c >= 0x09 && c <= 0x0D) || c == 0x20 || c == 0x85 || c == 0xA0 || c == 0x1680 ||
+           (c >= 0x2000 && c <= 0x200A) || c == 0x2028 || c == 0x2029 || c == 0x202F || c == 0x205F ||
+           c == 0x3000;
+}
+
+bool isOneOf(TCHAR c, LPCTSTR characters) {
+    return characters != nullptr && c != 0 &&
+           Traits::find(characters, Traits::length(characters), c) != nullptr;
+}
+
+}  // namespace
+
+CStringW::CStringW() noexcept {
+    attach(nil());
+}
+
+CStringW::CStringW(const CStringW& other) noexcept : m_pszData(other.m_pszData) {
+    if (header()->nRefs > 0) {
+        references(header()).fetch_add(1, std::memory_order_relaxed);
+    }
+}
+
+CStringW::CStringW(CStringW&& other) noexcept : m_pszData(other.m_pszData) {
+    other.attach(nil());
+}
+
+CStringW::CStringW(LPCTSTR text) {
+    attach(nil());
+    SetString(text);
+}
+
+CStringW::CStringW(LPCTSTR characters, int length) {
+    attach(nil());
+    SetString(characters, length);
+}
+
+CStringW::CStringW(TCHAR character, int repeat) {
+    attach(nil());
+    if (repeat > 0) {
+        Traits::assign(GetBufferSetLength(repeat), static_cast<size_t>(repeat), character);
+    }
+}
+
+CStringW::CStringW(const char* text)
+    : CStringW(text, text == nullptr ? 0 : static_cast<int>(std::strlen(text))) {}
+
+CStringW::CStringW(const char* characters, int length) {
+    attach(nil());
+    if (characters == nullptr || length <= 0) {
+        return;
+    }
+    const int needed = MultiByteToWideChar(CP_ACP, 0, characters, length, nullptr, 0);
+    if (needed > 0) {
+        MultiByteToWideChar(CP_ACP, 0, characters, length, GetBufferSetLength(needed), needed);
+    }
+}
+
+CStringW::~CStringW() {
+    release();
+}
+
+void CStringW::release() noexcept {
+    CStringData* data = header();
+    if (data->nRefs > 0 && references(data).fetch_sub(1, std::memory_order_acq_rel) == 1) {
+        std::free(data);
+    }
+}
+
+CStringW& CStringW::operator=(const CStringW& other) noexcept {
+    if (m_pszData != other.m_pszData) {
+        CStringW copy(other);
+        std::swap(m_pszData, copy.m_pszData);
+    }
+    return *this;
+}
+
+CStringW& CStringW::operator=(CStringW&& other) noexcept {
+    std::swap(m_pszData, other.m_pszData);
+    return *this;
+}
+
+CStringW& CStringW::operator=(LPCTSTR text) {
+    SetString(text);
+    return *this;
+}
+
+CStringW& CStringW::operator=(TCHAR character) {
+    SetString(&character, 1);
+    return *this;
+}
+
+CStringW& CStringW::operator=(const char* text) {
+    return *this = CStringW(text);
+}
+
+LPTSTR CStringW::writable(int capacity) {
+    CStringData* data = header();
+    const bool own = data->nRefs > 0 && references(data).load(std::memory_order_acquire) == 1;
+    if (own && data->nAllocLength >= capacity) {
+        return m_pszData;
+    }
+    const int length = data->nDataLength;
+    if (capacity < length) {
+        capacity = length;
+    }
+    if (own && capacity > 16) {
+        // Grow by half, so that text put together piece by piece costs what the text costs.
+        const int more = length / 2 < INT_MAX / 2 - capacity ? length / 2 : 0;
+        capacity += more;
+    }
+    CStringData* fresh = allocate(capacity, length);
+    Traits::copy(fresh->data(), m_pszData, static_cast<size_t>(length));
+    release();
+    attach(fresh);
+    return m_pszData;
+}
+
+void CStringW::setLength(int length) noexcept {
+    header()->nDataLength = length;
+    m_pszData[length] = 0;
+}
+
+TCHAR CStringW::GetAt(int index) const {
+    if (index < 0 || index > GetLength()) {
+        AfxThrowInvalidArgException();
+    }
+    return m_pszData[index];
+}
+
+void CStringW::SetAt(int index, TCHAR character) {
+    if (index < 0 || index >= GetLength()) {
+        AfxThrowInvalidArgException();
+    }
+    writable(GetLength())[index] = character;
+}
+
+void CStringW::SetString(LPCTSTR text) {
+    SetString(text, lengthOf(text));
+}
+
+void CStringW::SetString(LPCTSTR characters, int length) {
+    if (length < 0 || (characters == nullptr && length > 0)) {
+        AfxThrowInvalidArgException();
+    }
+    if (length == 0) {
+        Empty();
+        return;
+    }
+    if (characters >= m_pszData && characters <= m_pszData + GetLength()) {
+        // Part of this very text.
+        *this = CStringW(characters, length);
+        return;
+    }
+    CStringData* data = header();
+    const bool own = data->nRefs > 0 && references(data).load(std::memory_order_acquire) == 1;
+    if (!own || data->nAllocLength < length) {
+        CStringData* fresh = allocate(length, length);
+        release();
+        attach(fresh);
+    }
+    Traits::copy(m_pszData, characters, static_cast<size_t>(length));
+    setLength(length);
+}
+
+void CStringW::Empty() noexcept {
+    release();
+    attach(nil());
+}
+
+CStringW& CStringW::operator+=(const CStringW& text) {
+    if (IsEmpty()) {
+        return *this = text;
+    }
+    Append(text.m_pszData, text.GetLength());
+    return *this;
+}
+
+CStringW& CStringW::operator+=(LPCTSTR text) {
+    Append(text, lengthOf(text));
+    return *this;
+}
+
+CStringW& CStringW::operator+=(TCHAR character) {
+    AppendChar(character);
+    return *this;
+}
+
+void CStringW::Append(LPCTSTR text) {
+    Append(text, lengthOf(text));
+}
+
+void CStringW::Append(LPCTSTR characters, int length) {
+    if (length < 0 || (characters == nullptr && length > 0)) {
+        AfxThrowInvalidArgException();
+    }
+    const int oldLength = GetLength();
+    if (length > INT_MAX / 2 - oldLength) {
+        AfxThrowMemoryException();
+    }
+    // The characters may be part of this very text, which moves when it grows.
+    const bool inside = characters >= m_pszData && characters <= m_pszData + oldLength;
+    const std::ptrdiff_t offset = inside ? characters - m_pszData : 0;
+    LPTSTR buffer = writable(oldLength + length);
+    Traits::copy(buffer + oldLength, inside ? buffer + offset : characters, static_cast<size_t>(length));
+    setLength(oldLength + length);
+}
+
+void CStringW::AppendChar(TCHAR character) {
+    Append(&character, 1);
+}
+
+int CStringW::Compare(LPCTSTR text) const noexcept {
+    LPCTSTR a = m_pszData;
+    LPCTSTR b = text == nullptr ? nil()->data() : text;
+    while (*a != 0 && *a == *b) {
+        ++a;
+        ++b;
+    }
+    return *a < *b ? -1 : (*a > *b ? 1 : 0);
+}
+
+int CStringW::CompareNoCase(LPCTSTR text) const noexcept {
+    LPCTSTR a = m_pszData;
+    LPCTSTR b = text == nullptr ? nil()->data() : text;
+    while (*a != 0 && lower(*a) == lower(*b)) {
+        ++a;
+        ++b;
+    }
+    return lower(*a) < lower(*b) ? -1 : (lower(*a) > lower(*b) ? 1 : 0);
+}
+
+int CStringW::Find(LPCTSTR text, int start) const noexcept {
+    if (text == nullptr || start < 0 || start > GetLength()) {
+        return -1;
+    }
+    const size_t found = std::basic_string_view<TCHAR>(m_pszData, static_cast<size_t>(GetLength()))
+                             .find(text, static_cast<size_t>(start));
+    return found == std::basic_string_view<TCHAR>::npos ? -1 : static_cast<int>(found);
+}
+
+int CStringW::Find(TCHAR character, int start) const noexcept {
+    if (start < 0 || start >= GetLength()) {
+        return -1;
+    }
+    const TCHAR* found = Traits::find(m_pszData + start, static_cast<size_t>(GetLength() - start), character);
+    return found == nullptr ? -1 : static_cast<int>(found - m_pszData);
+}
+
+int CStringW::ReverseFind(TCHAR character) const noexcept {
+    for (int i = GetLength() - 1; i >= 0; --i) {
+        if (m_pszData[i] == character) {
+            return i;
+        }
+    }
+    return -1;
+}
+
+int CStringW::FindOneOf(LPCTSTR characters) const noexcept {
+    for (int i = 0; i < GetLength(); ++i) {
+        if (isOneOf(m_pszData[i], characters)) {
+            return i;
+        }
+    }
+    return -1;
+}
+
+CStringW CStringW::Left(int count) const {
+    return Mid(0, count);
+}
+
+CStringW CStringW::Right(int count) const {
+    if (count < 0) {
+        count = 0;
+    }
+    return count >= GetLength() ? *this : Mid(GetLength() - count, count);
+}
+
+CStringW CStringW::Mid(int first) const {
+    return Mid(first, GetLength());
+}
+
+CStringW CStringW::Mid(int first, int count) const {
+    if (first < 0) {
+        first = 0;
+    }
+    if (count < 0) {
+        count = 0;
+    }
+    if (first > GetLength()) {
+        first = GetLength();
+    }
+    if (count > GetLength() - first) {
+        count = GetLength() - first;
+    }
+    return first == 0 && count == GetLength() ? *this : CStringW(m_pszData + first, count);
+}
+
+CStringW CStringW::SpanIncluding(LPCTSTR characters) const {
+    int length = 0;
+    while (isOneOf(m_pszData[length], characters)) {
+        ++length;
+    }
+    return Left(length);
+}
+
+CStringW CStringW::SpanExcluding(LPCTSTR characters) const {
+    int length = 0;
+    while (length < GetLength() && !isOneOf(m_pszData[length], characters)) {
+        ++length;
+    }
+    return Left(length);
+}
+
+CStringW CStringW::Tokenize(LPCTSTR separators, int& start) const {
+    if (start < 0) {
+        AfxThrowInvalidArgException();
+    }
+    int first = start;
+    while (first < GetLength() && isOneOf(m_pszData[first], separators)) {
+        ++first;
+    }
+    if (first >= GetLength()) {
+        start = -1;
+        return {};
+    }
+    int last = first;
+    while (last < GetLength() && !isOneOf(m_pszData[last], separators)) {
+        ++last;
+    }
+    start = last < GetLength() ? last + 1 : last;
+    return Mid(first, last - first);
+}
+
+CStringW& CStringW::MakeLower() {
+    LPTSTR buffer = writable(GetLength());
+    for (int i = 0; i < GetLength(); ++i) {
+        buffer[i] = lower(buffer[i]);
+    }
+    return *this;
+}
+
+CStringW& CStringW::MakeUpper() {
+    LPTSTR buffer = writable(GetLength());
+    for (int i = 0; i < GetLength(); ++i) {
+        buffer[i] = upper(buffer[i]);
+    }
+    return *this;
+}
+
+CStringW& CStringW::MakeReverse() {
+    LPTSTR buffer = writable(GetLength());
+    for (int i = 0, j = GetLength() - 1; i < j; ++i, --j) {
+        std::swap(buffer[i], buffer[j]);
+    }
+    return *this;
+}
+
+CStringW& CStringW::Trim() {
+    return TrimRight().TrimLeft();
+}
+CStringW& CStringW::Trim(TCHAR character) {
+    return TrimRight(character).TrimLeft(character);
+}
+CStringW& CStringW::Trim(LPCTSTR characters) {
+    return TrimRight(characters).TrimLeft(characters);
+}
+
+CStringW& CStringW::TrimLeft() {
+    int count = 0;
+    while (count < GetLength() && isSpace(m_pszData[count])) {
+        ++count;
+    }
+    return *this = Mid(count);
+}
+
+CStringW& CStringW::TrimLeft(TCHAR character) {
+    const TCHAR characters[] = {character, 0};
+    return TrimLeft(characters);
+}
+
+CStringW& CStringW::TrimLeft(LPCTSTR characters) {
+    int count = 0;
+    while (count < GetLength() && isOneOf(m_pszData[count], characters)) {
+        ++count;
+    }
+    return *this = Mid(count);
+}
+
+CStringW& CStringW::TrimRight() {
+    int length = GetLength();
+    while (length > 0 && isSpace(m_pszData[length - 1])) {
+        --length;
+    }
+    return *this = Left(length);
+}
+
+CStringW& CStringW::TrimRight(TCHAR character) {
+    const TCHAR characters[] = {character, 0};
+    return TrimRight(characters);
+}
+
+CStringW& CStringW::TrimRight(LPCTSTR characters) {
+    int length = GetLength();
+    while (length > 0 && isOneOf(m_pszData[length - 1], characters)) {
+        --length;
+    }
+    return *this = Left(length);
+}
+
+int CStringW::Replace(TCHAR oldCharacter, TCHAR newCharacter) {
+    int count = 0;
+    if (oldCharacter != newCharacter) {
+        for (int i = 0; i < GetLength(); ++i) {
+            if (m_pszData[i] == oldCharacter) {
+                writable(GetLength())[i] = newCharacter;
+                ++count;
+            }
+        }
+    }
+    return count;
+}
+
+int CStringW::Replace(LPCTSTR oldText, LPCTSTR newText) {
+    const int oldLength = lengthOf(oldText);
+    if (oldLength == 0) {
+        return 0;
+    }
+    const int newLength = lengthOf(newText);
+    CStringW result;
+    int count = 0;
+    int done = 0;
+    for (int found = Find(oldText); found >= 0; found = Find(oldText, done)) {
+        result.Append(m_pszData + done, found - done);
+        result.Append(newText, newLength);
+        done = found + oldLength;
+        ++count;
+    }
+    if (count > 0) {
+        result.Append(m_pszData + done, GetLength() - done);
+        *this = std::move(result);
+    }
+    return count;
+}
+
+int CStringW::Remove(TCHAR character) {
+    const TCHAR old[] = {character, 0};
+    return character == 0 ? 0 : Replace(old, nullptr);
+}
+
+int CStringW::Insert(int index, TCHAR character) {
+    const TCHAR text[] = {character, 0};
+    return Insert(index, text);
+}
+
+int CStringW::Insert(int index, LPCTSTR text) {
+    index = index < 0 ? 0 : (index > GetLength() ? GetLength() : index);
+    CStringW result = Left(index);
+    result += text;
+    result.Append(m_pszData + index, GetLength() - index);
+    *this = std::move(result);
+    return GetLength();
+}
+
+int CStringW::Delete(int index, int count) {
+    index = index < 0 ? 0 : index;
+    if (index < GetLength() && count > 0) {
+        CStringW result = Left(index);
+        if (count < GetLength() - index) {
+            result.Append(m_pszData + index + count, GetLength() - index - count);
+        }
+        *this = std::move(result);
+    }
+    return GetLength();
+}
+
+void CStringW::Format(LPCTSTR format, ...) {
+    va_list arguments;
+    va_start(arguments, format);
+    FormatV(format, arguments);
+    va_end(arguments);
+}
+
+void CStringW::AppendFormat(LPCTSTR format, ...) {
+    va_list arguments;
+    va_start(arguments, format);
+    AppendFormatV(format, arguments);
+    va_end(arguments);
+}
+
+void CStringW::FormatV(LPCTSTR format, va_list arguments) {
+    AfxFormatV(*this, format, arguments);
+}
+
+void CStringW::AppendFormatV(LPCTSTR format, va_list arguments) {
+    CStringW text;
+    AfxFormatV(text, format, arguments);
+    *this += text;
+}
+
+LPTSTR CStringW::GetBuffer() {
+    return writable(GetLength());
+}
+
+LPTSTR CStringW::GetBuffer(int minLength) {
+    if (minLength < 0) {
+        AfxThrowInvalidArgException();
+    }
+    return writable(minLength > GetLength() ? minLength : GetLength());
+}
+
+LPTSTR CStringW::GetBufferSetLength(int length) {
+    LPTSTR buffer = GetBuffer(length);
+    setLength(length);
+    return buffer;
+}
+
+void CStringW::ReleaseBuffer(int newLength) {
+    if (newLength == -1) {
+        const TCHAR* end = Traits::find(m_pszData, static_cast<size_t>(GetAllocLength()), TCHAR(0));
+        newLength = end == nullptr ? GetAllocLength() : static_cast<int>(end - m_pszData);
+    }
+    ReleaseBufferSetLength(newLength);
+}
+
+void CStringW::ReleaseBufferSetLength(int newLength) {
+    if (newLength < 0 || newLength > GetAllocLength()) {
+        AfxThrowInvalidArgException();
+    }
+    if (header()->nRefs > 0) {
+        setLength(newLength);
+    }
+}
+
+void CStringW::Preallocate(int length) {
+    writable(length);
+}
+
+void CStringW::FreeExtra() {
+    if (GetAllocLength() > GetLength()) {
+        *this = CStringW(m_pszData, GetLength());
+    }
+}
+
+CString operator+(const CString& a, const CString& b) {
+    CString result;
+    result.Preallocate(a.GetLength() + b.GetLength());
+    result.Append(a.GetString(), a.GetLength());
+    result.Append(b.GetString(), b.GetLength());
+    return result;
+}
+
+CString operator+(const CString& a, LPCTSTR b) {
+    CString result(a);
+    result += b;
+    return result;
+}
+
+CString operator+(LPCTSTR a, const CString& b) {
+    CString result(a);
+    result.Append(b.GetString(), b.GetLength());
+    return result;
+}
+
+CString operator+(const CString& a, TCHAR b) {
+    CString result(a);
+    result += b;
+    return result;
+}
+
+CString operator+(TCHAR a, const CString& b) {
+    CString result(a);
+    result.Append(b.GetString(), b.GetLength());
+    return result;
+}
