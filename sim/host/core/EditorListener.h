@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+
+namespace cad {
+
+/// What an editor tells those who watch it. Names are global names as registered. UI thread.
+class EditorListener {
+public:
+    virtual ~EditorListener() = default;
+
+    virtual void commandWillStart(const std::string& globalName) { (void)globalName; }
+    virtual void commandEnded(const std::string& globalName) { (void)globalName; }
+    virtual void commandCancelled(const std::string& globalName) { (void)globalName; }
+    virtual void commandFailed(const std::string& globalName) { (void)globalName; }
+    virtual void sysVarWillChange(const std::string& name) { (void)name; }
+    /// `success` is false when the new value was refused; the variable then keeps its old one.
+    virtual void sysVarChanged(const std::string& name, bool success) { (void)name, (void)success; }
+};
+
+}  // namespace cad
