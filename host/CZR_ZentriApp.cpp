@@ -1,0 +1,166 @@
+#include "host/CZR_ZentriApp.h"
+
+#include <AcExtensionModule.h>
+#include <aced.h>
+#include <acutads.h>
+#include <afxwin.h>
+#include <rxmfcapi.h>
+#include <tchar.h>
+
+#include <QApplication>
+#include <QFont>
+#include <QFontDatabase>
+#include <QThread>
+#include <memory>
+#include <utility>
+
+#include "chat/ZR_AiChatCSThread.h"
+#include "chat/ZR_AiChatModuleState.h"
+#include "chat/ZR_AiChatReadHistoricalChatThread.h"
+#include "host/ZR_ZentriCommands.h"
+#include "host/ZR_ZentriModule.h"
+#include "host/ZR_ZentriPalette.h"
+#include "host/ZR_ZentriPaletteSet.h"
+#include "host/ZR_ZentriRetirement.h"
+#include "host/ZR_ZentriSysReactor.h"
+#include "host/core/ZR_ZentriCmdRecorder.h"
+#include "host/core/ZR_ZentriLogger.h"
+#include "host/qtmfc/QMfcApp.h"
+
+namespace {
+
+constexpr DWORD kPaletteSetWindowStyle = 0x00400000;  // WS_DLGFRAME
+constexpr DWORD kPaletteSetStyle = 0x2E;              // properties menu, auto roll-up, close button, snapping
+constexpr DWORD kDockingStyle = 0x1004;               // CBRS_ALIGN_LEFT, CBRS_SIZE_DYNAMIC
+constexpr DWORD kPaletteWindowStyle = 0x50000000;     // WS_CHILD, WS_VISIBLE
+constexpr int kPaletteSetWidth = 700;
+constexpr int kPaletteSetHeight = 500;
+constexpr unsigned long kThreadStopMilliseconds = 5000;
+
+/// The host's editor object; null when the registry holds none or something else.
+AcEditor* editor() {
+    AcRxObject* const object = acrxSysRegistry()->at(_T("AcEditor"));
+    if (object == nullptr || !object->isA()->isDerivedFrom(AcEditor::desc()))
+        return nullptr;
+    return static_cast<AcEditor*>(object);
+}
+
+/// Attaches the reactor unless it is attached already.
+void attach(AcEditorReactor* reactor, bool& attached) {
+    AcEditor* const target = editor();
+    if (target == nullptr || attached)
+        return;
+    target->addReactor(reactor);
+    attached = true;
+}
+
+void detach(AcEditorReactor* reactor, bool& attached) {
+    AcEditor* const target = editor();
+    if (reactor != nullptr && target != nullptr)
+        target->removeReactor(reactor);
+    attached = false;
+}
+
+}  // namespace
+
+AcRx::AppRetCode CZR_ZentriApp::On_kInitAppMsg(void* packet) {
+    const AcRx::AppRetCode result = AcRxArxApp::On_kInitAppMsg(packet);
+    // Puts the former handle back on every way out, an exception's too.
+    const CAcModuleResourceOverride resources(theArxDLL.ModuleResourceInstance());
+
+    registerZentriCommands();
+    QApplication* const application = QMfcApp::mfc_instance(AfxGetApp());
+    loadFont();
+    createThreads(application);
+    createPalettes();
+    attachReactors();
+    return result;
+}
+
+AcRx::AppRetCode CZR_ZentriApp::On_kUnloadAppMsg(void* packet) {
+    AcRxArxApp::On_kUnloadAppMsg(packet);
+    removeZentriCommands();
+    detachReactors();
+    deletePaletteSet();
+    stopChatThread();
+    return AcRx::kRetOK;
+}
+
+void CZR_ZentriApp::loadFont() {
+    const int font =
+        QFontDatabase::addApplicationFont(QStringLiteral(":/res/font/SourceHanSansCN-Regular.ttf"));
+    if (font == -1) {
+        acutPrintf(_T("\nZR_Zentri:Load font failed"));
+        return;
+    }
+    const QStringList families = QFontDatabase::applicationFontFamilies(font);
+    if (!families.isEmpty())
+        QApplication::setFont(QFont(families.first()));
+}
+
+void CZR_ZentriApp::createThreads(QApplication* application) {
+    if (g_zentriChatThread == nullptr)
+        g_zentriChatThread = new ZR_AiChatCSThread(application);
+    if (g_zentriHistoryThread == nullptr)
+        g_zentriHistoryThread = new ZR_AiChatReadHistoricalChatThread(application);
+}
+
+void CZR_ZentriApp::createPalettes() {
+    if (g_zentriPaletteSet != nullptr)
+        return;
+    auto paletteSet = std::make_unique<ZR_ZentriPaletteSet>();
+    const CRect size(0, 0, kPaletteSetWidth, kPaletteSetHeight);
+    if (!paletteSet->Create(_T("朔禾CAD Zentri"), kPaletteSetWindowStyle, size, acedGetAcadFrame(),
+                            kPaletteSetStyle)) {
+        zentriLog(_T("The palette set's window could not be made."));
+        return;
+    }
+    paletteSet->EnableDocking(kDockingStyle);
+    paletteSet->RestoreControlBar(AFX_IDW_DOCKBAR_LEFT);
+    g_zentriPaletteSet = paletteSet.release();
+
+    // A palette of an earlier load went with its set.
+    g_zentriPalette = nullptr;
+    auto palette = std::make_unique<ZR_ZentriPalette>();
+    if (!palette->Create(kPaletteWindowStyle, _T("朔禾 Zentri"), g_zentriPaletteSet, 0)) {
+        zentriLog(_T("The palette's window could not be made."));
+        return;
+    }
+    g_zentriPalette = palette.release();
+    g_zentriPaletteSet->addPalette(g_zentriPalette);
+}
+
+void CZR_ZentriApp::attachReactors() {
+    if (g_zentriCmdRecorder == nullptr)
+        g_zentriCmdRecorder = new ZR_ZentriCmdRecorder;
+    attach(g_zentriCmdRecorder, m_recorderAttached);
+    if (g_zentriSysReactor == nullptr)
+        g_zentriSysReactor = new ZR_ZentriSysReactor;
+    attach(g_zentriSysReactor, m_sysReactorAttached);
+}
+
+void CZR_ZentriApp::detachReactors() {
+    detach(g_zentriCmdRecorder, m_recorderAttached);
+    detach(g_zentriSysReactor, m_sysReactorAttached);
+}
+
+void CZR_ZentriApp::deletePaletteSet() {
+    retirePaletteSet(std::exchange(g_zentriPaletteSet, nullptr));
+}
+
+void CZR_ZentriApp::stopChatThread() {
+    ZR_AiChatCSThread* const thread = std::exchange(g_zentriChatThread, nullptr);
+    if (thread == nullptr)
+        return;
+    thread->quit();
+    if (thread->wait(kThreadStopMilliseconds)) {
+        delete thread;
+        return;
+    }
+    // It stands somewhere that quit() does not reach, say in its message box. Deleting a running thread ends
+    // the process, so it is let go and deletes itself when it has finished; its code stays mapped.
+    thread->setParent(nullptr);
+    QObject::connect(thread, &QThread::finished, thread, &QObject::deleteLater);
+    if (thread->isFinished())
+        thread->deleteLater();
+}

@@ -1,0 +1,103 @@
+#include "host/ZR_ZentriCommands.h"
+
+#include <accmd.h>
+#include <afxwin.h>
+#include <rxdict.h>
+#include <rxmfcapi.h>
+#include <tchar.h>
+
+#include "chat/ZR_AiChatManager.h"
+#include "host/ZR_AccountService.h"
+#include "host/ZR_ZentriModule.h"
+#include "host/ZR_ZentriPalette.h"
+#include "host/ZR_ZentriPaletteSet.h"
+#include "host/core/ZR_ZentriAccount.h"
+#include "host/core/ZR_ZentriColorTheme.h"
+#include "host/core/ZR_ZentriModalScope.h"
+
+namespace {
+
+constexpr const ACHAR* kGroup = _T("ZR_ZENTRI");
+constexpr const ACHAR* kOpenChat = _T("KQ_AICHAT");
+constexpr const ACHAR* kRefresh = _T("_refreshChatView");
+constexpr int kNoFunctionCode = -1;
+
+AcEdCommandStack* commandStack() {
+    AcRxObject* const object = acrxSysRegistry()->at(_T("ACAD_REGISTERED_COMMANDS"));
+    return AcEdCommandStack::cast(object);
+}
+
+void addCommand(AcEdCommandStack& stack, const ACHAR* name, Adesk::Int32 flags, AcRxFunctionPtr function) {
+    stack.addCommand(kGroup, name, name, flags, function, nullptr, kNoFunctionCode,
+                     AcRxResourceInstance::empty());
+}
+
+/// Takes the signed-in user's token from the account service and hands it to the chat. False when nobody is
+/// signed in.
+bool takeToken() {
+    const CString token = ZR_AccountService::accessToken();
+    if (token.IsEmpty())
+        return false;
+    setZentriAccessToken(token);
+    setZentriSignedIn(true);
+    ZR_AiChatManager::instance().initUserData();
+    return true;
+}
+
+/// Lets the user sign in now. True when they did, whatever the service then gives for a token.
+bool signIn() {
+    // The service may show a window of its own, during which the host goes on.
+    const ZR_ZentriModalScope open;
+    if (!ZR_AccountService::signIn())
+        return false;
+    takeToken();
+    return true;
+}
+
+void explainSignIn() {
+    const ZR_ZentriModalScope open;
+    AfxMessageBox(_T("\n该功能需要在线登录！"), MB_OK);
+}
+
+void togglePanel() {
+    if (ZR_ZentriPalette* const palette = zentriPalette())
+        palette->setColorTheme(readColorTheme());
+    const BOOL show = g_zentriPaletteSet->IsVisible() ? FALSE : TRUE;
+    acedGetAcadFrame()->ShowControlBar(g_zentriPaletteSet, show, FALSE);
+    g_zentriPaletteSet->UpdateWindow();
+    g_zentriPaletteSet->refresh();
+}
+
+void openChat() {
+    if (!zentriHasAccess() && !takeToken() && !signIn())
+        return;
+    if (!zentriHasAccess()) {
+        explainSignIn();
+        if (!signIn())
+            return;
+    }
+    if (g_zentriPaletteSet != nullptr)
+        togglePanel();
+}
+
+void refreshChatView() {
+    if (g_zentriPaletteSet != nullptr)
+        g_zentriPaletteSet->refresh();
+}
+
+}  // namespace
+
+void registerZentriCommands() {
+    AcEdCommandStack* const stack = commandStack();
+    if (stack == nullptr)
+        return;
+    addCommand(*stack, kOpenChat, ACRX_CMD_MODAL, &openChat);
+    addCommand(*stack, kRefresh, ACRX_CMD_NOHISTORY, &refreshChatView);
+}
+
+void removeZentriCommands() {
+    if (AcEdCommandStack* const stack = commandStack())
+        stack->removeGroup(kGroup);
+    setZentriSignedIn(false);
+    setZentriAccessToken(CString());
+}

@@ -1,0 +1,145 @@
+#include "host/ZR_ZentriPalette.h"
+
+#include <QDebug>
+#include <QVariant>
+#include <QWindow>
+#include <exception>
+#include <stdexcept>
+
+#include "host/core/ZR_ZentriModalScope.h"
+#include "host/core/ZR_ZentriText.h"
+#include "view/ZR_ZentriPaletteView.h"
+
+IMPLEMENT_DYNAMIC(ZR_ZentriPalette, CAdUiPalette)
+
+BEGIN_MESSAGE_MAP(ZR_ZentriPalette, CAdUiPalette)
+ON_WM_CREATE()
+ON_WM_DESTROY()
+ON_WM_SIZE()
+ON_WM_SIZING()
+ON_WM_LBUTTONDOWN()
+ON_WM_KILLFOCUS()
+END_MESSAGE_MAP()
+
+ZR_ZentriPalette::ZR_ZentriPalette() : m_view(std::make_unique<ZR_ZentriPaletteView>()) {
+    setZentriPaletteAccess(this);
+}
+
+ZR_ZentriPalette::~ZR_ZentriPalette() {
+    if (zentriPaletteAccess() == this)
+        setZentriPaletteAccess(nullptr);
+}
+
+void ZR_ZentriPalette::setColorTheme(int theme) {
+    if (m_view != nullptr)
+        m_view->setColorTheme(theme);
+}
+
+ZR_AiChatViewInterface* ZR_ZentriPalette::chatView() {
+    return m_view.get();
+}
+
+void ZR_ZentriPalette::takeKeyboardFocus() {
+    if (GetSafeHwnd() != nullptr)
+        SetFocus();
+}
+
+BOOL ZR_ZentriPalette::OnSetActive() {
+    return CAdUiPalette::OnSetActive();
+}
+
+BOOL ZR_ZentriPalette::CanFrameworkTakeFocus() {
+    return TRUE;
+}
+
+BOOL ZR_ZentriPalette::PreTranslateMessage(MSG* message) {
+    switch (message->message) {
+        case WM_CHAR:
+            // Characters are the panel's alone: the host would take them for a command.
+            qDebug().nospace() << "WM_CHAR||" << message->wParam << "||" << message->lParam;
+            if (m_view != nullptr)
+                SendMessageW(viewHandle(), message->message, message->wParam, message->lParam);
+            return TRUE;
+        case WM_KEYDOWN:
+        case WM_KEYUP:
+            forwardToView(*message);
+            return CWnd::PreTranslateMessage(message);
+        default:
+            return CWnd::PreTranslateMessage(message);
+    }
+}
+
+int ZR_ZentriPalette::OnCreate(LPCREATESTRUCT creation) {
+    return CAdUiPalette::OnCreate(creation) == -1 ? -1 : 0;
+}
+
+void ZR_ZentriPalette::OnDestroy() {
+    // A native child goes with its parent. The view outlives this window, so it leaves before.
+    if (m_view != nullptr && m_view->windowHandle() != nullptr) {
+        m_view->hide();
+        m_view->windowHandle()->setParent(nullptr);
+    }
+    m_nativeParent.reset();
+    CAdUiPalette::OnDestroy();
+}
+
+void ZR_ZentriPalette::OnSize(UINT type, int width, int height) {
+    CAdUiPalette::OnSize(type, width, height);
+    embedView();
+}
+
+void ZR_ZentriPalette::OnSizing(UINT, LPRECT) {}
+
+void ZR_ZentriPalette::OnLButtonDown(UINT flags, CPoint point) {
+    CAdUiPalette::OnLButtonDown(flags, point);
+}
+
+void ZR_ZentriPalette::OnKillFocus(CWnd* newFocus) {
+    CAdUiPalette::OnKillFocus(newFocus);
+    if (m_view != nullptr)
+        m_view->clearInputFocus();
+}
+
+void ZR_ZentriPalette::embedView() {
+    if (m_view == nullptr)
+        return;
+    try {
+        placeView();
+    } catch (const std::exception& error) {
+        const ZR_ZentriModalScope open;
+        AfxMessageBox(toCString(QString::fromLocal8Bit(error.what())));
+    }
+    CRect rect;
+    GetWindowRect(&rect);
+    m_view->resize(rect.Width(), rect.Height());
+    m_view->relayoutMessages();
+}
+
+void ZR_ZentriPalette::placeView() {
+    if (m_nativeParent == nullptr) {
+        const WId handle = reinterpret_cast<WId>(GetSafeHwnd());
+        m_nativeParent.reset(QWindow::fromWinId(handle));
+        if (m_nativeParent == nullptr)
+            throw std::runtime_error("The window system cannot embed the chat view.");
+        m_nativeParent->setProperty("Qt_embedded_native_parent_handle",
+                                    QVariant::fromValue(static_cast<qulonglong>(handle)));
+    }
+    m_view->winId();
+    m_view->windowHandle()->setParent(m_nativeParent.get());
+    m_view->move(0, 0);
+    m_view->show();
+    SetFocus();
+}
+
+void ZR_ZentriPalette::forwardToView(const MSG& message) {
+    if (m_view == nullptr)
+        return;
+    const HWND view = viewHandle();
+    // A message to the view itself passes by here too, since MFC asks all the parents. It will get there.
+    if (message.hwnd != view && IsChild(view, message.hwnd) == FALSE)
+        SendMessageW(view, message.message, message.wParam, message.lParam);
+}
+
+HWND ZR_ZentriPalette::viewHandle() const {
+    return reinterpret_cast<HWND>(m_view->winId());
+}

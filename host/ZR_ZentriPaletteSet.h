@@ -1,0 +1,34 @@
+#pragma once
+
+#include <AdUiPaletteSet.h>
+#include <afxwin.h>
+
+class ZR_ZentriPalette;
+
+/// The dockable frame in the host's main window that holds the one palette. UI thread.
+class ZR_ZentriPaletteSet : public CAdUiPaletteSet {
+    DECLARE_DYNAMIC(ZR_ZentriPaletteSet)
+
+public:
+    ZR_ZentriPaletteSet() = default;
+
+    /// Adds the palette, which the set then owns.
+    void addPalette(ZR_ZentriPalette* palette);
+
+    /// Called after the panel was shown or hidden, and by the hidden refresh command; there is nothing to do.
+    void refresh() {}
+
+    void GetMinimumSize(CSize& size) override;
+    void GetMaximumSize(CSize& size) override;
+    BOOL PreTranslateMessage(MSG* message) override;
+
+protected:
+    bool OnClosing() override;
+
+    afx_msg void OnSize(UINT type, int width, int height);
+    afx_msg void OnSizing(UINT side, LPRECT rect);
+    DECLARE_MESSAGE_MAP()
+
+private:
+    ZR_ZentriPalette* m_palette = nullptr;
+};

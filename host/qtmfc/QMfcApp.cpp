@@ -1,0 +1,187 @@
+#include "host/qtmfc/QMfcApp.h"
+
+#include <windows.h>
+
+#include <QAbstractEventDispatcher>
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+#include <QWidget>
+#include <cstring>
+
+#include "host/core/ZR_ZentriText.h"
+
+CWinApp* QMfcApp::s_winApp = nullptr;
+int QMfcApp::s_modalLoops = 0;
+
+namespace {
+
+// What sendPostedEvents delivers.
+constexpr int kAllEvents = -1;
+constexpr int kWithoutDeferredDeletes = 0;
+
+HHOOK g_messageHook = nullptr;
+/// QApplication keeps a reference to it.
+int g_argumentCount = 0;
+
+/// Sets a flag for a scope, however that is left.
+class FlagScope {
+public:
+    explicit FlagScope(bool& flag) : m_flag(flag) { m_flag = true; }
+    ~FlagScope() { m_flag = false; }
+    FlagScope(const FlagScope&) = delete;
+    FlagScope& operator=(const FlagScope&) = delete;
+
+private:
+    bool& m_flag;
+};
+
+char* heapCopy(const QString& text) {
+    const QByteArray bytes = text.toLocal8Bit();
+    auto* const copy = new char[static_cast<std::size_t>(bytes.size()) + 1];
+    std::memcpy(copy, bytes.constData(), static_cast<std::size_t>(bytes.size()) + 1);
+    return copy;
+}
+
+/// The host's name and command line as an argument vector, which lives as long as the process.
+char** makeArguments(const CWinApp* mfcApp, int& count) {
+    const QString line =
+        toQString(CString(mfcApp->m_pszExeName)) + QLatin1Char(' ') + toQString(CString(mfcApp->m_lpCmdLine));
+    const QStringList pieces = line.split(QLatin1Char(' '));
+    auto** const arguments = new char*[static_cast<std::size_t>(pieces.size()) + 1];
+    for (int i = 0; i < pieces.size(); ++i)
+        arguments[i] = heapCopy(pieces[i]);
+    arguments[pieces.size()] = nullptr;
+    count = pieces.size();
+    return arguments;
+}
+
+/// Keeps the code that contains this function mapped until the process ends.
+void pinThisModule() {
+    HMODULE module = nullptr;
+    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_PIN | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
+                       reinterpret_cast<LPCWSTR>(&g_messageHook), &module);
+}
+
+HWND topLevelAncestor(HWND window) {
+    for (HWND parent = GetParent(window); parent != nullptr; parent = GetParent(parent))
+        window = parent;
+    return window;
+}
+
+QWidget* widgetOf(const MSG* message) {
+    return QWidget::find(reinterpret_cast<WId>(message->hwnd));
+}
+
+}  // namespace
+
+QApplication* QMfcApp::mfc_instance(CWinApp* mfcApp) {
+    // Also when the application is another module's: ours gives it children whose code is here.
+    pinThisModule();
+    if (QCoreApplication::instance() == nullptr) {
+        s_winApp = mfcApp;
+        char** const arguments = makeArguments(mfcApp, g_argumentCount);
+        new QMfcApp(mfcApp, g_argumentCount, arguments);
+    }
+    return qApp;
+}
+
+bool QMfcApp::pluginInstance(HINSTANCE plugin) {
+    if (QCoreApplication::instance() != nullptr)
+        return false;
+
+    const HOOKPROC deliverPostedEvents = [](int code, WPARAM wParam, LPARAM lParam) -> LRESULT {
+        if (QCoreApplication::instance() != nullptr)
+            QCoreApplication::sendPostedEvents(nullptr,
+                                               s_modalLoops > 0 ? kWithoutDeferredDeletes : kAllEvents);
+        return CallNextHookEx(g_messageHook, code, wParam, lParam);
+    };
+    g_messageHook = SetWindowsHookExW(WH_GETMESSAGE, deliverPostedEvents, nullptr, GetCurrentThreadId());
+
+    g_argumentCount = 0;
+    new QApplication(g_argumentCount, nullptr);
+
+    if (plugin != nullptr) {
+        char fileName[MAX_PATH] = {};
+        if (GetModuleFileNameA(plugin, fileName, MAX_PATH) != 0)
+            LoadLibraryA(fileName);
+    }
+    return true;
+}
+
+int QMfcApp::run(CWinApp* mfcApp) {
+    const bool made = QCoreApplication::instance() == nullptr;
+    QApplication* const application = mfc_instance(mfcApp);
+    const int result = QApplication::exec();
+    if (made)
+        delete application;
+    return result;
+}
+
+QMfcApp::QMfcApp(CWinApp* mfcApp, int& argc, char** argv) : QApplication(argc, argv) {
+    s_winApp = mfcApp;
+    // No window's closing ends anything here, since Qt's loop is never entered; a host that does run it, with
+    // run(), ends when its last window closes.
+    setQuitOnLastWindowClosed(true);
+    QAbstractEventDispatcher::instance()->installNativeEventFilter(&m_eventFilter);
+}
+
+QMfcApp::~QMfcApp() {
+    s_winApp = nullptr;
+}
+
+bool QMfcApp::winEventFilter(MSG* message, long* result) {
+    static bool s_filtering = false;
+    if (s_filtering)
+        return false;
+    const FlagScope filtering(s_filtering);
+
+    if (widgetOf(message) != nullptr) {
+        if (forwardMenuKey(message, result))
+            return true;
+    } else {
+        doIdleWork(message);
+    }
+    return s_winApp != nullptr && s_winApp->PreTranslateMessage(message) != FALSE;
+}
+
+bool QMfcApp::forwardMenuKey(MSG* message, long* result) {
+    const bool altReleased = message->message == WM_SYSKEYUP && message->wParam == VK_MENU;
+    const bool keyWithAlt = message->message == WM_SYSKEYDOWN && message->wParam != VK_MENU;
+    if (!altReleased && !keyWithAlt)
+        return false;
+    QWidget* const widget = widgetOf(message);
+    if (widget == nullptr)
+        return false;
+    const HWND ancestor = topLevelAncestor(message->hwnd);
+    if (GetMenu(ancestor) == nullptr || GetFocus() != message->hwnd)
+        return false;
+
+    if (altReleased) {
+        QWidget* const inner = widget->focusWidget();
+        QWidget* const focused = inner != nullptr ? inner : widget;
+        SetFocus(ancestor);
+        SendMessageW(ancestor, message->message, message->wParam, message->lParam);
+        focused->setFocus(Qt::OtherFocusReason);
+    } else {
+        SendMessageW(ancestor, message->message, message->wParam, message->lParam);
+        SendMessageW(ancestor, WM_SYSKEYUP, VK_MENU, message->lParam);
+    }
+    if (result != nullptr)
+        *result = 0;
+    return true;
+}
+
+void QMfcApp::doIdleWork(MSG* message) {
+    if (s_winApp == nullptr)
+        return;
+    MSG waiting = {};
+    while (m_doIdle && PeekMessageW(&waiting, nullptr, 0, 0, PM_NOREMOVE) == FALSE) {
+        if (s_winApp->OnIdle(m_idleCount++) == FALSE)
+            m_doIdle = false;
+    }
+    if (s_winApp->IsIdleMessage(message) != FALSE) {
+        m_doIdle = true;
+        m_idleCount = 0;
+    }
+}
