@@ -1,0 +1,41 @@
+#pragma once
+
+#include <afx.h>
+
+#include <QString>
+#include <QWidget>
+#include <memory>
+
+namespace Ui {
+class ZR_AiChatChatBoxPageContentLabelClass;
+}
+
+/// One session in a date page: its title, and a button with a menu. UI thread.
+class ZR_AiChatChatBoxPageContentLabel : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit ZR_AiChatChatBoxPageContentLabel(QWidget* parent = nullptr);
+    ~ZR_AiChatChatBoxPageContentLabel() override;
+
+    void setSessionId(const CString& sessionId);
+    CString sessionId() const { return m_sessionId; }
+    /// The title is shown as it is, however long.
+    void setTitle(const CString& title);
+    CString title() const { return m_title; }
+
+    /// True when a message of the session contains the text, in the same case. Titles are not searched, and a
+    /// session that the manager does not know never matches.
+    bool matchesSearch(const QString& text) const;
+
+signals:
+    void ContentMenu_deleteAction_clicked();
+
+public slots:
+    void toolButton_options_clicked(bool checked);
+
+private:
+    std::unique_ptr<Ui::ZR_AiChatChatBoxPageContentLabelClass> m_ui;
+    CString m_sessionId;
+    CString m_title;
+};

@@ -1,0 +1,111 @@
+#include "view/ZR_AiChatListWidget.h"
+
+#include <QDateTime>
+#include <QMetaObject>
+#include <QScrollBar>
+#include <QVariant>
+
+#include "view/QNChatMessage.h"
+#include "view/theme/ZR_ZentriThemeStyle.h"
+
+namespace {
+
+QString currentTimeText() {
+    return QString::number(QDateTime::currentSecsSinceEpoch());
+}
+
+}  // namespace
+
+ZR_AiChatListWidget::ZR_AiChatListWidget(QWidget* parent) : QListWidget(parent) {
+    if (objectName().isEmpty()) {
+        setObjectName(QStringLiteral("ZR_AiChatListWidgetClass"));
+    }
+    resize(600, 400);
+    setWindowTitle(QStringLiteral("ZR_AiChatListWidget"));
+    QMetaObject::connectSlotsByName(this);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+
+    // Bubbles of a cleared list live until the event loop turns, and a late piece may still reach them.
+    connect(model(), &QAbstractItemModel::modelAboutToBeReset, this, &ZR_AiChatListWidget::forgetItems);
+    connect(model(), &QAbstractItemModel::rowsAboutToBeRemoved, this, &ZR_AiChatListWidget::forgetRows);
+}
+
+void ZR_AiChatListWidget::addQuestion(const QString& text) {
+    auto* item = new QListWidgetItem(this);
+    setupItem(new QNChatMessage(this), item, text, currentTimeText(), QNChatMessage::Question);
+}
+
+void ZR_AiChatListWidget::addAnswer(const QString& text) {
+    auto* item = new QListWidgetItem(this);
+    setupItem(new QNChatMessage(parentWidget()), item, text, currentTimeText(), QNChatMessage::Answer);
+}
+
+QNChatMessage* ZR_AiChatListWidget::addLoadingAnswer() {
+    auto* bubble = new QNChatMessage(this);
+    bubble->startAnswerLoading();
+    auto* item = new QListWidgetItem(this);
+    setupItem(bubble, item, QString(), currentTimeText(), QNChatMessage::Answer);
+    return bubble;
+}
+
+void ZR_AiChatListWidget::setupItem(QNChatMessage* bubble, QListWidgetItem* item, const QString& text,
+                                    const QString& time, int kind) {
+    bubble->setFixedWidth(width());
+    const QSize size = bubble->fontRect(text);
+    item->setSizeHint(size);
+    bubble->setText(text, time, size, kind);
+    setItemWidget(item, bubble);
+    bubble->setProperty(kListItemProperty, QVariant::fromValue(static_cast<void*>(item)));
+    bubble->setColorTheme(property(kColorThemeProperty).toInt());
+    connect(this, &ZR_AiChatListWidget::ZR_ListWidget_ColorThemeChanged, bubble,
+            &QNChatMessage::setColorTheme);
+}
+
+void ZR_AiChatListWidget::refreshItem(QListWidgetItem* item) {
+    if (QNChatMessage* bubble = bubbleOf(item)) {
+        disconnect(this, &ZR_AiChatListWidget::ZR_ListWidget_ColorThemeChanged, bubble, nullptr);
+        setupItem(bubble, item, bubble->msgText(), bubble->timeText(), bubble->userType());
+    }
+}
+
+void ZR_AiChatListWidget::refreshLastItem() {
+    if (count() == 0) {
+        return;
+    }
+    refreshItem(item(count() - 1));
+    scheduleDelayedItemsLayout();
+}
+
+void ZR_AiChatListWidget::relayoutAll() {
+    for (int row = 0; row < count(); ++row) {
+        refreshItem(item(row));
+    }
+    scheduleDelayedItemsLayout();
+}
+
+void ZR_AiChatListWidget::onStreamProcess(bool flag) {
+    if (flag) {
+        return;
+    }
+    refreshLastItem();
+    scheduleDelayedItemsLayout();
+    scrollToBottom();
+}
+
+QNChatMessage* ZR_AiChatListWidget::bubbleOf(QListWidgetItem* item) const {
+    return qobject_cast<QNChatMessage*>(itemWidget(item));
+}
+
+void ZR_AiChatListWidget::forgetItems() {
+    forgetRows(QModelIndex(), 0, count() - 1);
+}
+
+void ZR_AiChatListWidget::forgetRows(const QModelIndex& parent, int first, int last) {
+    Q_UNUSED(parent)
+    for (int row = first; row <= last; ++row) {
+        if (QNChatMessage* bubble = bubbleOf(item(row))) {
+            bubble->setProperty(kListItemProperty, QVariant());
+        }
+    }
+}

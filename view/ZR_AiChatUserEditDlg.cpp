@@ -1,0 +1,34 @@
+#include "view/ZR_AiChatUserEditDlg.h"
+
+#include "ui_ZR_AiChatUserEditDlg.h"
+
+ZR_AiChatUserEditDlg::ZR_AiChatUserEditDlg(QWidget* parent)
+    : QDialog(parent), m_ui(std::make_unique<Ui::ZR_AiChatUserEditDlgClass>()) {
+    m_ui->setupUi(this);
+    // The splash-screen type is what the window-type bits come to when all of them are set.
+    setWindowFlags(windowFlags() | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::SplashScreen);
+    setAttribute(Qt::WA_TranslucentBackground, true);
+    setAutoFillBackground(false);
+    connect(m_ui->pushButton_Send, &QPushButton::clicked, this, &ZR_AiChatUserEditDlg::pushBtnSend_clicked);
+    connect(m_ui->pushButton_Cancel, &QPushButton::clicked, this,
+            &ZR_AiChatUserEditDlg::pushBtnCancel_clicked);
+}
+
+ZR_AiChatUserEditDlg::~ZR_AiChatUserEditDlg() = default;
+
+void ZR_AiChatUserEditDlg::setEditText(const QString& text) {
+    m_ui->textEdit_UserEdit->setPlainText(text);
+}
+
+QString ZR_AiChatUserEditDlg::editText() const {
+    return m_ui->textEdit_UserEdit->toPlainText();
+}
+
+void ZR_AiChatUserEditDlg::pushBtnSend_clicked(bool checked) {
+    Q_UNUSED(checked)
+    accept();
+}
+
+void ZR_AiChatUserEditDlg::pushBtnCancel_clicked() {
+    reject();
+}

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QWidget>
+#include <memory>
+
+#include "chat/ZR_AiChatSingleChatRecord.h"
+#include "chat/ZR_AiChatViewInterface.h"
+
+class QGraphicsOpacityEffect;
+class QPropertyAnimation;
+namespace Ui {
+class ZR_ZentriPaletteViewClass;
+}
+
+/// The one widget that fills the docked chat panel: side bar, header row, message list and input box. It
+/// turns the user's actions into calls on the chat manager, which drives it back while an answer streams. UI
+/// thread.
+class ZR_ZentriPaletteView : public QWidget, public ZR_AiChatViewInterface {
+    Q_OBJECT
+
+public:
+    explicit ZR_ZentriPaletteView(QWidget* parent = nullptr);
+    ~ZR_ZentriPaletteView() override;
+    ZR_ZentriPaletteView(const ZR_ZentriPaletteView&) = delete;
+    ZR_ZentriPaletteView& operator=(const ZR_ZentriPaletteView&) = delete;
+
+    /// Themes the whole view: 1 light, 0 dark, any other value no theme rule at all.
+    void setColorTheme(int theme);
+    /// Shows a stored conversation; messages that are neither question nor answer are left out.
+    void showChatRecord(const ZR_AiChatSingleChatRecord& record);
+    /// Measures every bubble again for the list's present width.
+    void relayoutMessages();
+    /// Takes the Qt focus off the input box and the search box, so that the host gets the keys again.
+    void clearInputFocus();
+
+    // ZR_AiChatViewInterface
+    void onStreamStart() override;
+    void onStreamProcess() override;
+    void onStreamEnd() override;
+    void showCurrentSession() override;
+    void updateSideBarSessions(const ZR_AiChatSessionList& sessions) override;
+    void setInputText(const QString& text) override;
+    void sendInput() override;
+    QRect viewGeometry() const override;
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+public slots:
+    void toolBtnSend_clicked(bool checked);
+    void toolBtnHistoricalChat_clicked(bool checked);
+    void pushBtnNewChat_clicked();
+    void sideBar_btnCloseBar_clicked();
+    void sideBar_btnNewChat_clicked();
+    void sideBar_chatPage_clicked(const QString& sessionId);
+    void animationSideBar_finished();
+
+private:
+    void openSideBar();
+    void closeSideBar();
+    void startSideBarAnimations(int fromWidth, int toWidth, qreal fromOpacity, qreal toOpacity);
+
+    std::unique_ptr<Ui::ZR_ZentriPaletteViewClass> m_ui;
+    bool m_sideBarOpen = false;
+    QPropertyAnimation* m_widthAnimation = nullptr;
+    QPropertyAnimation* m_opacityAnimation = nullptr;
+    QGraphicsOpacityEffect* m_sideBarOpacity = nullptr;
+};
