@@ -36,6 +36,12 @@ constexpr DWORD GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT = 0x2;
 constexpr DWORD GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS = 0x4;
 WIN32API BOOL GetModuleHandleExW(DWORD flags, LPCWSTR nameOrAddress, HMODULE* module);
 
+// The reasons that a module's DllMain is given.
+constexpr DWORD DLL_PROCESS_DETACH = 0;
+constexpr DWORD DLL_PROCESS_ATTACH = 1;
+constexpr DWORD DLL_THREAD_ATTACH = 2;
+constexpr DWORD DLL_THREAD_DETACH = 3;
+
 /// The module's path as "Z:\…"; null is the program. Returns the length without the terminator. A buffer that
 /// is too small is filled with a terminated, cut path, size is returned and the last error is
 /// ERROR_INSUFFICIENT_BUFFER. 0 on failure. The A form gives UTF-8.
