@@ -11,9 +11,9 @@ class CAdUiPalette : public CWnd {
     DECLARE_DYNAMIC(CAdUiPalette)
 
 public:
-    CAdUiPalette();
-    ~CAdUiPalette() override;
+    CAdUiPalette() = default;
 
+    using CWnd::Create;
     virtual BOOL Create(DWORD style, LPCTSTR name, CAdUiPaletteSet* paletteSet, DWORD paletteStyle);
 
     CString GetName() const { return m_name; }
@@ -23,10 +23,11 @@ public:
 
     /// Told when the palette becomes the set's active one; FALSE when the window is not there.
     virtual BOOL OnSetActive();
-    /// Whether the host may take the keyboard focus back from the palette's frame.
+    /// Whether the host may take the keyboard focus back while the palette has it.
     virtual BOOL CanFrameworkTakeFocus();
 
 protected:
+    /// Takes the keyboard focus.
     afx_msg void OnLButtonDown(UINT flags, CPoint point);
     DECLARE_MESSAGE_MAP()
 

@@ -1,0 +1,77 @@
+#include "AdUiDock.h"
+
+#include "ArxHost.h"
+
+namespace {
+constexpr int kMinimumSide = 120;
+constexpr int kMaximumSide = 4096;
+}  // namespace
+
+IMPLEMENT_DYNAMIC(CAdUiDockControlBar, CControlBar)
+
+BEGIN_MESSAGE_MAP(CAdUiDockControlBar, CControlBar)
+ON_WM_SIZE()
+ON_WM_SHOWWINDOW()
+END_MESSAGE_MAP()
+
+CAdUiDockControlBar::CAdUiDockControlBar(short) {}
+
+BOOL CAdUiDockControlBar::createBar(LPCTSTR title, DWORD style, const CRect& size, CWnd* parent) {
+    if (parent == nullptr || parent->GetSafeHwnd() == nullptr)
+        return FALSE;
+    m_title = title;
+    m_sizeDocked = size.Size();
+    m_dwStyle = CBRS_LEFT | CBRS_SIZE_DYNAMIC;
+    // A docked bar has no non-client frame, and it is the program that shows it.
+    const DWORD frameStyles = WS_DLGFRAME | WS_BORDER | WS_THICKFRAME | WS_VISIBLE;
+    const DWORD windowStyle = (style & ~frameStyles) | WS_CHILD | WS_CLIPCHILDREN | WS_CLIPSIBLINGS;
+    const LPCTSTR windowClass = AfxRegisterWndClass(CS_DBLCLKS, LoadCursorW(nullptr, IDC_ARROW));
+    return CWnd::Create(windowClass, title, windowStyle, size, parent, 0);
+}
+
+void CAdUiDockControlBar::RestoreControlBar(int dockBarId, CDockState*) {
+    ArxDockState remembered;
+    remembered.dockBarId = static_cast<UINT>(dockBarId);
+    if (arxHost().dockState(m_title, remembered) && remembered.width > 0) {
+        m_sizeDocked.cx = remembered.width;
+        OnDockedSizing(m_sizeDocked);
+    }
+    if (CFrameWnd* const frame = GetDockingFrame())
+        frame->DockControlBar(this, remembered.dockBarId);
+}
+
+void CAdUiDockControlBar::GetMinimumSize(CSize& size) {
+    size = CSize(kMinimumSide, kMinimumSide);
+}
+
+void CAdUiDockControlBar::GetMaximumSize(CSize& size) {
+    size = CSize(kMaximumSide, kMaximumSide);
+}
+
+void CAdUiDockControlBar::OnDockedSizing(CSize& size) {
+    CSize minimum;
+    CSize maximum;
+    GetMinimumSize(minimum);
+    GetMaximumSize(maximum);
+    size.cx = size.cx < minimum.cx ? minimum.cx : (size.cx > maximum.cx ? maximum.cx : size.cx);
+    size.cy = size.cy < minimum.cy ? minimum.cy : (size.cy > maximum.cy ? maximum.cy : size.cy);
+}
+
+bool CAdUiDockControlBar::OnClosing() {
+    return true;
+}
+
+void CAdUiDockControlBar::OnSize(UINT type, int width, int height) {
+    CControlBar::OnSize(type, width, height);
+    if (m_nDockBarID != 0)
+        arxHost().dockStateChanged(m_title, ArxDockState{m_nDockBarID, static_cast<int>(m_sizeDocked.cx)});
+}
+
+void CAdUiDockControlBar::OnShowWindow(BOOL show, UINT status) {
+    CControlBar::OnShowWindow(show, status);
+    // A hidden window must not keep the keys.
+    const HWND focus = ::GetFocus();
+    if (!show && focus != nullptr && (focus == m_hWnd || ::IsChild(m_hWnd, focus)) &&
+        GetDockingFrame() != nullptr)
+        GetDockingFrame()->SetFocus();
+}

@@ -1,0 +1,70 @@
+// A loadable module for the loader's tests. It tells the host what it is sent, in the order of arrival; its
+// flavour is chosen when it is compiled.
+
+#include <acutads.h>
+#include <arxEntryPoint.h>
+
+#ifndef FIXTURE_NAME
+#define FIXTURE_NAME "fixture"
+#endif
+#ifndef FIXTURE_LOCKED
+#define FIXTURE_LOCKED false
+#endif
+#ifndef FIXTURE_INIT_RESULT
+#define FIXTURE_INIT_RESULT AcRx::kRetOK
+#endif
+
+namespace {
+
+HINSTANCE g_instance = nullptr;
+
+class FixtureApp : public AcRxArxApp {
+public:
+    AcRx::AppRetCode On_kInitAppMsg(void* packet) override {
+        acutPrintf(_T("[%s init %d]"), name().GetString(), g_instance != nullptr ? 1 : 0);
+        AcRxArxApp::On_kInitAppMsg(packet);
+        if (FIXTURE_LOCKED)
+            acrxDynamicLinker->lockApplication(packet);
+        return FIXTURE_INIT_RESULT;
+    }
+
+    AcRx::AppRetCode On_kLoadDwgMsg(void* packet) override {
+        acutPrintf(_T("[%s loadDwg]"), name().GetString());
+        return AcRxArxApp::On_kLoadDwgMsg(packet);
+    }
+
+    AcRx::AppRetCode On_kUnloadDwgMsg(void* packet) override {
+        acutPrintf(_T("[%s unloadDwg]"), name().GetString());
+        return AcRxArxApp::On_kUnloadDwgMsg(packet);
+    }
+
+    AcRx::AppRetCode On_kUnloadAppMsg(void* packet) override {
+        acutPrintf(_T("[%s unload]"), name().GetString());
+        return AcRxArxApp::On_kUnloadAppMsg(packet);
+    }
+
+    AcRx::AppRetCode On_kQuitMsg(void* packet) override {
+        acutPrintf(_T("[%s quit]"), name().GetString());
+        return AcRxArxApp::On_kQuitMsg(packet);
+    }
+
+    AcRx::AppRetCode On_kSuspendMsg(void* packet) override {
+        acutPrintf(_T("[%s suspend]"), name().GetString());
+        return AcRxArxApp::On_kSuspendMsg(packet);
+    }
+
+    void RegisterServerComponents() override { acutPrintf(_T("[%s register]"), name().GetString()); }
+
+private:
+    static CString name() { return CString(FIXTURE_NAME); }
+};
+
+}  // namespace
+
+extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID) {
+    if (reason == DLL_PROCESS_ATTACH)
+        g_instance = instance;
+    return TRUE;
+}
+
+IMPLEMENT_ARX_ENTRYPOINT(FixtureApp)

@@ -1,0 +1,4 @@
+// A library that is no module.
+int fixtureNothing() {
+    return 0;
+}

@@ -1,0 +1,116 @@
+#include <acdocman.h>
+#include <acedads.h>
+#include <acutads.h>
+#include <acutmem.h>
+#include <arxEntryPoint.h>
+#include <gtest/gtest.h>
+#include <rxmfcapi.h>
+#include <rxregsvc.h>
+
+#include <thread>
+
+#include "tests/support/FakeArxHost.h"
+
+TEST(ArxHost, CallingTheSliceWithoutOneEndsTheProgram) {
+    EXPECT_DEATH(acutPrintf(_T("text")), "no host is installed");
+}
+
+TEST(AcutPrintf, FormatsWideTextAndNumbers) {
+    FakeArxHost host;
+    EXPECT_EQ(acutPrintf(_T("\n%s %d%%"), CString(_T("进度")).GetString(), 42), RTNORM);
+    EXPECT_TRUE(host.printedText() == _T("\n进度 42%"));
+}
+
+TEST(AcutPrintf, MayBeCalledFromAnyThread) {
+    FakeArxHost host;
+    std::thread first([] { acutPrintf(_T("a")); });
+    std::thread second([] { acutPrintf(_T("b")); });
+    first.join();
+    second.join();
+    EXPECT_EQ(host.printed().size(), 2U);
+}
+
+TEST(AcedGetVar, GivesTheValueOrAnError) {
+    FakeArxHost host;
+    host.setVar(_T("COLORTHEME"), 1);
+    resbuf result = {};
+    EXPECT_EQ(acedGetVar(_T("COLORTHEME"), &result), RTNORM);
+    EXPECT_EQ(result.restype, RTSHORT);
+    EXPECT_EQ(result.resval.rint, 1);
+    EXPECT_EQ(acedGetVar(_T("NOSUCHVAR"), &result), RTERROR);
+    EXPECT_EQ(acedGetVar(nullptr, &result), RTERROR);
+    EXPECT_EQ(acedGetVar(_T("COLORTHEME"), nullptr), RTERROR);
+}
+
+TEST(AcutMem, CopiesAndReleasesStrings) {
+    ACHAR* copy = nullptr;
+    ASSERT_EQ(acutNewString(_T("图层"), copy), Acad::eOk);
+    EXPECT_TRUE(CString(copy) == _T("图层"));
+    acutDelString(copy);
+    EXPECT_EQ(copy, nullptr);
+    EXPECT_EQ(acutNewString(nullptr, copy), Acad::eNullPtr);
+}
+
+TEST(DocManager, QueuesStringsOnTheHost) {
+    FakeArxHost host;
+    AcApDocument* const document = acDocManager->curDocument();
+    ASSERT_EQ(document, host.document());
+    EXPECT_EQ(acDocManager->mdiActiveDocument(), document);
+    EXPECT_EQ(acDocManager->documentCount(), 1);
+    EXPECT_EQ(acDocManager->sendStringToExecute(document, _T("LINE\n"), true, false, true), Acad::eOk);
+    ASSERT_EQ(host.sent().size(), 1U);
+    EXPECT_EQ(host.sent()[0].document, document);
+    EXPECT_TRUE(host.sent()[0].text == _T("LINE\n"));
+    EXPECT_TRUE(host.sent()[0].activate);
+    EXPECT_FALSE(host.sent()[0].wrapUpInactiveDocument);
+    EXPECT_TRUE(host.sent()[0].echo);
+}
+
+TEST(DocManager, RefusesNoDocumentAndNoText) {
+    FakeArxHost host;
+    EXPECT_EQ(acDocManager->sendStringToExecute(nullptr, _T("LINE\n")), Acad::eNoDocument);
+    EXPECT_EQ(acDocManager->sendStringToExecute(host.document(), nullptr), Acad::eInvalidInput);
+    EXPECT_TRUE(host.sent().empty());
+}
+
+TEST(DocManager, DocumentIsQuiescentWhenTheHostSaysSo) {
+    FakeArxHost host;
+    EXPECT_TRUE(curDoc()->isQuiescent());
+    host.document()->quiescent = false;
+    EXPECT_FALSE(curDoc()->isQuiescent());
+}
+
+TEST(DocManager, ThereMayBeNoDocument) {
+    FakeArxHost host;
+    host.setDocument(nullptr);
+    EXPECT_EQ(curDoc(), nullptr);
+    EXPECT_EQ(acDocManager->documentCount(), 0);
+}
+
+TEST(Services, SymbolsAreLookedUpInTheHost) {
+    FakeArxHost host;
+    int function = 0;
+    host.setService(_T("ZR_ACCOUNT"), "zrAccountSignIn", &function);
+    EXPECT_TRUE(acrxServiceIsRegistered(_T("ZR_ACCOUNT")));
+    EXPECT_FALSE(acrxServiceIsRegistered(_T("OTHER")));
+    EXPECT_EQ(acrxGetServiceSymbolAddr(_T("ZR_ACCOUNT"), "zrAccountSignIn"), &function);
+    EXPECT_EQ(acrxGetServiceSymbolAddr(_T("ZR_ACCOUNT"), "other"), nullptr);
+    EXPECT_EQ(acrxGetServiceSymbolAddr(_T("OTHER"), "zrAccountSignIn"), nullptr);
+    EXPECT_EQ(acrxGetServiceSymbolAddr(nullptr, nullptr), nullptr);
+}
+
+TEST(ModuleResourceOverride, SwitchesTheHandleAndPutsItBack) {
+    CAcExtensionModule module;
+    const HINSTANCE mine = reinterpret_cast<HINSTANCE>(0x1000);
+    const HINSTANCE before = AfxGetResourceHandle();
+    module.AttachInstance(mine);
+    try {
+        const CAcModuleResourceOverride resources(module.ModuleResourceInstance());
+        EXPECT_EQ(AfxGetResourceHandle(), mine);
+        throw 1;
+    } catch (int) {
+        EXPECT_EQ(AfxGetResourceHandle(), before);
+    }
+    module.DetachInstance();
+    EXPECT_EQ(module.ModuleResourceInstance(), nullptr);
+}

@@ -1,0 +1,121 @@
+#include <aced.h>
+#include <gtest/gtest.h>
+
+#include <memory>
+
+namespace {
+
+int g_runs = 0;
+void countRun() {
+    ++g_runs;
+}
+void doNothing() {}
+
+class CommandStack : public testing::Test {
+protected:
+    CommandStack() : stack(acedRegCmds) {}
+    ~CommandStack() override {
+        stack->removeGroup(_T("ONE"));
+        stack->removeGroup(_T("TWO"));
+    }
+
+    Acad::ErrorStatus add(const ACHAR* group, const ACHAR* global, const ACHAR* local, Adesk::Int32 flags = 0,
+                          AcRxFunctionPtr function = &doNothing) {
+        return stack->addCommand(group, global, local, flags, function);
+    }
+
+    AcEdCommandStack* stack;
+};
+
+}  // namespace
+
+TEST_F(CommandStack, KeepsWhatACommandWasRegisteredWith) {
+    AcEdCommand* added = nullptr;
+    ASSERT_EQ(stack->addCommand(_T("ONE"), _T("GLOBAL"), _T("LOCAL"), ACRX_CMD_NOHISTORY, &countRun, nullptr,
+                                -1, AcRxResourceInstance::empty(), &added),
+              Acad::eOk);
+    ASSERT_NE(added, nullptr);
+    EXPECT_TRUE(CString(added->groupName()) == _T("ONE"));
+    EXPECT_TRUE(CString(added->globalName()) == _T("GLOBAL"));
+    EXPECT_TRUE(CString(added->localName()) == _T("LOCAL"));
+    EXPECT_EQ(added->commandFlags(), 0x00800000);
+    EXPECT_EQ(added->UIContext(), nullptr);
+    EXPECT_EQ(added->fcode(), -1);
+    added->functionAddr()();
+    EXPECT_EQ(g_runs, 1);
+}
+
+TEST_F(CommandStack, FindsALocalNameWithoutRegardToCase) {
+    add(_T("ONE"), _T("GLOBAL"), _T("LOCAL"));
+    EXPECT_NE(stack->lookupCmd(_T("local"), false), nullptr);
+    EXPECT_EQ(stack->lookupCmd(_T("GLOBAL"), false), nullptr);
+    EXPECT_NE(stack->lookupCmd(_T("global"), true), nullptr);
+    EXPECT_EQ(stack->lookupCmd(_T("LOCAL"), true), nullptr);
+}
+
+TEST_F(CommandStack, UnderscoreAsksForTheGlobalName) {
+    add(_T("ONE"), _T("GLOBAL"), _T("LOCAL"));
+    EXPECT_NE(stack->lookupCmd(_T("_GLOBAL"), false), nullptr);
+    EXPECT_EQ(stack->lookupCmd(_T("_LOCAL"), false), nullptr);
+}
+
+TEST_F(CommandStack, FindsANameThatItselfBeginsWithAnUnderscore) {
+    add(_T("ONE"), _T("_refreshChatView"), _T("_refreshChatView"), ACRX_CMD_NOHISTORY);
+    EXPECT_NE(stack->lookupCmd(_T("_refreshChatView"), false), nullptr);
+    EXPECT_EQ(stack->lookupCmd(_T("refreshChatView"), false), nullptr);
+}
+
+TEST_F(CommandStack, RefusesANameThatTheGroupHas) {
+    EXPECT_EQ(add(_T("ONE"), _T("A"), _T("A")), Acad::eOk);
+    EXPECT_EQ(add(_T("ONE"), _T("a"), _T("B")), Acad::eDuplicateKey);
+    EXPECT_EQ(add(_T("TWO"), _T("A"), _T("A")), Acad::eOk);
+}
+
+TEST_F(CommandStack, RefusesEmptyNamesAndNoFunction) {
+    EXPECT_EQ(add(_T(""), _T("A"), _T("A")), Acad::eInvalidInput);
+    EXPECT_EQ(add(_T("ONE"), _T(""), _T("A")), Acad::eInvalidInput);
+    EXPECT_EQ(add(_T("ONE"), _T("A"), _T("A"), 0, nullptr), Acad::eInvalidInput);
+    EXPECT_EQ(stack->lookupCmd(_T("A"), false), nullptr);
+}
+
+TEST_F(CommandStack, TheTopGroupIsSearchedFirst) {
+    add(_T("ONE"), _T("A"), _T("A"));
+    add(_T("TWO"), _T("A"), _T("A"));
+    EXPECT_TRUE(CString(stack->lookupCmd(_T("A"), false)->groupName()) == _T("TWO"));
+    EXPECT_EQ(stack->popGroupToTop(_T("ONE")), Acad::eOk);
+    EXPECT_TRUE(CString(stack->lookupCmd(_T("A"), false)->groupName()) == _T("ONE"));
+    EXPECT_EQ(stack->popGroupToTop(_T("NONE")), Acad::eKeyNotFound);
+}
+
+TEST_F(CommandStack, RemovingAGroupTakesAllItsCommands) {
+    add(_T("ONE"), _T("A"), _T("A"));
+    add(_T("ONE"), _T("B"), _T("B"));
+    add(_T("TWO"), _T("C"), _T("C"));
+    EXPECT_EQ(stack->removeGroup(_T("one")), Acad::eOk);
+    EXPECT_EQ(stack->lookupCmd(_T("A"), false), nullptr);
+    EXPECT_EQ(stack->lookupCmd(_T("B"), false), nullptr);
+    EXPECT_NE(stack->lookupCmd(_T("C"), false), nullptr);
+    EXPECT_EQ(stack->removeGroup(_T("ONE")), Acad::eKeyNotFound);
+}
+
+TEST_F(CommandStack, RemovesOneCommand) {
+    add(_T("ONE"), _T("A"), _T("A"));
+    add(_T("ONE"), _T("B"), _T("B"));
+    EXPECT_EQ(stack->removeCmd(_T("ONE"), _T("A")), Acad::eOk);
+    EXPECT_EQ(stack->lookupCmd(_T("A"), false), nullptr);
+    EXPECT_NE(stack->lookupCmd(_T("B"), false), nullptr);
+    EXPECT_EQ(stack->removeCmd(_T("ONE"), _T("A")), Acad::eKeyNotFound);
+}
+
+TEST_F(CommandStack, IteratesGroupByGroup) {
+    add(_T("ONE"), _T("A"), _T("A"));
+    add(_T("ONE"), _T("B"), _T("B"));
+    add(_T("TWO"), _T("C"), _T("C"));
+    CString names;
+    const std::unique_ptr<AcEdCommandIterator> commands(stack->iterator());
+    for (; !commands->done(); commands->next())
+        names += CString(commands->commandGroup()) + _T("/") + commands->command()->globalName() + _T(" ");
+    EXPECT_TRUE(names == _T("TWO/C ONE/A ONE/B "));
+    EXPECT_EQ(commands->command(), nullptr);
+    EXPECT_FALSE(commands->next());
+}
