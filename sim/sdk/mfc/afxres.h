@@ -1,0 +1,17 @@
+#pragma once
+
+// Window ids and command ids that MFC gives a meaning. Only those in use here.
+
+#define AFX_IDW_CONTROLBAR_FIRST 0xE800
+#define AFX_IDW_TOOLBAR 0xE800
+#define AFX_IDW_STATUS_BAR 0xE801
+#define AFX_IDW_DOCKBAR_TOP 0xE81B
+#define AFX_IDW_DOCKBAR_LEFT 0xE81C
+#define AFX_IDW_DOCKBAR_RIGHT 0xE81D
+#define AFX_IDW_DOCKBAR_BOTTOM 0xE81E
+#define AFX_IDW_DOCKBAR_FLOAT 0xE81F
+#define AFX_IDW_CONTROLBAR_LAST 0xE8FF
+#define AFX_IDW_PANE_FIRST 0xE900
+#define AFX_IDW_PANE_LAST 0xE9FF
+
+#define ID_APP_EXIT 0xE141

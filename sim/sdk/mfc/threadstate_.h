@@ -1,0 +1,23 @@
+#pragma once
+
+#include <memory>
+#include <unordered_map>
+#include <vector>
+
+#include "afxwin.h"
+
+/// What MFC keeps for each thread.
+struct AfxThreadState {
+    MSG lastSentMsg = {};     ///< The message being handled.
+    CWnd* wndInit = nullptr;  ///< The object that the next window created is for.
+    HHOOK cbtHook = nullptr;
+    CWinThread* currentThread = nullptr;
+    AFX_MODULE_STATE* moduleState = nullptr;
+    std::unordered_map<HWND, CWnd*> windows;
+    std::unordered_map<HWND, std::unique_ptr<CWnd>> temporaryWindows;
+    std::unordered_map<HMENU, std::unique_ptr<CMenu>> temporaryMenus;
+    std::vector<CFrameWnd*> frames;
+    CString className;  ///< What AfxRegisterWndClass returned last.
+};
+
+AfxThreadState& afxThreadState();
