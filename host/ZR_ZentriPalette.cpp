@@ -58,7 +58,7 @@ BOOL ZR_ZentriPalette::PreTranslateMessage(MSG* message) {
             // Characters are the panel's alone: the host would take them for a command.
             qDebug().nospace() << "WM_CHAR||" << message->wParam << "||" << message->lParam;
             if (m_view != nullptr)
-                SendMessageW(viewHandle(), message->message, message->wParam, message->lParam);
+                ::SendMessageW(viewHandle(), message->message, message->wParam, message->lParam);
             return TRUE;
         case WM_KEYDOWN:
         case WM_KEYUP:
@@ -136,8 +136,8 @@ void ZR_ZentriPalette::forwardToView(const MSG& message) {
         return;
     const HWND view = viewHandle();
     // A message to the view itself passes by here too, since MFC asks all the parents. It will get there.
-    if (message.hwnd != view && IsChild(view, message.hwnd) == FALSE)
-        SendMessageW(view, message.message, message.wParam, message.lParam);
+    if (message.hwnd != view && ::IsChild(view, message.hwnd) == FALSE)
+        ::SendMessageW(view, message.message, message.wParam, message.lParam);
 }
 
 HWND ZR_ZentriPalette::viewHandle() const {

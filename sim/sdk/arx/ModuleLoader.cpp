@@ -34,6 +34,22 @@ CString baseName(const CString& path) {
     return path.Mid(start);
 }
 
+/// Leaves the keyboard focus where it was: windows that a module makes and does not show must not take the
+/// keys.
+class FocusKeeper {
+public:
+    FocusKeeper() : m_focus(GetFocus()) {}
+    ~FocusKeeper() {
+        if (m_focus != nullptr && GetFocus() != m_focus && IsWindow(m_focus))
+            SetFocus(m_focus);
+    }
+    FocusKeeper(const FocusKeeper&) = delete;
+    FocusKeeper& operator=(const FocusKeeper&) = delete;
+
+private:
+    HWND m_focus;
+};
+
 template <typename Function>
 Function symbol(HMODULE handle, const char* name) {
     return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(handle, name)));
@@ -68,6 +84,7 @@ public:
         module->entryPoint = entryPoint;
         Module* const loaded = module.get();
         m_modules.push_back(std::move(module));
+        const FocusKeeper focus;
         if (entryPoint(AcRx::kInitAppMsg, loaded) != AcRx::kRetOK) {
             say(printIt, ACRX_T("\n%s cannot be initialized."), fileName);
             forget(loaded);

@@ -1,4 +1,5 @@
 #include <aced.h>
+#include <afx.h>
 #include <gtest/gtest.h>
 
 #include <memory>

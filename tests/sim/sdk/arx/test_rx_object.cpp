@@ -1,4 +1,5 @@
 #include <aced.h>
+#include <afx.h>
 #include <gtest/gtest.h>
 #include <rxdict.h>
 #include <rxobject.h>
@@ -44,6 +45,7 @@ TEST(RxObject, CastGivesNullForAnotherClassAndForNull) {
     EXPECT_EQ(Base::cast(plain), &object);
     EXPECT_EQ(Derived::cast(plain), &object);
     EXPECT_EQ(Other::cast(plain), nullptr);
+    EXPECT_EQ(Other().isA(), Other::desc());
     EXPECT_EQ(Derived::cast(nullptr), nullptr);
 }
 

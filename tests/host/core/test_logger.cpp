@@ -1,0 +1,182 @@
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <QDir>
+#include <QFile>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <thread>
+#include <vector>
+
+#include "host/core/ZR_ZentriLogger.h"
+#include "host/core/ZR_ZentriText.h"
+#include "tests/support/FakeArxHost.h"
+
+namespace {
+
+const QByteArray kByteOrderMark("\xFF\xFE", 2);
+
+/// A folder with a stand-in for the module file, which is loaded while the test runs.
+class Logger : public testing::Test {
+protected:
+    void loadModule() {
+        const QString file = folder.filePath(QStringLiteral("ZR_Zentri.arx"));
+        ASSERT_TRUE(QFile::copy(QStringLiteral(MODULE_ANCHOR), file));
+        m_module = LoadLibraryW(toCString(file));
+        ASSERT_NE(m_module, nullptr);
+    }
+
+    ~Logger() override {
+        if (m_module != nullptr)
+            FreeLibrary(m_module);
+    }
+
+    QString logFile() const { return folder.filePath(QStringLiteral("ZR_ZentriLogs.txt")); }
+
+    QByteArray bytes() const {
+        QFile file(logFile());
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    /// What follows the byte-order mark.
+    QString text() const {
+        const QByteArray content = bytes().mid(kByteOrderMark.size());
+        QString result;
+        for (int i = 0; i + 1 < content.size(); i += 2)
+            result += QChar(static_cast<ushort>(static_cast<uchar>(content[i]) |
+                                                (static_cast<uchar>(content[i + 1]) << 8)));
+        return result;
+    }
+
+    QTemporaryDir folder;
+    FakeArxHost host;
+
+private:
+    HMODULE m_module = nullptr;
+};
+
+const QString kStamp = QStringLiteral("\n\\[\\d{4}年\\d\\d月\\d\\d日  \\d\\d:\\d\\d:\\d\\d\\]\n");
+
+}  // namespace
+
+TEST_F(Logger, StandsBesideTheModuleFile) {
+    loadModule();
+    ZR_ZentriLogger logger;
+    logger.init();
+    EXPECT_TRUE(logger.isValid());
+    const QString path = toQString(logger.path());
+    EXPECT_TRUE(path.endsWith(QStringLiteral("\\ZR_ZentriLogs.txt"))) << path.toStdString();
+    EXPECT_EQ(bytes(), kByteOrderMark);
+    EXPECT_TRUE(host.printedText().IsEmpty());
+}
+
+TEST_F(Logger, EntryIsAnEmptyLineAStampAndTheMessage) {
+    loadModule();
+    ZR_ZentriLogger logger;
+    logger.init();
+    ASSERT_TRUE(logger.write(_T("网络请求出错！")));
+    const QRegularExpression entry(QStringLiteral("^") + kStamp + QStringLiteral("网络请求出错！\n$"));
+    EXPECT_TRUE(entry.match(text()).hasMatch()) << text().toStdString();
+    EXPECT_TRUE(bytes().startsWith(kByteOrderMark));
+    // Two bytes a character and no terminator.
+    EXPECT_EQ(bytes().size(), 2 + 2 * text().size());
+    EXPECT_FALSE(text().contains(QChar(0)));
+}
+
+TEST_F(Logger, EntriesAreAppended) {
+    loadModule();
+    ZR_ZentriLogger logger;
+    logger.init();
+    ASSERT_TRUE(logger.write(_T("first")));
+    ASSERT_TRUE(logger.write(_T("second")));
+    const QRegularExpression entries(QStringLiteral("^") + kStamp + QStringLiteral("first\n") + kStamp +
+                                     QStringLiteral("second\n$"));
+    EXPECT_TRUE(entries.match(text()).hasMatch()) << text().toStdString();
+}
+
+TEST_F(Logger, AnOlderLogIsKeptAndGetsNoSecondMark) {
+    loadModule();
+    {
+        ZR_ZentriLogger earlier;
+        earlier.init();
+        ASSERT_TRUE(earlier.write(_T("earlier")));
+    }
+    ZR_ZentriLogger logger;
+    logger.init();
+    ASSERT_TRUE(logger.write(_T("later")));
+    EXPECT_TRUE(text().contains(QStringLiteral("earlier")));
+    EXPECT_TRUE(text().contains(QStringLiteral("later")));
+    EXPECT_EQ(bytes().count(kByteOrderMark), 1);
+}
+
+TEST_F(Logger, EmptyMessageIsAnEntryToo) {
+    loadModule();
+    ZR_ZentriLogger logger;
+    logger.init();
+    ASSERT_TRUE(logger.write(CString()));
+    EXPECT_TRUE(
+        QRegularExpression(QStringLiteral("^") + kStamp + QStringLiteral("\n$")).match(text()).hasMatch());
+}
+
+TEST_F(Logger, WithoutTheModuleThereIsNoPath) {
+    ZR_ZentriLogger logger;
+    logger.init();
+    EXPECT_FALSE(logger.isValid());
+    EXPECT_TRUE(logger.path().IsEmpty());
+    EXPECT_TRUE(host.printedText() == _T("\nZR_Zentri Logger init failed : get empty logger path."));
+    EXPECT_FALSE(logger.write(_T("lost")));
+}
+
+TEST_F(Logger, AFileThatCannotBeMadeIsReportedWithTheSystemsError) {
+    loadModule();
+    // A folder of that name stands in the way.
+    ASSERT_TRUE(QDir().mkdir(logFile()));
+    ZR_ZentriLogger logger;
+    logger.init();
+    EXPECT_FALSE(logger.isValid());
+    const QString printed = toQString(host.printedText());
+    EXPECT_TRUE(
+        QRegularExpression(
+            QStringLiteral("^\nZR_Zentri Logger init failed : create log file failed.Error:[1-9]\\d*$"))
+            .match(printed)
+            .hasMatch())
+        << printed.toStdString();
+    EXPECT_FALSE(logger.write(_T("lost")));
+}
+
+TEST_F(Logger, WritingDoesNotMakeTheFileAgain) {
+    loadModule();
+    ZR_ZentriLogger logger;
+    logger.init();
+    ASSERT_TRUE(QFile::remove(logFile()));
+    host.clearPrinted();
+    EXPECT_FALSE(logger.write(_T("lost")));
+    EXPECT_FALSE(QFile::exists(logFile()));
+    EXPECT_TRUE(host.printedText().IsEmpty());
+}
+
+TEST_F(Logger, EntriesOfSeveralThreadsAreAllThere) {
+    loadModule();
+    ZR_ZentriLogger logger;
+    logger.init();
+    constexpr int kThreads = 4;
+    constexpr int kEntries = 25;
+    std::vector<std::thread> threads;
+    for (int i = 0; i < kThreads; ++i) {
+        threads.emplace_back([&logger] {
+            for (int entry = 0; entry < kEntries; ++entry)
+                EXPECT_TRUE(logger.write(_T("entry")));
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(text().count(QRegularExpression(kStamp + QStringLiteral("entry\n"))), kThreads * kEntries);
+}
+
+TEST_F(Logger, TheModulesLoggerIsMadeOnFirstUse) {
+    loadModule();
+    EXPECT_FALSE(QFile::exists(logFile()));
+    EXPECT_TRUE(zentriLog(_T("first use")));
+    EXPECT_TRUE(text().contains(QStringLiteral("first use")));
+    EXPECT_EQ(&ZR_ZentriLogger::instance(), &ZR_ZentriLogger::instance());
+}
