@@ -15,6 +15,7 @@
 #include "chat/ZR_AiChatEventSplitter.h"
 #include "chat/ZR_AiChatHttp.h"
 #include "chat/ZR_AiChatModuleState.h"
+#include "chat/ZR_AiChatWorkerGuard.h"
 #include "host/core/ZR_ZentriLogger.h"
 #include "host/core/ZR_ZentriText.h"
 
@@ -56,17 +57,8 @@ ZR_AiChatCSThread::~ZR_AiChatCSThread() {
 }
 
 void ZR_AiChatCSThread::run() {
-    const CString unknownError(_T("C/S通信线程发生未知错误！"));
-    try {
-        runExchange();
-    } catch (const std::exception& error) {
-        zentriLog(_T("C/S通信线程发生错误:") + toCString(QString::fromUtf8(error.what())));
-    } catch (CException* error) {
-        error->Delete();
-        zentriLog(unknownError);
-    } catch (...) {
-        zentriLog(unknownError);
-    }
+    runAndLogExceptions(_T("C/S通信线程发生错误:"), _T("C/S通信线程发生未知错误！"),
+                        [this] { runExchange(); });
     // The manager clears the flag only when the streamEnd of the exchange reaches it, so this may be the
     // second one. It is meant to be: it also ends what an exception cut short.
     if (g_zentriCommunicating) {

@@ -59,6 +59,7 @@ bool postToZentriService(const QString& path, int port, QString& body) {
     if (!reply->isFinished() || reply->error() != QNetworkReply::NoError) {
         return false;
     }
-    body = QString::fromUtf8(reply->readAll());
+    const QByteArray bytes = reply->readAll();
+    body = QString::fromUtf8(bytes.constData(), bytes.size());
     return true;
 }

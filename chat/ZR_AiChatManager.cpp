@@ -303,7 +303,7 @@ void ZR_AiChatManager::onReadEnd() {
 }
 
 ZR_AiChatExchange ZR_AiChatManager::currentExchange() const {
-    const QMutexLocker locker(&m_currentMutex);
+    const std::lock_guard<std::mutex> lock(m_currentMutex);
     return {toQString(m_current.GetLastUserInput()), toQString(m_current.GetSessionId())};
 }
 

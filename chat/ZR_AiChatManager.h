@@ -2,11 +2,11 @@
 
 #include <afx.h>
 
-#include <QMutex>
-#include <QMutexLocker>
 #include <QObject>
 #include <QPointer>
 #include <QString>
+#include <cstdint>
+#include <mutex>
 
 #include "chat/ZR_AiChatExchangeSource.h"
 #include "chat/ZR_AiChatSingleChatRecord.h"
@@ -120,7 +120,7 @@ private:
     void storeCurrent();
     template <typename Change>
     void changeCurrent(const Change& change) {
-        const QMutexLocker locker(&m_currentMutex);
+        const std::lock_guard<std::mutex> lock(m_currentMutex);
         change();
     }
     void addToCurrent(std::uint32_t role, const CString& text);
@@ -135,7 +135,7 @@ private:
     bool m_initialising = false;
 
     /// Guards m_current: the streaming thread reads it while a late second streamEnd may still add an answer.
-    mutable QMutex m_currentMutex;
+    mutable std::mutex m_currentMutex;
     /// True while a session is being created: the wait delivers events, and what they start must not change
     /// the current record.
     bool m_creatingSession = false;

@@ -1,7 +1,6 @@
 #include "chat/ZR_AiChatModuleState.h"
 
-#include <QMutex>
-#include <QMutexLocker>
+#include <mutex>
 
 ZR_AiChatCSThread* g_zentriChatThread = nullptr;
 ZR_AiChatReadHistoricalChatThread* g_zentriHistoryThread = nullptr;
@@ -9,16 +8,16 @@ std::atomic<bool> g_zentriCommunicating{false};
 bool g_zentriExchangeUnfinished = false;
 
 namespace {
-QBasicMutex g_sourceMutex;
+std::mutex g_sourceMutex;
 const ZR_AiChatExchangeSource* g_source = nullptr;
 }  // namespace
 
 void setZentriExchangeSource(const ZR_AiChatExchangeSource* source) {
-    const QMutexLocker locker(&g_sourceMutex);
+    const std::lock_guard<std::mutex> lock(g_sourceMutex);
     g_source = source;
 }
 
 ZR_AiChatExchange zentriCurrentExchange() {
-    const QMutexLocker locker(&g_sourceMutex);
+    const std::lock_guard<std::mutex> lock(g_sourceMutex);
     return g_source != nullptr ? g_source->currentExchange() : ZR_AiChatExchange();
 }

@@ -2,13 +2,9 @@
 
 #include <afxcoll.h>
 
-#include <QString>
-#include <exception>
-
 #include "chat/ZR_AiChatService.h"
+#include "chat/ZR_AiChatWorkerGuard.h"
 #include "host/core/ZR_ZentriAccount.h"
-#include "host/core/ZR_ZentriLogger.h"
-#include "host/core/ZR_ZentriText.h"
 
 ZR_AiChatReadHistoricalChatThread::ZR_AiChatReadHistoricalChatThread(QObject* parent) : QThread(parent) {}
 
@@ -27,17 +23,8 @@ bool ZR_AiChatReadHistoricalChatThread::copyResultTo(ZR_AiChatSessionList& sessi
 
 void ZR_AiChatReadHistoricalChatThread::run() {
     emit readStart();
-    const CString unknownError(_T("历史对话读取线程发生未知错误！"));
-    try {
-        readSessions();
-    } catch (const std::exception& error) {
-        zentriLog(_T("历史对话读取线程发生错误:") + toCString(QString::fromUtf8(error.what())));
-    } catch (CException* error) {
-        error->Delete();
-        zentriLog(unknownError);
-    } catch (...) {
-        zentriLog(unknownError);
-    }
+    runAndLogExceptions(_T("历史对话读取线程发生错误:"), _T("历史对话读取线程发生未知错误！"),
+                        [this] { readSessions(); });
     emit readEnd();
 }
 

@@ -96,10 +96,7 @@ int ZR_AiChatSingleChatRecord::GetUnitCount() const {
 
 bool ZR_AiChatSingleChatRecord::GetUnits(SingleChatUnitList& units) const {
     units.RemoveAll();
-    units.SetSize(m_units.GetCount());
-    for (INT_PTR i = 0; i < m_units.GetCount(); ++i) {
-        units[i] = m_units[i];
-    }
+    units.Copy(m_units);
     return true;
 }
 
@@ -158,12 +155,8 @@ void ZR_AiChatSingleChatRecord::Clear() {
 }
 
 void copySessionList(const ZR_AiChatSessionList& source, ZR_AiChatSessionList& target) {
-    if (&source == &target) {
-        return;
-    }
-    target.RemoveAll();
-    target.SetSize(source.GetCount());
-    for (INT_PTR i = 0; i < source.GetCount(); ++i) {
-        target[i] = source[i];
+    if (&source != &target) {
+        target.RemoveAll();
+        target.Copy(source);
     }
 }

@@ -6,9 +6,9 @@
 #include <QString>
 #include <memory>
 
-/// An HTTP server for tests, on a free loopback port and a thread of its own. It records requests byte for byte.
-/// A request whose target has been given an answer gets it at once; every other one waits for the test to answer
-/// it by hand, piece by piece. All members may be called from any thread.
+/// An HTTP server for tests, on a free loopback port and a thread of its own. It records requests byte for
+/// byte. A request whose target has been given an answer gets it at once; every other one waits for the test
+/// to answer it by hand, piece by piece. All members may be called from any thread.
 class FakeHttpServer {
 public:
     struct Request {
@@ -47,6 +47,8 @@ public:
     /// Status line and headers, ended by an empty line. Without a length the reply lasts until close().
     void sendHead(int index, int status = 200, const QByteArray& contentType = "text/event-stream",
                   const QByteArray& moreHeaders = QByteArray());
+    /// A whole reply without a body.
+    void sendEmptyReply(int index, int status);
     void sendBytes(int index, const QByteArray& bytes);
     /// Closes once everything has been written.
     void close(int index);

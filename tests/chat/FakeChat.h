@@ -1,0 +1,101 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QObject>
+#include <QPointer>
+#include <QStringList>
+#include <functional>
+#include <initializer_list>
+#include <memory>
+
+#include "chat/ZR_AiChatAnswerInterface.h"
+#include "chat/ZR_AiChatManager.h"
+#include "chat/ZR_AiChatViewInterface.h"
+#include "host/core/ZR_ZentriPaletteAccess.h"
+#include "tests/support/FakeArxHost.h"
+
+class ZR_AiChatCSThread;
+class ZR_AiChatReadHistoricalChatThread;
+
+/// What the manager asked of bubbles and the view, in order.
+using Calls = QStringList;
+
+/// An answer bubble that keeps its text and writes down what is asked of it.
+class FakeAnswer : public QObject, public ZR_AiChatAnswerInterface {
+public:
+    explicit FakeAnswer(Calls& calls) : m_calls(calls) {}
+
+    void startAnswerLoading() override;
+    void appendAnswerText(const QString& piece) override;
+    void stopAnswerLoading() override;
+    QString answerText() const override { return m_text; }
+    QObject* answerObject() override { return this; }
+
+private:
+    Calls& m_calls;
+    QString m_text;
+};
+
+/// The palette and its view in one. Announces itself while it lives.
+class FakeChatView : public ZR_AiChatViewInterface, public ZR_ZentriPaletteAccess {
+public:
+    explicit FakeChatView(Calls& calls) : m_calls(calls) { setZentriPaletteAccess(this); }
+    ~FakeChatView() override { setZentriPaletteAccess(nullptr); }
+
+    void onStreamStart() override { m_calls.append(QStringLiteral("view start")); }
+    void onStreamProcess() override { m_calls.append(QStringLiteral("view process")); }
+    void onStreamEnd() override { m_calls.append(QStringLiteral("view end")); }
+    void showCurrentSession() override { m_calls.append(QStringLiteral("view show current")); }
+    void updateSideBarSessions(const ZR_AiChatSessionList& sessions) override;
+    void setInputText(const QString&) override {}
+    void sendInput() override {}
+    QRect viewGeometry() const override { return QRect(); }
+
+    ZR_AiChatViewInterface* chatView() override { return this; }
+    void takeKeyboardFocus() override {}
+
+private:
+    Calls& m_calls;
+};
+
+/// A manager of the test's own, beside the module's one.
+class TestManager : public ZR_AiChatManager {
+public:
+    using ZR_AiChatManager::sendInKnownSession;
+};
+
+/// Signed in, with the service at an address the test gives, in a host that writes down what is printed.
+/// Nothing of the module exists yet.
+class ChatTest : public testing::Test {
+protected:
+    ChatTest();
+    ~ChatTest() override;
+
+    static void setServiceAddress(const QString& address);
+    static void signIn(const CString& token);
+    static void signOut();
+
+    /// Makes the two threads, as the module entry does.
+    void makeThreads();
+    void deleteThreads();
+    /// The threads and a manager.
+    TestManager& makeManager();
+    /// Waits until both threads are idle and all their signals have been handled.
+    bool waitUntilIdle() const;
+
+    /// What was printed since the last call, all in one.
+    QString takePrinted();
+    static bool waitFor(const std::function<bool()>& condition);
+
+    FakeArxHost m_host;
+    Calls m_calls;
+    std::unique_ptr<TestManager> m_manager;
+};
+
+/// Texts of the source code as Qt's.
+QStringList texts(std::initializer_list<const char*> utf8);
+/// A record's messages as "0:question", "1:answer".
+QStringList messagesOf(const ZR_AiChatSingleChatRecord& record);
+/// The ids of the sessions in order.
+QStringList idsOf(const ZR_AiChatSessionList& sessions);

@@ -1,0 +1,5 @@
+// Nothing is called here; the library only has to be loadable.
+extern "C" int zentriTestLogAnchor();
+extern "C" int zentriTestLogAnchor() {
+    return 0;
+}

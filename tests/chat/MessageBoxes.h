@@ -1,0 +1,36 @@
+#pragma once
+
+#include <afxwin.h>
+
+#include <QList>
+#include <QString>
+#include <functional>
+#include <mutex>
+
+/// The module's message boxes in a test: MFC hands them to the application object, which takes note of them
+/// and answers OK. Any thread.
+class MessageBoxes : public CWinApp {
+public:
+    struct Box {
+        QString text;
+        UINT type;
+    };
+
+    QList<Box> boxes() const {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        return m_boxes;
+    }
+    int count() const { return boxes().size(); }
+    void clear() {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_boxes.clear();
+    }
+
+    int DoMessageBox(LPCTSTR text, UINT type, UINT helpId) override;
+
+    static MessageBoxes& instance();
+
+private:
+    mutable std::mutex m_mutex;
+    QList<Box> m_boxes;
+};

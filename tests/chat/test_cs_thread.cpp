@@ -1,0 +1,437 @@
+#include <afxwin.h>
+
+#include <QCoreApplication>
+#include <QException>
+#include <QLoggingCategory>
+#include <QSet>
+#include <mutex>
+#include <stdexcept>
+
+#include "chat/ZR_AiChatCSThread.h"
+#include "chat/ZR_AiChatModuleState.h"
+#include "host/core/ZR_ZentriText.h"
+#include "tests/chat/FakeChat.h"
+#include "tests/chat/LogFile.h"
+#include "tests/chat/MessageBoxes.h"
+#include "tests/support/http/FakeHttpServer.h"
+
+namespace {
+
+const QByteArray target = "/zr/ai/caddraw/chat";
+
+/// Tells the thread what the test wants sent.
+class FakeSource : public ZR_AiChatExchangeSource {
+public:
+    FakeSource() { setZentriExchangeSource(this); }
+    ~FakeSource() override { setZentriExchangeSource(nullptr); }
+
+    ZR_AiChatExchange currentExchange() const override {
+        if (failure) {
+            failure();
+        }
+        return exchange;
+    }
+
+    ZR_AiChatExchange exchange{QStringLiteral("怎样画圆"), QStringLiteral("sess-1")};
+    std::function<void()> failure;
+};
+
+class CSThread : public ChatTest {
+protected:
+    CSThread() {
+        setServiceAddress(m_server.address());
+        m_thread = std::make_unique<ZR_AiChatCSThread>();
+        const ZR_AiChatCSThread* thread = m_thread.get();
+        QObject::connect(thread, &ZR_AiChatCSThread::streamStart, &m_receiver,
+                         [this] { m_signals.append(QStringLiteral("start")); });
+        QObject::connect(thread, &ZR_AiChatCSThread::streamProcess, &m_receiver,
+                         [this](const QString& text) { m_signals.append(QStringLiteral("<") + text); });
+        QObject::connect(thread, &ZR_AiChatCSThread::streamEnd, &m_receiver, [this] {
+            m_boxesAtEnd.append(MessageBoxes::instance().count());
+            m_signals.append(QStringLiteral("end"));
+        });
+    }
+
+    bool waitForSignals(std::initializer_list<const char*> expected) {
+        return waitFor([&] { return m_signals == texts(expected); });
+    }
+
+    /// Waits for the run's end and for its signals to arrive.
+    bool finish() {
+        const bool finished = waitFor([this] { return m_thread->isFinished(); });
+        QCoreApplication::sendPostedEvents();
+        return finished;
+    }
+
+    /// Begins a run and an answer that lasts until the test closes it.
+    bool startAnswer(int index = 0) {
+        m_thread->start();
+        if (!m_server.waitForRequests(index + 1)) {
+            return false;
+        }
+        m_server.sendHead(index);
+        return true;
+    }
+
+    FakeHttpServer m_server;
+    FakeSource m_source;
+    QObject m_receiver;
+    QStringList m_signals;
+    QList<int> m_boxesAtEnd;
+    std::unique_ptr<ZR_AiChatCSThread> m_thread;
+};
+
+const QString errorLogBegin = QStringLiteral("网络请求出错！错误信息为:");
+
+}  // namespace
+
+TEST_F(CSThread, SendsExactlyTheRequest) {
+    m_server.answer(target, "");
+    m_thread->start();
+    ASSERT_TRUE(finish());
+    ASSERT_EQ(m_server.requestCount(), 1);
+    const FakeHttpServer::Request request = m_server.request(0);
+
+    EXPECT_TRUE(request.raw.startsWith("POST /zr/ai/caddraw/chat HTTP/1.1\r\n"));
+    EXPECT_EQ(request.header("Host"), m_server.address().toUtf8());
+    EXPECT_EQ(request.header("Content-Type"), "application/json");
+    EXPECT_EQ(request.header("Accept"), "text/event-stream");
+    EXPECT_EQ(request.header("Cache-Control"), "no-cache");
+    EXPECT_EQ(request.header("Authorization"), "token-1");
+    EXPECT_EQ(request.body,
+              "{\n"
+              "    \"model\": \"deepseek-chat\",\n"
+              "    \"userChatSessionId\": \"sess-1\",\n"
+              "    \"userInput\": \"怎样画圆\"\n"
+              "}\n");
+
+    QSet<QByteArray> names;
+    for (const auto& header : request.headers) {
+        names.insert(header.first.toLower());
+    }
+    // Besides those five, only what Qt says of itself and of the connection.
+    names -= {"host",           "content-type", "accept",          "cache-control",   "authorization",
+              "content-length", "connection",   "accept-encoding", "accept-language", "user-agent"};
+    EXPECT_TRUE(names.isEmpty()) << qPrintable(QString::fromUtf8(names.values().join(' ')));
+}
+
+TEST_F(CSThread, SendsTheTokenAsUtf8WithoutAnyPrefix) {
+    signIn(_T("令牌 with blanks=="));
+    m_server.answer(target, "");
+    m_thread->start();
+    ASSERT_TRUE(finish());
+    EXPECT_EQ(m_server.request(0).header("Authorization"), "令牌 with blanks==");
+}
+
+TEST_F(CSThread, EscapesWhatJsonCannotHold) {
+    m_source.exchange.userInput = QStringLiteral("a\"b\\c\nd");
+    m_server.answer(target, "");
+    m_thread->start();
+    ASSERT_TRUE(finish());
+    EXPECT_TRUE(m_server.request(0).body.contains("\"userInput\": \"a\\\"b\\\\c\\nd\"\n"));
+}
+
+TEST_F(CSThread, SendsEmptyTextsBeforeThereIsAManager) {
+    setZentriExchangeSource(nullptr);
+    m_server.answer(target, "data:x\n\n");
+    m_thread->start();
+    ASSERT_TRUE(finish());
+    EXPECT_TRUE(m_server.request(0).body.contains("\"userChatSessionId\": \"\",\n    \"userInput\": \"\"\n"));
+    EXPECT_EQ(m_signals, texts({"start", "<x", "end"}));
+}
+
+TEST_F(CSThread, GivesTwoEventsOfOneChunkInOrder) {
+    ASSERT_TRUE(startAnswer());
+    m_server.sendBytes(0, "data:a\n\ndata:b\n\n");
+    EXPECT_TRUE(waitForSignals({"start", "<a", "<b"}));
+    m_server.close(0);
+    ASSERT_TRUE(finish());
+    EXPECT_EQ(m_signals, texts({"start", "<a", "<b", "end"}));
+    EXPECT_EQ(MessageBoxes::instance().count(), 0);
+}
+
+TEST_F(CSThread, GivesAnEventCutInTwoOnceItIsComplete) {
+    ASSERT_TRUE(startAnswer());
+    m_server.sendBytes(0, "data:first\n\ndata:sec");
+    ASSERT_TRUE(waitForSignals({"start", "<first"}));
+    m_server.sendBytes(0, "ond\n");
+    m_server.sendBytes(0, "\n");
+    EXPECT_TRUE(waitForSignals({"start", "<first", "<second"}));
+    m_server.close(0);
+    ASSERT_TRUE(finish());
+    EXPECT_EQ(m_signals, texts({"start", "<first", "<second", "end"}));
+}
+
+TEST_F(CSThread, KeepsBlankAfterDataColon) {
+    m_server.answer(target, "data: 你好\n\ndata:a\ndata:b\n\n", 200, "text/event-stream");
+    m_thread->start();
+    ASSERT_TRUE(finish());
+    EXPECT_EQ(m_signals, texts({"start", "< 你好", "<a\nb", "end"}));
+}
+
+TEST_F(CSThread, GivesAnEmptyTextForAnEmptyEvent) {
+    m_server.answer(target, "\n\ndata:\n\n");
+    m_thread->start();
+    ASSERT_TRUE(finish());
+    EXPECT_EQ(m_signals, texts({"start", "<", "<", "end"}));
+}
+
+TEST_F(CSThread, DropsBytesThatEndWithoutAnEmptyLine) {
+    m_server.answer(target, "data:a\n\ndata:lost\r\n\r\n");
+    m_thread->start();
+    ASSERT_TRUE(finish());
+    EXPECT_EQ(m_signals, texts({"start", "<a", "end"}));
+}
+
+TEST_F(CSThread, ReadsAChunkedAnswer) {
+    m_thread->start();
+    ASSERT_TRUE(m_server.waitForRequests(1));
+    m_server.sendHead(0, 200, "text/event-stream", "Transfer-Encoding: chunked\r\n");
+    m_server.sendBytes(0, "5\r\ndata:\r\n");
+    m_server.sendBytes(0, "3\r\na\n\n\r\n");
+    ASSERT_TRUE(waitForSignals({"start", "<a"}));
+    m_server.sendBytes(0, "0\r\n\r\n");
+    ASSERT_TRUE(finish());
+    EXPECT_EQ(m_signals, texts({"start", "<a", "end"}));
+}
+
+TEST_F(CSThread, EndsOnceWhenTheFlagIsClear) {
+    m_server.answer(target, "");
+    m_thread->start();
+    ASSERT_TRUE(finish());
+    EXPECT_EQ(m_signals, texts({"start", "end"}));
+}
+
+TEST_F(CSThread, EndsTwiceWhileTheFlagIsStillSet) {
+    g_zentriCommunicating = true;
+    m_server.answer(target, "data:a\n\n");
+    m_thread->start();
+    ASSERT_TRUE(finish());
+    EXPECT_EQ(m_signals, texts({"start", "<a", "end", "end"}));
+}
+
+TEST_F(CSThread, ReportsAnHttpErrorOnceAndEnds) {
+    m_server.answer(target, "data:half\n\n", 500, "text/event-stream");
+    const int logged = LogFile::messages().size();
+    m_thread->start();
+    ASSERT_TRUE(finish());
+
+    EXPECT_EQ(m_signals.first(), QStringLiteral("start"));
+    EXPECT_EQ(m_signals.last(), QStringLiteral("end"));
+    EXPECT_EQ(m_signals.count(QStringLiteral("end")), 1);
+    ASSERT_EQ(MessageBoxes::instance().count(), 1);
+    EXPECT_EQ(MessageBoxes::instance().boxes().first().text, QStringLiteral("Zentri 通信出错！"));
+    EXPECT_EQ(MessageBoxes::instance().boxes().first().type, UINT{MB_OK});
+    EXPECT_EQ(m_boxesAtEnd, QList<int>{1}) << "the box comes before the end";
+
+    const QStringList log = LogFile::messages().mid(logged);
+    ASSERT_EQ(log.size(), 1);
+    EXPECT_TRUE(log.first().startsWith(errorLogBegin)) << qPrintable(log.first());
+    EXPECT_TRUE(log.first().contains(m_server.address())) << qPrintable(log.first());
+}
+
+TEST_F(CSThread, EndsTwiceOnAnHttpErrorWhileTheFlagIsSet) {
+    g_zentriCommunicating = true;
+    m_server.answer(target, "", 404);
+    m_thread->start();
+    ASSERT_TRUE(finish());
+    EXPECT_EQ(m_signals, texts({"start", "end", "end"}));
+    EXPECT_EQ(MessageBoxes::instance().count(), 1);
+}
+
+TEST_F(CSThread, ReportsAConnectionThatDropsInTheMiddleOfAnEvent) {
+    m_thread->start();
+    ASSERT_TRUE(m_server.waitForRequests(1));
+    m_server.sendHead(0, 200, "text/event-stream", "Content-Length: 1000\r\n");
+    m_server.sendBytes(0, "data:a\n\ndata:ha");
+    ASSERT_TRUE(waitForSignals({"start", "<a"}));
+    m_server.abort(0);
+    ASSERT_TRUE(finish());
+    EXPECT_EQ(m_signals, texts({"start", "<a", "end"}));
+    EXPECT_EQ(MessageBoxes::instance().count(), 1);
+}
+
+TEST_F(CSThread, ReportsAConnectionThatIsClosedWithoutAReply) {
+    m_thread->start();
+    // Qt asks anew before it gives up.
+    int closed = 0;
+    ASSERT_TRUE(waitFor([&] {
+        for (; closed < m_server.requestCount(); ++closed) {
+            m_server.close(closed);
+        }
+        return m_thread->isFinished();
+    }));
+    QCoreApplication::sendPostedEvents();
+    EXPECT_EQ(m_signals, texts({"start", "end"}));
+    EXPECT_EQ(MessageBoxes::instance().count(), 1);
+}
+
+TEST_F(CSThread, ReportsAServiceThatIsNotThere) {
+    setServiceAddress(QStringLiteral("127.0.0.1:1"));
+    m_thread->start();
+    ASSERT_TRUE(finish());
+    EXPECT_EQ(m_signals, texts({"start", "end"}));
+    EXPECT_EQ(MessageBoxes::instance().count(), 1);
+}
+
+TEST_F(CSThread, ReportsAnAddressThatIsNone) {
+    setServiceAddress(QStringLiteral("not a host:port"));
+    m_thread->start();
+    ASSERT_TRUE(finish());
+    EXPECT_EQ(m_signals, texts({"start", "end"}));
+    EXPECT_EQ(MessageBoxes::instance().count(), 1);
+}
+
+TEST_F(CSThread, KeepsNothingOfARunForTheNext) {
+    ASSERT_TRUE(startAnswer());
+    m_server.sendBytes(0, "data:left over");
+    m_server.close(0);
+    ASSERT_TRUE(finish());
+    m_signals.clear();
+
+    m_source.exchange = {QStringLiteral("second"), QStringLiteral("sess-2")};
+    ASSERT_TRUE(startAnswer(1));
+    m_server.sendBytes(1, "\n\ndata:b\n\n");
+    m_server.close(1);
+    ASSERT_TRUE(finish());
+    EXPECT_EQ(m_signals, texts({"start", "<", "<b", "end"}));
+    EXPECT_TRUE(m_server.request(1).body.contains("\"sess-2\""));
+}
+
+TEST_F(CSThread, QuitEndsARunningStreamAtOnceAndQuietly) {
+    ASSERT_TRUE(startAnswer());
+    m_server.sendBytes(0, "data:a\n\ndata:b");
+    ASSERT_TRUE(waitForSignals({"start", "<a"}));
+    const int logged = LogFile::messages().size();
+    m_thread->quit();
+    ASSERT_TRUE(m_thread->wait(5000));
+    QCoreApplication::sendPostedEvents();
+    EXPECT_EQ(m_signals, texts({"start", "<a"})) << "the flag is clear, so nobody waits for an end";
+    EXPECT_EQ(MessageBoxes::instance().count(), 0);
+    EXPECT_EQ(LogFile::messages().size(), logged);
+    EXPECT_TRUE(waitFor([this] { return m_server.isClosed(0); }));
+}
+
+TEST_F(CSThread, QuitEndsTheExchangeOfAManagerThatWaits) {
+    g_zentriCommunicating = true;
+    ASSERT_TRUE(startAnswer());
+    m_thread->quit();
+    ASSERT_TRUE(m_thread->wait(5000));
+    QCoreApplication::sendPostedEvents();
+    EXPECT_EQ(m_signals, texts({"start", "end"}));
+    EXPECT_EQ(MessageBoxes::instance().count(), 0);
+}
+
+TEST_F(CSThread, QuitBeforeTheReplyBeganEndsTheRun) {
+    m_thread->start();
+    ASSERT_TRUE(m_server.waitForRequests(1));
+    m_thread->quit();
+    EXPECT_TRUE(m_thread->wait(5000));
+    EXPECT_EQ(MessageBoxes::instance().count(), 0);
+}
+
+TEST_F(CSThread, QuitRightAfterStartEndsTheRun) {
+    for (int i = 0; i < 50; ++i) {
+        m_thread->start();
+        m_thread->quit();
+        ASSERT_TRUE(m_thread->wait(5000)) << i;
+    }
+    EXPECT_EQ(MessageBoxes::instance().count(), 0);
+}
+
+TEST_F(CSThread, RunsAgainAfterQuit) {
+    ASSERT_TRUE(startAnswer());
+    m_thread->quit();
+    ASSERT_TRUE(m_thread->wait(5000));
+    QCoreApplication::sendPostedEvents();
+    m_signals.clear();
+    ASSERT_TRUE(startAnswer(1));
+    m_server.sendBytes(1, "data:b\n\n");
+    m_server.close(1);
+    ASSERT_TRUE(finish());
+    EXPECT_EQ(m_signals, texts({"start", "<b", "end"}));
+}
+
+TEST_F(CSThread, CanBeDeletedWhileItStreams) {
+    ASSERT_TRUE(startAnswer());
+    m_server.sendBytes(0, "data:a\n\n");
+    ASSERT_TRUE(waitForSignals({"start", "<a"}));
+    m_thread.reset();
+    EXPECT_EQ(MessageBoxes::instance().count(), 0);
+}
+
+TEST_F(CSThread, LogsAnExceptionWithItsMessage) {
+    const int logged = LogFile::messages().size();
+    m_source.failure = [] { throw std::runtime_error("坏了"); };
+    m_thread->start();
+    ASSERT_TRUE(finish());
+    EXPECT_EQ(LogFile::messages().mid(logged), QStringList{QStringLiteral("C/S通信线程发生错误:坏了")});
+    EXPECT_EQ(MessageBoxes::instance().count(), 0);
+    EXPECT_EQ(m_signals, texts({"start"}));
+    EXPECT_EQ(m_server.requestCount(), 0);
+}
+
+TEST_F(CSThread, LogsAnExceptionWithoutMessage) {
+    const int logged = LogFile::messages().size();
+    m_source.failure = [] { throw 7; };
+    m_thread->start();
+    ASSERT_TRUE(finish());
+    m_source.failure = [] { AfxThrowMemoryException(); };
+    m_thread->start();
+    ASSERT_TRUE(finish());
+    const QString unknown = QStringLiteral("C/S通信线程发生未知错误！");
+    EXPECT_EQ(LogFile::messages().mid(logged), (QStringList{unknown, unknown}));
+}
+
+TEST_F(CSThread, EndsAfterAnExceptionWhileTheFlagIsSet) {
+    g_zentriCommunicating = true;
+    m_source.failure = [] { throw QException(); };
+    m_thread->start();
+    ASSERT_TRUE(finish());
+    EXPECT_EQ(m_signals, texts({"start", "end"}));
+}
+
+namespace {
+
+std::mutex g_traceMutex;
+QStringList g_traces;
+
+void keepTrace(QtMsgType, const QMessageLogContext&, const QString& text) {
+    const std::lock_guard<std::mutex> lock(g_traceMutex);
+    g_traces.append(text);
+}
+
+}  // namespace
+
+TEST_F(CSThread, TracesWhatItReads) {
+    g_traces.clear();
+    QLoggingCategory::defaultCategory()->setEnabled(QtDebugMsg, true);
+    const QtMessageHandler former = qInstallMessageHandler(keepTrace);
+    m_server.answer(target, "data:a\n\nrest");
+    m_thread->start();
+    const bool finished = finish();
+    m_thread->wait();
+    qInstallMessageHandler(former);
+    ASSERT_TRUE(finished);
+    const QString all = g_traces.join(QLatin1Char('\n'));
+    EXPECT_TRUE(all.contains(QStringLiteral("CurrentBuffer: \"data:a\\n\\nrest\""))) << qPrintable(all);
+    EXPECT_TRUE(all.contains(QStringLiteral("Data Read: \"a\""))) << qPrintable(all);
+    EXPECT_TRUE(all.contains(QStringLiteral("Connect finished!"))) << qPrintable(all);
+    EXPECT_TRUE(all.contains(QStringLiteral("Loop end: "))) << qPrintable(all);
+}
+
+TEST_F(CSThread, TakesALargeAnswerInSmallPieces) {
+    const QByteArray line = QByteArray("数据").repeated(50);
+    QString expected;
+    ASSERT_TRUE(startAnswer());
+    const int lines = 400;
+    for (int i = 0; i < lines; ++i) {
+        m_server.sendBytes(0, "data:" + line + "\n");
+        expected += (i > 0 ? QStringLiteral("\n") : QString()) + QString::fromUtf8(line);
+    }
+    m_server.sendBytes(0, "\n");
+    m_server.close(0);
+    ASSERT_TRUE(finish());
+    EXPECT_EQ(m_signals,
+              (QStringList{QStringLiteral("start"), QLatin1Char('<') + expected, QStringLiteral("end")}));
+}

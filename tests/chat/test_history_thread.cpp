@@ -1,0 +1,161 @@
+#include <QCoreApplication>
+
+#include "chat/ZR_AiChatReadHistoricalChatThread.h"
+#include "tests/chat/FakeChat.h"
+#include "tests/chat/LogFile.h"
+#include "tests/support/http/FakeHttpServer.h"
+
+namespace {
+
+const QByteArray listTarget = "/zr/ai/session/user";
+const QByteArray readTarget = "/zr/ai/chat/user/session/";
+
+class HistoryThread : public ChatTest {
+protected:
+    HistoryThread() {
+        setServiceAddress(m_server.address());
+        m_thread = std::make_unique<ZR_AiChatReadHistoricalChatThread>();
+        QObject::connect(m_thread.get(), &ZR_AiChatReadHistoricalChatThread::readStart, &m_receiver,
+                         [this] { m_signals.append(QStringLiteral("start")); });
+        QObject::connect(m_thread.get(), &ZR_AiChatReadHistoricalChatThread::readEnd, &m_receiver,
+                         [this] { m_signals.append(QStringLiteral("end")); });
+    }
+
+    void answerList(const QList<QByteArray>& ids) {
+        QByteArray data;
+        for (const QByteArray& id : ids) {
+            data += (data.isEmpty() ? "{" : ",{") + QByteArray("\"userChatSessionId\":\"") + id + "\"}";
+        }
+        m_server.answer(listTarget, "{\"code\":200,\"msg\":\"success\",\"data\":[" + data + "]}");
+    }
+
+    void answerSession(const QByteArray& id) {
+        m_server.answer(readTarget + id,
+                        "{\"code\":200,\"msg\":\"success\",\"data\":[{\"role\":\"user\",\"message\":\"Q " +
+                            id + "\",\"createTime\":5}]}");
+    }
+
+    /// Runs once and takes the result over, which begins with one record that must go or stay.
+    bool run() {
+        m_thread->start();
+        const bool finished = waitFor([this] { return m_thread->isFinished(); });
+        QCoreApplication::sendPostedEvents();
+        m_result.RemoveAll();
+        ZR_AiChatSingleChatRecord former;
+        former.SetSessionId(_T("former"));
+        m_result.Add(former);
+        m_hasResult = m_thread->copyResultTo(m_result);
+        return finished;
+    }
+
+    FakeHttpServer m_server;
+    QObject m_receiver;
+    QStringList m_signals;
+    ZR_AiChatSessionList m_result;
+    bool m_hasResult = false;
+    std::unique_ptr<ZR_AiChatReadHistoricalChatThread> m_thread;
+};
+
+}  // namespace
+
+TEST_F(HistoryThread, ReadsAllSessionsInTheServicesOrder) {
+    answerList({"c", "a", "b"});
+    answerSession("a");
+    answerSession("b");
+    answerSession("c");
+    ASSERT_TRUE(run());
+    EXPECT_EQ(m_signals, texts({"start", "end"}));
+    ASSERT_TRUE(m_hasResult);
+    EXPECT_EQ(idsOf(m_result), texts({"c", "a", "b"}));
+    EXPECT_EQ(messagesOf(m_result[1]), texts({"0:Q a"}));
+    ASSERT_EQ(m_server.requestCount(), 4);
+    EXPECT_EQ(m_server.request(1).target, readTarget + "c");
+    EXPECT_EQ(m_server.request(3).target, readTarget + "b");
+}
+
+TEST_F(HistoryThread, ReadsOneSessionAfterTheOther) {
+    answerList({"a", "b"});
+    answerSession("b");
+    m_thread->start();
+    ASSERT_TRUE(m_server.waitForRequests(2));
+    EXPECT_FALSE(m_server.waitForRequests(3, 100)) << "the second read waits for the first one's reply";
+    m_server.sendEmptyReply(1, 500);
+    ASSERT_TRUE(waitFor([this] { return m_thread->isFinished(); }));
+    EXPECT_EQ(m_server.request(m_server.requestCount() - 1).target, readTarget + "b");
+}
+
+TEST_F(HistoryThread, SkipsAnUnreadableSession) {
+    answerList({"a", "b", "c", "d"});
+    answerSession("a");
+    m_server.answer(readTarget + "b", R"({"code":500,"msg":"坏","data":[]})");
+    m_server.answer(readTarget + "c", "", 500);
+    answerSession("d");
+    const int logged = LogFile::messages().size();
+    ASSERT_TRUE(run());
+    EXPECT_EQ(idsOf(m_result), texts({"a", "d"}));
+    EXPECT_EQ(LogFile::messages().mid(logged),
+              QStringList{QStringLiteral("获取用户历史对话记录失败,返回码:500,错误信息:坏")});
+}
+
+TEST_F(HistoryThread, HasNoResultForAUserWithoutSessions) {
+    answerList({});
+    ASSERT_TRUE(run());
+    EXPECT_EQ(m_signals, texts({"start", "end"}));
+    EXPECT_FALSE(m_hasResult);
+    EXPECT_EQ(idsOf(m_result), texts({"former"})) << "left alone";
+}
+
+TEST_F(HistoryThread, EmptiesItsResultWhenTheListFails) {
+    answerList({"a"});
+    answerSession("a");
+    ASSERT_TRUE(run());
+    ASSERT_TRUE(m_hasResult);
+    m_server.answer(listTarget, "", 500);
+    ASSERT_TRUE(run());
+    EXPECT_FALSE(m_hasResult);
+    EXPECT_EQ(m_signals, texts({"start", "end", "start", "end"}));
+}
+
+TEST_F(HistoryThread, EmitsBothSignalsAndKeepsItsResultWhileNobodyIsSignedIn) {
+    answerList({"a"});
+    answerSession("a");
+    ASSERT_TRUE(run());
+    const int requests = m_server.requestCount();
+    signOut();
+    ASSERT_TRUE(run());
+    EXPECT_EQ(m_signals, texts({"start", "end", "start", "end"}));
+    EXPECT_EQ(m_server.requestCount(), requests);
+    EXPECT_TRUE(m_hasResult);
+    EXPECT_EQ(idsOf(m_result), texts({"a"}));
+}
+
+TEST_F(HistoryThread, CopiesItsResult) {
+    answerList({"a"});
+    answerSession("a");
+    ASSERT_TRUE(run());
+    m_result[0].AddUnit(chatRoleAssistant, _T("more"));
+    ZR_AiChatSessionList again;
+    ASSERT_TRUE(m_thread->copyResultTo(again));
+    EXPECT_EQ(again[0].GetUnitCount(), 1);
+}
+
+TEST_F(HistoryThread, CanBeDeletedWhileItReads) {
+    answerList({"a", "b", "c"});
+    m_thread->start();
+    ASSERT_TRUE(m_server.waitForRequests(2));
+    m_thread.reset();
+    EXPECT_TRUE(waitFor([this] { return m_server.isClosed(1); }));
+}
+
+TEST_F(HistoryThread, ReadsALargeHistory) {
+    const int sessions = 300;
+    QList<QByteArray> ids;
+    for (int i = 0; i < sessions; ++i) {
+        ids.append("s" + QByteArray::number(i));
+        answerSession(ids.last());
+    }
+    answerList(ids);
+    ASSERT_TRUE(run());
+    ASSERT_EQ(m_result.GetCount(), sessions);
+    EXPECT_EQ(m_result[sessions - 1].GetTitle(), _T("Q s299"));
+}

@@ -1,0 +1,220 @@
+#include <QCoreApplication>
+
+#include "chat/ZR_AiChatCSThread.h"
+#include "chat/ZR_AiChatModuleState.h"
+#include "host/core/ZR_ZentriText.h"
+#include "tests/chat/FakeChat.h"
+#include "tests/chat/MessageBoxes.h"
+#include "tests/support/http/FakeHttpServer.h"
+
+namespace {
+
+/// A question on its way: the session exists, the streaming thread's request has arrived and waits for its
+/// answer.
+class ManagerStream : public ChatTest {
+protected:
+    ManagerStream() {
+        setServiceAddress(m_server.address());
+        m_server.answer("/zr/ai/session/create", R"({"code":200,"msg":"success","data":"s1"})");
+        makeManager();
+        m_view = std::make_unique<FakeChatView>(m_calls);
+        m_answer = std::make_unique<FakeAnswer>(m_calls);
+    }
+
+    /// The index of the waiting request.
+    int ask(const CString& question = _T("Q")) {
+        m_manager->send(question, true, m_answer.get());
+        ++m_asked;
+        EXPECT_TRUE(m_server.waitForRequests(m_asked + 1));
+        EXPECT_TRUE(waitFor([this] { return m_calls.contains(QStringLiteral("view start")); }));
+        m_server.sendHead(m_asked);
+        return m_asked;
+    }
+
+    bool waitForCall(const char* call) {
+        return waitFor([&] { return m_calls.contains(QString::fromUtf8(call)); });
+    }
+
+    QStringList current() const {
+        ZR_AiChatSingleChatRecord record;
+        m_manager->getCurrentRecord(record);
+        return messagesOf(record);
+    }
+
+    FakeHttpServer m_server;
+    std::unique_ptr<FakeChatView> m_view;
+    std::unique_ptr<FakeAnswer> m_answer;
+    int m_asked = 0;
+};
+
+}  // namespace
+
+TEST_F(ManagerStream, DrivesTheBubbleAndTheViewInOrder) {
+    const int request = ask();
+    EXPECT_TRUE(g_zentriCommunicating);
+    m_server.sendBytes(request, "data:a\n\n");
+    ASSERT_TRUE(waitForCall("view process"));
+    EXPECT_EQ(m_calls, texts({"bubble start", "view start", "bubble append a", "view process"}));
+    m_server.sendBytes(request, "data:b\n\n");
+    ASSERT_TRUE(waitForCall("bubble append b"));
+    m_calls.clear();
+    m_server.close(request);
+    ASSERT_TRUE(waitUntilIdle());
+    EXPECT_EQ(m_calls.mid(0, 2), texts({"bubble stop", "view end"}));
+    EXPECT_FALSE(g_zentriCommunicating);
+    EXPECT_EQ(current().mid(0, 2), texts({"0:Q", "1:ab"}));
+    EXPECT_TRUE(m_manager->canCommunicate());
+}
+
+TEST_F(ManagerStream, StoresTheAnswerAgainWhenTheStreamEndsTwice) {
+    m_manager->send(_T("Q"), true, m_answer.get());
+    m_manager->onStreamStart();
+    m_manager->onStreamProcess(QStringLiteral("a"));
+    m_manager->onStreamEnd();
+    m_manager->onStreamEnd();
+    EXPECT_EQ(current(), texts({"0:Q", "1:a", "1:a"}));
+    EXPECT_EQ(m_calls.count(QStringLiteral("bubble stop")), 2);
+    EXPECT_EQ(m_calls.count(QStringLiteral("view end")), 2);
+    EXPECT_FALSE(g_zentriCommunicating);
+}
+
+TEST_F(ManagerStream, EndsTwiceWhenTheThreadIsDoneBeforeTheManagerHears) {
+    const int request = ask();
+    m_server.sendBytes(request, "data:a\n\n");
+    ASSERT_TRUE(waitForCall("view process"));
+    m_server.close(request);
+    // No event of the manager is delivered while this thread waits, so the flag is still set at the run's
+    // end.
+    ASSERT_TRUE(g_zentriChatThread->wait(30000));
+    ASSERT_TRUE(waitUntilIdle());
+    EXPECT_EQ(current(), texts({"0:Q", "1:a", "1:a"}));
+}
+
+TEST_F(ManagerStream, StampsQuestionAndAnswerWithTheirTimes) {
+    const int request = ask();
+    m_server.close(request);
+    ASSERT_TRUE(waitUntilIdle());
+    ZR_AiChatSingleChatRecord record;
+    m_manager->getCurrentRecord(record);
+    EXPECT_GT(record.GetCreateTime(), 1700000000);
+    EXPECT_GE(record.GetUseTime(), record.GetCreateTime());
+}
+
+TEST_F(ManagerStream, StoresAPartialAnswerAfterAnError) {
+    m_manager->send(_T("Q"), true, m_answer.get());
+    ASSERT_TRUE(m_server.waitForRequests(2));
+    m_server.sendHead(1, 200, "text/event-stream", "Content-Length: 1000\r\n");
+    m_server.sendBytes(1, "data:half\n\n");
+    ASSERT_TRUE(waitForCall("view process"));
+    m_server.abort(1);
+    ASSERT_TRUE(waitUntilIdle());
+    EXPECT_EQ(current().mid(0, 2), texts({"0:Q", "1:half"}));
+    EXPECT_EQ(MessageBoxes::instance().count(), 1);
+    EXPECT_TRUE(m_manager->canCommunicate());
+}
+
+TEST_F(ManagerStream, NeverTouchesABubbleThatIsGone) {
+    const int request = ask();
+    m_server.sendBytes(request, "data:a\n\n");
+    ASSERT_TRUE(waitForCall("view process"));
+    m_answer.reset();
+    m_calls.clear();
+    m_server.sendBytes(request, "data:b\n\n");
+    ASSERT_TRUE(waitForCall("view process"));
+    m_server.close(request);
+    ASSERT_TRUE(waitUntilIdle());
+    EXPECT_FALSE(m_calls.join(QLatin1Char(',')).contains(QStringLiteral("bubble")));
+    EXPECT_TRUE(m_calls.contains(QStringLiteral("view end")));
+    EXPECT_EQ(current(), texts({"0:Q"})) << "no text, no answer";
+    EXPECT_FALSE(g_zentriCommunicating);
+}
+
+TEST_F(ManagerStream, NeverTouchesABubbleThatGoesBetweenTheTwoEnds) {
+    m_manager->send(_T("Q"), true, m_answer.get());
+    m_manager->onStreamStart();
+    m_manager->onStreamProcess(QStringLiteral("a"));
+    m_manager->onStreamEnd();
+    m_answer.reset();
+    m_manager->onStreamEnd();
+    EXPECT_EQ(current(), texts({"0:Q", "1:a"}));
+    EXPECT_EQ(m_calls.count(QStringLiteral("view end")), 2);
+}
+
+TEST_F(ManagerStream, StreamsWithoutBubbleOrView) {
+    m_answer.reset();
+    m_view.reset();
+    m_manager->send(_T("Q"), true, nullptr);
+    ASSERT_TRUE(m_server.waitForRequests(2));
+    m_server.sendHead(1);
+    m_server.sendBytes(1, "data:a\n\n");
+    m_server.close(1);
+    ASSERT_TRUE(waitUntilIdle());
+    EXPECT_EQ(current(), texts({"0:Q"}));
+    EXPECT_TRUE(m_calls.isEmpty());
+    EXPECT_FALSE(g_zentriCommunicating);
+}
+
+TEST_F(ManagerStream, SurvivesTheViewsGoingInTheMiddle) {
+    const int request = ask();
+    m_view.reset();
+    m_server.sendBytes(request, "data:a\n\n");
+    ASSERT_TRUE(waitForCall("bubble append a"));
+    m_server.close(request);
+    ASSERT_TRUE(waitUntilIdle());
+    EXPECT_EQ(current().mid(0, 2), texts({"0:Q", "1:a"}));
+}
+
+TEST_F(ManagerStream, RefusesASecondQuestionUntilTheAnswerIsStored) {
+    const int request = ask();
+    m_manager->send(_T("second"), true, nullptr);
+    EXPECT_EQ(takePrinted(), QStringLiteral("\n已有正在通信的对话，请等待该通信完成..."));
+    m_server.close(request);
+    ASSERT_TRUE(g_zentriChatThread->wait(30000));
+    EXPECT_FALSE(m_manager->canCommunicate()) << "the end has not been handled yet";
+    ASSERT_TRUE(waitUntilIdle());
+    EXPECT_TRUE(m_manager->canCommunicate());
+    EXPECT_EQ(current().first(), QStringLiteral("0:Q"));
+    EXPECT_FALSE(current().contains(QStringLiteral("0:second")));
+}
+
+TEST_F(ManagerStream, SendsTheNewestQuestionAndTheSession) {
+    m_server.close(ask(_T("first")));
+    ASSERT_TRUE(waitUntilIdle());
+    m_server.close(ask(_T("second")));
+    ASSERT_TRUE(waitUntilIdle());
+    EXPECT_TRUE(m_server.request(1).body.contains("\"userInput\": \"first\""));
+    EXPECT_TRUE(m_server.request(2).body.contains("\"userInput\": \"second\""));
+    EXPECT_TRUE(m_server.request(2).body.contains("\"userChatSessionId\": \"s1\""));
+}
+
+TEST_F(ManagerStream, IsFreeAgainAfterUnloadCutAStreamShort) {
+    ask();
+    deleteThreads();
+    m_answer.reset();
+    QCoreApplication::sendPostedEvents();
+    EXPECT_FALSE(g_zentriCommunicating);
+    EXPECT_EQ(MessageBoxes::instance().count(), 0);
+}
+
+TEST_F(ManagerStream, IsFreeAgainAfterUnloadBeforeItHeardOfTheStart) {
+    m_manager->send(_T("Q"), true, m_answer.get());
+    // The start is still in the queue when the thread goes, so the thread saw the flag clear and sent no end.
+    deleteThreads();
+    QCoreApplication::sendPostedEvents();
+    EXPECT_FALSE(g_zentriCommunicating);
+    EXPECT_TRUE(m_calls.contains(QStringLiteral("bubble stop")));
+}
+
+TEST_F(ManagerStream, FollowsTheNewThreadsAfterAnotherLoad) {
+    m_server.close(ask());
+    ASSERT_TRUE(waitUntilIdle());
+    deleteThreads();
+    makeThreads();
+    m_calls.clear();
+    const int request = ask(_T("after"));
+    m_server.sendBytes(request, "data:b\n\n");
+    m_server.close(request);
+    ASSERT_TRUE(waitUntilIdle());
+    EXPECT_EQ(m_calls.count(QStringLiteral("bubble append b")), 1);
+    EXPECT_TRUE(current().contains(QStringLiteral("0:after")));
+}

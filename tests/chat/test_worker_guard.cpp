@@ -1,0 +1,35 @@
+#include <gtest/gtest.h>
+
+#include <QException>
+#include <stdexcept>
+
+#include "chat/ZR_AiChatWorkerGuard.h"
+#include "tests/chat/LogFile.h"
+
+namespace {
+
+/// What is logged when the work throws.
+template <typename Work>
+QStringList loggedBy(const Work& work) {
+    const int logged = LogFile::messages().size();
+    runAndLogExceptions(_T("begin:"), _T("unknown"), work);
+    return LogFile::messages().mid(logged);
+}
+
+}  // namespace
+
+TEST(WorkerGuard, LogsNothingWithoutAnException) {
+    EXPECT_TRUE(loggedBy([] {}).isEmpty());
+}
+
+TEST(WorkerGuard, LogsTheMessageOfAnException) {
+    EXPECT_EQ(loggedBy([] { throw std::runtime_error("100%s 坏"); }),
+              QStringList{QStringLiteral("begin:100%s 坏")});
+    const QString message = QString::fromUtf8(QException().what());
+    EXPECT_EQ(loggedBy([] { throw QException(); }), QStringList{QStringLiteral("begin:") + message});
+}
+
+TEST(WorkerGuard, LogsAnExceptionWithoutAMessageAsUnknown) {
+    EXPECT_EQ(loggedBy([] { throw 1; }), QStringList{QStringLiteral("unknown")});
+    EXPECT_EQ(loggedBy([] { AfxThrowNotSupportedException(); }), QStringList{QStringLiteral("unknown")});
+}
