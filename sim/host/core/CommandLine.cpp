@@ -36,8 +36,7 @@ void CommandLine::print(const std::string& text) {
     if (m_echo) {
         m_echo(text);
     }
-    trimLines();
-    ++m_revision;
+    linesChanged();
 }
 
 void CommandLine::addLine(const std::string& line) {
@@ -49,20 +48,21 @@ void CommandLine::addLine(const std::string& line) {
     if (m_echo) {
         m_echo("\n" + line);
     }
-    trimLines();
-    ++m_revision;
+    linesChanged();
 }
 
-void CommandLine::trimLines() {
+void CommandLine::linesChanged() {
     if (m_lines.size() > kKeptLines) {
         m_lines.erase(m_lines.begin(), m_lines.end() - static_cast<std::ptrdiff_t>(kKeptLines));
     }
+    ++m_linesRevision;
+    ++m_revision;
 }
 
 void CommandLine::clear() {
     m_lines.clear();
     m_lineOpen = false;
-    ++m_revision;
+    linesChanged();
 }
 
 std::string CommandLine::text() const {
@@ -76,6 +76,7 @@ std::string CommandLine::text() const {
 void CommandLine::setPrompt(const std::string& prompt) {
     if (m_lineOpen && !m_lines.empty() && m_lines.back().empty()) {
         m_lines.pop_back();
+        linesChanged();
     }
     m_lineOpen = false;
     m_prompt = prompt;

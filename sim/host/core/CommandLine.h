@@ -48,9 +48,11 @@ public:
 
     /// Counts changes of any kind, for the window that shows this.
     unsigned revision() const { return m_revision; }
+    /// Counts changes of the scroll-back.
+    unsigned linesRevision() const { return m_linesRevision; }
 
 private:
-    void trimLines();
+    void linesChanged();
 
     std::vector<std::string> m_lines;
     /// The last line may still grow.
@@ -63,6 +65,7 @@ private:
     std::u32string m_typedBeforeRecall;
     std::function<void(const std::string&)> m_echo;
     unsigned m_revision = 0;
+    unsigned m_linesRevision = 0;
 };
 
 }  // namespace cad
