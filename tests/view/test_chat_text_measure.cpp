@@ -1,0 +1,246 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QLoggingCategory>
+#include <QWidget>
+
+#include "tests/view/support/PlainTextMeasure.h"
+#include "tests/view/support/QtPrinters.h"
+#include "tests/view/support/RandomText.h"
+#include "view/ChatTextMeasure.h"
+
+namespace {
+
+constexpr int kSpace = 174;
+
+QFont bubbleFont() {
+    QFont font = QApplication::font();
+    font.setPointSize(12);
+    return font;
+}
+
+QSize measured(const QString& text, int textWidth) {
+    ChatTextMeasure measure;
+    return measure.measure(text, bubbleFont(), textWidth, kSpace);
+}
+
+QSize plain(const QString& text, int textWidth) {
+    return PlainTextMeasure::measure(text, bubbleFont(), textWidth, kSpace);
+}
+
+int lineHeight() {
+    return static_cast<int>(QFontMetricsF(bubbleFont()).lineSpacing());
+}
+
+}  // namespace
+
+TEST(ChatTextMeasure, EmptyTextHasThreeSpareRows) {
+    EXPECT_EQ(measured(QString(), 300), QSize(kSpace, 3 * lineHeight()));
+}
+
+TEST(ChatTextMeasure, ShortLineIsAsWideAsItsText) {
+    const QString text = QStringLiteral("画圆用 CIRCLE");
+    const int width = static_cast<int>(QFontMetricsF(bubbleFont()).horizontalAdvance(text));
+    EXPECT_EQ(measured(text, 500), QSize(kSpace + width, 3 * lineHeight()));
+}
+
+TEST(ChatTextMeasure, LineExactlyAsWideAsTheRoomDoesNotWrap) {
+    const QString text = QStringLiteral("多段线");
+    const int width = static_cast<int>(QFontMetricsF(bubbleFont()).horizontalAdvance(text));
+    EXPECT_EQ(measured(text, width), QSize(kSpace + width, 3 * lineHeight()));
+    EXPECT_GT(measured(text, width - 1).height(), 3 * lineHeight());
+}
+
+TEST(ChatTextMeasure, SingleLongLineIsCutIntoPiecesThatOverlapAndGrow) {
+    // Row i takes i + 1 row lengths from i row lengths on, so later rows are counted more than once.
+    const QString text = QString(400, QChar(u'图'));
+    const QFontMetricsF metrics(bubbleFont());
+    const int textWidth = 300;
+    const int rows = static_cast<int>(metrics.horizontalAdvance(text) / textWidth);
+    const QSize size = measured(text, textWidth);
+    EXPECT_EQ(size, plain(text, textWidth));
+    EXPECT_GT(size.height(), (rows + 3) * lineHeight());
+    EXPECT_EQ(size.width(), kSpace + textWidth);
+}
+
+TEST(ChatTextMeasure, TextWithLineBreaksIsMeasuredCharacterByCharacter) {
+    const QString line = QString(100, QChar(u'图'));
+    const QSize single = measured(line, 300);
+    const QSize broken = measured(line + QLatin1Char('\n'), 300);
+    EXPECT_EQ(broken, plain(line + QLatin1Char('\n'), 300));
+    EXPECT_LT(broken.height(), single.height());
+}
+
+TEST(ChatTextMeasure, EveryLineBreakIsARowEvenAtTheEnds) {
+    EXPECT_EQ(measured(QStringLiteral("\n"), 300).height(), 4 * lineHeight());
+    EXPECT_EQ(measured(QStringLiteral("\n\nA\n\n"), 300).height(), 7 * lineHeight());
+}
+
+TEST(ChatTextMeasure, CharacterWiderThanTheRoomStandsInARowOfItsOwn) {
+    EXPECT_EQ(measured(QStringLiteral("图纸\n图"), 3), plain(QStringLiteral("图纸\n图"), 3));
+    EXPECT_EQ(measured(QStringLiteral("图纸\n图"), 3), QSize(kSpace + 3, 5 * lineHeight()));
+}
+
+TEST(ChatTextMeasure, NoRoomNeitherCrashesNorHangs) {
+    const QString line = QString(20000, QChar(u'图'));
+    for (const int width : {0, -1, -74, -174, -100000}) {
+        for (const QString& text :
+             {QString(), QStringLiteral("a"), QStringLiteral("\n"), line, line + QLatin1Char('\n') + line}) {
+            const QSize size = measured(text, width);
+            EXPECT_LE(size.height(), QWIDGETSIZE_MAX);
+            EXPECT_EQ(size.width(), kSpace + std::min(width, 0)) << width;
+        }
+    }
+}
+
+TEST(ChatTextMeasure, NoRoomFollowsTheRulesAsFarAsTheyGo) {
+    for (const int width : {0, -1, -74, -174}) {
+        for (const char* text : {"", "a", "AB CD", "\n", "A\nBC\n"}) {
+            EXPECT_EQ(measured(QString::fromLatin1(text), width), plain(QString::fromLatin1(text), width))
+                << width << " " << text;
+        }
+    }
+}
+
+TEST(ChatTextMeasure, HardlyAnyRoomIsBoundedByTheHighestWidget) {
+    const QString line = QString(100000, QChar(u'图'));
+    for (const int width : {1, 2, 5, 16, 40}) {
+        EXPECT_LE(measured(line, width).height(), QWIDGETSIZE_MAX);
+    }
+}
+
+TEST(ChatTextMeasure, HardlyAnyRoomFollowsTheRules) {
+    RandomText random(7);
+    for (const int width : {1, 2, 3, 5, 9, 17, 33}) {
+        for (int kind = 0; kind < RandomText::KindCount; ++kind) {
+            const QString text = random.text(static_cast<RandomText::Kind>(kind), 40);
+            EXPECT_EQ(measured(text, width), plain(text, width)) << width << " " << text.toStdString();
+        }
+    }
+}
+
+class ChatTextMeasureRandom : public testing::TestWithParam<int> {};
+
+TEST_P(ChatTextMeasureRandom, GivesTheNumbersOfThePlainRules) {
+    const auto kind = static_cast<RandomText::Kind>(GetParam());
+    RandomText random(1000U + static_cast<unsigned>(GetParam()));
+    for (int round = 0; round < 60; ++round) {
+        const int width = random.number(60, 760);
+        const QString text = random.text(kind, random.number(0, 500));
+        ASSERT_EQ(measured(text, width), plain(text, width)) << width << " " << text.toStdString();
+    }
+}
+
+TEST_P(ChatTextMeasureRandom, GivesTheSameNumbersHoweverTheTextArrives) {
+    const auto kind = static_cast<RandomText::Kind>(GetParam());
+    RandomText random(2000U + static_cast<unsigned>(GetParam()));
+    for (int round = 0; round < 6; ++round) {
+        const int width = random.number(60, 500);
+        const QString text = random.text(kind, random.number(50, 700));
+        ChatTextMeasure measure;
+        for (int length = 0; length < text.size();) {
+            length = std::min(text.size(), length + random.number(1, 40));
+            const QString soFar = text.left(length);
+            ASSERT_EQ(measure.measure(soFar, bubbleFont(), width, kSpace), plain(soFar, width))
+                << width << " " << soFar.toStdString();
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(EveryKindOfText, ChatTextMeasureRandom,
+                         testing::Range(0, int{RandomText::KindCount}));
+
+TEST(ChatTextMeasure, LongSingleLineGivesThePlainNumbersWhileItGrows) {
+    // Long enough that the width is put together from parts.
+    RandomText random(42);
+    for (const RandomText::Kind kind : {RandomText::Cjk, RandomText::Latin, RandomText::Unbroken}) {
+        const QString text = random.text(kind, 2500);
+        ChatTextMeasure measure;
+        for (int length = 100; length < text.size(); length += 600) {
+            const QString soFar = text.left(length);
+            ASSERT_EQ(measure.measure(soFar, bubbleFont(), 260, kSpace), plain(soFar, 260)) << length;
+        }
+    }
+}
+
+TEST(ChatTextMeasure, LineBreakInAStreamedLineChangesTheRule) {
+    ChatTextMeasure measure;
+    const QString line = QString(120, QChar(u'图'));
+    EXPECT_EQ(measure.measure(line, bubbleFont(), 300, kSpace), plain(line, 300));
+    const QString broken = line + QStringLiteral("\n再来一行");
+    EXPECT_EQ(measure.measure(broken, bubbleFont(), 300, kSpace), plain(broken, 300));
+}
+
+TEST(ChatTextMeasure, OtherWidthFontOrTextStartsAnew) {
+    ChatTextMeasure measure;
+    const QString text = RandomText(3).text(RandomText::Mixed, 600);
+    measure.measure(text, bubbleFont(), 300, kSpace);
+    EXPECT_EQ(measure.measure(text, bubbleFont(), 200, kSpace), plain(text, 200));
+    QFont larger = bubbleFont();
+    larger.setPointSize(20);
+    EXPECT_EQ(measure.measure(text, larger, 200, kSpace),
+              PlainTextMeasure::measure(text, larger, 200, kSpace));
+    EXPECT_EQ(measure.measure(QStringLiteral("x"), larger, 200, kSpace),
+              PlainTextMeasure::measure(QStringLiteral("x"), larger, 200, kSpace));
+}
+
+TEST(ChatTextMeasure, FractionalFontSizesGiveThePlainNumbersToo) {
+    RandomText random(11);
+    for (const qreal points : {8.5, 13.7}) {
+        QFont font = bubbleFont();
+        font.setPointSizeF(points);
+        font.setHintingPreference(QFont::PreferNoHinting);
+        for (int round = 0; round < 20; ++round) {
+            const QString text =
+                random.text(static_cast<RandomText::Kind>(round % RandomText::KindCount), 300);
+            const int width = random.number(80, 500);
+            ChatTextMeasure measure;
+            ASSERT_EQ(measure.measure(text, font, width, kSpace),
+                      PlainTextMeasure::measure(text, font, width, kSpace))
+                << width << " " << text.toStdString();
+        }
+    }
+}
+
+namespace {
+
+QStringList g_traces;
+
+void keepTrace(QtMsgType, const QMessageLogContext&, const QString& message) {
+    g_traces.append(message);
+}
+
+class Traces {
+public:
+    Traces() : m_former(qInstallMessageHandler(keepTrace)) {
+        g_traces.clear();
+        QLoggingCategory::setFilterRules(QStringLiteral("default.debug=true"));
+    }
+    ~Traces() {
+        QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
+        qInstallMessageHandler(m_former);
+    }
+
+private:
+    QtMessageHandler m_former;
+};
+
+}  // namespace
+
+TEST(ChatTextMeasure, TracesLongLines) {
+    const Traces traces;
+    const QString text = QString(30, QChar(u'图'));
+    const QFontMetricsF metrics(bubbleFont());
+    measured(text, 100);
+    ASSERT_FALSE(g_traces.isEmpty());
+    EXPECT_EQ(g_traces.first(), QStringLiteral("fixC0 0 | %1 | \"%2\"")
+                                    .arg(static_cast<int>(metrics.horizontalAdvance(text) / 100))
+                                    .arg(text));
+    g_traces.clear();
+    const int tenCharacters = static_cast<int>(metrics.horizontalAdvance(text.left(10))) + 1;
+    measured(QStringLiteral("短\n") + text, tenCharacters);
+    ASSERT_EQ(g_traces.size(), 1);
+    EXPECT_TRUE(g_traces.first().startsWith(QStringLiteral("fixC1 3 | 2 | \"%1\" | \"").arg(text)))
+        << g_traces.first().toStdString();
+    EXPECT_EQ(g_traces.first().count(QStringLiteral("\\n")), 2);
+}
