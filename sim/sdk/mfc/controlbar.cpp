@@ -15,6 +15,7 @@ const int kLeastDocked = 20;  // pixels a docked bar keeps when its edge is drag
 }  // namespace
 
 CControlBar::~CControlBar() {
+    m_bAutoDelete = FALSE;  // it is being deleted already
     DestroyWindow();
     if (m_pDockSite != nullptr) {
         m_pDockSite->RemoveControlBar(this);

@@ -22,6 +22,14 @@ std::atomic<long>& references(CStringData* data) {
     return *reinterpret_cast<std::atomic<long>*>(&data->nRefs);
 }
 
+bool isNil(CStringData* data) {
+    return references(data).load(std::memory_order_relaxed) < 0;
+}
+
+bool isOwnedOnce(CStringData* data) {
+    return references(data).load(std::memory_order_acquire) == 1;
+}
+
 // The empty text is shared by all empty strings and never freed.
 struct NilText {
     CStringData header = {-1, 0, 0};
@@ -86,7 +94,7 @@ CStringW::CStringW() noexcept {
 }
 
 CStringW::CStringW(const CStringW& other) noexcept : m_pszData(other.m_pszData) {
-    if (header()->nRefs > 0) {
+    if (!isNil(header())) {
         references(header()).fetch_add(1, std::memory_order_relaxed);
     }
 }
@@ -132,7 +140,7 @@ CStringW::~CStringW() {
 
 void CStringW::release() noexcept {
     CStringData* data = header();
-    if (data->nRefs > 0 && references(data).fetch_sub(1, std::memory_order_acq_rel) == 1) {
+    if (!isNil(data) && references(data).fetch_sub(1, std::memory_order_acq_rel) == 1) {
         std::free(data);
     }
 }
@@ -166,7 +174,7 @@ CStringW& CStringW::operator=(const char* text) {
 
 LPTSTR CStringW::writable(int capacity) {
     CStringData* data = header();
-    const bool own = data->nRefs > 0 && references(data).load(std::memory_order_acquire) == 1;
+    const bool own = isOwnedOnce(data);
     if (own && data->nAllocLength >= capacity) {
         return m_pszData;
     }
@@ -223,7 +231,7 @@ void CStringW::SetString(LPCTSTR characters, int length) {
         return;
     }
     CStringData* data = header();
-    const bool own = data->nRefs > 0 && references(data).load(std::memory_order_acquire) == 1;
+    const bool own = isOwnedOnce(data);
     if (!own || data->nAllocLength < length) {
         CStringData* fresh = allocate(length, length);
         release();
@@ -597,7 +605,7 @@ void CStringW::ReleaseBufferSetLength(int newLength) {
     if (newLength < 0 || newLength > GetAllocLength()) {
         AfxThrowInvalidArgException();
     }
-    if (header()->nRefs > 0) {
+    if (!isNil(header())) {
         setLength(newLength);
     }
 }

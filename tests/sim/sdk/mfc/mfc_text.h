@@ -1,0 +1,34 @@
+#pragma once
+
+#include <afx.h>
+
+#include <gtest/gtest.h>
+
+#include <ostream>
+#include <string>
+
+/// The text in UTF-8; lone surrogates come out as replacement characters.
+inline std::string utf8(const CString& text) {
+    const int size =
+        WideCharToMultiByte(CP_UTF8, 0, text.GetString(), text.GetLength(), nullptr, 0, nullptr, nullptr);
+    std::string result(static_cast<size_t>(size), '\0');
+    if (size > 0) {
+        WideCharToMultiByte(CP_UTF8, 0, text.GetString(), text.GetLength(), &result[0], size, nullptr,
+                            nullptr);
+    }
+    return result;
+}
+
+/// How GoogleTest shows a text.
+inline void PrintTo(const CString& text, std::ostream* stream) {
+    *stream << '"' << utf8(text) << '"';
+}
+
+/// Expects the statement to throw a pointer to that kind of exception, and gives it back.
+#define EXPECT_MFC_THROW(statement, Exception)            \
+    try {                                                 \
+        statement;                                        \
+        ADD_FAILURE() << #statement << " throws nothing"; \
+    } catch (Exception * e) {                             \
+        e->Delete();                                      \
+    }
