@@ -200,7 +200,7 @@ void HostApp::serveControl() {
 }
 
 bool HostApp::loadModule(const std::string& path) {
-    return acrxLoadModule(toWide(path), true);
+    return acrxLoadModule(toWide(path), false);
 }
 
 bool HostApp::unloadModule(const std::string& name) {

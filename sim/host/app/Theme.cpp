@@ -8,7 +8,7 @@ const Theme& themeFor(int colorTheme) {
         0x2B2F36,  // menu
         0x3D4652,  // menuHighlight
         0xDDE1E7,  // text
-        0x949CAA,  // mutedText
+        0xA3ABB8,  // mutedText
         0x3B414B,  // border
         0x1F2329,  // view
         0x262B32,  // gridMinor
@@ -28,7 +28,7 @@ const Theme& themeFor(int colorTheme) {
         0xF1F3F5,  // menu
         0xDCE6F3,  // menuHighlight
         0x252B34,  // text
-        0x67707D,  // mutedText
+        0x586170,  // mutedText
         0xD5DAE0,  // border
         0xFCFCFD,  // view
         0xF0F2F4,  // gridMinor

@@ -15,8 +15,8 @@ namespace {
 
 Account* g_account = nullptr;
 
-// Any non-empty token is a user of its own to the service that answers on this machine.
-constexpr const char* kDemoToken = "demo-user";
+// The service that answers on this machine keeps some example conversations for this user.
+constexpr const char* kDemoToken = "demo";
 
 }  // namespace
 

@@ -296,6 +296,40 @@ json toScreen(HostApp& app, const json& arguments) {
     return {{"x", point.x}, {"y", point.y}};
 }
 
+/// A menu text as people say it: without access mark and shortcut.
+std::string plainMenuText(HMENU menu, int position) {
+    TCHAR buffer[128];
+    const int length = ::GetMenuString(menu, static_cast<UINT>(position), buffer, 128, MF_BYPOSITION);
+    std::string text = fromWide(buffer, length);
+    text = text.substr(0, text.find('\t'));
+    const size_t bracketed = text.find("(&");
+    if (bracketed != std::string::npos) {
+        text.erase(bracketed, text.find(')', bracketed) + 1 - bracketed);
+    }
+    return text;
+}
+
+json chooseMenuItem(HostApp& app, const json& arguments) {
+    HMENU menu = ::GetMenu(app.frame()->GetSafeHwnd());
+    const json& path = arguments.at("path");
+    for (size_t depth = 0; depth < path.size(); ++depth) {
+        int position = ::GetMenuItemCount(menu) - 1;
+        while (position >= 0 && path[depth] != plainMenuText(menu, position)) {
+            --position;
+        }
+        if (position < 0) {
+            break;
+        }
+        const UINT id = ::GetMenuItemID(menu, position);
+        if (depth + 1 == path.size()) {
+            app.frame()->PostMessage(WM_COMMAND, id);
+            return kInput;
+        }
+        menu = ::GetSubMenu(menu, position);
+    }
+    throw ControlError("no such menu item: " + path.dump());
+}
+
 const char* buttonName(int id) {
     switch (id) {
         case IDOK:
@@ -456,6 +490,7 @@ json runControlCommand(HostApp& app, const std::string& command, const json& arg
         {"vars", vars},
         {"drawing", drawing},
         {"toScreen", toScreen},
+        {"menu", chooseMenuItem},
         {"messageBoxes", messageBoxes},
         {"answerMessageBox", answerMessageBox},
         {"screenshot", screenshot},

@@ -21,7 +21,7 @@ public:
 
     /// Asks the program to end; it does so later, not within the call.
     virtual void quit() = 0;
-    /// False when the file cannot be loaded; the reason has been printed.
+    /// False when the file cannot be loaded or is loaded already.
     virtual bool loadModule(const std::string& path) = 0;
     /// False when no such module is loaded or it will not leave.
     virtual bool unloadModule(const std::string& name) = 0;

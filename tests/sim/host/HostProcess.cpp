@@ -1,0 +1,184 @@
+#include "tests/sim/host/HostProcess.h"
+
+#include <arpa/inet.h>
+#include <fcntl.h>
+#include <netinet/in.h>
+#include <spawn.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <stdexcept>
+
+namespace {
+
+constexpr auto kLongTime = std::chrono::seconds(40);
+constexpr auto kPollPause = std::chrono::milliseconds(20);
+const std::string kAnnouncement = "control: 127.0.0.1:";
+
+}  // namespace
+
+HostProcess::HostProcess(const std::vector<std::string>& arguments, bool connect) {
+    std::vector<std::string> all = {ZENTRI_HOST_PROGRAM, "--control", "0"};
+    all.insert(all.end(), arguments.begin(), arguments.end());
+    std::vector<char*> argv;
+    for (std::string& argument : all) {
+        argv.push_back(argument.data());
+    }
+    argv.push_back(nullptr);
+    int out[2];
+    int err[2];
+    if (pipe2(out, O_CLOEXEC) != 0 || pipe2(err, O_CLOEXEC) != 0) {
+        throw std::runtime_error("no pipes");
+    }
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_adddup2(&actions, out[1], STDOUT_FILENO);
+    posix_spawn_file_actions_adddup2(&actions, err[1], STDERR_FILENO);
+    const int failed = posix_spawn(&m_pid, argv[0], &actions, nullptr, argv.data(), environ);
+    posix_spawn_file_actions_destroy(&actions);
+    close(out[1]);
+    close(err[1]);
+    if (failed != 0) {
+        throw std::runtime_error("cannot start " + all[0]);
+    }
+    m_outputReader = std::thread([this, descriptor = out[0]] { read(descriptor, m_output); });
+    m_errorReader = std::thread([this, descriptor = err[0]] { read(descriptor, m_errors); });
+    if (!connect) {
+        return;
+    }
+    std::unique_lock<std::mutex> lock(m_mutex);
+    size_t at = 0;
+    const bool announced = m_changed.wait_for(lock, kLongTime, [&] {
+        at = m_output.find(kAnnouncement);
+        return at != std::string::npos && m_output.find('\n', at) != std::string::npos;
+    });
+    const std::string errorsSoFar = m_errors;
+    const int port = announced ? std::stoi(m_output.substr(at + kAnnouncement.size())) : 0;
+    lock.unlock();
+    if (!announced) {
+        kill(m_pid, SIGKILL);
+        waitForExit();
+        throw std::runtime_error("the host did not start: " + errorsSoFar);
+    }
+    connectTo(port);
+}
+
+HostProcess::~HostProcess() {
+    if (m_socket >= 0) {
+        close(m_socket);
+    }
+    if (!m_ended) {
+        kill(m_pid, SIGKILL);
+        waitForExit();
+    }
+}
+
+void HostProcess::read(int descriptor, std::string& into) {
+    char chunk[4096];
+    ssize_t count = 0;
+    while ((count = ::read(descriptor, chunk, sizeof chunk)) > 0) {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        into.append(chunk, static_cast<size_t>(count));
+        m_changed.notify_all();
+    }
+    close(descriptor);
+}
+
+void HostProcess::connectTo(int port) {
+    m_socket = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    address.sin_port = htons(static_cast<uint16_t>(port));
+    if (connect(m_socket, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0) {
+        throw std::runtime_error("cannot connect to the control interface");
+    }
+    timeval patience{};
+    patience.tv_sec = std::chrono::duration_cast<std::chrono::seconds>(kLongTime).count();
+    setsockopt(m_socket, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
+}
+
+HostProcess::Json HostProcess::roundTrip(const std::string& line) {
+    const std::string sent = line + "\n";
+    if (send(m_socket, sent.data(), sent.size(), MSG_NOSIGNAL) != static_cast<ssize_t>(sent.size())) {
+        throw std::runtime_error("the control interface is gone: " + line);
+    }
+    size_t feed = 0;
+    while ((feed = m_received.find('\n')) == std::string::npos) {
+        char chunk[4096];
+        const ssize_t count = recv(m_socket, chunk, sizeof chunk, 0);
+        if (count <= 0) {
+            throw std::runtime_error("no answer to " + line);
+        }
+        m_received.append(chunk, static_cast<size_t>(count));
+    }
+    const std::string answer = m_received.substr(0, feed);
+    m_received.erase(0, feed + 1);
+    return Json::parse(answer);
+}
+
+HostProcess::Json HostProcess::call(const Json& request) {
+    return roundTrip(request.dump());
+}
+
+HostProcess::Json HostProcess::ask(const std::string& command, Json arguments) {
+    arguments["cmd"] = command;
+    const Json answer = call(arguments);
+    if (answer["ok"] != true) {
+        throw std::runtime_error(arguments.dump() + ": " + answer.dump());
+    }
+    return answer;
+}
+
+bool HostProcess::waitUntil(const std::function<bool()>& condition) {
+    const auto end = std::chrono::steady_clock::now() + kLongTime;
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > end) {
+            return false;
+        }
+        std::this_thread::sleep_for(kPollPause);
+    }
+    return true;
+}
+
+bool HostProcess::waitForPrompt(const std::string& part) {
+    return waitUntil([&] { return prompt().find(part) != std::string::npos; });
+}
+
+bool HostProcess::waitForLine(const std::string& part) {
+    return waitUntil([&] { return text().find(part) != std::string::npos; });
+}
+
+HostProcess::Json HostProcess::window(const std::string& kind) {
+    for (const Json& found : ask("windows")["windows"]) {
+        if (found["kind"] == kind) {
+            return found;
+        }
+    }
+    return Json();
+}
+
+std::string HostProcess::output() {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_output;
+}
+
+std::string HostProcess::errors() {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_errors;
+}
+
+int HostProcess::waitForExit() {
+    if (!m_ended) {
+        int status = 0;
+        waitpid(m_pid, &status, 0);
+        m_ended = true;
+        m_exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+        // What the process wrote last is still on its way.
+        m_outputReader.join();
+        m_errorReader.join();
+    }
+    return m_exitCode;
+}

@@ -1,0 +1,64 @@
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <functional>
+#include <mutex>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <thread>
+#include <vector>
+
+/// A running zentri-host and its control interface. Needs a display. The process is killed when the object
+/// dies, unless it has ended by itself.
+class HostProcess {
+public:
+    using Json = nlohmann::json;
+
+    /// `--control 0` is added. With `connect` the constructor returns when the control interface answers;
+    /// throws std::runtime_error when it never does.
+    explicit HostProcess(const std::vector<std::string>& arguments, bool connect = true);
+    HostProcess(const HostProcess&) = delete;
+    HostProcess& operator=(const HostProcess&) = delete;
+    ~HostProcess();
+
+    /// Sends a request and returns the answer, whatever it says.
+    Json call(const Json& request);
+    /// The same for requests that must succeed: throws std::runtime_error otherwise.
+    Json ask(const std::string& command, Json arguments = Json::object());
+    void type(const std::string& text) { ask("typeText", {{"text", text}}); }
+    void idle() { ask("idle"); }
+
+    /// Asks again and again until the condition holds; false when it still does not after a long time.
+    static bool waitUntil(const std::function<bool()>& condition);
+    bool waitForPrompt(const std::string& part);
+    bool waitForLine(const std::string& part);
+    std::string prompt() { return ask("commandLine")["prompt"]; }
+    std::string text() { return ask("commandLine")["text"]; }
+    /// The first window of the kind; null when there is none.
+    Json window(const std::string& kind);
+
+    int pid() const { return m_pid; }
+    /// What the process wrote so far.
+    std::string output();
+    std::string errors();
+    /// Waits for the process to end and returns its exit code, or minus the signal that ended it.
+    int waitForExit();
+
+private:
+    void connectTo(int port);
+    void read(int descriptor, std::string& into);
+    Json roundTrip(const std::string& line);
+
+    int m_pid = -1;
+    int m_socket = -1;
+    int m_exitCode = 0;
+    bool m_ended = false;
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    std::string m_output;
+    std::string m_errors;
+    std::string m_received;
+    std::thread m_outputReader;
+    std::thread m_errorReader;
+};

@@ -1,0 +1,136 @@
+// A module for the tests of the host: commands, reactors and a palette, all as plain as can be.
+
+#include <AdUiPalette.h>
+#include <AdUiPaletteSet.h>
+#include <acdocman.h>
+#include <aced.h>
+#include <arxEntryPoint.h>
+#include <arxHeaders.h>
+#include <rxmfcapi.h>
+
+#include <thread>
+
+namespace {
+
+const ACHAR* const kGroup = _T("DUMMY");
+
+/// Says on the command line what it is told.
+class SayingReactor : public AcEditorReactor {
+public:
+    void commandWillStart(const ACHAR* name) override { acutPrintf(_T("\n[start %s]"), name); }
+    void commandEnded(const ACHAR* name) override { acutPrintf(_T("\n[end %s]"), name); }
+    void commandCancelled(const ACHAR* name) override { acutPrintf(_T("\n[cancel %s]"), name); }
+    void sysVarChanged(const ACHAR* name, bool success) override {
+        resbuf value{};
+        acedGetVar(name, &value);
+        acutPrintf(success ? _T("\n[changed %s %d]") : _T("\n[refused %s %d]"), name,
+                   static_cast<int>(value.resval.rint));
+    }
+};
+
+/// Counts characters that reach it and lets none through to the host.
+class CountingPalette : public CAdUiPalette {
+public:
+    BOOL PreTranslateMessage(MSG* message) override {
+        if (message->message == WM_CHAR) {
+            acutPrintf(_T("\n[palette char %d]"), static_cast<int>(message->wParam));
+            return TRUE;
+        }
+        return CAdUiPalette::PreTranslateMessage(message);
+    }
+};
+
+SayingReactor* g_reactor = nullptr;
+CAdUiPaletteSet* g_set = nullptr;
+CountingPalette* g_palette = nullptr;
+
+void printIt() {
+    acutPrintf(_T("\n你好, %s"), _T("dummy"));
+}
+
+void showBox() {
+    const int answer = AfxMessageBox(_T("继续吗？"), MB_YESNO);
+    acutPrintf(_T("\n[answer %d]"), answer);
+}
+
+void hidden() {}
+
+void sendCircle() {
+    acDocManager->sendStringToExecute(curDoc(), _T("\x03\x03"), true, false, true);
+    acDocManager->sendStringToExecute(curDoc(), _T("CIRCLE\n"), true, false, true);
+}
+
+void tellAccount() {
+    using TokenFunction = int (*)(ACHAR*, int);
+    using SignInFunction = int (*)();
+    const auto token =
+        reinterpret_cast<TokenFunction>(acrxGetServiceSymbolAddr(_T("ZR_ACCOUNT"), "zrAccountAccessToken"));
+    const auto signIn =
+        reinterpret_cast<SignInFunction>(acrxGetServiceSymbolAddr(_T("ZR_ACCOUNT"), "zrAccountSignIn"));
+    ACHAR buffer[16] = {};
+    const int length = token(buffer, 16);
+    const int signedIn = length > 0 ? 1 : signIn();
+    const int after = token(buffer, 16);
+    acutPrintf(_T("\n[token %d %d %d %s]"), length, signedIn, after, buffer);
+}
+
+void printFromThread() {
+    std::thread([] { acutPrintf(_T("\n[from a thread]")); }).join();
+}
+
+void togglePalette() {
+    acedGetAcadFrame()->ShowControlBar(g_set, !g_set->IsVisible(), FALSE);
+}
+
+void focusPalette() {
+    g_palette->SetFocus();
+}
+
+}  // namespace
+
+class DummyApp : public AcRxArxApp {
+public:
+    void RegisterServerComponents() override {}
+
+    AcRx::AppRetCode On_kInitAppMsg(void* packet) override {
+        const AcRx::AppRetCode result = AcRxArxApp::On_kInitAppMsg(packet);
+        AcEdCommandStack* const stack = acedRegCmds;
+        stack->addCommand(kGroup, _T("DUMMY_PRINT"), _T("DPRINT"), ACRX_CMD_MODAL, printIt);
+        stack->addCommand(kGroup, _T("DUMMY_BOX"), _T("DBOX"), ACRX_CMD_MODAL, showBox);
+        stack->addCommand(kGroup, _T("_dummyHidden"), _T("_dummyHidden"), ACRX_CMD_NOHISTORY, hidden);
+        stack->addCommand(kGroup, _T("DUMMY_SEND"), _T("DSEND"), ACRX_CMD_MODAL, sendCircle);
+        stack->addCommand(kGroup, _T("DUMMY_ACCOUNT"), _T("DACCOUNT"), ACRX_CMD_MODAL, tellAccount);
+        stack->addCommand(kGroup, _T("DUMMY_THREAD"), _T("DTHREAD"), ACRX_CMD_MODAL, printFromThread);
+        stack->addCommand(kGroup, _T("DUMMY_PALETTE"), _T("DPALETTE"), ACRX_CMD_MODAL, togglePalette);
+        stack->addCommand(kGroup, _T("DUMMY_FOCUS"), _T("DFOCUS"), ACRX_CMD_MODAL, focusPalette);
+        g_reactor = new SayingReactor;
+        acedEditor->addReactor(g_reactor);
+
+        g_set = new CAdUiPaletteSet;
+        g_set->Create(_T("测试面板"), WS_DLGFRAME, CRect(0, 0, 320, 500), acedGetAcadFrame(),
+                      PSS_CLOSE_BUTTON | PSS_SNAP);
+        g_set->EnableDocking(CBRS_ALIGN_LEFT | CBRS_ALIGN_RIGHT);
+        g_set->RestoreControlBar(AFX_IDW_DOCKBAR_LEFT);
+        g_palette = new CountingPalette;
+        g_palette->Create(WS_CHILD | WS_VISIBLE, _T("测试页"), g_set, 0);
+        g_set->AddPalette(g_palette);
+        acutPrintf(_T("\n[dummy loaded]"));
+        return result;
+    }
+
+    AcRx::AppRetCode On_kUnloadAppMsg(void* packet) override {
+        AcEdCommandStack* const stack = acedRegCmds;
+        stack->removeGroup(kGroup);
+        acedEditor->removeReactor(g_reactor);
+        delete g_reactor;
+        delete g_set;
+        acutPrintf(_T("\n[dummy unloaded]"));
+        return AcRxArxApp::On_kUnloadAppMsg(packet);
+    }
+};
+
+extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD, LPVOID) {
+    return TRUE;
+}
+
+IMPLEMENT_ARX_ENTRYPOINT(DummyApp)
