@@ -1,0 +1,27 @@
+#pragma once
+
+#include <afx.h>
+
+#include "tests/support/FakeArxHost.h"
+
+/// The account service of a host, as the module looks it up.
+class FakeAccount {
+public:
+    /// Offers the service in the host.
+    static void offer(FakeArxHost& host);
+    static void reset();
+
+    static CString token;
+    /// What signing in brings: the token afterwards, and whether it succeeds.
+    static CString tokenAfterSignIn;
+    static bool signInSucceeds;
+
+    static int tokenCalls;
+    static int signInCalls;
+    /// The capacity of the last call for the token.
+    static int lastCapacity;
+
+private:
+    static int accessToken(ACHAR* buffer, int capacity);
+    static int signIn();
+};

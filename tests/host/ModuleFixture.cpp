@@ -1,0 +1,67 @@
+#include "tests/host/ModuleFixture.h"
+
+#include <accmd.h>
+#include <afxext.h>
+#include <rxdict.h>
+
+#include <QApplication>
+#include <QTextEdit>
+
+#include "chat/ZR_AiChatModuleState.h"
+#include "chat/ZR_AiChatReadHistoricalChatThread.h"
+#include "host/ZR_ZentriModule.h"
+#include "host/ZR_ZentriPalette.h"
+#include "host/ZR_ZentriPaletteSet.h"
+#include "view/ZR_ZentriPaletteView.h"
+
+ModuleFixture::ModuleFixture() {
+    service.answer("/zr/ai/session/user", R"({"code":200,"msg":"success","data":[]})");
+    service.answer("/zr/ai/session/create", R"({"code":200,"msg":"success","data":"session-1"})");
+    qputenv("ZR_ZENTRI_SERVICE", service.address().toLatin1());
+    qputenv("ZR_ZENTRI_PROBE", "http://" + service.address().toLatin1());
+    FakeAccount::reset();
+    FakeAccount::offer(program.host());
+    program.host().setVar(_T("COLORTHEME"), 1);
+}
+
+ModuleFixture::~ModuleFixture() {
+    unload();
+    // The reader survives the module's unloading, but not this fixture's service.
+    if (g_zentriHistoryThread != nullptr) {
+        g_zentriHistoryThread->quit();
+        g_zentriHistoryThread->wait();
+    }
+    TestProgram::settle();
+}
+
+bool ModuleFixture::run(const CString& command) {
+    AcEdCommand* const found = acedRegCmds->lookupCmd(command, false);
+    if (found == nullptr)
+        return false;
+    found->functionAddr()();
+    return true;
+}
+
+void ModuleFixture::openPanel() {
+    FakeAccount::token = _T("token");
+    ASSERT_TRUE(run(_T("KQ_AICHAT")));
+    ASSERT_TRUE(TestProgram::pumpUntil([this] {
+        return program.host().printedText().Find(_T("\nZentri:用户数据初始化完成")) >= 0 &&
+               !g_zentriHistoryThread->isRunning();
+    }));
+}
+
+int ModuleFixture::paletteSetsInFrame() const {
+    int count = 0;
+    for (const CControlBar* bar : program.frame()->GetControlBars())
+        count += bar->IsKindOf(RUNTIME_CLASS(ZR_ZentriPaletteSet)) ? 1 : 0;
+    return count;
+}
+
+ZR_ZentriPaletteView* ModuleFixture::view() const {
+    return dynamic_cast<ZR_ZentriPaletteView*>(zentriChatView());
+}
+
+QTextEdit* ModuleFixture::inputBox() const {
+    return view()->findChild<QTextEdit*>(QStringLiteral("textEdit_userInput"));
+}

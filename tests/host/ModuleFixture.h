@@ -1,0 +1,40 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include "host/CZR_ZentriApp.h"
+#include "tests/host/FakeAccount.h"
+#include "tests/host/TestProgram.h"
+#include "tests/support/http/FakeHttpServer.h"
+
+class QTextEdit;
+class ZR_ZentriPalette;
+class ZR_ZentriPaletteSet;
+class ZR_ZentriPaletteView;
+
+/// The module's application object in a host with real windows and an AI service that knows no sessions. The
+/// module is unloaded when the test ends.
+class ModuleFixture : public testing::Test {
+protected:
+    ModuleFixture();
+    ~ModuleFixture() override;
+
+    AcRx::AppRetCode load() { return app.On_kInitAppMsg(&app); }
+    AcRx::AppRetCode unload() { return app.On_kUnloadAppMsg(&app); }
+
+    /// Runs a registered command; false when there is none of that name.
+    static bool run(const CString& command);
+    /// Opens the panel for a signed-in user and waits until the user's sessions have been read.
+    void openPanel();
+    /// The palette set as the frame knows it, by its title.
+    int paletteSetsInFrame() const;
+
+    ZR_ZentriPaletteView* view() const;
+    QTextEdit* inputBox() const;
+
+    FakeHttpServer service;
+    TestProgram program;
+    CZR_ZentriApp app;
+};

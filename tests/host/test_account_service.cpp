@@ -1,0 +1,67 @@
+#include <gtest/gtest.h>
+
+#include "host/ZR_AccountService.h"
+#include "tests/host/FakeAccount.h"
+
+namespace {
+
+class AccountService : public testing::Test {
+protected:
+    AccountService() { FakeAccount::reset(); }
+
+    FakeArxHost host;
+};
+
+}  // namespace
+
+TEST_F(AccountService, GivesTheSignedInUsersToken) {
+    FakeAccount::offer(host);
+    FakeAccount::token = _T("eyJ.token");
+    EXPECT_TRUE(ZR_AccountService::accessToken() == _T("eyJ.token"));
+    EXPECT_EQ(FakeAccount::tokenCalls, 1);
+}
+
+TEST_F(AccountService, TokenIsEmptyWhenNobodyIsSignedIn) {
+    FakeAccount::offer(host);
+    EXPECT_TRUE(ZR_AccountService::accessToken().IsEmpty());
+}
+
+TEST_F(AccountService, ALongTokenIsFetchedWhole) {
+    FakeAccount::offer(host);
+    FakeAccount::token = CString(_T('x'), 10000);
+    EXPECT_TRUE(ZR_AccountService::accessToken() == FakeAccount::token);
+    EXPECT_EQ(FakeAccount::lastCapacity, 10001);
+}
+
+TEST_F(AccountService, ATokenThatJustMissesTheBufferIsFetchedWhole) {
+    FakeAccount::offer(host);
+    for (const int length : {4095, 4096, 4097}) {
+        FakeAccount::token = CString(_T('x'), length);
+        EXPECT_EQ(ZR_AccountService::accessToken().GetLength(), length);
+    }
+}
+
+TEST_F(AccountService, ATokenThatNoHeaderCouldCarryIsNone) {
+    FakeAccount::offer(host);
+    FakeAccount::token = CString(_T('x'), 3 * 1024 * 1024);
+    EXPECT_TRUE(ZR_AccountService::accessToken().IsEmpty());
+}
+
+TEST_F(AccountService, ANegativeLengthIsNoToken) {
+    host.setService(_T("ZR_ACCOUNT"), "zrAccountAccessToken",
+                    reinterpret_cast<void*>(+[](ACHAR*, int) { return -1; }));
+    EXPECT_TRUE(ZR_AccountService::accessToken().IsEmpty());
+}
+
+TEST_F(AccountService, SigningInMaySucceedOrFail) {
+    FakeAccount::offer(host);
+    EXPECT_FALSE(ZR_AccountService::signIn());
+    FakeAccount::signInSucceeds = true;
+    EXPECT_TRUE(ZR_AccountService::signIn());
+    EXPECT_EQ(FakeAccount::signInCalls, 2);
+}
+
+TEST_F(AccountService, AHostWithoutTheServiceHasNobodySignedIn) {
+    EXPECT_TRUE(ZR_AccountService::accessToken().IsEmpty());
+    EXPECT_FALSE(ZR_AccountService::signIn());
+}

@@ -1,0 +1,333 @@
+#include <aced.h>
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QPointer>
+#include <QSemaphore>
+#include <QTextEdit>
+#include <QTimer>
+#include <stdexcept>
+
+#include "chat/ZR_AiChatCSThread.h"
+#include "chat/ZR_AiChatManager.h"
+#include "chat/ZR_AiChatModuleState.h"
+#include "chat/ZR_AiChatReadHistoricalChatThread.h"
+#include "host/ZR_ZentriModule.h"
+#include "host/ZR_ZentriPalette.h"
+#include "host/ZR_ZentriPaletteSet.h"
+#include "host/ZR_ZentriRetirement.h"
+#include "host/ZR_ZentriSysReactor.h"
+#include "host/core/ZR_ZentriAccount.h"
+#include "host/core/ZR_ZentriCmdRecorder.h"
+#include "host/core/ZR_ZentriModalScope.h"
+#include "host/core/ZR_ZentriPaletteAccess.h"
+#include "host/qtmfc/QMfcApp.h"
+#include "tests/host/ModuleFixture.h"
+#include "view/ZR_ZentriPaletteView.h"
+
+namespace {
+
+class AppLifecycle : public ModuleFixture {};
+
+/// A run that does not end when it is told to.
+class StuckThread : public ZR_AiChatCSThread {
+public:
+    using ZR_AiChatCSThread::ZR_AiChatCSThread;
+    QSemaphore release;
+
+protected:
+    void run() override { release.acquire(); }
+};
+
+/// Takes an entry out of the host's registry for a while.
+class WithoutEntry {
+public:
+    explicit WithoutEntry(const ACHAR* key) : m_key(key), m_object(acrxSysRegistry()->remove(key)) {}
+    ~WithoutEntry() { acrxSysRegistry()->atPut(m_key, m_object); }
+    WithoutEntry(const WithoutEntry&) = delete;
+    WithoutEntry& operator=(const WithoutEntry&) = delete;
+
+    AcRxObject* object() const { return m_object; }
+
+private:
+    const ACHAR* m_key;
+    AcRxObject* m_object;
+};
+
+}  // namespace
+
+TEST_F(AppLifecycle, LoadingMakesEveryObject) {
+    EXPECT_EQ(load(), AcRx::kRetOK);
+    EXPECT_NE(qobject_cast<QMfcApp*>(QCoreApplication::instance()), nullptr);
+    ASSERT_NE(g_zentriChatThread, nullptr);
+    EXPECT_EQ(g_zentriChatThread->parent(), qApp);
+    ASSERT_NE(g_zentriHistoryThread, nullptr);
+    EXPECT_EQ(g_zentriHistoryThread->parent(), qApp);
+    ASSERT_NE(g_zentriPaletteSet, nullptr);
+    ASSERT_NE(g_zentriPalette, nullptr);
+    EXPECT_NE(g_zentriCmdRecorder, nullptr);
+    EXPECT_NE(g_zentriSysReactor, nullptr);
+    EXPECT_EQ(zentriPaletteAccess(), g_zentriPalette);
+    EXPECT_NE(view(), nullptr);
+    EXPECT_NE(acedRegCmds->lookupCmd(_T("KQ_AICHAT"), false), nullptr);
+    EXPECT_NE(acedRegCmds->lookupCmd(_T("_refreshChatView"), false), nullptr);
+}
+
+TEST_F(AppLifecycle, ThePanelIsDockedLeftAndHidden) {
+    load();
+    EXPECT_FALSE(g_zentriPaletteSet->IsVisible());
+    EXPECT_TRUE(g_zentriPaletteSet->GetName() == _T("朔禾CAD Zentri"));
+    EXPECT_EQ(g_zentriPaletteSet->GetPaletteSetStyle(), 0x2EU);
+    EXPECT_EQ(g_zentriPaletteSet->m_nDockBarID, static_cast<UINT>(AFX_IDW_DOCKBAR_LEFT));
+    EXPECT_EQ(g_zentriPaletteSet->m_sizeDocked.cx, 700);
+    EXPECT_EQ(g_zentriPaletteSet->GetPaletteCount(), 1);
+    EXPECT_EQ(g_zentriPaletteSet->GetActivePalette(), g_zentriPalette);
+    EXPECT_TRUE(g_zentriPalette->GetName() == _T("朔禾 Zentri"));
+}
+
+TEST_F(AppLifecycle, TheHostsRememberedDockingIsRestored) {
+    program.host().setDockState(_T("朔禾CAD Zentri"), ArxDockState{AFX_IDW_DOCKBAR_RIGHT, 420});
+    load();
+    EXPECT_EQ(g_zentriPaletteSet->m_nDockBarID, static_cast<UINT>(AFX_IDW_DOCKBAR_RIGHT));
+    EXPECT_EQ(g_zentriPaletteSet->m_sizeDocked.cx, 420);
+}
+
+TEST_F(AppLifecycle, ASecondInitialisationMakesNothingTwice) {
+    load();
+    const auto* const paletteSet = g_zentriPaletteSet;
+    const auto* const palette = g_zentriPalette;
+    const auto* const recorder = g_zentriCmdRecorder;
+    const auto* const reactor = g_zentriSysReactor;
+    const auto* const chatThread = g_zentriChatThread;
+    const auto* const historyThread = g_zentriHistoryThread;
+    const auto* const application = QCoreApplication::instance();
+    EXPECT_EQ(load(), AcRx::kRetOK);
+    EXPECT_EQ(g_zentriPaletteSet, paletteSet);
+    EXPECT_EQ(g_zentriPalette, palette);
+    EXPECT_EQ(g_zentriCmdRecorder, recorder);
+    EXPECT_EQ(g_zentriSysReactor, reactor);
+    EXPECT_EQ(g_zentriChatThread, chatThread);
+    EXPECT_EQ(g_zentriHistoryThread, historyThread);
+    EXPECT_EQ(QCoreApplication::instance(), application);
+    EXPECT_EQ(paletteSetsInFrame(), 1);
+    EXPECT_EQ(arxEditorReactorCount(), 2);
+    EXPECT_EQ(paletteSet->GetPaletteCount(), 1);
+}
+
+TEST_F(AppLifecycle, ThePaletteIsMadeOnlyTogetherWithANewPaletteSet) {
+    g_zentriPalette = nullptr;
+    g_zentriPaletteSet = new ZR_ZentriPaletteSet;
+    ASSERT_TRUE(g_zentriPaletteSet->Create(_T("without a palette"), WS_DLGFRAME, CRect(0, 0, 300, 300),
+                                           program.frame(), PSS_CLOSE_BUTTON));
+    load();
+    EXPECT_EQ(g_zentriPalette, nullptr);
+    EXPECT_EQ(zentriPalette(), nullptr);
+    EXPECT_EQ(zentriChatView(), nullptr);
+    // Everything that would use the palette does without.
+    arxFireSysVarChanged(_T("COLORTHEME"), true);
+    FakeAccount::token = _T("token");
+    EXPECT_TRUE(run(_T("KQ_AICHAT")));
+    EXPECT_TRUE(g_zentriPaletteSet->IsVisible());
+}
+
+TEST_F(AppLifecycle, AFontThatDoesNotLoadIsReportedAndTheModuleIsUsable) {
+    // The fonts are not linked into this test.
+    load();
+    EXPECT_GE(program.host().printedText().Find(_T("\nZR_Zentri:Load font failed")), 0);
+    openPanel();
+    EXPECT_TRUE(g_zentriPaletteSet->IsVisible());
+}
+
+TEST_F(AppLifecycle, TheResourceHandleIsPutBack) {
+    const HINSTANCE before = AfxGetResourceHandle();
+    theArxDLL.AttachInstance(reinterpret_cast<HINSTANCE>(0x1000));
+    load();
+    EXPECT_EQ(AfxGetResourceHandle(), before);
+    theArxDLL.DetachInstance();
+}
+
+TEST(AppFailure, AnExceptionPutsTheResourceHandleBackAndGoesOn) {
+    class ThrowingHost : public FakeArxHost {
+    public:
+        CMDIFrameWnd* frame() override { throw std::runtime_error("no frame"); }
+    };
+    ThrowingHost host;
+    const HINSTANCE before = AfxGetResourceHandle();
+    theArxDLL.AttachInstance(reinterpret_cast<HINSTANCE>(0x1000));
+    CZR_ZentriApp app;
+    EXPECT_THROW(app.On_kInitAppMsg(&app), std::runtime_error);
+    EXPECT_EQ(AfxGetResourceHandle(), before);
+    EXPECT_EQ(g_zentriPaletteSet, nullptr);
+    theArxDLL.DetachInstance();
+    app.On_kUnloadAppMsg(&app);
+}
+
+TEST(AppFailure, AHostWithoutAFrameGetsNoPanel) {
+    FakeArxHost host;
+    CZR_ZentriApp app;
+    EXPECT_EQ(app.On_kInitAppMsg(&app), AcRx::kRetOK);
+    EXPECT_EQ(g_zentriPaletteSet, nullptr);
+    EXPECT_EQ(zentriChatView(), nullptr);
+    app.On_kUnloadAppMsg(&app);
+}
+
+TEST_F(AppLifecycle, WithoutAnEditorTheReactorsAreNotAttached) {
+    const WithoutEntry editor(_T("AcEditor"));
+    EXPECT_EQ(load(), AcRx::kRetOK);
+    EXPECT_EQ(arxEditorReactorCount(), 0);
+    EXPECT_NE(g_zentriCmdRecorder, nullptr);
+    EXPECT_EQ(unload(), AcRx::kRetOK);
+}
+
+TEST_F(AppLifecycle, AnotherObjectInTheEditorsPlaceIsNotUsed) {
+    const WithoutEntry editor(_T("AcEditor"));
+    acrxSysRegistry()->atPut(_T("AcEditor"), acedRegCmds);
+    EXPECT_EQ(load(), AcRx::kRetOK);
+    EXPECT_EQ(arxEditorReactorCount(), 0);
+    EXPECT_EQ(unload(), AcRx::kRetOK);
+}
+
+TEST_F(AppLifecycle, UnloadingTakesEverythingOutOfTheHost) {
+    load();
+    openPanel();
+    EXPECT_EQ(unload(), AcRx::kRetOK);
+    EXPECT_EQ(acedRegCmds->lookupCmd(_T("KQ_AICHAT"), false), nullptr);
+    EXPECT_EQ(acedRegCmds->lookupCmd(_T("_refreshChatView"), false), nullptr);
+    EXPECT_EQ(arxEditorReactorCount(), 0);
+    EXPECT_EQ(g_zentriPaletteSet, nullptr);
+    EXPECT_EQ(g_zentriChatThread, nullptr);
+    EXPECT_EQ(paletteSetsInFrame(), 0);
+    EXPECT_EQ(zentriPaletteAccess(), nullptr);
+    EXPECT_EQ(zentriChatView(), nullptr);
+    EXPECT_FALSE(zentriHasAccess());
+    // These stay for the next load.
+    EXPECT_NE(g_zentriHistoryThread, nullptr);
+    EXPECT_NE(g_zentriCmdRecorder, nullptr);
+    EXPECT_NE(g_zentriSysReactor, nullptr);
+    EXPECT_NE(QCoreApplication::instance(), nullptr);
+}
+
+TEST_F(AppLifecycle, UnloadingWithoutALoadDoesNothing) {
+    EXPECT_EQ(unload(), AcRx::kRetOK);
+    load();
+    EXPECT_EQ(unload(), AcRx::kRetOK);
+    EXPECT_EQ(unload(), AcRx::kRetOK);
+}
+
+TEST_F(AppLifecycle, LoadingAgainMakesANewPanelThatWorks) {
+    load();
+    openPanel();
+    auto* const recorder = g_zentriCmdRecorder;
+    unload();
+    program.host().clearPrinted();
+    FakeAccount::tokenCalls = 0;
+
+    EXPECT_EQ(load(), AcRx::kRetOK);
+    ASSERT_NE(g_zentriPaletteSet, nullptr);
+    EXPECT_EQ(paletteSetsInFrame(), 1);
+    EXPECT_EQ(zentriPaletteAccess(), g_zentriPalette);
+    EXPECT_EQ(g_zentriPaletteSet->GetActivePalette(), g_zentriPalette);
+    EXPECT_EQ(g_zentriCmdRecorder, recorder);
+    EXPECT_EQ(arxEditorReactorCount(), 2);
+    arxFireCommandWillStart(_T("LINE"));
+    EXPECT_TRUE(g_zentriCmdRecorder->lastCommandName() == _T("LINE"));
+    // The user is asked for anew, and the sessions are read again.
+    openPanel();
+    EXPECT_EQ(FakeAccount::tokenCalls, 1);
+    EXPECT_TRUE(g_zentriPaletteSet->IsVisible());
+}
+
+TEST_F(AppLifecycle, UnloadingWhileAnAnswerStreamsStopsTheThread) {
+    load();
+    openPanel();
+    const int before = service.requestCount();
+    inputBox()->setPlainText(QStringLiteral("怎样画圆"));
+    view()->sendInput();
+    // The session is created, then the question is posted.
+    ASSERT_TRUE(TestProgram::pumpUntil([&] { return service.requestCount() == before + 2; }));
+    service.sendHead(before + 1);
+    service.sendBytes(before + 1, "data:first\n\n");
+    ASSERT_TRUE(TestProgram::pumpUntil([] { return g_zentriCommunicating.load(); }));
+    const QPointer<QThread> thread = g_zentriChatThread;
+    ASSERT_TRUE(thread->isRunning());
+
+    QElapsedTimer clock;
+    clock.start();
+    EXPECT_EQ(unload(), AcRx::kRetOK);
+    EXPECT_LT(clock.elapsed(), 5000);
+    EXPECT_TRUE(thread.isNull());
+    EXPECT_EQ(g_zentriChatThread, nullptr);
+    // What the thread had still queued finds no view and no bubble.
+    TestProgram::settle();
+    EXPECT_FALSE(g_zentriCommunicating.load());
+}
+
+TEST_F(AppLifecycle, AThreadThatDoesNotStopIsNotDeletedWhileItRuns) {
+    load();
+    delete g_zentriChatThread;
+    auto* const stuck = new StuckThread(qApp);
+    const QPointer<QThread> watched = stuck;
+    g_zentriChatThread = stuck;
+    stuck->start();
+    QElapsedTimer clock;
+    clock.start();
+    EXPECT_EQ(unload(), AcRx::kRetOK);
+    EXPECT_GE(clock.elapsed(), 4900);
+    EXPECT_EQ(g_zentriChatThread, nullptr);
+    ASSERT_FALSE(watched.isNull());
+    EXPECT_TRUE(watched->isRunning());
+    // It deletes itself when it ends after all.
+    stuck->release.release();
+    EXPECT_TRUE(TestProgram::pumpUntil([&watched] { return watched.isNull(); }));
+}
+
+TEST_F(AppLifecycle, UnloadingFromWithinALoopOfQtsKeepsTheViewUntilItEnds) {
+    load();
+    openPanel();
+    const QPointer<QWidget> openView = view();
+    bool aliveWithinTheLoop = false;
+    QEventLoop loop;
+    QTimer::singleShot(0, &loop, [&] {
+        EXPECT_EQ(unload(), AcRx::kRetOK);
+        EXPECT_EQ(g_zentriPaletteSet, nullptr);
+        QTimer::singleShot(300, &loop, [&] {
+            aliveWithinTheLoop = !openView.isNull();
+            loop.quit();
+        });
+    });
+    loop.exec();
+    EXPECT_TRUE(aliveWithinTheLoop);
+    EXPECT_TRUE(TestProgram::pumpUntil([&openView] { return openView.isNull(); }));
+    EXPECT_EQ(paletteSetsInFrame(), 0);
+    EXPECT_EQ(zentriPaletteAccess(), nullptr);
+}
+
+TEST_F(AppLifecycle, UnloadingBehindAMessageBoxKeepsTheViewUntilItIsAnswered) {
+    load();
+    openPanel();
+    const QPointer<QWidget> openView = view();
+    {
+        const ZR_ZentriModalScope box;
+        unload();
+        TestProgram::settle();
+        EXPECT_FALSE(openView.isNull());
+        EXPECT_TRUE(zentriLoopRuns());
+    }
+    EXPECT_TRUE(TestProgram::pumpUntil([&openView] { return openView.isNull(); }));
+}
+
+TEST_F(AppLifecycle, APaletteOfAnEarlierLoadDoesNotWithdrawTheNewOne) {
+    load();
+    const QPointer<QWidget> oldView = view();
+    {
+        const ZR_ZentriModalScope box;
+        unload();
+        load();
+    }
+    const auto* const newPalette = g_zentriPalette;
+    ASSERT_NE(g_zentriPaletteSet, nullptr);
+    ASSERT_TRUE(TestProgram::pumpUntil([&oldView] { return oldView.isNull(); }));
+    EXPECT_EQ(zentriPaletteAccess(), newPalette);
+    EXPECT_NE(view(), nullptr);
+}

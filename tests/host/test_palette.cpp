@@ -1,0 +1,249 @@
+#include <QApplication>
+#include <QEventLoop>
+#include <QTextEdit>
+#include <QTimer>
+#include <QWindow>
+
+#include "host/ZR_ZentriModule.h"
+#include "host/ZR_ZentriPalette.h"
+#include "host/ZR_ZentriPaletteSet.h"
+#include "host/core/ZR_ZentriPaletteAccess.h"
+#include "tests/host/ModuleFixture.h"
+#include "view/ZR_ZentriPaletteView.h"
+
+namespace {
+
+class Palette : public ModuleFixture {
+protected:
+    Palette() { load(); }
+
+    CSize paletteSize() const {
+        CRect rect;
+        g_zentriPalette->GetWindowRect(&rect);
+        return rect.Size();
+    }
+
+    HWND viewHandle() const { return reinterpret_cast<HWND>(view()->winId()); }
+
+    /// Gives the input box the Qt focus, as a click in it does, upon which the palette takes the keys.
+    void focusInput() {
+        view()->activateWindow();
+        inputBox()->setFocus(Qt::MouseFocusReason);
+        ASSERT_TRUE(TestProgram::pumpUntil([] { return GetFocus() == g_zentriPalette->m_hWnd; }));
+        TestProgram::settle();
+    }
+
+    bool typed(const QString& text) {
+        return TestProgram::pumpUntil([&] { return inputBox()->toPlainText() == text; }, 5000);
+    }
+
+    MSG message(UINT id, WPARAM wParam) const {
+        MSG result = {};
+        result.hwnd = g_zentriPalette->m_hWnd;
+        result.message = id;
+        result.wParam = wParam;
+        result.lParam = 1;
+        return result;
+    }
+};
+
+/// Counts the key events of a widget.
+class KeyCounter : public QObject {
+public:
+    explicit KeyCounter(QObject* watched) { watched->installEventFilter(this); }
+
+    bool eventFilter(QObject*, QEvent* event) override {
+        presses += event->type() == QEvent::KeyPress ? 1 : 0;
+        releases += event->type() == QEvent::KeyRelease ? 1 : 0;
+        return false;
+    }
+
+    int presses = 0;
+    int releases = 0;
+};
+
+}  // namespace
+
+TEST_F(Palette, IsTheNativeParentOfTheView) {
+    openPanel();
+    EXPECT_TRUE(
+        TestProgram::pumpUntil([this] { return GetParent(viewHandle()) == g_zentriPalette->m_hWnd; }));
+    ASSERT_NE(view()->windowHandle()->parent(), nullptr);
+    EXPECT_EQ(view()->windowHandle()->parent()->property("Qt_embedded_native_parent_handle").toULongLong(),
+              reinterpret_cast<qulonglong>(g_zentriPalette->m_hWnd));
+    EXPECT_EQ(view()->pos(), QPoint(0, 0));
+    EXPECT_TRUE(view()->isVisible());
+}
+
+TEST_F(Palette, EveryResizeGivesTheViewTheWholeWindowRectangle) {
+    openPanel();
+    for (const CSize size : {CSize(400, 500), CSize(333, 222), CSize(640, 700)}) {
+        g_zentriPalette->MoveWindow(0, 26, size.cx, size.cy);
+        EXPECT_EQ(paletteSize(), size);
+        EXPECT_EQ(view()->size(), QSize(static_cast<int>(size.cx), static_cast<int>(size.cy)));
+    }
+    EXPECT_TRUE(TestProgram::pumpUntil([this] {
+        CRect rect;
+        GetWindowRect(viewHandle(), &rect);
+        return rect.Size() == CSize(640, 700);
+    }));
+}
+
+TEST_F(Palette, DockedPanelFillsTheFramesHeight) {
+    openPanel();
+    CRect set;
+    g_zentriPaletteSet->GetClientRect(&set);
+    EXPECT_EQ(paletteSize().cx, set.Width());
+    EXPECT_LT(paletteSize().cy, set.Height());
+    EXPECT_EQ(view()->height(), paletteSize().cy);
+    program.frame()->MoveWindow(0, 0, 900, 500);
+    TestProgram::settle();
+    EXPECT_EQ(view()->width(), paletteSize().cx);
+    EXPECT_EQ(view()->height(), paletteSize().cy);
+}
+
+TEST_F(Palette, EmbeddingTakesTheKeyboardFocus) {
+    openPanel();
+    EXPECT_EQ(GetFocus(), g_zentriPalette->m_hWnd);
+}
+
+TEST_F(Palette, CharactersAreConsumed) {
+    openPanel();
+    MSG character = message(WM_CHAR, 'a');
+    EXPECT_TRUE(g_zentriPalette->PreTranslateMessage(&character));
+}
+
+TEST_F(Palette, KeyDownAndKeyUpReachTheHostAsWell) {
+    openPanel();
+    MSG down = message(WM_KEYDOWN, VK_HOME);
+    MSG up = message(WM_KEYUP, VK_HOME);
+    EXPECT_FALSE(g_zentriPalette->PreTranslateMessage(&down));
+    EXPECT_FALSE(g_zentriPalette->PreTranslateMessage(&up));
+}
+
+TEST_F(Palette, OtherMessagesAreNotTouched) {
+    openPanel();
+    focusInput();
+    const KeyCounter counter(inputBox());
+    MSG other = message(WM_SYSKEYDOWN, 'F');
+    EXPECT_FALSE(g_zentriPalette->PreTranslateMessage(&other));
+    TestProgram::settle();
+    EXPECT_EQ(counter.presses, 0);
+}
+
+TEST_F(Palette, ATypedCharacterArrivesOnce) {
+    openPanel();
+    focusInput();
+    TestProgram::typeKey(g_zentriPalette->m_hWnd, 'A');
+    EXPECT_TRUE(typed(QStringLiteral("a"))) << inputBox()->toPlainText().toStdString();
+    TestProgram::settle();
+    EXPECT_EQ(inputBox()->toPlainText(), QStringLiteral("a"));
+}
+
+TEST_F(Palette, ChineseCharactersArriveOnce) {
+    openPanel();
+    focusInput();
+    for (const QChar character : QStringLiteral("画圆"))
+        PostMessageW(g_zentriPalette->m_hWnd, WM_CHAR, character.unicode(), 1);
+    EXPECT_TRUE(typed(QStringLiteral("画圆"))) << inputBox()->toPlainText().toStdString();
+    TestProgram::settle();
+    EXPECT_EQ(inputBox()->toPlainText(), QStringLiteral("画圆"));
+}
+
+TEST_F(Palette, AKeyDownActsOnce) {
+    openPanel();
+    focusInput();
+    inputBox()->setPlainText(QStringLiteral("abc"));
+    inputBox()->moveCursor(QTextCursor::End);
+    TestProgram::typeKey(g_zentriPalette->m_hWnd, VK_BACK);
+    EXPECT_TRUE(typed(QStringLiteral("ab"))) << inputBox()->toPlainText().toStdString();
+    TestProgram::settle();
+    EXPECT_EQ(inputBox()->toPlainText(), QStringLiteral("ab"));
+}
+
+TEST_F(Palette, TypingStartsNoHostCommand) {
+    openPanel();
+    focusInput();
+    int charactersInHost = 0;
+    testApp().preTranslate = [&](MSG* msg) {
+        const BOOL handled = AfxGetApp()->CWinApp::PreTranslateMessage(msg);
+        charactersInHost += msg->message == WM_CHAR && !handled ? 1 : 0;
+        return handled;
+    };
+    for (const int key : std::initializer_list<int>{'L', 'I', 'N', 'E', VK_SPACE})
+        TestProgram::typeKey(g_zentriPalette->m_hWnd, key);
+    EXPECT_TRUE(typed(QStringLiteral("line "))) << inputBox()->toPlainText().toStdString();
+    EXPECT_EQ(charactersInHost, 0);
+    EXPECT_TRUE(program.host().sent().empty());
+}
+
+TEST_F(Palette, InsideALoopOfQtsEverythingStillActsOnce) {
+    openPanel();
+    focusInput();
+    inputBox()->setPlainText(QStringLiteral("xy"));
+    inputBox()->moveCursor(QTextCursor::End);
+    QEventLoop loop;
+    TestProgram::typeKey(g_zentriPalette->m_hWnd, VK_BACK);
+    TestProgram::typeKey(g_zentriPalette->m_hWnd, 'A');
+    QTimer::singleShot(1000, &loop, &QEventLoop::quit);
+    loop.exec();
+    EXPECT_EQ(inputBox()->toPlainText(), QStringLiteral("xa"));
+}
+
+TEST_F(Palette, AKeyForTheViewItselfIsNotSentASecondTime) {
+    openPanel();
+    focusInput();
+    const KeyCounter counter(inputBox());
+    MSG down = message(WM_KEYDOWN, VK_LEFT);
+    down.hwnd = viewHandle();
+    EXPECT_FALSE(g_zentriPalette->PreTranslateMessage(&down));
+    TestProgram::settle();
+    EXPECT_EQ(counter.presses, 0);
+}
+
+TEST_F(Palette, LosingTheFocusTakesItOffTheInputBox) {
+    openPanel();
+    focusInput();
+    ASSERT_EQ(view()->focusWidget(), inputBox());
+    program.frame()->SetFocus();
+    EXPECT_TRUE(TestProgram::pumpUntil([this] { return view()->focusWidget() != inputBox(); }));
+    // The host has the keys again.
+    TestProgram::typeKey(program.frame()->m_hWnd, 'A');
+    TestProgram::settle();
+    EXPECT_TRUE(inputBox()->toPlainText().isEmpty());
+}
+
+TEST_F(Palette, HidingThePanelGivesTheFocusBackToTheHost) {
+    openPanel();
+    focusInput();
+    run(_T("KQ_AICHAT"));
+    EXPECT_TRUE(TestProgram::pumpUntil([] { return GetFocus() != g_zentriPalette->m_hWnd; }));
+}
+
+TEST_F(Palette, TheCloseCrossHidesThePanelAndTheCommandShowsItAgain) {
+    openPanel();
+    const CPoint cross = g_zentriPaletteSet->CloseButtonRect().CenterPoint();
+    const LPARAM place = MAKELPARAM(cross.x, cross.y);
+    SendMessageW(g_zentriPaletteSet->m_hWnd, WM_LBUTTONDOWN, MK_LBUTTON, place);
+    SendMessageW(g_zentriPaletteSet->m_hWnd, WM_LBUTTONUP, 0, place);
+    EXPECT_FALSE(g_zentriPaletteSet->IsVisible());
+    run(_T("KQ_AICHAT"));
+    EXPECT_TRUE(g_zentriPaletteSet->IsVisible());
+    EXPECT_TRUE(view()->isVisible());
+}
+
+TEST_F(Palette, WithNoPaletteThereIsNoView) {
+    EXPECT_NE(zentriChatView(), nullptr);
+    unload();
+    EXPECT_EQ(zentriChatView(), nullptr);
+}
+
+TEST_F(Palette, OffersItsViewAndTheFocusToTheRestOfTheModule) {
+    openPanel();
+    EXPECT_EQ(zentriPaletteAccess()->chatView(), view());
+    program.frame()->SetFocus();
+    zentriPaletteAccess()->takeKeyboardFocus();
+    EXPECT_EQ(GetFocus(), g_zentriPalette->m_hWnd);
+    EXPECT_TRUE(g_zentriPalette->OnSetActive());
+    EXPECT_TRUE(g_zentriPalette->CanFrameworkTakeFocus());
+}

@@ -1,0 +1,286 @@
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QPointer>
+#include <QWidget>
+#include <QWindow>
+#include <memory>
+
+#include "host/qtmfc/QMfcApp.h"
+#include "tests/host/TestProgram.h"
+
+namespace {
+
+/// Shows the filter a message under one of the names that Qt uses.
+bool filter(const char* eventType, MSG& message) {
+    long result = 0;
+    QMfcAppEventFilter eventFilter;
+    return eventFilter.nativeEventFilter(QByteArray(eventType), &message, &result);
+}
+
+class QMfcAppTest : public testing::Test {
+protected:
+    QMfcAppTest() : application(qobject_cast<QMfcApp*>(QMfcApp::mfc_instance(&testApp()))) {}
+
+    static bool dispatcherFilter(MSG& message) { return filter("windows_dispatcher_MSG", message); }
+    static bool genericFilter(MSG& message) { return filter("windows_generic_MSG", message); }
+
+    static MSG messageTo(HWND window, UINT message, WPARAM wParam = 0) {
+        MSG result = {};
+        result.hwnd = window;
+        result.message = message;
+        result.wParam = wParam;
+        return result;
+    }
+
+    TestProgram program;
+    QMfcApp* application;
+};
+
+/// A frame that takes note of the menu keys sent to it.
+class KeyFrame : public CMDIFrameWnd {
+public:
+    std::vector<UINT> messages;
+    std::vector<WPARAM> keys;
+
+protected:
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override {
+        if (message == WM_SYSKEYDOWN || message == WM_SYSKEYUP) {
+            messages.push_back(message);
+            keys.push_back(wParam);
+            return 0;
+        }
+        return CMDIFrameWnd::WindowProc(message, wParam, lParam);
+    }
+};
+
+/// A focused Qt window embedded in a frame with a menu.
+struct MenuKeys {
+    MenuKeys() : frame(new KeyFrame) {
+        frame->Create(nullptr, _T("Menu keys"), WS_OVERLAPPEDWINDOW, CRect(0, 0, 400, 300));
+        CMenu menu;
+        menu.CreateMenu();
+        menu.AppendMenu(MF_STRING, 1, _T("&File"));
+        frame->SetMenu(&menu);
+        menu.Detach();
+        frame->ShowWindow(SW_SHOW);
+        nativeParent.reset(QWindow::fromWinId(reinterpret_cast<WId>(frame->m_hWnd)));
+        view.winId();
+        view.windowHandle()->setParent(nativeParent.get());
+        view.show();
+        TestProgram::pumpUntil([this] { return GetParent(viewHandle()) == frame->m_hWnd; });
+        SetFocus(viewHandle());
+        TestProgram::settle();
+        frame->messages.clear();
+        frame->keys.clear();
+    }
+    ~MenuKeys() {
+        view.hide();
+        view.windowHandle()->setParent(nullptr);
+        frame->DestroyWindow();
+    }
+    MenuKeys(const MenuKeys&) = delete;
+    MenuKeys& operator=(const MenuKeys&) = delete;
+
+    HWND viewHandle() { return reinterpret_cast<HWND>(view.winId()); }
+
+    KeyFrame* frame;
+    std::unique_ptr<QWindow> nativeParent;
+    QWidget view;
+};
+
+}  // namespace
+
+TEST_F(QMfcAppTest, ThereIsOneApplicationForTheProcess) {
+    ASSERT_NE(application, nullptr);
+    EXPECT_EQ(QCoreApplication::instance(), application);
+    EXPECT_EQ(QMfcApp::mfc_instance(&testApp()), application);
+    EXPECT_TRUE(QApplication::quitOnLastWindowClosed());
+}
+
+TEST_F(QMfcAppTest, ArgumentsAreTheHostsNameAndItsCommandLineSplitAtSpaces) {
+    const QStringList arguments = QCoreApplication::arguments();
+    const QStringList expected = {QString::fromUtf16(testApp().m_pszExeName), QStringLiteral("-first"),
+                                  QString(), QStringLiteral("\"second\"")};
+    EXPECT_EQ(arguments, expected);
+}
+
+TEST_F(QMfcAppTest, EveryDispatchedMessageIsOfferedToMfc) {
+    std::vector<UINT> offered;
+    testApp().preTranslate = [&offered](MSG* message) {
+        offered.push_back(message->message);
+        return message->message == WM_APP ? TRUE : FALSE;
+    };
+    MSG taken = messageTo(program.frame()->m_hWnd, WM_APP);
+    MSG left = messageTo(program.frame()->m_hWnd, WM_APP + 1);
+    EXPECT_TRUE(dispatcherFilter(taken));
+    EXPECT_FALSE(dispatcherFilter(left));
+    EXPECT_EQ(offered, (std::vector<UINT>{WM_APP, WM_APP + 1}));
+}
+
+TEST_F(QMfcAppTest, MessagesDeliveredToQtWindowsAreNotOfferedToMfc) {
+    int offered = 0;
+    testApp().preTranslate = [&offered](MSG*) {
+        ++offered;
+        return TRUE;
+    };
+    MSG message = messageTo(program.frame()->m_hWnd, WM_CHAR, 'a');
+    EXPECT_FALSE(genericFilter(message));
+    EXPECT_EQ(offered, 0);
+}
+
+TEST_F(QMfcAppTest, EventsOfOtherPlatformsAreLeftAlone) {
+    int offered = 0;
+    testApp().preTranslate = [&offered](MSG*) {
+        ++offered;
+        return TRUE;
+    };
+    long result = 0;
+    QMfcAppEventFilter eventFilter;
+    char noMessage[4] = {};
+    EXPECT_FALSE(eventFilter.nativeEventFilter("xcb_generic_event_t", noMessage, &result));
+    EXPECT_FALSE(eventFilter.nativeEventFilter("mac_generic_NSEvent", noMessage, &result));
+    EXPECT_EQ(offered, 0);
+}
+
+TEST_F(QMfcAppTest, AReenteredFilterReportsTheMessageAsNotHandled) {
+    bool inner = true;
+    testApp().preTranslate = [this, &inner](MSG*) {
+        MSG nested = messageTo(program.frame()->m_hWnd, WM_APP + 1);
+        inner = dispatcherFilter(nested);
+        return TRUE;
+    };
+    MSG message = messageTo(program.frame()->m_hWnd, WM_APP);
+    EXPECT_TRUE(dispatcherFilter(message));
+    EXPECT_FALSE(inner);
+    // The guard is lifted again.
+    testApp().preTranslate = [](MSG*) { return TRUE; };
+    EXPECT_TRUE(dispatcherFilter(message));
+}
+
+TEST_F(QMfcAppTest, TheGuardIsLiftedAfterAnException) {
+    testApp().preTranslate = [](MSG*) -> BOOL { throw 1; };
+    MSG message = messageTo(program.frame()->m_hWnd, WM_APP);
+    EXPECT_THROW(dispatcherFilter(message), int);
+    testApp().preTranslate = [](MSG*) { return TRUE; };
+    EXPECT_TRUE(dispatcherFilter(message));
+}
+
+TEST_F(QMfcAppTest, IdleWorkIsDoneUntilMfcHasNoMoreOfIt) {
+    std::vector<LONG> counts;
+    testApp().preTranslate = [](MSG*) { return FALSE; };
+    testApp().onIdle = [&counts](LONG count) {
+        counts.push_back(count);
+        return count < 2 ? TRUE : FALSE;
+    };
+    testApp().isIdleMessage = [](MSG*) { return TRUE; };
+    MSG message = messageTo(program.frame()->m_hWnd, WM_APP);
+    // The first message makes idle work due, the second finds it due.
+    dispatcherFilter(message);
+    EXPECT_TRUE(counts.empty());
+    dispatcherFilter(message);
+    EXPECT_EQ(counts, (std::vector<LONG>{0, 1, 2}));
+    // It was made due again, from the beginning.
+    dispatcherFilter(message);
+    EXPECT_EQ(counts, (std::vector<LONG>{0, 1, 2, 0, 1, 2}));
+}
+
+TEST_F(QMfcAppTest, IdleWorkWaitsWhileMessagesWait) {
+    int idle = 0;
+    testApp().preTranslate = [](MSG*) { return FALSE; };
+    testApp().onIdle = [&idle](LONG) {
+        ++idle;
+        return FALSE;
+    };
+    testApp().isIdleMessage = [](MSG*) { return TRUE; };
+    MSG message = messageTo(program.frame()->m_hWnd, WM_APP);
+    dispatcherFilter(message);
+    PostMessageW(program.frame()->m_hWnd, WM_NULL, 0, 0);
+    dispatcherFilter(message);
+    EXPECT_EQ(idle, 0);
+    MSG waiting;
+    while (PeekMessageW(&waiting, nullptr, 0, 0, PM_REMOVE)) {
+    }
+    dispatcherFilter(message);
+    EXPECT_EQ(idle, 1);
+}
+
+TEST_F(QMfcAppTest, AMessageThatIsNotIdleMakesNoIdleWorkDue) {
+    int idle = 0;
+    testApp().preTranslate = [](MSG*) { return FALSE; };
+    testApp().onIdle = [&idle](LONG) {
+        ++idle;
+        return FALSE;
+    };
+    testApp().isIdleMessage = [](MSG*) { return FALSE; };
+    MSG message = messageTo(program.frame()->m_hWnd, WM_APP);
+    dispatcherFilter(message);
+    dispatcherFilter(message);
+    EXPECT_EQ(idle, 0);
+}
+
+TEST_F(QMfcAppTest, MessagesToQtWindowsDoNoIdleWork) {
+    int idle = 0;
+    testApp().preTranslate = [](MSG*) { return FALSE; };
+    testApp().onIdle = [&idle](LONG) {
+        ++idle;
+        return FALSE;
+    };
+    testApp().isIdleMessage = [](MSG*) { return TRUE; };
+    QWidget widget;
+    MSG toQt = messageTo(reinterpret_cast<HWND>(widget.winId()), WM_APP);
+    dispatcherFilter(toQt);
+    dispatcherFilter(toQt);
+    EXPECT_EQ(idle, 0);
+}
+
+TEST_F(QMfcAppTest, AltReleasedOverAQtWindowGoesToTheFrameWithTheMenu) {
+    MenuKeys keys;
+    MSG message = messageTo(keys.viewHandle(), WM_SYSKEYUP, VK_MENU);
+    EXPECT_TRUE(genericFilter(message));
+    EXPECT_EQ(keys.frame->messages, (std::vector<UINT>{WM_SYSKEYUP}));
+    EXPECT_EQ(keys.frame->keys, (std::vector<WPARAM>{VK_MENU}));
+}
+
+TEST_F(QMfcAppTest, AKeyWithAltOverAQtWindowGoesToTheFrameWithTheMenu) {
+    MenuKeys keys;
+    MSG message = messageTo(keys.viewHandle(), WM_SYSKEYDOWN, 'F');
+    EXPECT_TRUE(dispatcherFilter(message));
+    EXPECT_EQ(keys.frame->messages, (std::vector<UINT>{WM_SYSKEYDOWN, WM_SYSKEYUP}));
+    EXPECT_EQ(keys.frame->keys, (std::vector<WPARAM>{'F', VK_MENU}));
+}
+
+TEST_F(QMfcAppTest, AltAloneGoingDownStaysWithQt) {
+    MenuKeys keys;
+    MSG message = messageTo(keys.viewHandle(), WM_SYSKEYDOWN, VK_MENU);
+    EXPECT_FALSE(genericFilter(message));
+    EXPECT_TRUE(keys.frame->messages.empty());
+}
+
+TEST_F(QMfcAppTest, MenuKeysStayWithAQtWindowThatHasNotTheFocus) {
+    MenuKeys keys;
+    keys.frame->SetFocus();
+    MSG message = messageTo(keys.viewHandle(), WM_SYSKEYDOWN, 'F');
+    EXPECT_FALSE(genericFilter(message));
+    EXPECT_TRUE(keys.frame->messages.empty());
+}
+
+TEST_F(QMfcAppTest, MenuKeysStayWithAQtWindowInAFrameWithoutAMenu) {
+    MenuKeys keys;
+    keys.frame->SetMenu(nullptr);
+    MSG message = messageTo(keys.viewHandle(), WM_SYSKEYDOWN, 'F');
+    EXPECT_FALSE(genericFilter(message));
+    EXPECT_TRUE(keys.frame->messages.empty());
+}
+
+TEST_F(QMfcAppTest, DeferredDeletesAndPostedEventsComeFromTheHostsLoop) {
+    QPointer<QObject> object = new QObject;
+    object->deleteLater();
+    EXPECT_TRUE(TestProgram::pumpUntil([&object] { return object.isNull(); }));
+}
+
+TEST_F(QMfcAppTest, AnExistingApplicationIsNotReplacedByAPluginsOne) {
+    EXPECT_FALSE(QMfcApp::pluginInstance());
+    EXPECT_EQ(QCoreApplication::instance(), application);
+}
