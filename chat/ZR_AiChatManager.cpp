@@ -18,8 +18,6 @@
 
 namespace {
 
-constexpr INT_PTR notListed = -1;
-
 void print(const CString& text) {
     acutPrintf(_T("%s"), text.GetString());
 }
@@ -132,7 +130,7 @@ void ZR_AiChatManager::sendInNewSession(const CString& question, bool flag,
     }
     changeCurrent([&] { m_current.SetSessionId(sessionId); });
     addToCurrent(chatRoleUser, question);
-    storeCurrent();
+    m_sessions.put(m_current);
     emit newSessionSet(sessionId);
     startExchange(question, flag, answer);
 }
@@ -150,7 +148,7 @@ void ZR_AiChatManager::sendInKnownSession(const CString& sessionId, const CStrin
         }
     }
     addToCurrent(chatRoleUser, question);
-    storeCurrent();
+    m_sessions.put(m_current);
     emit sessionUpdated(m_current.GetSessionId());
     startExchange(question, flag, answer);
 }
@@ -206,24 +204,25 @@ CString ZR_AiChatManager::getLastUserInput() const {
 }
 
 bool ZR_AiChatManager::getSessions(ZR_AiChatSessionList& sessions) const {
-    copySessionList(m_sessions, sessions);
+    copySessionList(m_sessions.list(), sessions);
     return true;
 }
 
 bool ZR_AiChatManager::findSession(const CString& sessionId, ZR_AiChatSingleChatRecord& record) const {
-    const INT_PTR index = indexOf(sessionId);
-    if (index == notListed) {
+    const ZR_AiChatSingleChatRecord* const found = m_sessions.find(sessionId);
+    if (found == nullptr) {
         return false;
     }
-    record = m_sessions[index];
+    record = *found;
     return true;
 }
 
 bool ZR_AiChatManager::searchSessions(const CString& text, ZR_AiChatSessionList& sessions) const {
     sessions.RemoveAll();
-    for (INT_PTR i = 0; i < m_sessions.GetCount(); ++i) {
-        if (m_sessions[i].ContainsText(text)) {
-            sessions.Add(m_sessions[i]);
+    const ZR_AiChatSessionList& all = m_sessions.list();
+    for (INT_PTR i = 0; i < all.GetCount(); ++i) {
+        if (all[i].ContainsText(text)) {
+            sessions.Add(all[i]);
         }
     }
     return !sessions.IsEmpty();
@@ -292,11 +291,12 @@ void ZR_AiChatManager::onReadStart() {
 
 void ZR_AiChatManager::onReadEnd() {
     fileCurrent();
-    if (g_zentriHistoryThread != nullptr) {
-        g_zentriHistoryThread->copyResultTo(m_sessions);
+    ZR_AiChatSessionList history;
+    if (g_zentriHistoryThread != nullptr && g_zentriHistoryThread->copyResultTo(history)) {
+        m_sessions.replaceAll(history);
     }
     if (ZR_AiChatViewInterface* view = zentriChatView()) {
-        view->updateSideBarSessions(m_sessions);
+        view->updateSideBarSessions(m_sessions.list());
     }
     m_initialising = false;
     print(_T("\nZentri:用户数据初始化完成"));
@@ -332,38 +332,20 @@ bool ZR_AiChatManager::isExchanging() const {
 
 void ZR_AiChatManager::fileCurrent() {
     if (!m_current.GetSessionId().IsEmpty()) {
-        storeCurrent();
+        m_sessions.put(m_current);
     }
     changeCurrent([this] { m_current.Clear(); });
 }
 
-void ZR_AiChatManager::storeCurrent() {
-    const INT_PTR index = indexOf(m_current.GetSessionId());
-    if (index == notListed) {
-        m_sessions.Add(m_current);
-    } else {
-        m_sessions[index] = m_current;
-    }
-}
-
 bool ZR_AiChatManager::makeCurrent(const CString& sessionId) {
-    const INT_PTR index = indexOf(sessionId);
-    if (index == notListed) {
+    const ZR_AiChatSingleChatRecord* const found = m_sessions.find(sessionId);
+    if (found == nullptr) {
         return false;
     }
-    changeCurrent([&] { m_current = m_sessions[index]; });
+    changeCurrent([&] { m_current = *found; });
     return true;
 }
 
 void ZR_AiChatManager::addToCurrent(std::uint32_t role, const CString& text) {
     changeCurrent([&] { m_current.AddUnit(role, text); });
-}
-
-INT_PTR ZR_AiChatManager::indexOf(const CString& sessionId) const {
-    for (INT_PTR i = 0; i < m_sessions.GetCount(); ++i) {
-        if (m_sessions[i].IsSession(sessionId)) {
-            return i;
-        }
-    }
-    return notListed;
 }

@@ -9,6 +9,7 @@
 #include <mutex>
 
 #include "chat/ZR_AiChatExchangeSource.h"
+#include "chat/ZR_AiChatSessionStore.h"
 #include "chat/ZR_AiChatSingleChatRecord.h"
 
 class ZR_AiChatAnswerInterface;
@@ -116,8 +117,6 @@ private:
 
     /// Puts the current record into the list, unless it has no session id, and clears it.
     void fileCurrent();
-    /// Puts the current record into the list, in place of the record with its id or at the end.
-    void storeCurrent();
     template <typename Change>
     void changeCurrent(const Change& change) {
         const std::lock_guard<std::mutex> lock(m_currentMutex);
@@ -126,9 +125,8 @@ private:
     void addToCurrent(std::uint32_t role, const CString& text);
     /// Copies the listed session into the current record; false when it is not listed.
     bool makeCurrent(const CString& sessionId);
-    INT_PTR indexOf(const CString& sessionId) const;
 
-    ZR_AiChatSessionList m_sessions;
+    ZR_AiChatSessionStore m_sessions;
     ZR_AiChatSingleChatRecord m_current;
     Answer m_answer;
     bool m_sendFlag = false;

@@ -1,0 +1,91 @@
+#include <gtest/gtest.h>
+
+#include <QVector>
+#include <random>
+
+#include "chat/ZR_AiChatSessionStore.h"
+#include "host/core/ZR_ZentriText.h"
+
+namespace {
+
+ZR_AiChatSingleChatRecord record(int id, int mark) {
+    ZR_AiChatSingleChatRecord result;
+    result.SetSessionId(toCString(QString::number(id)));
+    result.AddUnit(chatRoleUser, toCString(QString::number(mark)));
+    return result;
+}
+
+QString markOf(const ZR_AiChatSingleChatRecord& session) {
+    return toQString(session.GetLastUserInput());
+}
+
+/// Each session as id and mark, looked up by walking the list.
+using PlainList = QVector<QPair<int, int>>;
+
+int indexIn(const PlainList& list, int id) {
+    for (int i = 0; i < list.size(); ++i) {
+        if (list[i].first == id) {
+            return i;
+        }
+    }
+    return -1;
+}
+
+void expectEqual(const ZR_AiChatSessionStore& store, const PlainList& plain, int ids) {
+    ASSERT_EQ(store.list().GetCount(), plain.size());
+    for (int i = 0; i < plain.size(); ++i) {
+        EXPECT_EQ(markOf(store.list()[i]), QString::number(plain[i].second));
+    }
+    for (int id = 0; id < ids; ++id) {
+        const ZR_AiChatSingleChatRecord* const found = store.find(toCString(QString::number(id)));
+        const int index = indexIn(plain, id);
+        ASSERT_EQ(found != nullptr, index >= 0);
+        if (found != nullptr) {
+            EXPECT_EQ(markOf(*found), QString::number(plain[index].second));
+        }
+    }
+}
+
+}  // namespace
+
+TEST(SessionStore, FindsWhatAWalkThroughTheListFinds) {
+    constexpr int ids = 12;
+    std::mt19937 random(5);
+    std::uniform_int_distribution<int> anyId(0, ids - 1);
+    std::uniform_int_distribution<int> anyChoice(0, 9);
+    ZR_AiChatSessionStore store;
+    PlainList plain;
+    for (int step = 0; step < 1000; ++step) {
+        if (anyChoice(random) == 0) {
+            // A list from outside may hold one id several times.
+            ZR_AiChatSessionList sessions;
+            plain.clear();
+            for (int i = anyChoice(random); i > 0; --i) {
+                plain.append({anyId(random), 100 * step + i});
+                sessions.Add(record(plain.last().first, plain.last().second));
+            }
+            store.replaceAll(sessions);
+        } else {
+            const int id = anyId(random);
+            store.put(record(id, step));
+            const int index = indexIn(plain, id);
+            if (index >= 0) {
+                plain[index].second = step;
+            } else {
+                plain.append({id, step});
+            }
+        }
+        expectEqual(store, plain, ids);
+        if (testing::Test::HasFailure()) {
+            FAIL() << "step " << step;
+        }
+    }
+}
+
+TEST(SessionStore, HoldsCopies) {
+    ZR_AiChatSessionStore store;
+    ZR_AiChatSingleChatRecord session = record(1, 1);
+    store.put(session);
+    session.AddUnit(chatRoleUser, _T("later"));
+    EXPECT_EQ(markOf(*store.find(_T("1"))), QStringLiteral("1"));
+}

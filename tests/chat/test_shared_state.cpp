@@ -1,0 +1,87 @@
+#include <atomic>
+#include <thread>
+
+#include "chat/ZR_AiChatModuleState.h"
+#include "tests/chat/FakeChat.h"
+
+// What the UI thread and the streaming thread share. These threads hand nothing over through Qt, whose own
+// locking a thread sanitizer cannot see, so that under one each report is a real one.
+
+namespace {
+
+constexpr int rounds = 20000;
+
+/// Does something again and again on a thread of its own while it lives.
+class Repeatedly {
+public:
+    template <typename Function>
+    explicit Repeatedly(Function function)
+        : m_thread([this, function] {
+              while (!m_stop) {
+                  function();
+                  ++m_count;
+              }
+          }) {
+        while (m_count == 0) {
+            std::this_thread::yield();
+        }
+    }
+
+    ~Repeatedly() {
+        m_stop = true;
+        m_thread.join();
+    }
+
+private:
+    std::atomic<bool> m_stop{false};
+    std::atomic<int> m_count{0};
+    std::thread m_thread;
+};
+
+class PairSource : public ZR_AiChatExchangeSource {
+public:
+    ZR_AiChatExchange currentExchange() const override { return {m_text, m_text}; }
+
+private:
+    QString m_text = QStringLiteral("both");
+};
+
+class SharedState : public ChatTest {};
+
+}  // namespace
+
+TEST_F(SharedState, TheFlagIsReadWhileItIsWritten) {
+    m_manager = std::make_unique<TestManager>();
+    std::atomic<int> seen{0};
+    const Repeatedly reading([&] { seen += g_zentriCommunicating ? 1 : 0; });
+    for (int i = 0; i < rounds || (seen == 0 && i < 100 * rounds); ++i) {
+        m_manager->onStreamStart();
+        m_manager->onStreamEnd();
+    }
+    EXPECT_GT(seen, 0);
+    EXPECT_FALSE(g_zentriCommunicating);
+}
+
+TEST_F(SharedState, TheCurrentRecordIsReadWhileItChanges) {
+    m_manager = std::make_unique<TestManager>();
+    std::atomic<int> wrong{0};
+    const Repeatedly reading([&] { wrong += zentriCurrentExchange().userInput.isEmpty() ? 0 : 1; });
+    for (int i = 0; i < rounds; ++i) {
+        m_manager->newSession();
+    }
+    EXPECT_EQ(wrong, 0);
+}
+
+TEST_F(SharedState, ASourceGoesOnlyWhenNobodyAsksIt) {
+    std::atomic<int> wrong{0};
+    const Repeatedly asking([&] {
+        const ZR_AiChatExchange exchange = zentriCurrentExchange();
+        wrong += exchange.userInput != exchange.sessionId ? 1 : 0;
+    });
+    for (int i = 0; i < rounds; ++i) {
+        const PairSource source;
+        setZentriExchangeSource(&source);
+        setZentriExchangeSource(nullptr);
+    }
+    EXPECT_EQ(wrong, 0);
+}
