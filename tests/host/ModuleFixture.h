@@ -6,7 +6,7 @@
 
 #include "host/CZR_ZentriApp.h"
 #include "tests/host/FakeAccount.h"
-#include "tests/host/TestProgram.h"
+#include "tests/support/TestProgram.h"
 #include "tests/support/http/FakeHttpServer.h"
 
 class QTextEdit;

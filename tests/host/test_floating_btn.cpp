@@ -8,7 +8,7 @@
 
 #include "host/ZR_ZentriFloatingBtn.h"
 #include "host/qtmfc/QMfcApp.h"
-#include "tests/host/TestProgram.h"
+#include "tests/support/TestProgram.h"
 
 namespace {
 

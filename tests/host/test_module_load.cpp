@@ -14,7 +14,7 @@
 #include <QTextEdit>
 
 #include "tests/host/FakeAccount.h"
-#include "tests/host/TestProgram.h"
+#include "tests/support/TestProgram.h"
 #include "tests/support/http/FakeHttpServer.h"
 
 // The module as it is shipped: only what a host can see of it.

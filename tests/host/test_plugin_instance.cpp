@@ -4,7 +4,7 @@
 #include <QPointer>
 
 #include "host/qtmfc/QMfcApp.h"
-#include "tests/host/TestProgram.h"
+#include "tests/support/TestProgram.h"
 
 // These make the process's Qt application in other ways than the module does, so each needs a process of its
 // own.

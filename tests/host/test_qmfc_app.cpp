@@ -8,7 +8,7 @@
 #include <memory>
 
 #include "host/qtmfc/QMfcApp.h"
-#include "tests/host/TestProgram.h"
+#include "tests/support/TestProgram.h"
 
 namespace {
 

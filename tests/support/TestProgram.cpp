@@ -1,7 +1,4 @@
-#include "tests/host/TestProgram.h"
-
-#include <QCoreApplication>
-#include <QElapsedTimer>
+#include "tests/support/TestProgram.h"
 
 namespace {
 
@@ -87,12 +84,11 @@ TestProgram::~TestProgram() {
 }
 
 bool TestProgram::pumpUntil(const std::function<bool()>& condition, int timeoutMs) {
-    QElapsedTimer clock;
-    clock.start();
+    const ULONGLONG start = GetTickCount64();
     // The tick lets the loop look at the condition although nothing else happens.
     const UINT_PTR tick = SetTimer(nullptr, 0, kTickMilliseconds, nullptr);
     bool holds = condition();
-    while (!holds && clock.elapsed() < timeoutMs) {
+    while (!holds && GetTickCount64() - start < static_cast<ULONGLONG>(timeoutMs)) {
         pumpOne();
         holds = condition();
     }

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "tests/host/TestProgram.h"
+#include "tests/support/TestProgram.h"
 
 // Qt's application is made by the code under test or by the fixtures, as in the real host.
 int main(int argc, char** argv) {
