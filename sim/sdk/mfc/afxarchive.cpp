@@ -140,8 +140,8 @@ CArchive& CArchive::put(T value) {
     using Unsigned = std::make_unsigned_t<T>;
     auto rest = static_cast<unsigned long long>(static_cast<Unsigned>(value));
     BYTE bytes[sizeof(T)];
-    for (BYTE& byte : bytes) {
-        byte = static_cast<BYTE>(rest & 0xFFU);
+    for (BYTE& place : bytes) {
+        place = static_cast<BYTE>(rest & 0xFFU);
         rest >>= 8U;
     }
     Write(bytes, sizeof bytes);
@@ -228,9 +228,9 @@ CArchive& CArchive::operator>>(short& value) {
 }
 
 CArchive& CArchive::operator>>(char& value) {
-    BYTE byte = 0;
-    get(byte);
-    value = static_cast<char>(byte);
+    BYTE stored = 0;
+    get(stored);
+    value = static_cast<char>(stored);
     return *this;
 }
 
@@ -242,9 +242,9 @@ CArchive& CArchive::operator>>(TCHAR& value) {
 }
 
 CArchive& CArchive::operator>>(bool& value) {
-    BYTE byte = 0;
-    get(byte);
-    value = byte != 0;
+    BYTE stored = 0;
+    get(stored);
+    value = stored != 0;
     return *this;
 }
 

@@ -10,10 +10,11 @@
 #include <utility>
 
 #include "afx.h"
+#include "cstringchars_.h"
+
+using namespace cstring;
 
 namespace {
-
-using Traits = std::char_traits<TCHAR>;
 
 // The header's count is a plain long so that it can stand in a public header that any compiler lays out
 // alike. Every access goes through these.
@@ -42,17 +43,6 @@ CStringData* nil() {
     return &text.header;
 }
 
-int lengthOf(LPCTSTR text) {
-    if (text == nullptr) {
-        return 0;
-    }
-    const size_t length = Traits::length(text);
-    if (length > INT_MAX / 2) {
-        AfxThrowMemoryException();
-    }
-    return static_cast<int>(length);
-}
-
 // A fresh buffer, owned once, with the length set and terminated; its text is not.
 CStringData* allocate(int capacity, int length) {
     if (capacity < 0 || capacity > INT_MAX / 2 || length < 0) {
@@ -66,25 +56,6 @@ CStringData* allocate(int capacity, int length) {
     auto* data = ::new (memory) CStringData{1, length, capacity};
     data->data()[length] = 0;
     return data;
-}
-
-TCHAR lower(TCHAR c) {
-    return c >= _T('A') && c <= _T('Z') ? static_cast<TCHAR>(c - _T('A') + _T('a')) : c;
-}
-TCHAR upper(TCHAR c) {
-    return c >= _T('a') && c <= _T('z') ? static_cast<TCHAR>(c - _T('a') + _T('A')) : c;
-}
-
-bool isSpace(TCHAR c) {
-    // White space of the wide character set; the blanks of CJK text are among it.
-    return (c >= 0x09 && c <= 0x0D) || c == 0x20 || c == 0x85 || c == 0xA0 || c == 0x1680 ||
-           (c >= 0x2000 && c <= 0x200A) || c == 0x2028 || c == 0x2029 || c == 0x202F || c == 0x205F ||
-           c == 0x3000;
-}
-
-bool isOneOf(TCHAR c, LPCTSTR characters) {
-    return characters != nullptr && c != 0 &&
-           Traits::find(characters, Traits::length(characters), c) != nullptr;
 }
 
 }  // namespace
@@ -372,184 +343,6 @@ CStringW CStringW::Mid(int first, int count) const {
         count = GetLength() - first;
     }
     return first == 0 && count == GetLength() ? *this : CStringW(m_pszData + first, count);
-}
-
-CStringW CStringW::SpanIncluding(LPCTSTR characters) const {
-    int length = 0;
-    while (isOneOf(m_pszData[length], characters)) {
-        ++length;
-    }
-    return Left(length);
-}
-
-CStringW CStringW::SpanExcluding(LPCTSTR characters) const {
-    int length = 0;
-    while (length < GetLength() && !isOneOf(m_pszData[length], characters)) {
-        ++length;
-    }
-    return Left(length);
-}
-
-CStringW CStringW::Tokenize(LPCTSTR separators, int& start) const {
-    if (start < 0) {
-        AfxThrowInvalidArgException();
-    }
-    int first = start;
-    while (first < GetLength() && isOneOf(m_pszData[first], separators)) {
-        ++first;
-    }
-    if (first >= GetLength()) {
-        start = -1;
-        return {};
-    }
-    int last = first;
-    while (last < GetLength() && !isOneOf(m_pszData[last], separators)) {
-        ++last;
-    }
-    start = last < GetLength() ? last + 1 : last;
-    return Mid(first, last - first);
-}
-
-CStringW& CStringW::MakeLower() {
-    LPTSTR buffer = writable(GetLength());
-    for (int i = 0; i < GetLength(); ++i) {
-        buffer[i] = lower(buffer[i]);
-    }
-    return *this;
-}
-
-CStringW& CStringW::MakeUpper() {
-    LPTSTR buffer = writable(GetLength());
-    for (int i = 0; i < GetLength(); ++i) {
-        buffer[i] = upper(buffer[i]);
-    }
-    return *this;
-}
-
-CStringW& CStringW::MakeReverse() {
-    LPTSTR buffer = writable(GetLength());
-    for (int i = 0, j = GetLength() - 1; i < j; ++i, --j) {
-        std::swap(buffer[i], buffer[j]);
-    }
-    return *this;
-}
-
-CStringW& CStringW::Trim() {
-    return TrimRight().TrimLeft();
-}
-CStringW& CStringW::Trim(TCHAR character) {
-    return TrimRight(character).TrimLeft(character);
-}
-CStringW& CStringW::Trim(LPCTSTR characters) {
-    return TrimRight(characters).TrimLeft(characters);
-}
-
-CStringW& CStringW::TrimLeft() {
-    int count = 0;
-    while (count < GetLength() && isSpace(m_pszData[count])) {
-        ++count;
-    }
-    return *this = Mid(count);
-}
-
-CStringW& CStringW::TrimLeft(TCHAR character) {
-    const TCHAR characters[] = {character, 0};
-    return TrimLeft(characters);
-}
-
-CStringW& CStringW::TrimLeft(LPCTSTR characters) {
-    int count = 0;
-    while (count < GetLength() && isOneOf(m_pszData[count], characters)) {
-        ++count;
-    }
-    return *this = Mid(count);
-}
-
-CStringW& CStringW::TrimRight() {
-    int length = GetLength();
-    while (length > 0 && isSpace(m_pszData[length - 1])) {
-        --length;
-    }
-    return *this = Left(length);
-}
-
-CStringW& CStringW::TrimRight(TCHAR character) {
-    const TCHAR characters[] = {character, 0};
-    return TrimRight(characters);
-}
-
-CStringW& CStringW::TrimRight(LPCTSTR characters) {
-    int length = GetLength();
-    while (length > 0 && isOneOf(m_pszData[length - 1], characters)) {
-        --length;
-    }
-    return *this = Left(length);
-}
-
-int CStringW::Replace(TCHAR oldCharacter, TCHAR newCharacter) {
-    int count = 0;
-    if (oldCharacter != newCharacter) {
-        for (int i = 0; i < GetLength(); ++i) {
-            if (m_pszData[i] == oldCharacter) {
-                writable(GetLength())[i] = newCharacter;
-                ++count;
-            }
-        }
-    }
-    return count;
-}
-
-int CStringW::Replace(LPCTSTR oldText, LPCTSTR newText) {
-    const int oldLength = lengthOf(oldText);
-    if (oldLength == 0) {
-        return 0;
-    }
-    const int newLength = lengthOf(newText);
-    CStringW result;
-    int count = 0;
-    int done = 0;
-    for (int found = Find(oldText); found >= 0; found = Find(oldText, done)) {
-        result.Append(m_pszData + done, found - done);
-        result.Append(newText, newLength);
-        done = found + oldLength;
-        ++count;
-    }
-    if (count > 0) {
-        result.Append(m_pszData + done, GetLength() - done);
-        *this = std::move(result);
-    }
-    return count;
-}
-
-int CStringW::Remove(TCHAR character) {
-    const TCHAR old[] = {character, 0};
-    return character == 0 ? 0 : Replace(old, nullptr);
-}
-
-int CStringW::Insert(int index, TCHAR character) {
-    const TCHAR text[] = {character, 0};
-    return Insert(index, text);
-}
-
-int CStringW::Insert(int index, LPCTSTR text) {
-    index = index < 0 ? 0 : (index > GetLength() ? GetLength() : index);
-    CStringW result = Left(index);
-    result += text;
-    result.Append(m_pszData + index, GetLength() - index);
-    *this = std::move(result);
-    return GetLength();
-}
-
-int CStringW::Delete(int index, int count) {
-    index = index < 0 ? 0 : index;
-    if (index < GetLength() && count > 0) {
-        CStringW result = Left(index);
-        if (count < GetLength() - index) {
-            result.Append(m_pszData + index + count, GetLength() - index - count);
-        }
-        *this = std::move(result);
-    }
-    return GetLength();
 }
 
 void CStringW::Format(LPCTSTR format, ...) {

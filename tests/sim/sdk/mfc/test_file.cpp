@@ -1,4 +1,4 @@
-#include <sys/stat.h>
+#include <sys/fsuid.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -35,6 +35,19 @@ protected:
     }
 
     fs::path m_folder;
+};
+
+/// Lets the superuser open files as nobody would, who may not write everywhere.
+class OrdinaryUser {
+public:
+    OrdinaryUser() : m_previous(setfsuid(geteuid() == 0 ? kNobody : geteuid())) {}
+    ~OrdinaryUser() { setfsuid(static_cast<uid_t>(m_previous)); }
+    OrdinaryUser(const OrdinaryUser&) = delete;
+    OrdinaryUser& operator=(const OrdinaryUser&) = delete;
+
+private:
+    static const uid_t kNobody = 65534;
+    int m_previous;
 };
 
 const UINT kLogMode = 0x3402;  // create, keep the contents, read and write, Unicode text
@@ -155,14 +168,20 @@ TEST_F(CFileTest, AFolderIsNoFile) {
 }
 
 TEST_F(CFileTest, ReadOnlyFolderDeniesAccess) {
-    if (geteuid() == 0) {
-        GTEST_SKIP() << "the superuser may write everywhere";
-    }
-    fs::permissions(m_folder, fs::perms::owner_read | fs::perms::owner_exec);
+    write("a.txt", "text");
+    const fs::perms everyoneReads = fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read;
+    const fs::perms everyoneEnters = fs::perms::owner_exec | fs::perms::group_exec | fs::perms::others_exec;
+    fs::permissions(path("a.txt"), everyoneReads);
+    fs::permissions(m_folder, everyoneReads | everyoneEnters);
+    const OrdinaryUser user;
     CFile file;
     CFileException error;
-    EXPECT_FALSE(file.Open(named("a.txt").GetString(), kLogMode, &error));
+    EXPECT_FALSE(file.Open(named("b.txt").GetString(), kLogMode, &error));
+    EXPECT_EQ(GetLastError(), ERROR_ACCESS_DENIED);
     EXPECT_EQ(error.m_cause, CFileException::accessDenied);
+    EXPECT_FALSE(file.Open(named("a.txt").GetString(), CFile::modeWrite, &error));
+    EXPECT_EQ(error.m_cause, CFileException::accessDenied);
+    EXPECT_TRUE(file.Open(named("a.txt").GetString(), CFile::modeRead, &error));
 }
 
 TEST_F(CFileTest, AFileOpenForReadingCannotBeWritten) {
