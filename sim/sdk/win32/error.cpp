@@ -11,16 +11,22 @@ namespace {
 thread_local DWORD t_lastError = ERROR_SUCCESS;
 }
 
-DWORD GetLastError() { return t_lastError; }
+DWORD GetLastError() {
+    return t_lastError;
+}
 
-void SetLastError(DWORD error) { t_lastError = error; }
+void SetLastError(DWORD error) {
+    t_lastError = error;
+}
 
 DWORD GetCurrentThreadId() {
     static thread_local const DWORD id = static_cast<DWORD>(syscall(SYS_gettid));
     return id;
 }
 
-DWORD GetCurrentProcessId() { return static_cast<DWORD>(getpid()); }
+DWORD GetCurrentProcessId() {
+    return static_cast<DWORD>(getpid());
+}
 
 namespace win32 {
 
@@ -29,11 +35,17 @@ void unsupported(const char* call, const char* use) {
     std::abort();
 }
 
-void setError(DWORD error) { t_lastError = error; }
+void setError(DWORD error) {
+    t_lastError = error;
+}
 
 // On Linux the first thread's id is the process's.
-DWORD mainThreadId() { return GetCurrentProcessId(); }
+DWORD mainThreadId() {
+    return GetCurrentProcessId();
+}
 
-bool onMainThread() { return GetCurrentThreadId() == mainThreadId(); }
+bool onMainThread() {
+    return GetCurrentThreadId() == mainThreadId();
+}
 
 }  // namespace win32

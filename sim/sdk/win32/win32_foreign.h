@@ -12,6 +12,10 @@ public:
 
     /// Whether the window belongs to the toolkit.
     virtual bool owns(HWND window) = 0;
+    /// The window's parent (or owner), which may be one of the slice's; null when it has none.
+    virtual HWND parent(HWND window) = 0;
+    /// Where the window is on the screen; false when it has no place yet.
+    virtual bool rectangle(HWND window, RECT& screen) = 0;
     /// A message sent or dispatched to one of the toolkit's windows.
     virtual LRESULT deliver(const MSG& message) = 0;
     /// The slice's focus went to one of the toolkit's windows, or left it.

@@ -32,8 +32,8 @@ TCHAR foldCase(TCHAR character);
 bool equalIgnoringCase(std::u16string_view left, std::u16string_view right);
 
 // Paths.
-/// The Unix path of a Windows-looking or Unix one, relative ones as they stand; empty when its drive does not exist.
-/// Parts that do not exist as spelt are looked for without regard to case.
+/// The Unix path of a Windows-looking or Unix one, relative ones as they stand; empty when its drive does not
+/// exist. Parts that do not exist as spelt are looked for without regard to case.
 std::string toUnixPath(std::u16string_view path);
 /// "Z:\…" for an absolute Unix path.
 std::u16string toWindowsPath(std::string_view path);

@@ -74,6 +74,8 @@ WIN32API BOOL DeleteObject(HGDIOBJ object);
 WIN32API HGDIOBJ SelectObject(HDC dc, HGDIOBJ object);
 WIN32API COLORREF GetSysColor(int index);
 WIN32API HBRUSH GetSysColorBrush(int index);
+/// Sends WM_SYSCOLORCHANGE to the top-level windows. Here the colours are this program's own.
+WIN32API BOOL SetSysColors(int count, const INT* indices, const COLORREF* colors);
 
 WIN32API COLORREF SetTextColor(HDC dc, COLORREF color);
 WIN32API COLORREF SetBkColor(HDC dc, COLORREF color);
