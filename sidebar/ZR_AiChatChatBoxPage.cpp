@@ -85,6 +85,10 @@ void ZR_AiChatChatBoxPage::adjustHeight() {
     list->setMinimumHeight(rowHeight * visibleRows + kListPadding);
 }
 
+QSize ZR_AiChatChatBoxPage::sizeHint() const {
+    return {QWidget::sizeHint().width(), minimumSizeHint().height()};
+}
+
 void ZR_AiChatChatBoxPage::showAllEntries() {
     for (int row = 0; row < m_ui->listWidget_DatedChats->count(); ++row) {
         m_ui->listWidget_DatedChats->item(row)->setHidden(false);

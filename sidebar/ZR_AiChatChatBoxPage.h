@@ -38,6 +38,9 @@ public:
     /// Marks the session's entry, or none.
     void selectSession(const QString& sessionId);
 
+    /// As tall as the rows need: the list by itself would ask for more when it holds one or two.
+    QSize sizeHint() const override;
+
 signals:
     void chatLabel_Clicked(QString sessionId);
 

@@ -14,8 +14,6 @@
 ZR_AiChatChatBoxPageContentLabel::ZR_AiChatChatBoxPageContentLabel(QWidget* parent)
     : QWidget(parent), m_ui(std::make_unique<Ui::ZR_AiChatChatBoxPageContentLabelClass>()) {
     m_ui->setupUi(this);
-    // A title is what the user typed, so nothing in it is markup.
-    m_ui->frame_bottomLabel->setTextFormat(Qt::PlainText);
     connect(m_ui->toolButton_option, &QToolButton::clicked, this,
             &ZR_AiChatChatBoxPageContentLabel::toolButton_options_clicked);
 }

@@ -24,11 +24,13 @@ ZR_AiChatHistoricalChatBox::ZR_AiChatHistoricalChatBox(QWidget* parent)
     m_ui->setupUi(this);
     setAttribute(Qt::WA_StyledBackground, true);
     auto* content = new QWidget;
+    content->setObjectName(QStringLiteral("pageContents"));
     m_pageLayout = new QVBoxLayout(content);
     m_pageLayout->setContentsMargins(0, 0, 0, 0);
     m_pageLayout->setSpacing(kPageSpacing);
     m_pageLayout->setAlignment(Qt::AlignTop);
     m_ui->scrollArea->setWidget(content);
+    m_ui->scrollArea->viewport()->setObjectName(QStringLiteral("pageViewport"));
     m_ui->scrollArea->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
 }
 

@@ -30,6 +30,17 @@ constexpr int kLoadingSize = 16;
 constexpr int kLoadingGap = 10;
 constexpr qreal kFrameRadius = 4.0;
 
+/// Widths are cut to whole pixels where a bubble is measured. With advances in fractions of a pixel the last
+/// word of nearly every question would not fit the frame that was made for it.
+QFont withWholePixelAdvances(QFont font) {
+    QT_WARNING_PUSH
+    QT_WARNING_DISABLE_DEPRECATED
+    font.setStyleStrategy(
+        static_cast<QFont::StyleStrategy>(font.styleStrategy() | QFont::ForceIntegerMetrics));
+    QT_WARNING_POP
+    return font;
+}
+
 QPixmap icon(const char* name) {
     return QPixmap(QStringLiteral(":/res/img/%1.png").arg(QLatin1String(name)));
 }
@@ -39,7 +50,7 @@ QPixmap icon(const char* name) {
 QNChatMessage::QNChatMessage(QWidget* parent) : QWidget(parent) {
     QFont textFont = font();
     textFont.setPointSize(kTextPointSize);
-    setFont(textFont);
+    setFont(withWholePixelAdvances(textFont));
 
     m_leftPixmap = icon("LOGO");
     m_rightPixmap = icon("LOGO");

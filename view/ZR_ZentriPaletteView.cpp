@@ -28,6 +28,15 @@ bool isPrintableKey(const QKeyEvent& event) {
            event.modifiers() != Qt::ControlModifier;
 }
 
+/// Greys the placeholder. A style sheet gives it the colour of the text each time it polishes and has no
+/// property for it, so this must follow.
+void greyPlaceholder(QTextEdit& box) {
+    box.ensurePolished();
+    QPalette palette = box.palette();
+    palette.setColor(QPalette::PlaceholderText, QColor(138, 143, 153));
+    box.setPalette(palette);
+}
+
 }  // namespace
 
 ZR_ZentriPaletteView::ZR_ZentriPaletteView(QWidget* parent)
@@ -48,6 +57,7 @@ ZR_ZentriPaletteView::ZR_ZentriPaletteView(QWidget* parent)
     connect(m_ui->widget_SideBar, &ZR_AiChatSideBar::SideBar_chatPage_Clicked, this,
             &ZR_ZentriPaletteView::sideBar_chatPage_clicked);
 
+    m_ui->label_ChatTitle->setElideMode(Qt::ElideRight);
     m_ui->widget_SideBar->hide();
     m_ui->line_2->hide();
     m_ui->textEdit_userInput->installEventFilter(this);
@@ -74,6 +84,7 @@ ZR_ZentriPaletteView::ZR_ZentriPaletteView(QWidget* parent)
 
     // Shows until the first theme is set.
     m_ui->toolButton_HistoricalChat->setProperty(kColorThemeProperty, 0);
+    greyPlaceholder(*m_ui->textEdit_userInput);
     m_ui->toolButton_Send->setToolTip(QStringLiteral("发送"));
     m_ui->toolButton_HistoricalChat->setToolTip(QStringLiteral("展开侧边栏"));
 }
@@ -82,6 +93,7 @@ ZR_ZentriPaletteView::~ZR_ZentriPaletteView() = default;
 
 void ZR_ZentriPaletteView::setColorTheme(int theme) {
     applyThemeProperty(this, kColorThemeProperty, theme);
+    greyPlaceholder(*m_ui->textEdit_userInput);
     emit m_ui->listWidget_ChatView->ZR_ListWidget_ColorThemeChanged(theme);
     m_ui->listWidget_ChatView->viewport()->update();
 }
