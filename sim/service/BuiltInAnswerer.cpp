@@ -9,8 +9,8 @@ namespace zentri::service {
 
 namespace {
 
-/// A topic answers the question when its words make up this share of what the question is about.
-constexpr double kFittingCoverage = 0.34;
+/// A topic is related to an answer when it covers this share of the question too.
+constexpr double kRelatedCoverage = 0.34;
 /// Nearby topics are worth offering from here on.
 constexpr double kNearCoverage = 0.05;
 /// A question whose own content is no longer than this may lean on the one before.
@@ -22,10 +22,6 @@ constexpr double kContextWeight = 0.3;
 
 /// Offered when a question has nothing to do with drafting.
 constexpr std::string_view kGoodStarts[] = {"画圆", "画直线", "删除对象", "新建图层", "标注线性尺寸"};
-
-bool fits(const Hit& hit) {
-    return hit.coverage >= kFittingCoverage;
-}
 
 std::string numbered(const std::vector<std::string>& steps) {
     std::string text;
@@ -155,7 +151,7 @@ std::string BuiltInAnswerer::textFor(const std::vector<Message>& messages) const
         if (const Topic* earlier = earlierTopic(messages)) {
             const std::vector<Hit> context = m_knowledge.search(earlier->title, kHits);
             hits = withContext(std::move(hits), context);
-            const bool saysNothing = hits.empty() || !fits(hits.front());
+            const bool saysNothing = hits.empty() || !hits.front().fits();
             if (saysNothing && (content.empty() || beginsAsFollowUp(question)))
                 return moreAbout(*earlier, context, english);
             if (!saysNothing && beginsAsFollowUp(question) && hits.front().topic != earlier &&
@@ -164,16 +160,16 @@ std::string BuiltInAnswerer::textFor(const std::vector<Message>& messages) const
                 const std::string lead = english ? "Following on from “" + earlier->title + "”:\n\n"
                                                  : "接着“" + earlier->title + "”来说：\n";
                 return lead + explained(topic, english) +
-                       related(offeredTitles(hits, &topic, kFittingCoverage), english);
+                       related(offeredTitles(hits, &topic, kRelatedCoverage), english);
             }
         }
     }
-    if (hits.empty() || !fits(hits.front()))
+    if (hits.empty() || !hits.front().fits())
         return notFound(hits, english);
     const Topic& topic = *hits.front().topic;
     if (topic.isSmallTalk())
         return explained(topic, english);
-    return explained(topic, english) + related(offeredTitles(hits, &topic, kFittingCoverage), english);
+    return explained(topic, english) + related(offeredTitles(hits, &topic, kRelatedCoverage), english);
 }
 
 const Topic* BuiltInAnswerer::earlierTopic(const std::vector<Message>& messages) const {
@@ -181,7 +177,7 @@ const Topic* BuiltInAnswerer::earlierTopic(const std::vector<Message>& messages)
         if (message->role != Role::User || contentOfQuestion(message->text).empty())
             continue;
         const std::vector<Hit> hits = m_knowledge.search(message->text, 1);
-        if (!hits.empty() && fits(hits.front()) && !hits.front().topic->isSmallTalk())
+        if (!hits.empty() && hits.front().fits() && !hits.front().topic->isSmallTalk())
             return hits.front().topic;
     }
     return nullptr;

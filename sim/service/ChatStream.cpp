@@ -1,5 +1,7 @@
 #include "sim/service/ChatStream.h"
 
+#include <algorithm>
+
 #include "sim/service/EventWriter.h"
 
 namespace zentri::service {
@@ -9,6 +11,7 @@ namespace {
 constexpr std::string_view kEmptyEvent = "data:\n\n";
 constexpr std::string_view kInvalidUtf8Event = "data:\xE4\xBD\xFF\xFE\n\n";
 constexpr std::chrono::milliseconds kPauseOfNeverEnding{5};
+constexpr std::chrono::milliseconds kLookForClient{100};
 
 bool isContinuation(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
@@ -33,7 +36,14 @@ bool ChatStream::write(std::string_view piece) {
 }
 
 bool ChatStream::pause(std::chrono::milliseconds time) {
-    return time.count() == 0 ? alive() : begin() && !m_stop.waitFor(time) && alive();
+    // In slices, so that a client that leaves does not hold its thread through a long pause.
+    while (time.count() > 0 && alive()) {
+        const std::chrono::milliseconds slice = std::min(time, kLookForClient);
+        if (m_stop.waitFor(slice))
+            break;
+        time -= slice;
+    }
+    return alive();
 }
 
 bool ChatStream::alive() {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <iterator>
 #include <map>
 #include <set>
@@ -21,11 +22,18 @@ constexpr std::string_view kTopicSuffix = ".topics";
 /// Candidates that the full-text search hands to the ranking by keywords.
 constexpr std::int64_t kCandidates = 30;
 /// What a whole keyword in the question is worth against the full-text rank, per character of it.
-constexpr double kKeywordWeight = 4.0;
-/// A Latin word counts as much as this many Han characters.
-constexpr std::size_t kCharactersPerWord = 3;
-/// Small talk must not win over a drafting topic ("你好，怎么画圆").
-constexpr double kSmallTalkFactor = 0.25;
+constexpr double kKeywordWeight = 30.0;
+/// Longer questions are cut: nobody asks about so many things, and the search's cost grows with the length.
+constexpr std::size_t kLongestQuestion = 400;
+/// A Latin word counts as much as this many Han characters: in a Chinese question it is nearly always a
+/// command.
+constexpr std::size_t kCharactersPerWord = 6;
+/// A topic fits from this coverage on, or from the lower one when the question holds a whole keyword of it.
+constexpr double kFittingCoverage = 0.45;
+constexpr double kNamedCoverage = 0.18;
+/// A character that the topic's title or keywords have somewhere counts this much of one inside a whole
+/// keyword.
+constexpr double kLoneCharacterWeight = 0.4;
 
 /// How the columns count in the rank. Single characters help when nothing longer does, no more.
 constexpr const char* kSearch =
@@ -97,10 +105,15 @@ void forEachPlace(const std::string& content, const std::string& keyword, Found 
     }
 }
 
-/// How many characters of the content count, and which of its bytes are the first of one that does.
+bool isNumber(const std::string& word) {
+    return word.find_first_not_of("0123456789") == std::string::npos;
+}
+
+/// How many characters of the content count. Measures and counts say nothing about the topic.
 std::size_t informativeLength(const std::string& content) {
     const SearchTokens tokens = tokensOf(content);
-    return tokens.singles.size() + tokens.words.size() * kCharactersPerWord;
+    const auto words = std::count_if(tokens.words.begin(), tokens.words.end(), std::not_fn(isNumber));
+    return tokens.singles.size() + static_cast<std::size_t>(words) * kCharactersPerWord;
 }
 
 /// The same measure for the bytes that are marked.
@@ -131,6 +144,7 @@ KnowledgeBase::KnowledgeBase(std::vector<Topic> topics)
             "INSERT INTO topics(rowid, title, keywords, questions, body, singles) VALUES(?1, ?2, ?3, ?4, ?5, "
             "?6)");
         std::set<std::string> titles;
+        std::set<std::string> ownedCommands;
         for (std::size_t i = 0; i < m_topics.size(); ++i) {
             const Topic& topic = m_topics[i];
             if (!titles.insert(topic.title).second)
@@ -146,12 +160,18 @@ KnowledgeBase::KnowledgeBase(std::vector<Topic> topics)
                 .bind(column(body))
                 .bind(singlesColumn(topic.title + '\n' + keywords))
                 .step();
+            // A whole question of the topic counts as a keyword too: it leaves nothing to guess.
             std::vector<std::string> folded;
-            for (const auto* list : {&topic.keywords, &topic.commands}) {
-                for (const std::string& keyword : *list)
-                    folded.push_back(foldForSearch(keyword));
+            for (const auto* list : {&topic.keywords, &topic.questions}) {
+                for (const std::string& keyword : *list) {
+                    const std::string content = contentOfQuestion(keyword);
+                    folded.push_back(content.empty() ? foldForSearch(keyword) : content);
+                }
             }
             folded.push_back(foldForSearch(topic.title));
+            // Many topics use a command, but its name alone asks for the first that is about it.
+            if (!topic.commands.empty() && ownedCommands.insert(topic.commands.front()).second)
+                folded.push_back(foldForSearch(topic.commands.front()));
             m_keywords.push_back(std::move(folded));
         }
     }
@@ -198,6 +218,7 @@ std::vector<Topic> KnowledgeBase::topicsIn(const std::string& directory) {
 }
 
 std::vector<Hit> KnowledgeBase::search(std::string_view question, std::size_t count) const {
+    question = firstCodePoints(question, kLongestQuestion);
     std::string content = contentOfQuestion(question);
     if (content.empty())
         content = foldForSearch(question);  // "你好": all of it is what it is about.
@@ -217,26 +238,43 @@ std::vector<Hit> KnowledgeBase::search(std::string_view question, std::size_t co
     const auto length = static_cast<double>(informativeLength(content));
     for (Hit& hit : hits) {
         const auto topic = static_cast<std::size_t>(hit.topic - m_topics.data());
-        const double covered = keywordCoverage(topic, content);
+        const double covered = keywordCoverage(topic, content, hit.named);
         hit.coverage = length > 0 ? covered / length : 0;
         hit.score += covered * kKeywordWeight;
-        if (hit.topic->isSmallTalk())
-            hit.score *= kSmallTalkFactor;
     }
     std::stable_sort(hits.begin(), hits.end(), [](const Hit& a, const Hit& b) { return a.score > b.score; });
+    // A greeting must not win over the question that follows it.
+    const auto isDrafting = [](const Hit& hit) { return !hit.topic->isSmallTalk(); };
+    if (std::any_of(hits.begin(), hits.end(), [&](const Hit& hit) { return isDrafting(hit) && hit.fits(); }))
+        std::stable_partition(hits.begin(), hits.end(), isDrafting);
     hits.resize(std::min(hits.size(), count));
     return hits;
 }
 
-double KnowledgeBase::keywordCoverage(std::size_t topic, const std::string& content) const {
+bool Hit::fits() const {
+    return coverage >= (named ? kNamedCoverage : kFittingCoverage);
+}
+
+double KnowledgeBase::keywordCoverage(std::size_t topic, const std::string& content, bool& named) const {
     std::vector<bool> marked(content.size(), false);
+    std::string all;
     for (const std::string& keyword : m_keywords[topic]) {
+        all += keyword + '\n';
         forEachPlace(content, keyword, [&](std::size_t begin, std::size_t end) {
+            named = named || informativeLength(keyword) > 1;
             std::fill(marked.begin() + static_cast<std::ptrdiff_t>(begin),
                       marked.begin() + static_cast<std::ptrdiff_t>(end), true);
         });
     }
-    return static_cast<double>(markedLength(content, marked));
+    std::size_t lone = 0;
+    for (std::size_t at = 0; at < content.size();) {
+        const std::size_t start = at;
+        if (isCjk(nextCodePoint(content, at)) && !marked[start] &&
+            all.find(content.data() + start, 0, at - start) != std::string::npos)
+            ++lone;
+    }
+    return static_cast<double>(markedLength(content, marked)) +
+           kLoneCharacterWeight * static_cast<double>(lone);
 }
 
 }  // namespace zentri::service

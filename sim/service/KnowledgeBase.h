@@ -15,6 +15,10 @@ struct Hit {
     const Topic* topic = nullptr;
     double score = 0;     ///< For ranking; grows with the match.
     double coverage = 0;  ///< How much of what the question is about the topic speaks of, 0 to 1.
+    bool named = false;   ///< The question holds a whole keyword of the topic, not just single characters.
+
+    /// Whether the topic answers the question, and is not just the least far of all.
+    bool fits() const;
 };
 
 /// The drafting topics and the full-text search over them. Reading is safe from any thread.
@@ -37,7 +41,7 @@ public:
 private:
     struct Index;
 
-    double keywordCoverage(std::size_t topic, const std::string& content) const;
+    double keywordCoverage(std::size_t topic, const std::string& content, bool& named) const;
 
     std::vector<Topic> m_topics;
     std::vector<std::vector<std::string>> m_keywords;  ///< Folded, for each topic.

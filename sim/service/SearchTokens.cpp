@@ -16,7 +16,7 @@ constexpr std::array<std::string_view, 82> kEmptyPhrases{
     "为什么", "怎么样",   "怎么办", "怎么回事", "怎么",   "如何",   "怎样",   "请问", "请教", "什么",
     "能不能", "可不可以", "可以",   "是不是",   "有没有", "有什么", "一下子", "一下", "我想", "我要",
     "我的",   "帮我",     "帮忙",   "麻烦",     "告诉",   "谢谢",   "你好",   "您好", "大家", "老师",
-    "知道",   "应该",     "需要",   "方法",     "办法",   "命令是", "步骤",   "教程", "操作", "软件",
+    "知道",   "应该",     "需要",   "方法",     "办法",   "命令",   "步骤",   "教程", "操作", "软件",
     "图纸里", "图里",     "图上",   "哪里",     "在哪",   "哪个",   "哪些",   "这个", "那个", "这些",
     "那些",   "这样",     "那么",   "然后",     "还有",   "另外",   "最好",   "比较", "就是", "已经",
     "现在",   "突然",     "总是",   "一个",     "几个",   "吗",     "呢",     "吧",   "啊",   "呀",
@@ -25,13 +25,13 @@ constexpr std::array<std::string_view, 82> kEmptyPhrases{
 
 const std::set<std::string, std::less<>>& emptyWords() {
     static const std::set<std::string, std::less<>> words{
-        "a",      "an",    "the",   "i",    "me",    "my",    "you",   "your",   "we",    "it",   "its",
-        "is",     "are",   "was",   "be",   "am",    "do",    "does",  "did",    "done",  "can",  "could",
-        "should", "would", "will",  "how",  "what",  "which", "why",   "when",   "where", "who",  "to",
-        "of",     "in",    "on",    "at",   "for",   "with",  "from",  "by",     "and",   "or",   "then",
-        "so",     "if",    "this",  "that", "these", "those", "there", "please", "tell",  "help", "want",
-        "need",   "get",   "way",   "cad",  "use",   "using", "make",  "some",   "any",   "s",    "t",
-        "m",      "don",   "doesn", "won",  "as",    "about"};
+        "a",      "an",    "the",   "i",    "me",    "my",    "you",    "your",   "we",    "it",   "its",
+        "is",     "are",   "was",   "be",   "am",    "do",    "does",   "did",    "done",  "can",  "could",
+        "should", "would", "will",  "how",  "what",  "which", "why",    "when",   "where", "who",  "to",
+        "of",     "in",    "on",    "at",   "for",   "with",  "from",   "by",     "and",   "or",   "then",
+        "so",     "if",    "this",  "that", "these", "those", "there",  "please", "tell",  "help", "want",
+        "need",   "get",   "way",   "cad",  "use",   "using", "make",   "some",   "any",   "s",    "t",
+        "m",      "don",   "doesn", "won",  "as",    "about", "command"};
     return words;
 }
 
@@ -112,6 +112,11 @@ std::string contentOfQuestion(std::string_view question) {
         if (emptyWords().count(word) == 0)
             content += word + ' ';
     }
+    // One blank at most between two words, so that a phrase is found although a little word was taken out of
+    // it.
+    content.erase(
+        std::unique(content.begin(), content.end(), [](char a, char b) { return a == ' ' && b == ' '; }),
+        content.end());
     return std::string(trimmed(content));
 }
 
