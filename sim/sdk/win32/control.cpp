@@ -11,9 +11,9 @@
 #include <xcb/xtest.h>
 
 #include <algorithm>
-#include <utility>
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 using namespace win32;
 

@@ -149,7 +149,8 @@ BOOL CALLBACK tellSysColorChange(HWND window, LPARAM) {
 }  // namespace
 
 COLORREF GetSysColor(int index) {
-    return index < 0 || index >= kSystemColors ? defaultSysColor(index) : sysColors().at(static_cast<std::size_t>(index));
+    return index < 0 || index >= kSystemColors ? defaultSysColor(index)
+                                               : sysColors().at(static_cast<std::size_t>(index));
 }
 
 BOOL SetSysColors(int count, const INT* indices, const COLORREF* colors) {

@@ -41,6 +41,9 @@ Win32ForeignToolkit* g_toolkit = nullptr;
 ULONGLONG g_lastTurn = 0;
 
 bool g_waiting = false;
+// Whether the wait is for messages, or only a turn for the other sources, which a due timer must not keep
+// back.
+bool g_blocks = false;
 int g_waitDepth = 0;
 
 // Within a source's dispatch the depth is one more than around the iteration that dispatches it.
@@ -63,7 +66,7 @@ gboolean prepare(GSource*, gint* timeout) {
     }
     Queue& queue = Queue::main();
     if (sliceWaitsAround()) {
-        *timeout = queue.untilDue();
+        *timeout = g_blocks ? queue.untilDue() : -1;
         return *timeout == 0 ? TRUE : FALSE;
     }
     if (queue.hasMessage()) {
@@ -81,7 +84,7 @@ gboolean check(GSource* base) {
         return TRUE;
     }
     Queue& queue = Queue::main();
-    return (sliceWaitsAround() ? queue.untilDue() == 0 : queue.hasMessage()) ? TRUE : FALSE;
+    return (sliceWaitsAround() ? g_blocks && queue.untilDue() == 0 : queue.hasMessage()) ? TRUE : FALSE;
 }
 
 void pumpForForeignLoop() {
@@ -110,10 +113,14 @@ void pumpForForeignLoop() {
     }
 }
 
-gboolean dispatch(GSource*, GSourceFunc, gpointer) {
+void takeWakeUps() {
     std::uint64_t count = 0;
     while (read(g_wakeFd, &count, sizeof count) > 0) {
     }
+}
+
+gboolean dispatch(GSource*, GSourceFunc, gpointer) {
+    takeWakeUps();
     if (sliceWaitsInDispatch()) {
         readXEvents();
     } else {
@@ -165,12 +172,20 @@ void runMainContext(bool block) {
     if (g_toolkit != nullptr) {
         g_toolkit->aboutToWait();
     }
+    if (!block) {
+        // The queue is looked at afterwards anyway; and a source that is ready keeps those of lower priority
+        // back.
+        takeWakeUps();
+    }
     const bool waitedBefore = g_waiting;
+    const bool blockedBefore = g_blocks;
     const int depthBefore = g_waitDepth;
     g_waiting = true;
+    g_blocks = block;
     g_waitDepth = g_main_depth();
     g_main_context_iteration(nullptr, block ? TRUE : FALSE);
     g_waiting = waitedBefore;
+    g_blocks = blockedBefore;
     g_waitDepth = depthBefore;
     g_lastTurn = ticks();
 }
@@ -189,7 +204,7 @@ Win32ForeignToolkit* foreignToolkit() {
 
 void win32SetForeignToolkit(Win32ForeignToolkit* toolkit) {
     win32::g_toolkit = toolkit;
-    if (toolkit != nullptr) {
+    if (toolkit != nullptr && win32::onMainThread()) {
         win32::ensureMainLoop();
     }
 }
