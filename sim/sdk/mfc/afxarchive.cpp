@@ -410,7 +410,7 @@ CArchive& AFXAPI operator>>(CArchive& ar, CString& text) {
         const auto now = static_cast<UINT>(left < piece ? left : piece);
         if (wide) {
             ar.EnsureRead(bytes.get(), now * static_cast<UINT>(sizeof(TCHAR)));
-            for (UINT i = 0; i < now; ++i) {
+            for (size_t i = 0; i < now; ++i) {
                 result.AppendChar(static_cast<TCHAR>(bytes[2 * i] | bytes[2 * i + 1] << 8));
             }
         } else {

@@ -175,7 +175,7 @@ LRESULT AFXAPI AfxWithDC(HDC dc, BOOL (*call)(CWnd* target, CDC* dc), CWnd* targ
                  return (self->*(memberFxn))(wParam, lParam);)
 #define ON_REGISTERED_MESSAGE(nMessageVariable, memberFxn)                         \
     {                                                                              \
-        0xC000, 0, 0, 0, &nMessageVariable,                                        \
+        0xC000, 0, 0, 0, &(nMessageVariable),                                      \
             AFX_HANDLER(LRESULT (AFX_MSG_CALL CWnd::*)(WPARAM, LPARAM), memberFxn, \
                         return (self->*(memberFxn))(wParam, lParam);)              \
     }                                                                              \

@@ -70,6 +70,8 @@ protected:
 /// A schema number with this bit accepts every older schema; the object asks GetObjectSchema which it is.
 #define VERSIONABLE_SCHEMA (0x80000000U)
 
+// NOLINTBEGIN(bugprone-macro-parentheses): the arguments are names of classes.
+
 #define DECLARE_DYNAMIC(class_name)               \
 public:                                           \
     static CRuntimeClass class##class_name;       \
@@ -124,3 +126,5 @@ CObject* AFXAPI AfxDynamicDownCast(CRuntimeClass* runtimeClass, CObject* object)
 #define DYNAMIC_DOWNCAST(class_name, object) \
     (static_cast<class_name*>(AfxDynamicDownCast(RUNTIME_CLASS(class_name), object)))
 #define STATIC_DOWNCAST(class_name, object) (static_cast<class_name*>(object))
+
+// NOLINTEND(bugprone-macro-parentheses)

@@ -9,6 +9,8 @@
 #include <type_traits>
 #include <utility>
 
+// NOLINTBEGIN(bugprone-sizeof-expression): elements may be pointers.
+
 /// How CArray copies elements that exist in both arrays.
 template <class TYPE>
 void AFXAPI CopyElements(TYPE* destination, const TYPE* source, INT_PTR count) {
@@ -253,3 +255,5 @@ private:
     INT_PTR m_capacity = 0;
     INT_PTR m_growBy = 0;
 };
+
+// NOLINTEND(bugprone-sizeof-expression)

@@ -209,6 +209,7 @@ private:
 
     // `long` counts as 32 bits, as on Windows. On 64-bit platforms every integer argument takes a place of
     // eight bytes, so a caller's wider long is read right up to that.
+    static_assert(sizeof(INT_PTR) == sizeof(long long), "only 64-bit platforms");
     long long readSigned(Size size) {
         switch (size) {
             case Size::charInt:
@@ -216,9 +217,8 @@ private:
             case Size::shortInt:
                 return static_cast<short>(va_arg(m_arguments, int));
             case Size::longLong:
-                return va_arg(m_arguments, long long);
             case Size::pointer:
-                return va_arg(m_arguments, INT_PTR);
+                return va_arg(m_arguments, long long);
             default:
                 return va_arg(m_arguments, int);
         }
@@ -230,9 +230,8 @@ private:
             case Size::shortInt:
                 return static_cast<unsigned short>(va_arg(m_arguments, int));
             case Size::longLong:
-                return va_arg(m_arguments, unsigned long long);
             case Size::pointer:
-                return va_arg(m_arguments, UINT_PTR);
+                return va_arg(m_arguments, unsigned long long);
             default:
                 return va_arg(m_arguments, unsigned);
         }

@@ -24,6 +24,7 @@ inline void PrintTo(const CString& text, std::ostream* stream) {
     *stream << '"' << utf8(text) << '"';
 }
 
+// NOLINTBEGIN(bugprone-macro-parentheses): the argument is a class.
 /// Expects the statement to throw a pointer to that kind of exception, and gives it back.
 #define EXPECT_MFC_THROW(statement, Exception)            \
     try {                                                 \
@@ -32,3 +33,4 @@ inline void PrintTo(const CString& text, std::ostream* stream) {
     } catch (Exception * e) {                             \
         e->Delete();                                      \
     }
+// NOLINTEND(bugprone-macro-parentheses)

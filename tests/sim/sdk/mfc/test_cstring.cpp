@@ -1,4 +1,3 @@
-#include <cstring>
 #include <utility>
 
 #include "mfc_text.h"
@@ -6,9 +5,7 @@
 TEST(CString, IsOnePointerToItsCharacters) {
     const CString text(_T("abc"));
     static_assert(sizeof(CString) == sizeof(void*), "MFC passes it through a variable argument list");
-    LPCTSTR pointer = nullptr;
-    std::memcpy(&pointer, &text, sizeof pointer);
-    EXPECT_EQ(pointer, text.GetString());
+    EXPECT_EQ(reinterpret_cast<const LPCTSTR&>(text), text.GetString());
 }
 
 TEST(CString, IsMadeFromEveryKindOfText) {
