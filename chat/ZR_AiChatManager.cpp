@@ -4,6 +4,8 @@
 #include <objbase.h>
 #include <wininet.h>
 
+#include <QScopedValueRollback>
+
 #include "chat/ZR_AiChatAnswerInterface.h"
 #include "chat/ZR_AiChatCSThread.h"
 #include "chat/ZR_AiChatModuleState.h"
@@ -116,9 +118,7 @@ void ZR_AiChatManager::sendInNewSession(const CString& question, bool flag,
     if (!mayStartExchange()) {
         return;
     }
-    m_creatingSession = true;
-    const CString sessionId = createSessionOnServer();
-    m_creatingSession = false;
+    const CString sessionId = createSession();
     if (sessionId.IsEmpty()) {
         print(_T("\n创建新对话失败！"));
         return;
@@ -133,6 +133,11 @@ void ZR_AiChatManager::sendInNewSession(const CString& question, bool flag,
     m_sessions.put(m_current);
     emit newSessionSet(sessionId);
     startExchange(question, flag, answer);
+}
+
+CString ZR_AiChatManager::createSession() {
+    const QScopedValueRollback<bool> creating(m_creatingSession, true);
+    return createSessionOnServer();
 }
 
 void ZR_AiChatManager::sendInKnownSession(const CString& sessionId, const CString& question, bool flag,

@@ -111,6 +111,7 @@ private:
     bool isExchanging() const;
 
     void sendInNewSession(const CString& question, bool flag, ZR_AiChatAnswerInterface* bubble);
+    CString createSession();
     /// Tests that nothing stands in the way of an exchange; prints the reason when not.
     bool mayStartExchange();
     void startExchange(const CString& question, bool flag, const Answer& answer);
