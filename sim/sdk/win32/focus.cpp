@@ -47,14 +47,13 @@ void tellFocus(HWND window, bool focused, HWND other) {
         callWindow(window, focused ? WM_SETFOCUS : WM_KILLFOCUS, reinterpret_cast<WPARAM>(other), 0);
         return;
     }
-    if (focused) {
+    if (foreignToolkit() != nullptr && foreignToolkit()->owns(window)) {
+        foreignToolkit()->focusChanged(window, focused);
+    } else if (focused) {
         sendXembed(window, kXembedWindowActivate);
         sendXembed(window, kXembedFocusIn);
     } else {
         sendXembed(window, kXembedFocusOut);
-    }
-    if (foreignToolkit() != nullptr && foreignToolkit()->owns(window)) {
-        foreignToolkit()->focusChanged(window, focused);
     }
 }
 

@@ -379,6 +379,7 @@ BOOL Polyline(HDC dc, const POINT* points, int count) {
     if (context == nullptr || count < 2) {
         return FALSE;
     }
+    cairo_new_path(context->cairo);  // text leaves a current point
     for (int i = 0; i < count; ++i) {
         cairo_line_to(context->cairo, points[i].x + kPixelCentre, points[i].y + kPixelCentre);
     }

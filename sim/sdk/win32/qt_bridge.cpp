@@ -1,12 +1,14 @@
 #include "qt_bridge.h"
 
 #include <QAbstractEventDispatcher>
+#include <QAbstractNativeEventFilter>
 #include <QApplication>
 #include <QMouseEvent>
-#include <QScreen>
 #include <QThread>
+#include <QTimer>
 #include <QWidget>
-#include <QWindow>
+
+#include <xcb/xcb.h>
 
 namespace {
 
@@ -72,10 +74,50 @@ bool takesClickFocus(QWidget* root, const QPoint& position) {
     return false;
 }
 
+/// The parts of a pointer event of the X server's input extension that matter here, which has no installed
+/// header.
+struct ExtensionButtonEvent {
+    std::uint8_t responseType;
+    std::uint8_t extension;
+    std::uint16_t sequence;
+    std::uint32_t length;
+    std::uint16_t eventType;
+    std::uint16_t device;
+    std::uint32_t time;
+    std::uint32_t button;
+    xcb_window_t root;
+    xcb_window_t window;
+};
+constexpr std::uint16_t kExtensionButtonPress = 4;
+constexpr std::uint32_t kLastRealButton = 3;
+
+/// The window in which a button went down, if the event says so; wheels are not buttons.
+xcb_window_t pressedWindow(const void* event) {
+    const auto type = static_cast<const xcb_generic_event_t*>(event)->response_type & 0x7F;
+    if (type == XCB_BUTTON_PRESS) {
+        const auto* press = static_cast<const xcb_button_press_event_t*>(event);
+        return press->detail <= kLastRealButton ? press->event : xcb_window_t{XCB_NONE};
+    }
+    if (type == XCB_GE_GENERIC) {
+        const auto* press = static_cast<const ExtensionButtonEvent*>(event);
+        if (press->eventType == kExtensionButtonPress && press->button <= kLastRealButton) {
+            return press->window;
+        }
+    }
+    return XCB_NONE;
+}
+
 /// Lives as long as the application object.
-class ApplicationFilter : public QObject {
+class ApplicationFilter : public QObject, public QAbstractNativeEventFilter {
 public:
     using QObject::QObject;
+
+    bool nativeEventFilter(const QByteArray& type, void* message, long*) override {
+        if (type == "xcb_generic_event_t") {
+            QtBridge::instance().filterServerEvent(message);
+        }
+        return false;
+    }
 
     bool eventFilter(QObject* watched, QEvent* event) override {
         const bool wanted =
@@ -109,13 +151,16 @@ void QtBridge::attach() {
         return;
     }
     QCoreApplication* application = QCoreApplication::instance();
-    application->installEventFilter(new ApplicationFilter(application));
+    auto* filter = new ApplicationFilter(application);
+    application->installEventFilter(filter);
+    application->installNativeEventFilter(filter);
     qAddPostRoutine([] { QtBridge::instance().detach(); });
 }
 
 void QtBridge::detach() {
     m_keys = QtKeyMapper();
-    m_expectedFocus = nullptr;
+    m_heldBack = nullptr;
+    m_followQueued = false;
 }
 
 bool QtBridge::owns(HWND window) {
@@ -162,12 +207,44 @@ LRESULT QtBridge::deliver(const MSG& message) {
     return 0;
 }
 
-void QtBridge::focusChanged(HWND handle, bool focused) {
-    QWindow* window = findQtWindow(handle);
-    // That the focus has left is told by the embedding protocol alone: Qt has no public call for it.
-    if (window != nullptr && focused && QGuiApplication::focusWindow() != window) {
-        m_expectedFocus = handle;
-        window->requestActivate();
+// Qt hears of it when it next handles events, as on Windows: what is told while a widget just gets the focus
+// must not take it away again underneath.
+void QtBridge::focusChanged(HWND, bool) {
+    followFocusLater();
+}
+
+void QtBridge::followFocusLater() {
+    if (!m_followQueued && QCoreApplication::instance() != nullptr) {
+        m_followQueued = true;
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(),
+            [this] {
+                m_followQueued = false;
+                followFocus();
+            },
+            Qt::QueuedConnection);
+    }
+}
+
+/// Makes Qt's idea of its active window agree with where the focus is now. The embedding protocol's own
+/// messages would tell where it was when each of them was sent, and Qt takes back the focus on an outdated
+/// one.
+void QtBridge::followFocus() {
+    const HWND focus = GetFocus();
+    QWindow* window = findQtWindow(focus);
+    if (window != nullptr && embeddedRoot(window) != nullptr) {
+        if (QWidget* widget = QWidget::find(window->winId())) {
+            QApplication::setActiveWindow(widget->window());
+        }
+        // The widget that got the focus by it may have given it away.
+        if (GetFocus() == focus && QGuiApplication::focusWindow() != window) {
+            window->requestActivate();
+        }
+        return;
+    }
+    const QWidget* active = QApplication::activeWindow();
+    if (active != nullptr && embeddedRoot(active->windowHandle()) != nullptr) {
+        QApplication::setActiveWindow(nullptr);
     }
 }
 
@@ -198,6 +275,31 @@ void QtBridge::aboutToWait() {
     }
 }
 
+// Qt's X11 port makes a window active on every click into it. On Windows a click does so only when it gives
+// the focus to a widget, and buttons that take none leave the keyboard where it is. So the port is held back,
+// and pressed() does what Windows does.
+void QtBridge::filterServerEvent(const void* event) {
+    const xcb_window_t id = pressedWindow(event);
+    QWindow* window =
+        id != XCB_NONE ? findQtWindow(reinterpret_cast<HWND>(static_cast<std::uintptr_t>(id))) : nullptr;
+    if (window == nullptr || embeddedRoot(window) == nullptr || QGuiApplication::focusWindow() == window ||
+        window->flags().testFlag(Qt::WindowDoesNotAcceptFocus)) {
+        return;
+    }
+    letActivate();
+    m_heldBack = window;
+    window->setFlag(Qt::WindowDoesNotAcceptFocus);
+    // At the latest when Qt is through with the event: it may not deliver the click at all.
+    QTimer::singleShot(0, window, [this] { letActivate(); });
+}
+
+void QtBridge::letActivate() {
+    if (m_heldBack != nullptr) {
+        m_heldBack->setFlag(Qt::WindowDoesNotAcceptFocus, false);
+        m_heldBack = nullptr;
+    }
+}
+
 void QtBridge::pressed(QWindow* window, const QPoint& position) {
     const QWindow* root = embeddedRoot(window);
     const HWND topLevel = surroundingTopLevel(root);
@@ -220,19 +322,14 @@ bool QtBridge::filterEvent(QWindow* window, QEvent* event) {
         return false;
     }
     if (event->type() == QEvent::FocusIn) {
-        const HWND handle = toHwnd(root);
-        if (m_expectedFocus == handle) {
-            m_expectedFocus = nullptr;
-        } else if (GetFocus() != handle) {
-            // Qt made its window active by itself, which on Windows moves the focus there.
-            SetFocus(handle);
-        }
+        followFocusLater();
         return false;
     }
     // The pointer does nothing in a disabled window, nor in the windows inside it.
     if (IsWindowEnabled(surroundingTopLevel(root)) == FALSE) {
         return true;
     }
+    letActivate();
     if (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonDblClick) {
         pressed(window, static_cast<QMouseEvent*>(event)->pos());
     }

@@ -11,9 +11,11 @@
 #include "qt_key_mapper.h"
 #include "win32_foreign.h"
 
+#include <QPointer>
+#include <QWindow>
+
 class QEvent;
 class QPoint;
-class QWindow;
 
 class QtBridge : public Win32ForeignToolkit {
 public:
@@ -24,6 +26,8 @@ public:
     void detach();
     /// Sees every event of the application; true takes it away from its window.
     bool filterEvent(QWindow* window, QEvent* event);
+    /// Sees every event of the X server before Qt does.
+    void filterServerEvent(const void* event);
 
     bool owns(HWND window) override;
     HWND parent(HWND window) override;
@@ -36,8 +40,12 @@ public:
 
 private:
     void pressed(QWindow* window, const QPoint& position);
+    void letActivate();
+    void followFocusLater();
+    void followFocus();
 
     QtKeyMapper m_keys;
-    /// The window that the slice gave the focus to and Qt has not heard of yet.
-    HWND m_expectedFocus = nullptr;
+    bool m_followQueued = false;
+    /// The window that Qt must not make active because of the click it is about to see.
+    QPointer<QWindow> m_heldBack;
 };

@@ -18,7 +18,8 @@ public:
     virtual bool rectangle(HWND window, RECT& screen) = 0;
     /// A message sent or dispatched to one of the toolkit's windows.
     virtual LRESULT deliver(const MSG& message) = 0;
-    /// The slice's focus went to one of the toolkit's windows, or left it.
+    /// The slice's focus went to one of the toolkit's windows, or left it. Called in the middle of the
+    /// change.
     virtual void focusChanged(HWND window, bool focused) = 0;
     /// A message taken from the queue while a loop of the toolkit runs. The default of the slice, when there
     /// is no toolkit, is TranslateMessage and DispatchMessage.
