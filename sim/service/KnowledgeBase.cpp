@@ -2,13 +2,12 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <iterator>
-#include <map>
 #include <set>
 
 #include "sim/service/EmbeddedFiles.h"
+#include "sim/service/File.h"
 #include "sim/service/SearchTokens.h"
 #include "sim/service/Sqlite.h"
 #include "sim/service/Text.h"
@@ -136,7 +135,7 @@ KnowledgeBase::KnowledgeBase(std::vector<Topic> topics)
     if (m_topics.empty())
         throw TopicError("there are no topics");
     m_index->database.execute(
-        "CREATE VIRTUAL TABLE topics USING fts5(title, keywords, questions, body, singles, detail=column,"
+        "CREATE VIRTUAL TABLE topics USING fts5(title, keywords, questions, body, singles,"
         " tokenize='porter unicode61')");
     SqliteTransaction transaction(m_index->database);
     {
@@ -207,11 +206,10 @@ std::vector<Topic> KnowledgeBase::topicsIn(const std::string& directory) {
         throw TopicError("no *.topics files in the knowledge folder '" + directory + "'");
     std::vector<Topic> topics;
     for (const std::filesystem::path& path : files) {
-        std::ifstream stream(path, std::ios::binary);
-        const std::string text{std::istreambuf_iterator<char>(stream), {}};
-        if (!stream)
+        const std::optional<std::string> text = readFile(path.string());
+        if (!text)
             throw TopicError("cannot read '" + path.string() + "'");
-        std::vector<Topic> part = parseTopics(text, path.string());
+        std::vector<Topic> part = parseTopics(*text, path.string());
         std::move(part.begin(), part.end(), std::back_inserter(topics));
     }
     return topics;

@@ -1,11 +1,10 @@
 #include "sim/service/Seeder.h"
 
-#include <fstream>
-#include <iterator>
 #include <nlohmann/json.hpp>
 
 #include "sim/service/Clock.h"
 #include "sim/service/EmbeddedFiles.h"
+#include "sim/service/File.h"
 #include "sim/service/Text.h"
 
 namespace zentri::service {
@@ -123,12 +122,11 @@ void seedHistory(Database& database, const KnowledgeBase& knowledge, const std::
                       demo.make(token, demoSessions, nowMs()));
         return;
     }
-    std::ifstream stream(seed, std::ios::binary);
-    const std::string text{std::istreambuf_iterator<char>(stream), {}};
-    if (!stream)
+    const std::optional<std::string> text = readFile(seed);
+    if (!text)
         throw SeedError("cannot read the seed file '" + seed + "'");
     try {
-        database.seed(user, "file:" + sha256Hex(text), parseSeedFile(text, token, nowMs()));
+        database.seed(user, "file:" + sha256Hex(*text), parseSeedFile(*text, token, nowMs()));
     } catch (const SeedError& error) {
         throw SeedError("bad seed file '" + seed + "': " + error.what());
     }
