@@ -162,5 +162,5 @@ void CZR_ZentriApp::stopChatThread() {
     thread->setParent(nullptr);
     QObject::connect(thread, &QThread::finished, thread, &QObject::deleteLater);
     if (thread->isFinished())
-        thread->deleteLater();
+        delete thread;
 }

@@ -126,7 +126,8 @@ void ZR_ZentriPalette::placeView() {
     }
     m_view->winId();
     m_view->windowHandle()->setParent(m_nativeParent.get());
-    m_view->move(0, 0);
+    // Not move(): that counts in the frame that a platform may suppose around a window within other windows.
+    m_view->setGeometry(QRect(QPoint(0, 0), m_view->size()));
     m_view->show();
     SetFocus();
 }

@@ -37,18 +37,17 @@ ZR_ZentriCmdManager& ZR_ZentriCmdManager::instance() {
     return manager;
 }
 
-void ZR_ZentriCmdManager::runCommand(const CString& command) {
+void ZR_ZentriCmdManager::runCommand(CString command) {
     const AcApDocument* const document = acDocManager->curDocument();
     if (document == nullptr)
         return;
-    // The question box runs the host's loop: when it returns, the caller's text and the document may be gone.
-    // So the text is kept by value and the current document is looked up again for each string.
-    const CString kept = command;
+    // The question box runs the host's loop: when it returns, the document may be gone. So the current one is
+    // looked up again for each string.
     if (!document->isQuiescent()) {
-        if (!mayCancelFor(kept))
+        if (!mayCancelFor(command))
             return;
         sendToCurrentDocument(kCancel);
     }
-    sendToCurrentDocument(kept + _T("\n"));
-    m_lastRunCommand = toQString(kept);
+    sendToCurrentDocument(command + _T("\n"));
+    m_lastRunCommand = toQString(command);
 }

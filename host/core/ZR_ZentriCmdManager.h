@@ -14,8 +14,9 @@ public:
     static ZR_ZentriCmdManager& instance();
 
     /// Queues the command on the current document's command line; the host runs it when it is next idle.
-    /// When a command is in progress the user is asked first, and No drops the request.
-    void runCommand(const CString& command);
+    /// When a command is in progress the user is asked first, and No drops the request. By value: the
+    /// question runs the host's loop, in which the caller and its text may go.
+    void runCommand(CString command);
 
     QString lastRunCommand() const { return m_lastRunCommand; }
 

@@ -12,9 +12,10 @@
 #include "host/ZR_ZentriModule.h"
 #include "host/ZR_ZentriPalette.h"
 #include "host/ZR_ZentriPaletteSet.h"
+#include "host/qtmfc/QMfcApp.h"
 #include "view/ZR_ZentriPaletteView.h"
 
-ModuleFixture::ModuleFixture() {
+ModuleFixture::ModuleFixture() : application(QMfcApp::mfc_instance(&testApp())) {
     service.answer("/zr/ai/session/user", R"({"code":200,"msg":"success","data":[]})");
     service.answer("/zr/ai/session/create", R"({"code":200,"msg":"success","data":"session-1"})");
     qputenv("ZR_ZENTRI_SERVICE", service.address().toLatin1());

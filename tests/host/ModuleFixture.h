@@ -9,6 +9,7 @@
 #include "tests/support/TestProgram.h"
 #include "tests/support/http/FakeHttpServer.h"
 
+class QApplication;
 class QTextEdit;
 class ZR_ZentriPalette;
 class ZR_ZentriPaletteSet;
@@ -34,6 +35,8 @@ protected:
     ZR_ZentriPaletteView* view() const;
     QTextEdit* inputBox() const;
 
+    /// Qt's application, which the fake service needs before the module is loaded.
+    QApplication* application;
     FakeHttpServer service;
     TestProgram program;
     CZR_ZentriApp app;

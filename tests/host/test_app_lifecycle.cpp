@@ -101,7 +101,6 @@ TEST_F(AppLifecycle, ASecondInitialisationMakesNothingTwice) {
     const auto* const reactor = g_zentriSysReactor;
     const auto* const chatThread = g_zentriChatThread;
     const auto* const historyThread = g_zentriHistoryThread;
-    const auto* const application = QCoreApplication::instance();
     EXPECT_EQ(load(), AcRx::kRetOK);
     EXPECT_EQ(g_zentriPaletteSet, paletteSet);
     EXPECT_EQ(g_zentriPalette, palette);

@@ -4,6 +4,7 @@
 #include <QGridLayout>
 #include <QMouseEvent>
 #include <QPointer>
+#include <QTimer>
 #include <QToolButton>
 
 #include "host/ZR_ZentriFloatingBtn.h"
@@ -61,7 +62,8 @@ TEST_F(FloatingBtn, StaysOnTopAndDeletesItselfWhenClosed) {
     EXPECT_TRUE(button->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
     EXPECT_TRUE(button->testAttribute(Qt::WA_DeleteOnClose));
     const QPointer<QWidget> watched = button;
-    button->close();
+    // Qt deletes at the end of the event in which the widget is closed.
+    QTimer::singleShot(0, button, &QWidget::close);
     EXPECT_TRUE(TestProgram::pumpUntil([&watched] { return watched.isNull(); }));
 }
 

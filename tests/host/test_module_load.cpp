@@ -12,6 +12,8 @@
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTextEdit>
+#include <QTimer>
+#include <memory>
 
 #include "tests/host/FakeAccount.h"
 #include "tests/support/TestProgram.h"
@@ -31,10 +33,6 @@ CString modulePath() {
 class ModuleLoad : public testing::Test {
 protected:
     ModuleLoad() {
-        service.answer("/zr/ai/session/user", R"({"code":200,"msg":"success","data":[]})");
-        service.answer("/zr/ai/session/create", R"({"code":200,"msg":"success","data":"session-1"})");
-        qputenv("ZR_ZENTRI_SERVICE", service.address().toLatin1());
-        qputenv("ZR_ZENTRI_PROBE", "http://" + service.address().toLatin1());
         FakeAccount::reset();
         FakeAccount::offer(program.host());
         FakeAccount::token = _T("token");
@@ -45,7 +43,19 @@ protected:
         TestProgram::settle();
     }
 
-    static bool load() { return acrxLoadModule(modulePath(), true); }
+    /// Loads the module, and with the first load, once there is Qt's application, starts the service.
+    bool load() {
+        if (!acrxLoadModule(modulePath(), true))
+            return false;
+        if (service == nullptr) {
+            service = std::make_unique<FakeHttpServer>();
+            service->answer("/zr/ai/session/user", R"({"code":200,"msg":"success","data":[]})");
+            service->answer("/zr/ai/session/create", R"({"code":200,"msg":"success","data":"session-1"})");
+            qputenv("ZR_ZENTRI_SERVICE", service->address().toLatin1());
+            qputenv("ZR_ZENTRI_PROBE", "http://" + service->address().toLatin1());
+        }
+        return true;
+    }
     static bool unload() { return acrxUnloadModule(kModuleName); }
 
     static bool run(const ACHAR* command) {
@@ -73,7 +83,7 @@ protected:
 
     int bars() const { return static_cast<int>(program.frame()->GetControlBars().size()); }
 
-    FakeHttpServer service;
+    std::unique_ptr<FakeHttpServer> service;
     TestProgram program;
 };
 
@@ -136,7 +146,7 @@ TEST_F(ModuleLoad, UnloadingLeavesNothingInTheHost) {
     // The Qt application stays, and so does its code: Qt goes on calling it.
     ASSERT_NE(QCoreApplication::instance(), nullptr);
     QPointer<QObject> object = new QObject;
-    object->deleteLater();
+    QTimer::singleShot(0, object, [&object] { object->deleteLater(); });
     EXPECT_TRUE(TestProgram::pumpUntil([&object] { return object.isNull(); }));
 }
 
@@ -158,33 +168,33 @@ TEST_F(ModuleLoad, LoadsUnloadsAndLoadsAgainSeveralTimes) {
 TEST_F(ModuleLoad, UnloadingWhileAnAnswerStreamsIsQuickAndTheNextLoadWorks) {
     ASSERT_TRUE(load());
     ASSERT_TRUE(openPanel());
-    const int before = service.requestCount();
+    const int before = service->requestCount();
     view()
         ->findChild<QTextEdit*>(QStringLiteral("textEdit_userInput"))
         ->setPlainText(QStringLiteral("怎样画圆"));
     view()->findChild<QAbstractButton*>(QStringLiteral("toolButton_Send"))->click();
-    ASSERT_TRUE(TestProgram::pumpUntil([&] { return service.requestCount() == before + 2; }));
-    service.sendHead(before + 1);
-    service.sendBytes(before + 1, "data:first\n\n");
+    ASSERT_TRUE(TestProgram::pumpUntil([&] { return service->requestCount() == before + 2; }));
+    service->sendHead(before + 1);
+    service->sendBytes(before + 1, "data:first\n\n");
     TestProgram::settle();
 
     QElapsedTimer clock;
     clock.start();
     EXPECT_TRUE(unload());
     EXPECT_LT(clock.elapsed(), 5000);
-    EXPECT_TRUE(TestProgram::pumpUntil([&] { return service.isClosed(before + 1); }));
+    EXPECT_TRUE(TestProgram::pumpUntil([&] { return service->isClosed(before + 1); }));
     TestProgram::settle();
 
     ASSERT_TRUE(load());
     ASSERT_TRUE(openPanel());
     // A question can be asked as if nothing had happened.
-    const int again = service.requestCount();
+    const int again = service->requestCount();
     view()
         ->findChild<QTextEdit*>(QStringLiteral("textEdit_userInput"))
         ->setPlainText(QStringLiteral("再问一次"));
     view()->findChild<QAbstractButton*>(QStringLiteral("toolButton_Send"))->click();
-    ASSERT_TRUE(TestProgram::pumpUntil([&] { return service.requestCount() == again + 2; }));
-    EXPECT_EQ(service.request(again + 1).target, QByteArray("/zr/ai/caddraw/chat"));
+    ASSERT_TRUE(TestProgram::pumpUntil([&] { return service->requestCount() == again + 2; }));
+    EXPECT_EQ(service->request(again + 1).target, QByteArray("/zr/ai/caddraw/chat"));
 }
 
 TEST_F(ModuleLoad, ItsLogStandsBesideIt) {
@@ -192,11 +202,11 @@ TEST_F(ModuleLoad, ItsLogStandsBesideIt) {
     const qint64 before = QFileInfo(log).size();
     ASSERT_TRUE(load());
     ASSERT_TRUE(openPanel());
-    const int requests = service.requestCount();
+    const int requests = service->requestCount();
     view()
         ->findChild<QTextEdit*>(QStringLiteral("textEdit_userInput"))
         ->setPlainText(QStringLiteral("记入日志"));
     view()->findChild<QAbstractButton*>(QStringLiteral("toolButton_Send"))->click();
-    ASSERT_TRUE(TestProgram::pumpUntil([&] { return service.requestCount() == requests + 2; }));
+    ASSERT_TRUE(TestProgram::pumpUntil([&] { return service->requestCount() == requests + 2; }));
     EXPECT_GT(QFileInfo(log).size(), before);
 }

@@ -1,7 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
-#include <QPointer>
+#include <QMetaObject>
+#include <QTimer>
 
 #include "host/qtmfc/QMfcApp.h"
 #include "tests/support/TestProgram.h"
@@ -22,19 +23,37 @@ TEST(PluginInstance, MakesAPlainApplicationOnce) {
 TEST(PluginInstance, PostedEventsAreDeliveredWithTheHostsMessages) {
     ASSERT_TRUE(QMfcApp::pluginInstance());
     TestProgram program;
-    QPointer<QObject> object = new QObject;
-    object->deleteLater();
+    QObject object;
+    bool delivered = false;
+    QMetaObject::invokeMethod(
+        &object, [&delivered] { delivered = true; }, Qt::QueuedConnection);
     PostMessageW(program.frame()->m_hWnd, WM_NULL, 0, 0);
-    EXPECT_TRUE(TestProgram::pumpUntil([&object] { return object.isNull(); }));
+    MSG message;
+    // The hook delivers before the message is handed over, whatever Qt's dispatcher does.
+    while (GetMessageW(&message, nullptr, 0, 0) && message.message != WM_NULL)
+        DispatchMessageW(&message);
+    EXPECT_TRUE(delivered);
+}
+
+TEST(PluginInstance, TheHookWorksInAModalLoopToo) {
+    ASSERT_TRUE(QMfcApp::pluginInstance());
+    TestProgram program;
+    QObject object;
+    bool delivered = false;
+    QMfcApp::enterModalLoop();
+    QMetaObject::invokeMethod(
+        &object, [&delivered] { delivered = true; }, Qt::QueuedConnection);
+    PostMessageW(program.frame()->m_hWnd, WM_NULL, 0, 0);
+    MSG message;
+    while (GetMessageW(&message, nullptr, 0, 0) && message.message != WM_NULL)
+        DispatchMessageW(&message);
+    QMfcApp::exitModalLoop();
+    EXPECT_TRUE(delivered);
 }
 
 TEST(QMfcAppRun, RunsQtsLoopAndDeletesTheApplicationItMade) {
     ASSERT_EQ(QCoreApplication::instance(), nullptr);
-    const UINT_PTR timer = SetTimer(nullptr, 0, 10, [](HWND, UINT, UINT_PTR, DWORD) {
-        if (QCoreApplication::instance() != nullptr)
-            QCoreApplication::exit(7);
-    });
+    qAddPreRoutine([] { QTimer::singleShot(50, [] { QCoreApplication::exit(7); }); });
     EXPECT_EQ(QMfcApp::run(&testApp()), 7);
-    KillTimer(nullptr, timer);
     EXPECT_EQ(QCoreApplication::instance(), nullptr);
 }

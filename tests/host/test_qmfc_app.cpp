@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QEvent>
 #include <QPointer>
+#include <QTimer>
 #include <QWidget>
 #include <QWindow>
 #include <memory>
@@ -274,10 +275,15 @@ TEST_F(QMfcAppTest, MenuKeysStayWithAQtWindowInAFrameWithoutAMenu) {
     EXPECT_TRUE(keys.frame->messages.empty());
 }
 
-TEST_F(QMfcAppTest, DeferredDeletesAndPostedEventsComeFromTheHostsLoop) {
+TEST_F(QMfcAppTest, PostedEventsTimersAndDeferredDeletesComeFromTheHostsLoop) {
     QPointer<QObject> object = new QObject;
-    object->deleteLater();
+    bool queued = false;
+    QMetaObject::invokeMethod(
+        object, [&queued] { queued = true; }, Qt::QueuedConnection);
+    // Qt deletes at the end of the event in which it was asked to.
+    QTimer::singleShot(10, object, [&object] { object->deleteLater(); });
     EXPECT_TRUE(TestProgram::pumpUntil([&object] { return object.isNull(); }));
+    EXPECT_TRUE(queued);
 }
 
 TEST_F(QMfcAppTest, AnExistingApplicationIsNotReplacedByAPluginsOne) {

@@ -12,6 +12,7 @@ class CAdUiPalette : public CWnd {
 
 public:
     CAdUiPalette() = default;
+    ~CAdUiPalette() override;
 
     using CWnd::Create;
     virtual BOOL Create(DWORD style, LPCTSTR name, CAdUiPaletteSet* paletteSet, DWORD paletteStyle);
