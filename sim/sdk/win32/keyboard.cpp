@@ -121,6 +121,10 @@ constexpr SymbolKey kSymbolKeys[] = {
     {XKB_KEY_KP_Delete, VK_DELETE},
 };
 
+bool isKeypadSymbol(xkb_keysym_t symbol) {
+    return symbol >= XKB_KEY_KP_Space && symbol <= XKB_KEY_KP_Equal;
+}
+
 int virtualKeyOf(xkb_keysym_t symbol) {
     if (symbol >= XKB_KEY_a && symbol <= XKB_KEY_z) {
         return static_cast<int>('A' + (symbol - XKB_KEY_a));
@@ -257,7 +261,7 @@ Key keyOf(xcb_keycode_t code, std::uint16_t state) {
     // Letters and digits are named by what the key types alone; a layout without Latin letters (or a keypad
     // in its number state) is asked further.
     const xkb_keysym_t current = xkb_state_key_get_one_sym(map.state, code);
-    if (current >= XKB_KEY_KP_Space && current <= XKB_KEY_KP_Equal) {
+    if (isKeypadSymbol(current)) {
         key.virtualKey = virtualKeyOf(current);
     }
     for (xkb_layout_index_t tried = layout; key.virtualKey == 0; tried = 0) {
@@ -293,15 +297,20 @@ Key keyOf(xcb_keycode_t code, std::uint16_t state) {
 
 xcb_keycode_t codeOf(int virtualKey) {
     const KeyboardMap& map = keyboard();
-    for (xkb_keycode_t code = xkb_keymap_min_keycode(map.keymap); code <= xkb_keymap_max_keycode(map.keymap);
-         ++code) {
+    xcb_keycode_t onKeypad = 0;
+    const xkb_keycode_t last = xkb_keymap_max_keycode(map.keymap);
+    for (xkb_keycode_t code = xkb_keymap_min_keycode(map.keymap); code <= last && code <= 0xFF; ++code) {
         const xkb_keysym_t* symbols = nullptr;
-        if (code <= 0xFF && xkb_keymap_key_get_syms_by_level(map.keymap, code, 0, 0, &symbols) > 0 &&
-            virtualKeyOf(symbols[0]) == virtualKey) {
+        if (xkb_keymap_key_get_syms_by_level(map.keymap, code, 0, 0, &symbols) == 0 ||
+            virtualKeyOf(symbols[0]) != virtualKey) {
+            continue;
+        }
+        if (!isKeypadSymbol(symbols[0])) {
             return static_cast<xcb_keycode_t>(code);
         }
+        onKeypad = static_cast<xcb_keycode_t>(code);
     }
-    return 0;
+    return onKeypad;
 }
 
 }  // namespace win32

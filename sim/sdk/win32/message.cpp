@@ -24,6 +24,39 @@ void setKey(Queue& queue, int virtualKey, bool down) {
     state = static_cast<BYTE>((state & 0x01) | (down ? 0x80 : 0));
 }
 
+LRESULT sendHere(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (isOwnWindow(window)) {
+        return callWindow(window, message, wParam, lParam);
+    }
+    Win32ForeignToolkit* toolkit = foreignToolkit();
+    if (toolkit != nullptr && toolkit->owns(window)) {
+        MSG sent{};
+        sent.hwnd = window;
+        sent.message = message;
+        sent.wParam = wParam;
+        sent.lParam = lParam;
+        sent.time = static_cast<DWORD>(ticks());
+        sent.pt = Queue::current().lastPosition();
+        callWndProcHooks(window, message, wParam, lParam);
+        return toolkit->deliver(sent);
+    }
+    return failWith<LRESULT>(ERROR_INVALID_WINDOW_HANDLE, 0);
+}
+
+std::vector<HWND> topLevelWindows() {
+    std::vector<HWND> windows;
+    callOnMainThread([&windows] {
+        for (const auto& window : allWindows()) {
+            if (window->isTopLevel()) {
+                windows.push_back(window->handle);
+            }
+        }
+    });
+    return windows;
+}
+
+}  // namespace
+
 void followKeyState(const MSG& message) {
     Queue& queue = Queue::current();
     if (isKeyMessage(message.message)) {
@@ -72,39 +105,6 @@ void followKeyState(const MSG& message) {
             break;
     }
 }
-
-LRESULT sendHere(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-    if (isOwnWindow(window)) {
-        return callWindow(window, message, wParam, lParam);
-    }
-    Win32ForeignToolkit* toolkit = foreignToolkit();
-    if (toolkit != nullptr && toolkit->owns(window)) {
-        MSG sent{};
-        sent.hwnd = window;
-        sent.message = message;
-        sent.wParam = wParam;
-        sent.lParam = lParam;
-        sent.time = static_cast<DWORD>(ticks());
-        sent.pt = Queue::current().lastPosition();
-        callWndProcHooks(window, message, wParam, lParam);
-        return toolkit->deliver(sent);
-    }
-    return failWith<LRESULT>(ERROR_INVALID_WINDOW_HANDLE, 0);
-}
-
-std::vector<HWND> topLevelWindows() {
-    std::vector<HWND> windows;
-    callOnMainThread([&windows] {
-        for (const auto& window : allWindows()) {
-            if (window->isTopLevel()) {
-                windows.push_back(window->handle);
-            }
-        }
-    });
-    return windows;
-}
-
-}  // namespace
 
 LRESULT callWindow(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
     callWndProcHooks(handle, message, wParam, lParam);

@@ -284,10 +284,15 @@ void Queue::forgetWindow(HWND window) {
                                       [window](const MSG& message) { return message.hwnd == window; }),
                        m_posted.end());
     }
-    m_input.erase(
-        std::remove_if(m_input.begin(), m_input.end(),
-                       [window](const InputMessage& input) { return input.message.hwnd == window; }),
-        m_input.end());
+    for (auto input = m_input.begin(); input != m_input.end();) {
+        if (input->message.hwnd == window) {
+            // A key that went up is up, also when nobody is told.
+            followKeyState(input->message);
+            input = m_input.erase(input);
+        } else {
+            ++input;
+        }
+    }
     m_timers.erase(std::remove_if(m_timers.begin(), m_timers.end(),
                                   [window](const Timer& timer) { return timer.window == window; }),
                    m_timers.end());

@@ -150,6 +150,8 @@ void readXEvents();
 /// A message is about to be given to the program: follows key and pointer state, activates the window that
 /// was clicked, runs the WH_GETMESSAGE hooks.
 void retrieved(MSG& message, UINT remove);
+/// The part of it that follows the state of keys and buttons.
+void followKeyState(const MSG& message);
 /// The part of it that acts on windows, for a button press.
 void activateClicked(const MSG& message);
 /// The part of it that sets the pointer's shape.

@@ -169,9 +169,6 @@ void keyEvent(const xcb_key_press_event_t& event, bool down) {
     if (noFocus) {
         target = GetActiveWindow();
     }
-    if (target == nullptr || !acceptsInput(target)) {
-        return;
-    }
     const bool altDown = (event.state & XCB_MOD_MASK_1) != 0 || key.virtualKey == VK_MENU;
     const bool control = (event.state & XCB_MOD_MASK_CONTROL) != 0;
     // Keys with Alt, F10, and keys that no window has the focus for are the system's.
@@ -187,6 +184,15 @@ void keyEvent(const xcb_key_press_event_t& event, bool down) {
         bits |= static_cast<DWORD>(KF_UP) << 16;
     }
     const UINT message = down ? (system ? WM_SYSKEYDOWN : WM_KEYDOWN) : (system ? WM_SYSKEYUP : WM_KEYUP);
+    if (target == nullptr || !acceptsInput(target)) {
+        // Nobody is told, but the key is up or down all the same.
+        MSG untold{};
+        untold.message = message;
+        untold.wParam = static_cast<WPARAM>(key.virtualKey);
+        untold.lParam = static_cast<LPARAM>(static_cast<LONG>(bits));
+        followKeyState(untold);
+        return;
+    }
     addMessage(target, message, static_cast<WPARAM>(key.virtualKey),
                static_cast<LPARAM>(static_cast<LONG>(bits)), event.time, key.text);
 }
