@@ -63,15 +63,17 @@ WIN32API int _vstprintf_s(TCHAR* target, std::size_t size, const TCHAR* format, 
 WIN32API int _sctprintf(const TCHAR* format, ...);
 WIN32API int _stprintf_s(TCHAR* target, std::size_t size, const TCHAR* format, ...);
 
+#define WIN32CPPAPI __attribute__((visibility("default")))
+
 // Overloads for const, as the C++ run-time has them; and array forms of the _s functions.
-const TCHAR* _tcschr(const TCHAR* text, TCHAR character);
-TCHAR* _tcschr(TCHAR* text, TCHAR character);
-const TCHAR* _tcsrchr(const TCHAR* text, TCHAR character);
-TCHAR* _tcsrchr(TCHAR* text, TCHAR character);
-const TCHAR* _tcsstr(const TCHAR* text, const TCHAR* part);
-TCHAR* _tcsstr(TCHAR* text, const TCHAR* part);
-const TCHAR* _tcspbrk(const TCHAR* text, const TCHAR* characters);
-TCHAR* _tcspbrk(TCHAR* text, const TCHAR* characters);
+WIN32CPPAPI const TCHAR* _tcschr(const TCHAR* text, TCHAR character);
+WIN32CPPAPI TCHAR* _tcschr(TCHAR* text, TCHAR character);
+WIN32CPPAPI const TCHAR* _tcsrchr(const TCHAR* text, TCHAR character);
+WIN32CPPAPI TCHAR* _tcsrchr(TCHAR* text, TCHAR character);
+WIN32CPPAPI const TCHAR* _tcsstr(const TCHAR* text, const TCHAR* part);
+WIN32CPPAPI TCHAR* _tcsstr(TCHAR* text, const TCHAR* part);
+WIN32CPPAPI const TCHAR* _tcspbrk(const TCHAR* text, const TCHAR* characters);
+WIN32CPPAPI TCHAR* _tcspbrk(TCHAR* text, const TCHAR* characters);
 WIN32API std::size_t _tcsspn(const TCHAR* text, const TCHAR* characters);
 WIN32API std::size_t _tcscspn(const TCHAR* text, const TCHAR* characters);
 

@@ -1,0 +1,23 @@
+// The module ZR_Test.arx of the module tests. It counts how often it was mapped in a variable of the
+// environment, which outlives it.
+
+#include <cstdlib>
+#include <string>
+
+namespace {
+
+void note(const char* name) {
+    const char* before = std::getenv(name);
+    setenv(name, (std::string(before != nullptr ? before : "") + "x").c_str(), 1);
+}
+
+const struct Mapping {
+    Mapping() { note("ZR_TEST_MAPPED"); }
+    ~Mapping() { note("ZR_TEST_UNMAPPED"); }
+} g_mapping;
+
+}  // namespace
+
+extern "C" __attribute__((visibility("default"))) int zrTestAnswer() {
+    return 42;
+}
