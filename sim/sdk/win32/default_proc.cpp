@@ -188,6 +188,10 @@ LRESULT DefWindowProcW(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) 
                          MAKELPARAM(point.x, point.y));
             return 0;
         }
+        case WM_CANCELMODE:
+            cancelPopups();
+            ReleaseCapture();
+            return 0;
         case WM_NCLBUTTONDOWN:
             frameButtonDown(*window, static_cast<int>(wParam), {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
             return 0;

@@ -45,6 +45,10 @@ public:
 
     void open(HMENU menu, POINT screen);
     PopupChoice run();
+    /// Ends the menu without a choice. It may stand in the middle of something, so the windows only disappear
+    /// here.
+    void cancel();
+    PopupSession* outer() const { return m_outer; }
     void paint(HWND window, HDC dc) const;
 
 private:
@@ -147,7 +151,7 @@ void PopupSession::open(HMENU handle, POINT screen) {
                                    width, height, m_owner, nullptr, nullptr, nullptr);
     m_levels.push_back(level);
     ShowWindow(level.window, SW_SHOWNA);
-    BringWindowToTop(level.window);
+    SetWindowPos(level.window, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     UpdateWindow(level.window);
     SetCapture(m_levels.front().window);
 }
@@ -338,6 +342,16 @@ void PopupSession::key(const MSG& message) {
     }
 }
 
+void PopupSession::cancel() {
+    m_done = true;
+    m_choice = {};
+    for (const Level& level : m_levels) {
+        if (findWindow(level.window) != nullptr) {
+            ShowWindow(level.window, SW_HIDE);
+        }
+    }
+}
+
 PopupChoice PopupSession::run() {
     while (!m_done && !m_levels.empty() && findWindow(m_owner) != nullptr &&
            findWindow(m_levels.front().window) != nullptr) {
@@ -408,6 +422,12 @@ void PopupSession::paint(HWND window, HDC dc) const {
 }
 
 }  // namespace
+
+void cancelPopups() {
+    for (PopupSession* session = g_session; session != nullptr; session = session->outer()) {
+        session->cancel();
+    }
+}
 
 PopupChoice trackPopup(HMENU menu, POINT screen, HWND owner, const BarTracking* bar) {
     PopupSession session(owner, bar);

@@ -56,4 +56,7 @@ struct PopupChoice {
 /// Runs a popup in a modal loop; the owner gets WM_INITMENUPOPUP, but no WM_COMMAND.
 PopupChoice trackPopup(HMENU menu, POINT screen, HWND owner, const BarTracking* bar = nullptr);
 
+/// Ends all open popups without a choice.
+void cancelPopups();
+
 }  // namespace win32

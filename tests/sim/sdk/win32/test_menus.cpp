@@ -207,6 +207,32 @@ TEST_F(Menus, TimersGoOnWhileAMenuIsOpen) {
     KillTimer(*m_frame, 1);
 }
 
+TEST_F(Menus, FrameStaysActiveWhileAMenuIsOpen) {
+    run({clickBar(20),
+         [this] {
+             EXPECT_EQ(GetActiveWindow(), m_frame->handle());
+             EXPECT_EQ(GetFocus(), m_frame->handle());
+         },
+         key(VK_ESCAPE)});
+}
+
+TEST_F(Menus, MessageBoxOverTheFrameClosesItsMenu) {
+    run({clickBar(20), [this] {
+             const UINT_PTR timer = SetTimer(nullptr, 0, 50, [](HWND, UINT, UINT_PTR, DWORD) {
+                 for (const Win32MessageBox& box : win32MessageBoxes()) {
+                     EXPECT_EQ(FindWindowW(u"#32768", nullptr) != nullptr &&
+                                   IsWindowVisible(FindWindowW(u"#32768", nullptr)) != FALSE,
+                               false);
+                     win32AnswerMessageBox(box.window, IDOK);
+                 }
+             });
+             MessageBoxW(*m_frame, u"text", u"caption", MB_OK);
+             KillTimer(nullptr, timer);
+         }});
+    EXPECT_EQ(m_frame->count(WM_COMMAND), 0);
+    EXPECT_EQ(m_frame->count(WM_EXITMENULOOP), 1);
+}
+
 TEST_F(Menus, DestroyedOwnerEndsTheMenu) {
     run({clickBar(20), [this] { DestroyWindow(*m_frame); }});
     EXPECT_EQ(m_frame->handle(), nullptr);
