@@ -33,11 +33,11 @@ public:
             paintEntity(entity, {chosen ? m_theme.accent : m_theme.entity, chosen ? 2 : kLineWidth,
                                  chosen ? kPreviewDash : 0});
         }
-        for (const Entity& entity : m_editor.preview()) {
-            paintEntity(entity, {m_theme.preview, 1, kPreviewDash});
-        }
         paintAxesIcon();
         if (crosshair) {
+            for (const Entity& entity : m_editor.preview()) {
+                paintEntity(entity, {m_theme.preview, 1, kPreviewDash});
+            }
             paintCrosshair(*crosshair);
         }
     }

@@ -15,6 +15,7 @@
 #include "sim/host/arx/HostArx.h"
 #include "sim/host/control/ControlInterface.h"
 #include "sim/host/core/Script.h"
+#include "sim/host/platform/Platform.h"
 
 namespace cad {
 
@@ -59,10 +60,14 @@ BOOL HostApp::InitInstance() {
         m_options.theme.value_or(m_state.theme.value_or(m_editor.variables().integer("COLORTHEME")));
     m_editor.variables().store("COLORTHEME", theme);
 
+    if (!platform::hasDisplay()) {
+        m_failure = "cannot reach the display";
+        return FALSE;
+    }
     m_frame = new MainFrame(*this);
     m_pMainWnd = m_frame;
     if (!m_frame->open(m_state.window, m_options.width, m_options.height)) {
-        m_failure = "cannot open the window; is there a display?";
+        m_failure = "cannot open the window";
         return FALSE;
     }
     m_frameWindow = m_frame->GetSafeHwnd();
@@ -70,7 +75,8 @@ BOOL HostApp::InitInstance() {
     if (m_options.controlPort) {
         const HWND frame = m_frameWindow;
         m_control = std::make_unique<ControlInterface>(
-            *this, [frame] { ::PostMessage(frame, MainFrame::kControlRequest, 0, 0); });
+            *this, [frame] { ::PostMessage(frame, MainFrame::kControlRequest, 0, 0); },
+            [frame] { ::PostMessage(frame, MainFrame::kTypingTurn, 0, 0); });
         if (!m_control->listen(*m_options.controlPort, m_failure)) {
             return FALSE;
         }
@@ -191,12 +197,6 @@ void HostApp::runAtIdle(std::function<void()> call) {
 void HostApp::requestQuit() {
     m_quitting = true;
     AfxPostQuitMessage(0);
-}
-
-void HostApp::serveControl() {
-    if (m_control != nullptr) {
-        m_control->serve();
-    }
 }
 
 bool HostApp::loadModule(const std::string& path) {

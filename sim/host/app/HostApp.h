@@ -43,8 +43,8 @@ public:
     void runAtIdle(std::function<void()> call);
     /// Ends the program's loop and every nested one. UI thread.
     void requestQuit();
-    /// Answers the requests that wait at the control interface, in nested loops too.
-    void serveControl();
+    /// Null unless it was asked for, and when the program ends.
+    ControlInterface* control() { return m_control.get(); }
 
     bool loadModule(const std::string& path) override;
     bool unloadModule(const std::string& name) override;

@@ -15,6 +15,9 @@ namespace cad {
 namespace {
 
 constexpr UINT_PTR kDelayTimer = 1;
+constexpr UINT_PTR kInputTimer = 2;
+// Time for the system to give input back to the program that made it.
+constexpr UINT kInputMilliseconds = 30;
 constexpr int kDefaultWidth = 1280;
 constexpr int kDefaultHeight = 800;
 // So much of a remembered window must be on the screen, or it is placed anew.
@@ -33,6 +36,7 @@ ON_COMMAND_RANGE(MainMenu::kFirstId, MainMenu::kLastId, &MainFrame::OnMenuItem)
 ON_MESSAGE(MainFrame::kControlRequest, &MainFrame::OnControlRequest)
 ON_MESSAGE(MainFrame::kQuitRequest, &MainFrame::OnQuitRequest)
 ON_MESSAGE(MainFrame::kPrintRequest, &MainFrame::OnPrintRequest)
+ON_MESSAGE(MainFrame::kTypingTurn, &MainFrame::OnTypingTurn)
 END_MESSAGE_MAP()
 
 MainFrame::MainFrame(HostApp& app)
@@ -116,6 +120,10 @@ void MainFrame::startDelay(int milliseconds) {
     SetTimer(kDelayTimer, static_cast<UINT>(milliseconds), nullptr);
 }
 
+void MainFrame::startInputTimer() {
+    SetTimer(kInputTimer, kInputMilliseconds, nullptr);
+}
+
 void MainFrame::sysVarChanged(const std::string& name, bool success) {
     if (!success || GetSafeHwnd() == nullptr) {
         return;
@@ -156,6 +164,11 @@ void MainFrame::OnTimer(UINT_PTR id) {
     if (id == kDelayTimer) {
         KillTimer(kDelayTimer);
         m_app.editor().resume();
+    } else if (id == kInputTimer) {
+        KillTimer(kInputTimer);
+        if (m_app.control() != nullptr) {
+            m_app.control()->inputSettled();
+        }
     }
 }
 
@@ -180,7 +193,16 @@ void MainFrame::OnMenuItem(UINT id) {
 }
 
 LRESULT MainFrame::OnControlRequest(WPARAM, LPARAM) {
-    m_app.serveControl();
+    if (m_app.control() != nullptr) {
+        m_app.control()->serve();
+    }
+    return 0;
+}
+
+LRESULT MainFrame::OnTypingTurn(WPARAM, LPARAM) {
+    if (m_app.control() != nullptr) {
+        m_app.control()->typingTurn();
+    }
     return 0;
 }
 

@@ -22,6 +22,7 @@ public:
     static constexpr UINT kControlRequest = WM_APP + 1;
     static constexpr UINT kQuitRequest = WM_APP + 2;
     static constexpr UINT kPrintRequest = WM_APP + 3;
+    static constexpr UINT kTypingTurn = WM_APP + 4;
 
     explicit MainFrame(HostApp& app);
     ~MainFrame() override;
@@ -39,6 +40,9 @@ public:
     void refresh();
     /// Calls Editor::resume() after the time.
     void startDelay(int milliseconds);
+    /// Tells the control interface when real input that was just made has been worked off: timers come after
+    /// all other messages.
+    void startInputTimer();
 
 protected:
     void PostNcDestroy() override {}
@@ -53,6 +57,7 @@ protected:
     afx_msg LRESULT OnControlRequest(WPARAM wParam, LPARAM lParam);
     afx_msg LRESULT OnQuitRequest(WPARAM wParam, LPARAM lParam);
     afx_msg LRESULT OnPrintRequest(WPARAM wParam, LPARAM lParam);
+    afx_msg LRESULT OnTypingTurn(WPARAM wParam, LPARAM lParam);
     DECLARE_MESSAGE_MAP()
 
 private:

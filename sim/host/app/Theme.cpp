@@ -5,8 +5,9 @@ namespace cad {
 const Theme& themeFor(int colorTheme) {
     static const Theme dark{
         0x2B2F36,  // frame
-        0x2B2F36,  // menu
-        0x3D4652,  // menuHighlight
+        0x23272D,  // caption
+        0x2F343C,  // popup
+        0x3A6796,  // menuHighlight
         0xDDE1E7,  // text
         0xA3ABB8,  // mutedText
         0x3B414B,  // border
@@ -25,8 +26,9 @@ const Theme& themeFor(int colorTheme) {
     };
     static const Theme light{
         0xF1F3F5,  // frame
-        0xF1F3F5,  // menu
-        0xDCE6F3,  // menuHighlight
+        0xE4E8EC,  // caption
+        0xFFFFFF,  // popup
+        0xB5D3F7,  // menuHighlight
         0x252B34,  // text
         0x586170,  // mutedText
         0xD5DAE0,  // border

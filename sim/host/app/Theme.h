@@ -7,7 +7,8 @@ namespace cad {
 /// The colours of the program's windows in one of its two looks.
 struct Theme {
     Color frame;
-    Color menu;
+    Color caption;
+    Color popup;
     Color menuHighlight;
     Color text;
     Color mutedText;

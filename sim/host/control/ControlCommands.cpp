@@ -19,7 +19,7 @@ namespace {
 using nlohmann::json;
 
 // Marks answers that must wait until the input has come through the message loop.
-const json kInput = {{"input", true}};
+const json kInput = {{"afterInput", true}};
 
 json idOf(HWND window) {
     return reinterpret_cast<uintptr_t>(window);

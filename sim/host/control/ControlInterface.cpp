@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "sim/host/app/HostApp.h"
+#include "sim/host/app/MainFrame.h"
 #include "sim/host/control/ControlCommands.h"
 #include "sim/host/platform/Platform.h"
 
@@ -12,9 +13,6 @@ namespace cad {
 namespace {
 
 using nlohmann::json;
-
-// Real input goes to the system and comes back as messages; so many rounds of the loop see it through.
-constexpr int kTurnsForInput = 8;
 
 const json kOk = json::object();
 
@@ -28,29 +26,21 @@ std::string dump(const json& value) {
 
 }  // namespace
 
-ControlInterface::ControlInterface(HostApp& app, std::function<void()> wake)
-    : m_app(app), m_wake(std::move(wake)), m_server(m_wake), m_typer(m_wake) {}
+ControlInterface::ControlInterface(HostApp& app, std::function<void()> wake,
+                                   std::function<void()> onTypingTurn)
+    : m_app(app), m_wake(std::move(wake)), m_server(m_wake), m_typer(std::move(onTypingTurn)) {}
 
 ControlInterface::~ControlInterface() = default;
 
 void ControlInterface::serve() {
-    m_typer.turn();
-    std::vector<Delayed> delayed = std::move(m_delayed);
-    m_delayed.clear();
-    for (Delayed& item : delayed) {
-        if (--item.turnsLeft > 0) {
-            m_delayed.push_back(std::move(item));
-        } else {
-            item.call();
-        }
-    }
-    if (!m_delayed.empty()) {
-        m_wake();
-    }
     if (const auto request = m_server.take()) {
         handle(request);
         m_wake();
     }
+}
+
+void ControlInterface::typingTurn() {
+    m_typer.turn();
 }
 
 void ControlInterface::loopCameRound() {
@@ -107,8 +97,8 @@ void ControlInterface::dispatch(const std::string& command, const json& argument
         const json result = runControlCommand(m_app, command, arguments);
         if (result.is_null()) {
             reply(failure("unknown command: " + command));
-        } else if (result.value("input", false)) {
-            replyLater(kOk, reply);
+        } else if (result.value("afterInput", false)) {
+            replyAfterInput(reply);
         } else {
             reply(result);
         }
@@ -134,7 +124,7 @@ void ControlInterface::typeKey(const json& arguments, const Reply& reply) {
         if (!platform::strokeKey(key, shift, control, alt)) {
             throw ControlError("the system takes no keys");
         }
-        replyLater(kOk, reply);
+        replyAfterInput(reply);
         return;
     }
     m_typer.typeKey(key, shift, control, alt, [reply](bool posted) {
@@ -159,9 +149,17 @@ void ControlInterface::arx(const json& arguments, const Reply& reply) {
     });
 }
 
-void ControlInterface::replyLater(const json& result, const Reply& reply) {
-    m_delayed.push_back({kTurnsForInput, [result, reply] { reply(result); }});
-    m_wake();
+void ControlInterface::replyAfterInput(const Reply& reply) {
+    m_inputWaiters.push_back(reply);
+    m_app.frame()->startInputTimer();
+}
+
+void ControlInterface::inputSettled() {
+    const std::vector<Reply> waiters = std::move(m_inputWaiters);
+    m_inputWaiters.clear();
+    for (const Reply& reply : waiters) {
+        reply(kOk);
+    }
 }
 
 }  // namespace cad

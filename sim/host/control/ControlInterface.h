@@ -19,8 +19,9 @@ class ControlInterface {
 public:
     using Reply = std::function<void(const nlohmann::json&)>;
 
-    /// `wake` must bring about a call of serve() on the UI thread; it is called on any thread.
-    ControlInterface(HostApp& app, std::function<void()> wake);
+    /// `wake` must bring about a call of serve() on the UI thread; it is called on any thread. `onTypingTurn`
+    /// must bring about one call of typingTurn() by way of the message queue.
+    ControlInterface(HostApp& app, std::function<void()> wake, std::function<void()> onTypingTurn);
     ~ControlInterface();
 
     bool listen(int port, std::string& error) { return m_server.listen(port, error); }
@@ -28,8 +29,11 @@ public:
 
     /// Answers what waits. Nested loops get here too.
     void serve();
+    void typingTurn();
     /// The program's own loop has worked everything off, for now.
     void loopCameRound();
+    /// A timer's message came, and so the real input before it has been worked off.
+    void inputSettled();
 
 private:
     void handle(const std::shared_ptr<ControlRequest>& request);
@@ -37,20 +41,15 @@ private:
     void typeText(const nlohmann::json& arguments, const Reply& reply);
     void typeKey(const nlohmann::json& arguments, const Reply& reply);
     void arx(const nlohmann::json& arguments, const Reply& reply);
-    /// Answers when the input that was just made has come through the loop.
-    void replyLater(const nlohmann::json& result, const Reply& reply);
-
-    struct Delayed {
-        int turnsLeft;
-        std::function<void()> call;
-    };
+    /// Answers when the real input that was just made has come back from the system and through the loop.
+    void replyAfterInput(const Reply& reply);
 
     HostApp& m_app;
     std::function<void()> m_wake;
     ControlServer m_server;
     KeyTyper m_typer;
     std::vector<Reply> m_idleWaiters;
-    std::vector<Delayed> m_delayed;
+    std::vector<Reply> m_inputWaiters;
 };
 
 }  // namespace cad

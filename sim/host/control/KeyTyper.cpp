@@ -10,8 +10,9 @@ namespace cad {
 
 namespace {
 
-// After the last stroke its WM_CHAR is still to be posted by the loop, and then to be worked off.
-constexpr int kTurnsAfterwards = 3;
+// A key's WM_CHAR is posted by the loop behind what waits already, so it takes a second turn to see it
+// through.
+constexpr int kTurnsOfAStroke = 2;
 constexpr LPARAM kFirstPress = 0x00000001;
 constexpr LPARAM kRelease = static_cast<LPARAM>(0xC0000001);
 constexpr LPARAM kAltHeld = 0x20000000;
@@ -38,7 +39,7 @@ LPARAM pressed(bool alt) {
 }  // namespace
 
 void KeyTyper::typeText(const std::string& text, std::function<void(bool)> done) {
-    Job job{{}, std::move(done), kTurnsAfterwards};
+    Job job{{}, std::move(done), 0};
     for (const char32_t character : fromUtf8(text)) {
         if (character != '\r') {
             job.strokes.push_back(strokeOf(character));
@@ -53,27 +54,28 @@ void KeyTyper::typeKey(int virtualKey, bool shift, bool control, bool alt, std::
     stroke.shift = shift;
     stroke.control = control;
     stroke.alt = alt;
-    start({{stroke}, std::move(done), kTurnsAfterwards});
+    start({{stroke}, std::move(done), 0});
 }
 
 void KeyTyper::start(Job job) {
     m_jobs.push_back(std::move(job));
-    m_onTurn();
+    // One chain of turns serves all jobs.
+    if (m_jobs.size() == 1) {
+        m_onTurn();
+    }
 }
 
 void KeyTyper::turn() {
-    if (m_jobs.empty()) {
-        return;
-    }
     Job& job = m_jobs.front();
     bool posted = true;
-    if (!job.strokes.empty()) {
+    if (job.turnsToWait > 0) {
+        --job.turnsToWait;
+    } else if (!job.strokes.empty()) {
         posted = post(job.strokes.front());
         job.strokes.pop_front();
-    } else {
-        --job.turnsLeft;
+        job.turnsToWait = kTurnsOfAStroke - 1;
     }
-    if (!posted || job.turnsLeft == 0) {
+    if (!posted || (job.strokes.empty() && job.turnsToWait == 0)) {
         const std::function<void(bool)> done = std::move(job.done);
         m_jobs.pop_front();
         done(posted);

@@ -13,7 +13,7 @@ namespace cad {
 /// thread.
 class KeyTyper {
 public:
-    /// `onTurn` must bring about a call of turn() when the messages posted so far have been worked off.
+    /// `onTurn` must bring about one call of turn() when the messages posted so far have been worked off.
     explicit KeyTyper(std::function<void()> onTurn) : m_onTurn(std::move(onTurn)) {}
 
     /// Characters of a US keyboard come as keys, others as an input method gives them. `done` is told whether
@@ -38,7 +38,8 @@ private:
     struct Job {
         std::deque<Stroke> strokes;
         std::function<void(bool)> done;
-        int turnsLeft;
+        /// The turns to let pass before the next stroke, or before the job is done.
+        int turnsToWait;
     };
 
     void start(Job job);

@@ -12,6 +12,10 @@
 
 namespace cad::platform {
 
+/// Whether windows can be made at all; to be asked before the first one. The connection that finds it out is
+/// held until the program's end: some X servers start anew when their only client leaves.
+bool hasDisplay();
+
 /// Gives menus and captions the theme's colours, where the program may.
 void setSystemColors(const Theme& theme);
 

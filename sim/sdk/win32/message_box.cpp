@@ -272,6 +272,8 @@ void MessageBoxSession::paint() {
     const RECT bar = {0, body.bottom, m_size.cx, m_size.cy};
     FillRect(dc, &body, GetSysColorBrush(COLOR_WINDOW));
     FillRect(dc, &bar, GetSysColorBrush(COLOR_BTNFACE));
+    const RECT whole = {0, 0, m_size.cx, m_size.cy};
+    FrameRect(dc, &whole, GetSysColorBrush(COLOR_BTNSHADOW));
     cairo_t* cairo = findContext(dc)->cairo;
     if ((m_type & MB_ICONMASK) != 0) {
         const int top = (body.bottom - kIconSize) / 2;
@@ -285,6 +287,7 @@ void MessageBoxSession::paint() {
     pango_cairo_show_layout(cairo, layout);
     g_object_unref(layout);
     SetBkMode(dc, TRANSPARENT);
+    SetTextColor(dc, GetSysColor(COLOR_BTNTEXT));
     for (std::size_t i = 0; i < m_buttons.size(); ++i) {
         RECT place = m_buttons[i].place;
         const bool focused = static_cast<int>(i) == m_focused;

@@ -7,8 +7,10 @@
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <xcb/xcb.h>
 
 #include <csignal>
+#include <memory>
 #include <stdexcept>
 
 namespace {
@@ -17,9 +19,20 @@ constexpr auto kLongTime = std::chrono::seconds(40);
 constexpr auto kPollPause = std::chrono::milliseconds(20);
 const std::string kAnnouncement = "control: 127.0.0.1:";
 
+/// An X server may start anew when its last client leaves, which would shut out the next host. This process
+/// stays connected.
+void keepDisplayAwake() {
+    static const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection(
+        xcb_connect(nullptr, nullptr), &xcb_disconnect);
+    if (xcb_connection_has_error(connection.get()) != 0) {
+        throw std::runtime_error("no display; run this under xvfb-run");
+    }
+}
+
 }  // namespace
 
 HostProcess::HostProcess(const std::vector<std::string>& arguments, bool connect) {
+    keepDisplayAwake();
     std::vector<std::string> all = {ZENTRI_HOST_PROGRAM, "--control", "0"};
     all.insert(all.end(), arguments.begin(), arguments.end());
     std::vector<char*> argv;
@@ -152,7 +165,8 @@ bool HostProcess::waitForLine(const std::string& part) {
 }
 
 HostProcess::Json HostProcess::window(const std::string& kind) {
-    for (const Json& found : ask("windows")["windows"]) {
+    const Json windows = ask("windows")["windows"];
+    for (const Json& found : windows) {
         if (found["kind"] == kind) {
             return found;
         }

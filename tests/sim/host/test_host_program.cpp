@@ -59,7 +59,8 @@ TEST(HostProgram, MissingDisplayIsOneLineAndExitCode2) {
     HostProcess host({"--no-state"}, false);
     setenv("DISPLAY", kept.c_str(), 1);
     EXPECT_EQ(host.waitForExit(), 2);
-    EXPECT_EQ(std::count(host.errors().begin(), host.errors().end(), '\n'), 1) << host.errors();
+    const std::string errors = host.errors();
+    EXPECT_EQ(std::count(errors.begin(), errors.end(), '\n'), 1) << errors;
 }
 
 TEST(HostProgram, QuitTypedAtTheCommandLineEndsItWith0) {
@@ -116,8 +117,10 @@ TEST(HostProgram, LogFileGetsTheSameText) {
 
 TEST(HostProgram, ScriptPlaysAfterTheModulesAreLoaded) {
     const std::string script = tempFile("zentri_host_test.scr");
-    std::ofstream(script) << "; a circle and a module's command\nCIRCLE\n100,100\n50\n\n\x03";
-    std::ofstream(script, std::ios::app) << "\nDPRINT\nDELAY\n50\nLINE\n0,0\n10,10\n\n";
+    // The blank line repeats CIRCLE, which the next line cancels.
+    std::ofstream(script) << "; a circle and a module's command\nCIRCLE\n100,100\n50\n\n\x03"
+                             "DPRINT\n"
+                             "DELAY\n50\nLINE\n0,0\n10,10\n\n";
     HostProcess host({"--no-state", "--arx", ZENTRI_DUMMY_MODULE, "--script", script});
     ASSERT_TRUE(host.waitForLine("你好, dummy"));
     host.idle();

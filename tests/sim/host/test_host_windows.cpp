@@ -160,7 +160,7 @@ TEST_F(HostWindows, DrawnEntitiesShowAndUndoTakesThemAway) {
     const auto shown = [&] {
         return host.ask(
             "findColor",
-            {{"window", "view"}, {"color", "#E8EBF0"}, {"tolerance", 24}, {"minPixels", 60}})["clusters"];
+            {{"window", "view"}, {"color", "#E8EBF0"}, {"tolerance", 90}, {"minPixels", 60}})["clusters"];
     };
     EXPECT_TRUE(shown().empty());
     host.type("RECTANG\n50,50\n150,120\n");
