@@ -1,9 +1,13 @@
+#include <win32_control.h>
+
 #include <QApplication>
 #include <QEventLoop>
 #include <QTextEdit>
 #include <QTimer>
 #include <QWindow>
 
+#include "chat/ZR_AiChatCSThread.h"
+#include "chat/ZR_AiChatModuleState.h"
 #include "host/ZR_ZentriModule.h"
 #include "host/ZR_ZentriPalette.h"
 #include "host/ZR_ZentriPaletteSet.h"
@@ -185,6 +189,53 @@ TEST_F(Palette, TypingStartsNoHostCommand) {
     }
     EXPECT_EQ(charactersInHost, 0);
     EXPECT_TRUE(program.host().sent().empty());
+}
+
+TEST_F(Palette, TheUsersMouseAndKeyboardAskAQuestionOnce) {
+    openPanel();
+    const int before = service.requestCount();
+    const QPoint input = inputBox()->mapToGlobal(inputBox()->rect().center());
+    ASSERT_TRUE(win32PointerClick(input.x(), input.y()));
+    ASSERT_TRUE(TestProgram::pumpUntil([this] { return view()->focusWidget() == inputBox(); }));
+    EXPECT_TRUE(TestProgram::pumpUntil([] { return GetFocus() == g_zentriPalette->m_hWnd; }));
+    for (const int key : std::initializer_list<int>{'A', 'B', 'C', VK_BACK})
+        ASSERT_TRUE(win32KeyStroke(key));
+    ASSERT_TRUE(win32KeyStroke('D', true));
+    ASSERT_TRUE(typed(QStringLiteral("abD"))) << inputBox()->toPlainText().toStdString();
+
+    ASSERT_TRUE(win32KeyStroke(VK_RETURN, true));
+    ASSERT_TRUE(typed(QStringLiteral("abD\n")));
+    ASSERT_TRUE(win32KeyStroke(VK_RETURN));
+    // One session is created, one question posted.
+    ASSERT_TRUE(TestProgram::pumpUntil([&] { return service.requestCount() == before + 2; }));
+    EXPECT_TRUE(inputBox()->toPlainText().isEmpty());
+    EXPECT_TRUE(service.request(before + 1).body.contains("\"userInput\": \"abD\\n\""));
+    service.sendHead(before + 1);
+    service.close(before + 1);
+    EXPECT_TRUE(
+        TestProgram::pumpUntil([] { return !g_zentriChatThread->isRunning() && !g_zentriCommunicating; }));
+    EXPECT_EQ(service.requestCount(), before + 2);
+    EXPECT_TRUE(program.host().sent().empty());
+}
+
+TEST_F(Palette, AClickOutsideGivesTheKeysToTheHost) {
+    openPanel();
+    focusInput();
+    CRect drawing;
+    program.drawingView()->GetWindowRect(&drawing);
+    int characters = 0;
+    testApp().preTranslate = [&](MSG* message) {
+        if (message->message == WM_LBUTTONDOWN && message->hwnd == program.drawingView()->m_hWnd)
+            program.drawingView()->SetFocus();
+        characters += message->message == WM_CHAR && message->hwnd == program.drawingView()->m_hWnd ? 1 : 0;
+        return AfxGetApp()->CWinApp::PreTranslateMessage(message);
+    };
+    ASSERT_TRUE(win32PointerClick(drawing.CenterPoint().x, drawing.CenterPoint().y));
+    ASSERT_TRUE(TestProgram::pumpUntil([this] { return GetFocus() == program.drawingView()->m_hWnd; }));
+    EXPECT_NE(view()->focusWidget(), inputBox());
+    ASSERT_TRUE(win32KeyStroke('L'));
+    EXPECT_TRUE(TestProgram::pumpUntil([&characters] { return characters == 1; }));
+    EXPECT_TRUE(inputBox()->toPlainText().isEmpty());
 }
 
 TEST_F(Palette, InsideALoopOfQtsEverythingStillActsOnce) {
