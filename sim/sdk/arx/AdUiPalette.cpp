@@ -8,7 +8,9 @@ BEGIN_MESSAGE_MAP(CAdUiPalette, CWnd)
 ON_WM_LBUTTONDOWN()
 END_MESSAGE_MAP()
 
-CAdUiPalette::~CAdUiPalette() { DestroyWindow(); }
+CAdUiPalette::~CAdUiPalette() {
+    DestroyWindow();
+}
 
 BOOL CAdUiPalette::Create(DWORD style, LPCTSTR name, CAdUiPaletteSet* paletteSet, DWORD paletteStyle) {
     if (paletteSet == nullptr || paletteSet->GetSafeHwnd() == nullptr)

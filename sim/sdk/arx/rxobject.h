@@ -44,6 +44,8 @@ private:
     AcRxClass* m_parent;
 };
 
+// NOLINTBEGIN(bugprone-macro-parentheses): the arguments are names of classes.
+
 /// Declares the type members of a class derived from AcRxObject.
 #define ACRX_DECLARE_MEMBERS(CLASS_NAME)                                             \
     static AcRxClass* desc();                                                        \
@@ -64,3 +66,5 @@ private:
     AcRxClass* CLASS_NAME::isA() const {                                         \
         return CLASS_NAME::desc();                                               \
     }
+
+// NOLINTEND(bugprone-macro-parentheses)
