@@ -2,7 +2,7 @@
 
 #include <QDateTime>
 #include <QMetaObject>
-#include <QScrollBar>
+#include <QSet>
 #include <QVariant>
 
 #include "view/QNChatMessage.h"
@@ -29,6 +29,11 @@ ZR_AiChatListWidget::ZR_AiChatListWidget(QWidget* parent) : QListWidget(parent) 
     // Bubbles of a cleared list live until the event loop turns, and a late piece may still reach them.
     connect(model(), &QAbstractItemModel::modelAboutToBeReset, this, &ZR_AiChatListWidget::forgetItems);
     connect(model(), &QAbstractItemModel::rowsAboutToBeRemoved, this, &ZR_AiChatListWidget::forgetRows);
+}
+
+ZR_AiChatListWidget::~ZR_AiChatListWidget() {
+    // The model resets once more on its way out, when the viewport is gone.
+    model()->disconnect(this);
 }
 
 void ZR_AiChatListWidget::addQuestion(const QString& text) {
@@ -103,8 +108,14 @@ void ZR_AiChatListWidget::forgetItems() {
 
 void ZR_AiChatListWidget::forgetRows(const QModelIndex& parent, int first, int last) {
     Q_UNUSED(parent)
+    QSet<void*> items;
     for (int row = first; row <= last; ++row) {
-        if (QNChatMessage* bubble = bubbleOf(item(row))) {
+        items.insert(item(row));
+    }
+    // By the bubbles, since the view may have let go of the rows' widgets by now.
+    for (QNChatMessage* bubble :
+         viewport()->findChildren<QNChatMessage*>(QString(), Qt::FindDirectChildrenOnly)) {
+        if (items.contains(bubble->property(kListItemProperty).value<void*>())) {
             bubble->setProperty(kListItemProperty, QVariant());
         }
     }

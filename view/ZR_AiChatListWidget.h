@@ -16,6 +16,7 @@ class ZR_AiChatListWidget : public QListWidget {
 
 public:
     explicit ZR_AiChatListWidget(QWidget* parent = nullptr);
+    ~ZR_AiChatListWidget() override;
 
     void addQuestion(const QString& text);
     void addAnswer(const QString& text);

@@ -1,7 +1,7 @@
 #include "tests/view/support/ViewTest.h"
 
 #include <QCoreApplication>
-#include <QEvent>
+#include <QMouseEvent>
 #include <QTest>
 #include <QWidget>
 
@@ -60,6 +60,12 @@ void ViewTest::settle() {
 
 QImage grabbed(QWidget& widget) {
     return widget.grab().toImage().convertToFormat(QImage::Format_RGB32);
+}
+
+void hover(QWidget& widget) {
+    widget.setAttribute(Qt::WA_UnderMouse, true);
+    QMouseEvent move(QEvent::MouseMove, widget.rect().center(), Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&widget, &move);
 }
 
 int pixelsOf(const QImage& image, const QColor& color) {

@@ -65,6 +65,8 @@ protected:
 
 /// What the widget and its children look like.
 QImage grabbed(QWidget& widget);
+/// Lets the widget believe that the mouse is over it.
+void hover(QWidget& widget);
 /// The number of pixels that have the colour.
 int pixelsOf(const QImage& image, const QColor& color);
 /// A record with messages "question", "answer", "question", ... at the time.

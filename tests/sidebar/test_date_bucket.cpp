@@ -1,0 +1,182 @@
+#include <gtest/gtest.h>
+
+#include <QByteArray>
+#include <QString>
+#include <ctime>
+
+#include "sidebar/ChatDateBucket.h"
+#include "tests/chat/LogFile.h"
+#include "tests/view/support/QtPrinters.h"
+#include "tests/view/support/ViewTest.h"
+
+namespace {
+
+constexpr qint64 kHour = 3600;
+constexpr qint64 kDay = 86400;
+
+/// Runs in a time zone and leaves the process in its own.
+class Zone {
+public:
+    explicit Zone(const char* name) : m_former(qgetenv("TZ")), m_wasSet(qEnvironmentVariableIsSet("TZ")) {
+        qputenv("TZ", name);
+        tzset();
+    }
+    ~Zone() {
+        if (m_wasSet) {
+            qputenv("TZ", m_former);
+        } else {
+            qunsetenv("TZ");
+        }
+        tzset();
+    }
+
+private:
+    QByteArray m_former;
+    bool m_wasSet;
+};
+
+qint64 local(int year, int month, int day, int hour = 0, int minute = 0, int second = 0) {
+    std::tm parts = {};
+    parts.tm_year = year - 1900;
+    parts.tm_mon = month - 1;
+    parts.tm_mday = day;
+    parts.tm_hour = hour;
+    parts.tm_min = minute;
+    parts.tm_sec = second;
+    parts.tm_isdst = -1;
+    return std::mktime(&parts);
+}
+
+class DateBucket : public ViewTest, public testing::WithParamInterface<const char*> {
+protected:
+    DateBucket() : m_zone(GetParam()) {}
+
+    static qint64 pageTime(qint64 time, qint64 now) {
+        qint64 result = -12345;
+        EXPECT_TRUE(normalisedPageTime(time, now, result));
+        return result;
+    }
+
+    Zone m_zone;
+};
+
+using DateBucketFailure = ViewTest;
+
+/// Gives the log its place before the first test.
+class LogPlace : public testing::Environment {
+public:
+    void SetUp() override { LogFile::install(); }
+};
+
+testing::Environment* const g_logPlace = testing::AddGlobalTestEnvironment(new LogPlace);
+
+}  // namespace
+
+TEST_P(DateBucket, TodayFromMidnightToMidnight) {
+    const qint64 now = local(2024, 5, 20, 15, 30);
+    EXPECT_EQ(dateBucketLabel(now, now), QStringLiteral("今天"));
+    EXPECT_EQ(dateBucketLabel(local(2024, 5, 20), now), QStringLiteral("今天"));
+    EXPECT_EQ(dateBucketLabel(local(2024, 5, 20, 23, 59, 59), now), QStringLiteral("今天"));
+    EXPECT_EQ(dateBucketLabel(local(2024, 5, 19, 23, 59, 59), now), QStringLiteral("昨天"));
+}
+
+TEST_P(DateBucket, YesterdayThenThisMonth) {
+    const qint64 now = local(2024, 5, 20, 15, 30);
+    EXPECT_EQ(dateBucketLabel(local(2024, 5, 19), now), QStringLiteral("昨天"));
+    EXPECT_EQ(dateBucketLabel(local(2024, 5, 18, 23, 59, 59), now), QStringLiteral("本月"));
+    EXPECT_EQ(dateBucketLabel(local(2024, 5, 1), now), QStringLiteral("本月"));
+    // A day of this month that is still to come is neither today nor yesterday.
+    EXPECT_EQ(dateBucketLabel(local(2024, 5, 21), now), QStringLiteral("本月"));
+}
+
+TEST_P(DateBucket, EarlierMonthsAreNamed) {
+    const qint64 now = local(2024, 5, 20, 15, 30);
+    EXPECT_EQ(dateBucketLabel(local(2024, 4, 30, 23, 59, 59), now), QStringLiteral("2024年04月"));
+    EXPECT_EQ(dateBucketLabel(local(2023, 11, 7), now), QStringLiteral("2023年11月"));
+}
+
+TEST_P(DateBucket, SameMonthOfLastYearIsNotThisMonth) {
+    EXPECT_EQ(dateBucketLabel(local(2023, 5, 20), local(2024, 5, 20, 12)), QStringLiteral("2023年05月"));
+}
+
+TEST_P(DateBucket, OnTheFirstTheLastDayOfTheMonthBeforeIsYesterday) {
+    EXPECT_EQ(dateBucketLabel(local(2024, 4, 30, 9), local(2024, 5, 1, 10)), QStringLiteral("昨天"));
+    EXPECT_EQ(dateBucketLabel(local(2023, 12, 31, 9), local(2024, 1, 1, 10)), QStringLiteral("昨天"));
+    EXPECT_EQ(dateBucketLabel(local(2023, 12, 30, 9), local(2024, 1, 1, 10)), QStringLiteral("2023年12月"));
+    EXPECT_EQ(dateBucketLabel(local(2024, 2, 29, 9), local(2024, 3, 1, 10)), QStringLiteral("昨天"));
+}
+
+TEST_P(DateBucket, AtMidnight) {
+    const qint64 midnight = local(2024, 5, 20);
+    EXPECT_EQ(dateBucketLabel(midnight - 1, midnight), QStringLiteral("昨天"));
+    EXPECT_EQ(dateBucketLabel(midnight, midnight), QStringLiteral("今天"));
+    EXPECT_EQ(dateBucketLabel(midnight, midnight - 1), QStringLiteral("本月"));
+}
+
+TEST_P(DateBucket, PageTimeOfTodayAndYesterdayIsTheirMidnight) {
+    const qint64 now = local(2024, 5, 20, 15, 30);
+    EXPECT_EQ(pageTime(local(2024, 5, 20, 13, 14, 15), now), local(2024, 5, 20));
+    EXPECT_EQ(pageTime(local(2024, 5, 19, 23, 59, 59), now), local(2024, 5, 19));
+}
+
+TEST_P(DateBucket, PageTimeOfAMonthIsTheDayBeforeItsFirstAsIntended) {
+    const qint64 now = local(2024, 6, 20, 15, 30);
+    EXPECT_EQ(pageTime(local(2024, 6, 7, 1, 2, 3), now), local(2024, 5, 31));
+    EXPECT_EQ(pageTime(local(2024, 6, 18, 22), now), local(2024, 5, 31));
+    EXPECT_EQ(pageTime(local(2024, 1, 1), now), local(2023, 12, 31));
+    EXPECT_EQ(pageTime(local(2023, 8, 31, 23, 59, 59), now), local(2023, 7, 31));
+}
+
+INSTANTIATE_TEST_SUITE_P(Zones, DateBucket,
+                         testing::Values("UTC0", "Asia/Shanghai", "America/New_York", "Pacific/Auckland",
+                                         "Asia/Kolkata"));
+
+TEST(DateBucketZones, YesterdayIsADayOfSecondsAgoAlsoWhenClocksChange) {
+    // Clocks go forward on 2024-03-10 and back on 2024-11-03: a day of seconds is then not a day of the
+    // calendar.
+    const Zone zone("America/New_York");
+    const qint64 afterSpring = local(2024, 3, 11, 0, 30);
+    EXPECT_EQ(dateBucketLabel(local(2024, 3, 10, 12), afterSpring), QStringLiteral("本月"));
+    EXPECT_EQ(dateBucketLabel(local(2024, 3, 9, 23, 45), afterSpring), QStringLiteral("昨天"));
+    const qint64 afterAutumn = local(2024, 11, 3, 23, 30);
+    EXPECT_EQ(dateBucketLabel(local(2024, 11, 2, 12), afterAutumn), QStringLiteral("本月"));
+    EXPECT_EQ(dateBucketLabel(local(2024, 11, 3, 0, 10), afterAutumn), QStringLiteral("今天"));
+}
+
+TEST(DateBucketZones, EpochIsAMonthPageWhosePageTimeIsNegative) {
+    for (const char* name : {"UTC0", "Asia/Shanghai", "America/New_York"}) {
+        const Zone zone(name);
+        const qint64 now = local(2024, 5, 20, 12);
+        const bool west = local(1970, 1, 1) > 0;
+        EXPECT_EQ(dateBucketLabel(0, now), west ? QStringLiteral("1969年12月") : QStringLiteral("1970年01月"))
+            << name;
+        qint64 time = 0;
+        EXPECT_TRUE(normalisedPageTime(0, now, time));
+        EXPECT_LT(time, -1) << name;
+    }
+}
+
+TEST_F(DateBucketFailure, TimeThatCannotBeConvertedGetsItsOwnHeadingAndALogLine) {
+    for (const qint64 time : {qint64{-1}, qint64{1} << 60U, qint64{32535216000}}) {
+        EXPECT_EQ(dateBucketLabel(time, 1700000000), QStringLiteral("日期无法识别")) << time;
+        EXPECT_EQ(
+            LogFile::messages().value(LogFile::messages().size() - 1),
+            QStringLiteral("历史对话日期转换时捕获到错误:invalid argument,输入的时间值为:%1").arg(time));
+    }
+    EXPECT_EQ(dateBucketLabel(32535215999, 1700000000).left(2), QStringLiteral("30"));
+}
+
+TEST_F(DateBucketFailure, PageTimeThatCannotBeConvertedStaysAsItWas) {
+    qint64 time = 4711;
+    EXPECT_FALSE(normalisedPageTime(-1, 1700000000, time));
+    EXPECT_EQ(time, 4711);
+    EXPECT_EQ(LogFile::messages().value(LogFile::messages().size() - 1),
+              QStringLiteral("设置页码历史时间时捕获到错误:invalid argument,输入的时间值为:-1"));
+}
+
+TEST_F(DateBucketFailure, ClockThatCannotBeConvertedIsAFailureToo) {
+    EXPECT_EQ(dateBucketLabel(1700000000, -5), QStringLiteral("日期无法识别"));
+    // Yesterday of the first day of the epoch lies before it.
+    EXPECT_EQ(dateBucketLabel(kHour, kHour), QStringLiteral("日期无法识别"));
+    EXPECT_NE(dateBucketLabel(kHour, kDay + kHour), QStringLiteral("日期无法识别"));
+}

@@ -1,0 +1,288 @@
+#include <gtest/gtest.h>
+
+#include <QDateTime>
+#include <QLabel>
+#include <QListWidget>
+#include <QPointer>
+#include <QScrollArea>
+#include <QSignalSpy>
+#include <QVBoxLayout>
+
+#include "sidebar/ZR_AiChatChatBoxPage.h"
+#include "sidebar/ZR_AiChatChatBoxPageContentLabel.h"
+#include "sidebar/ZR_AiChatHistoricalChatBox.h"
+#include "tests/view/support/QtPrinters.h"
+#include "tests/view/support/ServiceTest.h"
+#include "view/theme/ZR_ZentriThemeStyle.h"
+
+namespace {
+
+constexpr qint64 kDay = 86400;
+
+qint64 at(int year, int month, int day, int hour = 12) {
+    return QDateTime(QDate(year, month, day), QTime(hour, 0)).toSecsSinceEpoch();
+}
+
+class HistoryBoxTest : public ServiceTest {
+protected:
+    HistoryBoxTest() {
+        m_box.setClock([this] { return m_now; });
+        m_box.resize(300, 600);
+        m_box.show();
+    }
+
+    struct Session {
+        const char* id;
+        qint64 time;
+    };
+
+    void load(const std::vector<Session>& sessions) {
+        ZR_AiChatSessionList list;
+        for (const Session& session : sessions) {
+            const QString id = QString::fromUtf8(session.id);
+            list.Add(makeRecord(id, {QStringLiteral("title ") + id}, session.time));
+        }
+        m_box.loadSessions(list);
+    }
+
+    QScrollArea* area() const { return m_box.findChild<QScrollArea*>(QStringLiteral("scrollArea")); }
+    QLayout* pageLayout() const { return area()->widget()->layout(); }
+    QList<ZR_AiChatChatBoxPage*> pages() const {
+        QList<ZR_AiChatChatBoxPage*> pages;
+        for (int i = 0; i < pageLayout()->count(); ++i) {
+            pages.append(qobject_cast<ZR_AiChatChatBoxPage*>(pageLayout()->itemAt(i)->widget()));
+        }
+        return pages;
+    }
+    /// "heading: id id" of every page, top to bottom.
+    QStringList shown() const {
+        QStringList result;
+        for (const ZR_AiChatChatBoxPage* page : pages()) {
+            QString line = page->labelText() + QLatin1Char(':');
+            const auto* list = page->findChild<QListWidget*>();
+            for (int row = 0; row < list->count(); ++row) {
+                const auto* entry =
+                    qobject_cast<ZR_AiChatChatBoxPageContentLabel*>(list->itemWidget(list->item(row)));
+                line += QLatin1Char(' ') + toQStringOf(*entry);
+            }
+            result.append(line);
+        }
+        return result;
+    }
+    static QString toQStringOf(const ZR_AiChatChatBoxPageContentLabel& entry) {
+        return QString::fromUtf16(reinterpret_cast<const ushort*>(entry.sessionId().GetString()));
+    }
+
+    qint64 m_now = at(2024, 5, 20);
+    FakePalette m_palette;
+    ZR_AiChatHistoricalChatBox m_box;
+};
+
+}  // namespace
+
+TEST_F(HistoryBoxTest, FormHasTheNamesAndSettings) {
+    EXPECT_EQ(m_box.objectName(), QStringLiteral("ZR_AiChatHistoricalChatBoxClass"));
+    EXPECT_EQ(m_box.layout()->objectName(), QStringLiteral("verticalLayout"));
+    EXPECT_EQ(m_box.layout()->contentsMargins(), QMargins(0, 0, 0, 0));
+    EXPECT_TRUE(area()->widgetResizable());
+    EXPECT_EQ(area()->horizontalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
+    const auto* layout = qobject_cast<QVBoxLayout*>(pageLayout());
+    ASSERT_NE(layout, nullptr);
+    EXPECT_EQ(layout->spacing(), 2);
+    EXPECT_EQ(layout->contentsMargins(), QMargins(0, 0, 0, 0));
+    EXPECT_EQ(layout->alignment(), Qt::AlignTop);
+}
+
+TEST_F(HistoryBoxTest, EmptyListLeavesTheBoxEmpty) {
+    load({});
+    EXPECT_TRUE(pages().isEmpty());
+    load({{"a", m_now}});
+    load({});
+    EXPECT_TRUE(pages().isEmpty());
+}
+
+TEST_F(HistoryBoxTest, SessionsOfTodayShareAPageInListOrder) {
+    load({{"a", m_now - 100}, {"b", m_now}, {"c", m_now - 50}});
+    EXPECT_EQ(shown(), QStringList({QStringLiteral("今天: a b c")}));
+}
+
+TEST_F(HistoryBoxTest, PagesRunFromTodayBackThroughTheMonths) {
+    load({{"old", at(2023, 5, 3)},
+          {"month", at(2024, 5, 2)},
+          {"april", at(2024, 4, 30)},
+          {"today", m_now},
+          {"old2", at(2023, 5, 30)},
+          {"yesterday", m_now - kDay},
+          {"december", at(2023, 12, 31)}});
+    EXPECT_EQ(shown(),
+              QStringList({QStringLiteral("今天: today"), QStringLiteral("昨天: yesterday"),
+                           QStringLiteral("本月: month"), QStringLiteral("2024年04月: april"),
+                           QStringLiteral("2023年12月: december"), QStringLiteral("2023年05月: old old2")}));
+}
+
+TEST_F(HistoryBoxTest, OnTheFirstYesterdayIsNoMonthPage) {
+    m_now = at(2024, 5, 1);
+    load({{"y", at(2024, 4, 30)}, {"april", at(2024, 4, 29)}});
+    EXPECT_EQ(shown(), QStringList({QStringLiteral("昨天: y"), QStringLiteral("2024年04月: april")}));
+}
+
+TEST_F(HistoryBoxTest, OfEqualPageTimesTheLaterHeadingComesFirst) {
+    // On the 1st, yesterday begins exactly when this month's page does: both stand at the same midnight.
+    m_now = at(2024, 6, 1);
+    load({{"y", at(2024, 5, 31)}, {"m", at(2024, 6, 12)}});
+    const QList<ZR_AiChatChatBoxPage*> found = pages();
+    ASSERT_EQ(found.size(), 2);
+    ASSERT_EQ(found[0]->pageTime(), found[1]->pageTime());
+    ASSERT_GT(QStringLiteral("本月"), QStringLiteral("昨天"));
+    EXPECT_EQ(shown(), QStringList({QStringLiteral("本月: m"), QStringLiteral("昨天: y")}));
+}
+
+TEST_F(HistoryBoxTest, SessionsLatestMessageCounts) {
+    ZR_AiChatSessionList list;
+    ZR_AiChatSingleChatRecord record;
+    record.SetSessionId(_T("a"));
+    record.AddUnit(0, _T("Q"), at(2023, 1, 5));
+    record.AddUnit(1, _T("A"), m_now);
+    record.AddUnit(0, _T("Q2"), at(2023, 2, 5));
+    list.Add(record);
+    m_box.loadSessions(list);
+    EXPECT_EQ(shown(), QStringList({QStringLiteral("今天: a")}));
+}
+
+TEST_F(HistoryBoxTest, SessionWithoutMessagesIsNeverShown) {
+    ZR_AiChatSessionList list;
+    ZR_AiChatSingleChatRecord record;
+    record.SetSessionId(_T("empty"));
+    list.Add(record);
+    list.Add(makeRecord(QStringLiteral("a"), {QStringLiteral("Q")}, m_now));
+    m_box.loadSessions(list);
+    EXPECT_EQ(shown(), QStringList({QStringLiteral("今天: a")}));
+    for (const ZR_AiChatChatBoxPage* page : m_box.findChildren<ZR_AiChatChatBoxPage*>()) {
+        EXPECT_EQ(page->isVisible(), page->labelText() == QStringLiteral("今天"));
+    }
+    // Nor does it come up with the box.
+    m_box.hide();
+    m_box.show();
+    for (const ZR_AiChatChatBoxPage* page : m_box.findChildren<ZR_AiChatChatBoxPage*>()) {
+        EXPECT_EQ(page->isVisible(), page->labelText() == QStringLiteral("今天"));
+    }
+}
+
+TEST_F(HistoryBoxTest, UnrecognisableTimesShareAPageAfterAllOthers) {
+    load({{"bad", qint64{1} << 60U}, {"a", m_now}, {"worse", -5}, {"old", at(1971, 3, 5)}});
+    EXPECT_EQ(shown(), QStringList({QStringLiteral("今天: a"), QStringLiteral("1971年03月: old"),
+                                    QStringLiteral("日期无法识别: bad worse")}));
+}
+
+TEST_F(HistoryBoxTest, PagesAreFittedWhenTheyArePlaced) {
+    load({{"a", m_now}, {"b", m_now}});
+    const auto* list = pages()[0]->findChild<QListWidget*>();
+    EXPECT_EQ(list->minimumHeight(), 2 * list->sizeHintForRow(0) + 18);
+    EXPECT_TRUE(pages()[0]->isVisible());
+}
+
+TEST_F(HistoryBoxTest, ReloadDetachesTheFormerPagesButKeepsThemAlive) {
+    load({{"a", m_now}});
+    const QPointer<ZR_AiChatChatBoxPage> former = pages()[0];
+    load({{"b", m_now}});
+    settle();
+    ASSERT_FALSE(former.isNull());
+    EXPECT_EQ(former->parent(), nullptr);
+    EXPECT_FALSE(former->isVisible());
+    EXPECT_EQ(shown(), QStringList({QStringLiteral("今天: b")}));
+}
+
+TEST_F(HistoryBoxTest, FormerPagesEndWithTheBox) {
+    QPointer<ZR_AiChatChatBoxPage> former;
+    {
+        ZR_AiChatHistoricalChatBox box;
+        ZR_AiChatSessionList list;
+        list.Add(makeRecord(QStringLiteral("a"), {QStringLiteral("Q")}, m_now));
+        box.loadSessions(list);
+        former = box.findChild<ZR_AiChatChatBoxPage*>();
+        box.loadSessions(list);
+        ASSERT_FALSE(former.isNull());
+    }
+    EXPECT_TRUE(former.isNull());
+}
+
+TEST_F(HistoryBoxTest, PageOrderDoesNotChangeUntilTheNextLoad) {
+    load({{"a", m_now}});
+    m_now += kDay;
+    m_box.adjustPages();
+    EXPECT_EQ(shown(), QStringList({QStringLiteral("今天: a")}));
+    load({{"a", m_now - kDay}});
+    EXPECT_EQ(shown(), QStringList({QStringLiteral("昨天: a")}));
+}
+
+TEST_F(HistoryBoxTest, ClickIsPassedOn) {
+    load({{"a", m_now}, {"old", at(2023, 5, 3)}});
+    const QSignalSpy clicked(&m_box, &ZR_AiChatHistoricalChatBox::historicalChat_Clicked);
+    emit pages()[1]->chatLabel_Clicked(QStringLiteral("old"));
+    ASSERT_EQ(clicked.count(), 1);
+    EXPECT_EQ(clicked.at(0).at(0).toString(), QStringLiteral("old"));
+}
+
+TEST_F(HistoryBoxTest, PageLabelOfTheFirstPageThatListsTheSession) {
+    load({{"a", m_now}, {"old", at(2023, 5, 3)}, {"a", at(2023, 5, 3)}});
+    EXPECT_EQ(m_box.pageLabelOf(QStringLiteral("a")), QStringLiteral("今天"));
+    EXPECT_EQ(m_box.pageLabelOf(QStringLiteral("old")), QStringLiteral("2023年05月"));
+    EXPECT_EQ(m_box.pageLabelOf(QStringLiteral("nobody")), QString());
+}
+
+TEST_F(HistoryBoxTest, SpacersAreSkipped) {
+    load({{"a", m_now}});
+    qobject_cast<QVBoxLayout*>(pageLayout())->insertSpacing(0, 10);
+    m_box.adjustPages();
+    m_box.showAllEntries();
+    m_box.applyFilter(QStringLiteral("x"));
+    EXPECT_EQ(m_box.pageLabelOf(QStringLiteral("a")), QStringLiteral("今天"));
+    load({});
+    EXPECT_EQ(pageLayout()->count(), 0);
+}
+
+TEST_F(HistoryBoxTest, FilterGoesToEveryPageAndAllComeBack) {
+    loadHistory({{QStringLiteral("a"), {QStringLiteral("圆")}, m_now},
+                 {QStringLiteral("b"), {QStringLiteral("线")}, at(2023, 5, 3)}});
+    load({{"a", m_now}, {"b", at(2023, 5, 3)}});
+    m_box.applyFilter(QStringLiteral("线"));
+    EXPECT_FALSE(pages()[0]->isVisible());
+    EXPECT_TRUE(pages()[1]->isVisible());
+    m_box.showAllEntries();
+    EXPECT_TRUE(pages()[0]->isVisible());
+    EXPECT_TRUE(pages()[1]->isVisible());
+}
+
+TEST_F(HistoryBoxTest, RebuiltPagesTakeTheBoxesThemeAtOnce) {
+    applyThemeProperty(&m_box, kColorThemeProperty, 0);
+    load({{"a", m_now}});
+    const auto* heading = pages()[0]->findChild<QLabel*>(QStringLiteral("label_PageFilterDate"));
+    EXPECT_EQ(heading->property("ZR_ColorTheme").toInt(), 0);
+    EXPECT_EQ(heading->palette().color(QPalette::WindowText), QColor(Qt::white));
+    for (const QObject* child : m_box.findChildren<QObject*>()) {
+        EXPECT_EQ(child->property("ZR_ColorTheme").toInt(), 0) << child->objectName().toStdString();
+    }
+}
+
+TEST_F(HistoryBoxTest, SelectionIsOnOnePageOnly) {
+    load({{"a", m_now}, {"b", at(2023, 5, 3)}});
+    pages()[0]->selectSession(QStringLiteral("a"));
+    m_box.selectSession(QStringLiteral("b"));
+    EXPECT_TRUE(pages()[0]->findChild<QListWidget*>()->selectedItems().isEmpty());
+    EXPECT_EQ(pages()[1]->findChild<QListWidget*>()->selectedItems().size(), 1);
+}
+
+TEST_F(HistoryBoxTest, BackgroundIsSeeThrough) {
+    load({{"a", m_now}});
+    QWidget behind;
+    behind.setStyleSheet(QStringLiteral("#behind{background:#ff00ff}"));
+    behind.setObjectName(QStringLiteral("behind"));
+    behind.resize(300, 600);
+    m_box.setParent(&behind);
+    m_box.show();
+    behind.show();
+    settle();
+    EXPECT_EQ(grabbed(behind).pixelColor(150, 590), QColor("#ff00ff"));
+    EXPECT_EQ(grabbed(behind).pixelColor(295, 10), QColor("#ff00ff"));
+    m_box.setParent(nullptr);
+}

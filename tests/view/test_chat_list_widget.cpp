@@ -1,0 +1,217 @@
+#include <gtest/gtest.h>
+
+#include <QDateTime>
+#include <QPointer>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QVBoxLayout>
+
+#include "tests/view/support/QtPrinters.h"
+#include "tests/view/support/ViewTest.h"
+#include "view/QNChatMessage.h"
+#include "view/ZR_AiChatListWidget.h"
+#include "view/theme/ZR_ZentriThemeStyle.h"
+
+namespace {
+
+/// Tells how many receivers the theme signal has.
+class CountingList : public ZR_AiChatListWidget {
+public:
+    using ZR_AiChatListWidget::ZR_AiChatListWidget;
+    int themeConnections() const { return receivers(SIGNAL(ZR_ListWidget_ColorThemeChanged(int))); }
+};
+
+class ChatListTest : public ViewTest {
+protected:
+    ChatListTest() {
+        m_list.resize(500, 400);
+        m_list.show();
+    }
+
+    QNChatMessage* bubble(int row) const {
+        return qobject_cast<QNChatMessage*>(m_list.itemWidget(m_list.item(row)));
+    }
+
+    void* rowOf(const QNChatMessage* message) const {
+        return message->property("ZR_LISTITEM_PTR").value<void*>();
+    }
+
+    CountingList m_list;
+};
+
+}  // namespace
+
+TEST_F(ChatListTest, ConstructionSettings) {
+    const ZR_AiChatListWidget list;
+    EXPECT_EQ(list.objectName(), QStringLiteral("ZR_AiChatListWidgetClass"));
+    EXPECT_EQ(list.size(), QSize(600, 400));
+    EXPECT_EQ(list.windowTitle(), QStringLiteral("ZR_AiChatListWidget"));
+    EXPECT_EQ(list.horizontalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
+    EXPECT_EQ(list.verticalScrollMode(), QAbstractItemView::ScrollPerPixel);
+}
+
+TEST_F(ChatListTest, QuestionIsARowOfKindOne) {
+    const qint64 before = QDateTime::currentSecsSinceEpoch();
+    m_list.addQuestion(QStringLiteral("怎样画圆"));
+    const qint64 after = QDateTime::currentSecsSinceEpoch();
+    ASSERT_EQ(m_list.count(), 1);
+    EXPECT_EQ(bubble(0)->userType(), 1);
+    EXPECT_EQ(bubble(0)->msgText(), QStringLiteral("怎样画圆"));
+    EXPECT_GE(bubble(0)->timeText().toLongLong(), before);
+    EXPECT_LE(bubble(0)->timeText().toLongLong(), after);
+}
+
+TEST_F(ChatListTest, AnswerIsACompleteRowOfKindTwo) {
+    m_list.addAnswer(QStringLiteral("好"));
+    EXPECT_EQ(bubble(0)->userType(), 2);
+    EXPECT_FALSE(bubble(0)->isAnswerLoading());
+}
+
+TEST_F(ChatListTest, RowSetupMeasuresForTheListsWidth) {
+    m_list.addQuestion(QString(60, QChar(u'图')) + QLatin1Char('\n'));
+    EXPECT_EQ(bubble(0)->width(), 500);
+    EXPECT_EQ(bubble(0)->minimumWidth(), 500);
+    EXPECT_EQ(bubble(0)->maximumWidth(), 500);
+    EXPECT_EQ(bubble(0)->rects().textWidth, 500 - 174);
+    EXPECT_EQ(m_list.item(0)->sizeHint(), bubble(0)->allSize());
+    EXPECT_EQ(rowOf(bubble(0)), m_list.item(0));
+}
+
+TEST_F(ChatListTest, BubbleTakesTheListsOwnTheme) {
+    m_list.setProperty("ZR_ColorTheme", 1);
+    m_list.addQuestion(QStringLiteral("light"));
+    EXPECT_EQ(bubble(0)->textColor(), QColor(51, 51, 51));
+    m_list.setProperty("ZR_ColorTheme", 0);
+    m_list.addAnswer(QStringLiteral("dark"));
+    EXPECT_EQ(bubble(1)->textColor(), QColor(229, 246, 254));
+}
+
+TEST_F(ChatListTest, LoadingAnswersFirstSizeHintIsThatOfTheEmptyText) {
+    QNChatMessage* answer = m_list.addLoadingAnswer();
+    ASSERT_EQ(m_list.count(), 1);
+    EXPECT_EQ(bubble(0), answer);
+    EXPECT_TRUE(answer->isAnswerLoading());
+    EXPECT_EQ(answer->userType(), 2);
+    EXPECT_EQ(m_list.item(0)->sizeHint(), QSize(174, 3 * answer->rects().lineHeight + 40));
+    EXPECT_EQ(answer->rects().textWidth, 500 - 174);
+}
+
+TEST_F(ChatListTest, ThemeChangeReachesEveryBubble) {
+    m_list.addQuestion(QStringLiteral("a"));
+    m_list.addAnswer(QStringLiteral("b"));
+    m_list.addLoadingAnswer();
+    emit m_list.ZR_ListWidget_ColorThemeChanged(0);
+    for (int row = 0; row < 3; ++row) {
+        EXPECT_EQ(bubble(row)->linkColor(), QColor(128, 186, 245)) << row;
+    }
+}
+
+TEST_F(ChatListTest, MeasuringAgainLeavesExactlyOneThemeConnection) {
+    m_list.addQuestion(QStringLiteral("a"));
+    m_list.addAnswer(QStringLiteral("b"));
+    EXPECT_EQ(m_list.themeConnections(), 2);
+    for (int i = 0; i < 5; ++i) {
+        m_list.refreshLastItem();
+        m_list.relayoutAll();
+        m_list.onStreamProcess(false);
+    }
+    EXPECT_EQ(m_list.themeConnections(), 2);
+}
+
+TEST_F(ChatListTest, RefreshOfAnEmptyListDoesNothing) {
+    m_list.refreshLastItem();
+    m_list.relayoutAll();
+    m_list.onStreamProcess(false);
+    EXPECT_EQ(m_list.count(), 0);
+}
+
+TEST_F(ChatListTest, RefreshTouchesTheLastRowOnly) {
+    m_list.addQuestion(QString(60, QChar(u'图')) + QLatin1Char('\n'));
+    m_list.addAnswer(QString(60, QChar(u'图')) + QLatin1Char('\n'));
+    const QString time = bubble(1)->timeText();
+    m_list.resize(320, 400);
+    m_list.refreshLastItem();
+    EXPECT_EQ(bubble(0)->width(), 500);
+    EXPECT_EQ(bubble(1)->width(), 320);
+    EXPECT_EQ(m_list.item(1)->sizeHint(), bubble(1)->allSize());
+    EXPECT_EQ(bubble(1)->timeText(), time);
+    EXPECT_EQ(bubble(1)->userType(), 2);
+}
+
+TEST_F(ChatListTest, ResizeAloneWrapsNothingAnew) {
+    m_list.addQuestion(QString(60, QChar(u'图')) + QLatin1Char('\n'));
+    const QSize before = m_list.item(0)->sizeHint();
+    m_list.resize(320, 400);
+    settle();
+    EXPECT_EQ(bubble(0)->width(), 500);
+    EXPECT_EQ(m_list.item(0)->sizeHint(), before);
+    m_list.relayoutAll();
+    EXPECT_EQ(bubble(0)->width(), 320);
+    EXPECT_GT(m_list.item(0)->sizeHint().height(), before.height());
+}
+
+TEST_F(ChatListTest, RelayoutKeepsTextTimeAndKindOfEveryRow) {
+    m_list.addQuestion(QStringLiteral("a"));
+    m_list.addAnswer(QStringLiteral("b"));
+    m_list.relayoutAll();
+    EXPECT_EQ(bubble(0)->msgText(), QStringLiteral("a"));
+    EXPECT_EQ(bubble(0)->userType(), 1);
+    EXPECT_EQ(bubble(1)->msgText(), QStringLiteral("b"));
+    EXPECT_EQ(bubble(1)->userType(), 2);
+    EXPECT_EQ(rowOf(bubble(1)), m_list.item(1));
+}
+
+TEST_F(ChatListTest, StreamedPieceGrowsTheRowAndScrollsToIt) {
+    for (int i = 0; i < 6; ++i) {
+        m_list.addQuestion(QStringLiteral("filler"));
+    }
+    QNChatMessage* answer = m_list.addLoadingAnswer();
+    settle();
+    m_list.verticalScrollBar()->setValue(0);
+    answer->appendAnswerText(QStringLiteral("1\n2\n3\n4\n5\n6"));
+    m_list.onStreamProcess(false);
+    EXPECT_EQ(m_list.item(6)->sizeHint(), answer->allSize());
+    EXPECT_EQ(m_list.verticalScrollBar()->value(), m_list.verticalScrollBar()->maximum());
+    EXPECT_TRUE(answer->isAnswerLoading());
+}
+
+TEST_F(ChatListTest, TrueStreamFlagDoesNothing) {
+    QNChatMessage* answer = m_list.addLoadingAnswer();
+    const QSize before = m_list.item(0)->sizeHint();
+    answer->appendAnswerText(QStringLiteral("1\n2\n3"));
+    m_list.onStreamProcess(true);
+    EXPECT_EQ(m_list.item(0)->sizeHint(), before);
+}
+
+TEST_F(ChatListTest, ClearTakesTheBubblesAlongAndLatePiecesDoNoHarm) {
+    QPointer<QNChatMessage> answer = m_list.addLoadingAnswer();
+    m_list.clear();
+    EXPECT_EQ(m_list.count(), 0);
+    ASSERT_FALSE(answer.isNull());
+    // Deleted with the next turn of the loop; until then it must not write to the row that is gone.
+    EXPECT_EQ(rowOf(answer), nullptr);
+    answer->appendAnswerText(QStringLiteral("late"));
+    answer->startAnswerLoading();
+    answer->stopAnswerLoading();
+    settle();
+    EXPECT_TRUE(answer.isNull());
+    EXPECT_EQ(m_list.themeConnections(), 0);
+}
+
+TEST_F(ChatListTest, RemovedRowIsForgottenByItsBubble) {
+    m_list.addQuestion(QStringLiteral("a"));
+    const QPointer<QNChatMessage> answer = m_list.addLoadingAnswer();
+    delete m_list.takeItem(1);
+    ASSERT_FALSE(answer.isNull());
+    EXPECT_EQ(rowOf(answer), nullptr);
+    answer->startAnswerLoading();
+    EXPECT_EQ(m_list.count(), 1);
+}
+
+TEST_F(ChatListTest, CompleteAnswersBubbleIsBornBesideTheList) {
+    // It ends in the list's viewport as every row does; its first parent is the list's parent.
+    QWidget panel;
+    auto* list = new ZR_AiChatListWidget(&panel);
+    list->addAnswer(QStringLiteral("x"));
+    EXPECT_EQ(list->itemWidget(list->item(0))->parentWidget(), list->viewport());
+}

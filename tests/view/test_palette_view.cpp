@@ -1,0 +1,700 @@
+#include <gtest/gtest.h>
+
+#include <QClipboard>
+#include <QGraphicsOpacityEffect>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPropertyAnimation>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTextEdit>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+#include "chat/ZR_AiChatManager.h"
+#include "chat/ZR_AiChatModuleState.h"
+#include "host/core/ZR_ZentriText.h"
+#include "sidebar/ZR_AiChatSideBar.h"
+#include "tests/view/support/QtPrinters.h"
+#include "tests/view/support/ServiceTest.h"
+#include "view/QNChatMessage.h"
+#include "view/ZR_AiChatListWidget.h"
+#include "view/ZR_ZentriPaletteView.h"
+
+namespace {
+
+class PaletteViewTest : public ServiceTest {
+protected:
+    PaletteViewTest() {
+        m_palette.view = &m_view;
+        m_view.resize(627, 673);
+        m_view.show();
+        settle();
+    }
+
+    template <typename Widget>
+    Widget* named(const char* name) const {
+        auto* widget = m_view.findChild<Widget*>(QString::fromLatin1(name));
+        EXPECT_NE(widget, nullptr) << name;
+        return widget;
+    }
+
+    QTextEdit* input() const { return named<QTextEdit>("textEdit_userInput"); }
+    QTextEdit* search() const { return named<QTextEdit>("textEdit_SearchText"); }
+    QLabel* title() const { return named<QLabel>("label_ChatTitle"); }
+    ZR_AiChatListWidget* list() const { return named<ZR_AiChatListWidget>("listWidget_ChatView"); }
+    ZR_AiChatSideBar* sideBar() const { return named<ZR_AiChatSideBar>("widget_SideBar"); }
+    bool shown(const char* name) const { return !named<QWidget>(name)->isHidden(); }
+
+    QNChatMessage* bubble(int row) const {
+        return qobject_cast<QNChatMessage*>(list()->itemWidget(list()->item(row)));
+    }
+    QStringList texts() const {
+        QStringList texts;
+        for (int row = 0; row < list()->count(); ++row) {
+            texts.append(QString::number(bubble(row)->userType()) + QLatin1Char(':') +
+                         bubble(row)->msgText());
+        }
+        return texts;
+    }
+
+    QPropertyAnimation* animation(const char* property) const {
+        for (QPropertyAnimation* found : m_view.findChildren<QPropertyAnimation*>()) {
+            if (found->propertyName() == property) {
+                return found;
+            }
+        }
+        ADD_FAILURE() << property;
+        return nullptr;
+    }
+    void finishAnimations() const {
+        for (QPropertyAnimation* found : m_view.findChildren<QPropertyAnimation*>()) {
+            found->setCurrentTime(found->duration());
+        }
+    }
+
+    void sendQuestion(const QString& question) {
+        input()->setPlainText(question);
+        m_view.toolBtnSend_clicked(false);
+    }
+
+    ZR_ZentriPaletteView m_view;
+    FakePalette m_palette;
+};
+
+bool sendKey(QObject* receiver, QEvent::Type type, int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier,
+             const QString& text = QString()) {
+    QKeyEvent event(type, key, modifiers, text);
+    return QCoreApplication::sendEvent(receiver, &event);
+}
+
+}  // namespace
+
+TEST_F(PaletteViewTest, FormHasTheNamesAndSettings) {
+    EXPECT_EQ(m_view.objectName(), QStringLiteral("ZR_ZentriPaletteViewClass"));
+    EXPECT_EQ(ZR_ZentriPaletteView().size(), QSize(627, 673));
+    EXPECT_EQ(m_view.windowTitle(), QStringLiteral("ZR_ZentriPaletteView"));
+    const auto* outer = qobject_cast<QHBoxLayout*>(m_view.layout());
+    EXPECT_EQ(outer->objectName(), QStringLiteral("horizontalLayout_3"));
+    EXPECT_EQ(outer->spacing(), 0);
+    EXPECT_EQ(outer->contentsMargins(), QMargins(6, 11, 11, 11));
+    EXPECT_EQ(outer->sizeConstraint(), QLayout::SetDefaultConstraint);
+    ASSERT_EQ(outer->itemAt(2)->layout()->objectName(), QStringLiteral("verticalLayout_2"));
+    const auto* main = qobject_cast<QVBoxLayout*>(outer->itemAt(2)->layout());
+    EXPECT_EQ(main->spacing(), 6);
+    EXPECT_EQ(main->stretch(0), 1);
+    EXPECT_EQ(main->stretch(1), 20);
+    EXPECT_EQ(main->stretch(2), 6);
+    const auto* frame = named<QFrame>("frame_Input");
+    EXPECT_EQ(frame->frameShape(), QFrame::NoFrame);
+    const auto* inputColumn = qobject_cast<QVBoxLayout*>(frame->layout());
+    EXPECT_EQ(inputColumn->objectName(), QStringLiteral("verticalLayout"));
+    EXPECT_EQ(inputColumn->contentsMargins(), QMargins(1, 1, 1, 1));
+    EXPECT_EQ(inputColumn->stretch(0), 6);
+    EXPECT_EQ(inputColumn->stretch(1), 1);
+    EXPECT_EQ(outer->itemAt(0)->widget(), sideBar());
+    EXPECT_EQ(sideBar()->sizePolicy().horizontalPolicy(), QSizePolicy::Minimum);
+    EXPECT_EQ(sideBar()->sizePolicy().verticalPolicy(), QSizePolicy::Minimum);
+    EXPECT_EQ(sideBar()->minimumSize(), QSize(0, 0));
+    for (const char* line : {"line", "line_2"}) {
+        EXPECT_EQ(named<QFrame>(line)->frameShape(), QFrame::VLine);
+        EXPECT_EQ(named<QFrame>(line)->frameShadow(), QFrame::Sunken);
+    }
+    EXPECT_EQ(list()->editTriggers(), QAbstractItemView::NoEditTriggers);
+    EXPECT_EQ(list()->selectionMode(), QAbstractItemView::NoSelection);
+    EXPECT_EQ(list()->selectionBehavior(), QAbstractItemView::SelectItems);
+    EXPECT_EQ(list()->horizontalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
+}
+
+TEST_F(PaletteViewTest, ButtonsAndTexts) {
+    EXPECT_EQ(named<QPushButton>("pushButton_NewChat")->text(), QStringLiteral("+ 新对话"));
+    EXPECT_EQ(named<QPushButton>("pushButton_NewChat")->focusPolicy(), Qt::NoFocus);
+    EXPECT_EQ(named<QToolButton>("toolButton_HistoricalChat")->focusPolicy(), Qt::NoFocus);
+    EXPECT_EQ(named<QToolButton>("toolButton_HistoricalChat")->toolTip(), QStringLiteral("展开侧边栏"));
+    EXPECT_EQ(named<QToolButton>("toolButton_HistoricalChat")->text(), QString());
+    EXPECT_EQ(named<QToolButton>("toolButton_Send")->toolTip(), QStringLiteral("发送"));
+    EXPECT_EQ(named<QToolButton>("toolButton_Send")->text(), QString());
+    EXPECT_EQ(title()->text(), QStringLiteral("对话标题"));
+    EXPECT_EQ(title()->font().pixelSize(), 14);
+    EXPECT_EQ(input()->placeholderText(), QStringLiteral("请输入您的CAD操作问题"));
+    EXPECT_EQ(input()->focusPolicy(), Qt::ClickFocus);
+    EXPECT_EQ(input()->contextMenuPolicy(), Qt::NoContextMenu);
+    EXPECT_FALSE(input()->isReadOnly());
+    EXPECT_EQ(input()->font().weight(), static_cast<int>(QFont::Normal));
+    EXPECT_TRUE(input()->sizePolicy().retainSizeWhenHidden());
+}
+
+TEST_F(PaletteViewTest, SendButtonIsTwentyPixels) {
+    const ZR_ZentriPaletteView view;
+    EXPECT_EQ(view.findChild<QToolButton*>(QStringLiteral("toolButton_Send"))->size(), QSize(20, 20));
+}
+
+TEST_F(PaletteViewTest, BeginsWithTheSideBarClosed) {
+    EXPECT_FALSE(shown("widget_SideBar"));
+    EXPECT_FALSE(shown("line_2"));
+    EXPECT_TRUE(shown("line"));
+    EXPECT_TRUE(shown("toolButton_HistoricalChat"));
+    EXPECT_TRUE(shown("pushButton_NewChat"));
+    auto* effect = qobject_cast<QGraphicsOpacityEffect*>(sideBar()->graphicsEffect());
+    ASSERT_NE(effect, nullptr);
+    EXPECT_EQ(effect->opacity(), 0.0);
+    for (const char* property : {"animationWidth", "opacity"}) {
+        EXPECT_EQ(animation(property)->duration(), 800);
+        EXPECT_EQ(animation(property)->easingCurve().type(), QEasingCurve::InOutSine);
+    }
+    EXPECT_EQ(animation("animationWidth")->targetObject(), sideBar());
+    EXPECT_EQ(animation("opacity")->targetObject(), effect);
+}
+
+TEST_F(PaletteViewTest, OnlyTheHistoryButtonIsDarkUntilTheFirstTheme) {
+    EXPECT_EQ(named<QWidget>("toolButton_HistoricalChat")->property("ZR_ColorTheme").toInt(), 0);
+    for (const char* name : {"pushButton_NewChat", "label_ChatTitle", "listWidget_ChatView", "frame_Input",
+                             "textEdit_userInput", "toolButton_Send", "widget_SideBar"}) {
+        EXPECT_EQ(named<QWidget>(name)->property("ZR_ColorTheme").toInt(), 1) << name;
+    }
+    EXPECT_EQ(m_view.property("ZR_ColorTheme").toInt(), 1);
+}
+
+// Sending
+
+TEST_F(PaletteViewTest, FirstQuestionBecomesTheTitleAndIsSent) {
+    answerCreate(QStringLiteral("s1"));
+    answerChat("data:用【CIRCLE】\n\n");
+    sendQuestion(QStringLiteral("怎样画圆"));
+    EXPECT_EQ(input()->toPlainText(), QString());
+    EXPECT_EQ(title()->text(), QStringLiteral("怎样画圆"));
+    ASSERT_EQ(list()->count(), 2);
+    EXPECT_TRUE(bubble(1)->isAnswerLoading());
+    ASSERT_TRUE(waitFor([&] { return !bubble(1)->isAnswerLoading(); }));
+    EXPECT_EQ(texts(), QStringList({QStringLiteral("1:怎样画圆"), QStringLiteral("2:用【CIRCLE】")}));
+    ASSERT_TRUE(waitUntilIdle());
+
+    sendQuestion(QStringLiteral("怎样画线"));
+    EXPECT_EQ(title()->text(), QStringLiteral("怎样画圆"));
+    EXPECT_EQ(list()->count(), 4);
+    ASSERT_TRUE(waitFor([&] { return !bubble(3)->isAnswerLoading(); }));
+}
+
+TEST_F(PaletteViewTest, RefusalKeepsTheInputAndTheList) {
+    signOut();
+    sendQuestion(QStringLiteral("怎样画圆"));
+    EXPECT_EQ(input()->toPlainText(), QStringLiteral("怎样画圆"));
+    EXPECT_EQ(list()->count(), 0);
+    EXPECT_EQ(title()->text(), QStringLiteral("对话标题"));
+    EXPECT_EQ(printed(), QStringLiteral("\n尚未登录！"));
+}
+
+TEST_F(PaletteViewTest, EmptyInputIsSentAndBecomesTheTitle) {
+    answerCreate(QStringLiteral("s1"));
+    answerChat("data:?\n\n");
+    sendQuestion(QString());
+    EXPECT_EQ(title()->text(), QString());
+    ASSERT_EQ(list()->count(), 2);
+    EXPECT_EQ(bubble(0)->msgText(), QString());
+    ASSERT_TRUE(waitFor([&] { return bubble(1)->msgText() == QStringLiteral("?"); }));
+}
+
+TEST_F(PaletteViewTest, SendButtonSends) {
+    answerCreate(QStringLiteral("s1"));
+    answerChat("");
+    input()->setPlainText(QStringLiteral("a"));
+    QTest::mouseClick(named<QToolButton>("toolButton_Send"), Qt::LeftButton);
+    EXPECT_EQ(list()->count(), 2);
+}
+
+TEST_F(PaletteViewTest, AnswerStreamsIntoTheLastRowAndTheListFollows) {
+    answerCreate(QStringLiteral("s1"));
+    m_view.resize(627, 320);
+    settle();
+    sendQuestion(QStringLiteral("怎样画圆"));
+    ASSERT_TRUE(m_server.waitForRequests(2));
+    const int chat = m_server.requestCount() - 1;
+    ASSERT_EQ(m_server.request(chat).target, kChatTarget);
+    m_server.sendHead(chat);
+    m_server.sendBytes(chat, "data:一\ndata:二\ndata:三\n\n");
+    ASSERT_TRUE(waitFor([&] { return bubble(1)->msgText() == QStringLiteral("一\n二\n三"); }));
+    EXPECT_TRUE(bubble(1)->isAnswerLoading());
+    EXPECT_EQ(list()->item(1)->sizeHint(), bubble(1)->allSize());
+    m_server.sendBytes(chat, "data:\ndata:四\ndata:五\ndata:六\n\n");
+    ASSERT_TRUE(waitFor([&] { return bubble(1)->msgText().endsWith(QStringLiteral("六")); }));
+    EXPECT_EQ(list()->verticalScrollBar()->value(), list()->verticalScrollBar()->maximum());
+    EXPECT_GT(list()->verticalScrollBar()->maximum(), 0);
+    m_server.close(chat);
+    ASSERT_TRUE(waitFor([&] { return !bubble(1)->isAnswerLoading(); }));
+}
+
+TEST_F(PaletteViewTest, ListClearedWhileAnAnswerStreamsDoesNoHarm) {
+    answerCreate(QStringLiteral("s1"));
+    sendQuestion(QStringLiteral("怎样画圆"));
+    ASSERT_TRUE(m_server.waitForRequests(2));
+    const int chat = m_server.requestCount() - 1;
+    m_server.sendHead(chat);
+    m_server.sendBytes(chat, "data:一\n\n");
+    ASSERT_TRUE(waitFor([&] { return bubble(1)->msgText() == QStringLiteral("一"); }));
+    list()->clear();
+    m_server.sendBytes(chat, "data:二\n\n");
+    settle();
+    m_server.sendBytes(chat, "data:三\n\n");
+    m_server.close(chat);
+    EXPECT_TRUE(waitUntilIdle());
+    EXPECT_EQ(list()->count(), 0);
+}
+
+TEST_F(PaletteViewTest, EditedQuestionStaysInTheInputWhileAnAnswerStreams) {
+    g_zentriCommunicating = true;
+    m_view.setInputText(QStringLiteral("edited"));
+    m_view.sendInput();
+    EXPECT_EQ(input()->toPlainText(), QStringLiteral("edited"));
+    EXPECT_EQ(list()->count(), 0);
+    EXPECT_EQ(printed(), QStringLiteral("\n已有正在通信的对话，请等待该通信完成..."));
+}
+
+TEST_F(PaletteViewTest, RegenerateAppendsTheSessionsLastQuestionAgain) {
+    answerCreate(QStringLiteral("s1"));
+    answerChat("data:A\n\n");
+    sendQuestion(QStringLiteral("first"));
+    ASSERT_TRUE(waitFor([&] { return !bubble(1)->isAnswerLoading(); }));
+    ASSERT_TRUE(waitUntilIdle());
+    sendQuestion(QStringLiteral("second"));
+    ASSERT_TRUE(waitFor([&] { return !bubble(3)->isAnswerLoading(); }));
+    ASSERT_TRUE(waitUntilIdle());
+    // Also from the first answer: the icon resends the last question.
+    bubble(1)->regenerate();
+    ASSERT_EQ(list()->count(), 6);
+    EXPECT_EQ(bubble(4)->msgText(), QStringLiteral("second"));
+    ASSERT_TRUE(waitFor([&] { return !bubble(5)->isAnswerLoading(); }));
+}
+
+TEST_F(PaletteViewTest, InputTextIsPlainAndLosesTheFocus) {
+    input()->setFocus();
+    m_view.setInputText(QStringLiteral("<b>x</b>"));
+    EXPECT_EQ(input()->toPlainText(), QStringLiteral("<b>x</b>"));
+    EXPECT_FALSE(input()->hasFocus());
+}
+
+// New chat and old sessions
+
+TEST_F(PaletteViewTest, NewChatFilesTheRecordAndEmptiesThePanel) {
+    answerCreate(QStringLiteral("s1"));
+    answerChat("data:A\n\n");
+    sendQuestion(QStringLiteral("first"));
+    ASSERT_TRUE(waitFor([&] { return !bubble(1)->isAnswerLoading(); }));
+    ASSERT_TRUE(waitUntilIdle());
+    QTest::mouseClick(named<QPushButton>("pushButton_NewChat"), Qt::LeftButton);
+    EXPECT_EQ(list()->count(), 0);
+    EXPECT_EQ(title()->text(), QString());
+    ZR_AiChatSingleChatRecord current;
+    ZR_AiChatManager::instance().getCurrentRecord(current);
+    EXPECT_TRUE(current.GetSessionId().IsEmpty());
+    EXPECT_TRUE(ZR_AiChatManager::instance().findSession(_T("s1"), current));
+}
+
+TEST_F(PaletteViewTest, NewChatIsRefusedLikeASend) {
+    answerCreate(QStringLiteral("s1"));
+    answerChat("");
+    list()->addQuestion(QStringLiteral("old"));
+    title()->setText(QStringLiteral("title"));
+    signOut();
+    m_view.pushBtnNewChat_clicked();
+    EXPECT_EQ(list()->count(), 1);
+    EXPECT_EQ(title()->text(), QStringLiteral("title"));
+    EXPECT_EQ(printed(), QStringLiteral("\n尚未登录！"));
+}
+
+TEST_F(PaletteViewTest, SideBarsNewChatIsTheSame) {
+    list()->addQuestion(QStringLiteral("old"));
+    QTest::mouseClick(sideBar()->findChild<QPushButton*>(QStringLiteral("pushButton_NewChat")),
+                      Qt::LeftButton);
+    EXPECT_EQ(list()->count(), 0);
+    EXPECT_EQ(title()->text(), QString());
+}
+
+TEST_F(PaletteViewTest, PickedSessionIsShown) {
+    loadHistory({{QStringLiteral("a"), {QStringLiteral("Q1"), QStringLiteral("A1")}, 1700000000},
+                 {QStringLiteral("b"),
+                  {QStringLiteral("Q2"), QStringLiteral("A2"), QStringLiteral("Q3")},
+                  1700000001}});
+    list()->addQuestion(QStringLiteral("old"));
+    emit sideBar()->SideBar_chatPage_Clicked(QStringLiteral("b"));
+    EXPECT_EQ(title()->text(), QStringLiteral("Q2"));
+    EXPECT_EQ(texts(), QStringList({QStringLiteral("1:Q2"), QStringLiteral("2:A2"), QStringLiteral("1:Q3")}));
+    EXPECT_FALSE(bubble(1)->isAnswerLoading());
+}
+
+TEST_F(PaletteViewTest, PickIsRefusedWhileAnAnswerStreams) {
+    loadHistory({{QStringLiteral("a"), {QStringLiteral("Q1")}, 1700000000}});
+    answerCreate(QStringLiteral("s1"));
+    sendQuestion(QStringLiteral("now"));
+    ASSERT_TRUE(m_server.waitForRequests(4));
+    m_host.clearPrinted();
+    emit sideBar()->SideBar_chatPage_Clicked(QStringLiteral("a"));
+    EXPECT_EQ(printed(), QStringLiteral("\n当前有正在进行的通信,请等待通信结束..."));
+    EXPECT_EQ(title()->text(), QStringLiteral("now"));
+    m_server.sendEmptyReply(m_server.requestCount() - 1, 200);
+}
+
+TEST_F(PaletteViewTest, RecordsUnitsOfOtherKindsShowNothing) {
+    ZR_AiChatSingleChatRecord record;
+    record.AddUnit(0, _T("Q"), 1);
+    record.AddUnit(2, _T("odd"), 2);
+    record.AddUnit(7, _T("odd"), 3);
+    record.AddUnit(1, _T("A"), 4);
+    m_view.showChatRecord(record);
+    EXPECT_EQ(texts(), QStringList({QStringLiteral("1:Q"), QStringLiteral("2:A")}));
+}
+
+TEST_F(PaletteViewTest, EmptyRecordEmptiesThePanel) {
+    list()->addQuestion(QStringLiteral("old"));
+    m_view.showCurrentSession();
+    EXPECT_EQ(list()->count(), 0);
+    EXPECT_EQ(title()->text(), QString());
+}
+
+// Keys and focus
+
+TEST_F(PaletteViewTest, PrintableKeysAreSwallowedInBothBoxes) {
+    for (QTextEdit* box : {input(), search()}) {
+        for (const int key : {0x20, int{Qt::Key_A}, int{Qt::Key_0}, 0x7E}) {
+            sendKey(box, QEvent::KeyPress, key, Qt::NoModifier, QStringLiteral("x"));
+            sendKey(box, QEvent::KeyPress, key, Qt::ShiftModifier, QStringLiteral("x"));
+            sendKey(box, QEvent::KeyPress, key, Qt::ControlModifier | Qt::ShiftModifier, QStringLiteral("x"));
+            QKeyEvent release(QEvent::KeyRelease, key, Qt::NoModifier);
+            EXPECT_TRUE(m_view.eventFilter(box, &release)) << key;
+        }
+        EXPECT_EQ(box->toPlainText(), QString());
+    }
+}
+
+TEST_F(PaletteViewTest, CharactersWithoutAKeyCodeAreTyped) {
+    // What a lone character message of the host becomes.
+    sendKey(input(), QEvent::KeyPress, 0, Qt::NoModifier, QStringLiteral("圆"));
+    sendKey(input(), QEvent::KeyPress, 0, Qt::NoModifier, QStringLiteral("A"));
+    EXPECT_EQ(input()->toPlainText(), QStringLiteral("圆A"));
+    sendKey(search(), QEvent::KeyPress, 0, Qt::NoModifier, QStringLiteral("线"));
+    EXPECT_EQ(search()->toPlainText(), QStringLiteral("线"));
+}
+
+TEST_F(PaletteViewTest, KeysJustOutsideThePrintableRangePass) {
+    for (const int key : {0x1F, 0x7F, int{Qt::Key_Backspace}, int{Qt::Key_Left}, int{Qt::Key_F1}}) {
+        QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
+        EXPECT_FALSE(m_view.eventFilter(input(), &press)) << key;
+    }
+}
+
+TEST_F(PaletteViewTest, ControlCombinationsStillWork) {
+    input()->setPlainText(QStringLiteral("copied"));
+    sendKey(input(), QEvent::KeyPress, Qt::Key_A, Qt::ControlModifier);
+    sendKey(input(), QEvent::KeyPress, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("copied"));
+    QGuiApplication::clipboard()->setText(QStringLiteral("pasted"));
+    sendKey(input(), QEvent::KeyPress, Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(input()->toPlainText(), QStringLiteral("pasted"));
+}
+
+TEST_F(PaletteViewTest, ReturnAndEnterSendAndAreSwallowed) {
+    signOut();
+    for (const int key : {int{Qt::Key_Return}, int{Qt::Key_Enter}}) {
+        m_host.clearPrinted();
+        input()->setPlainText(QStringLiteral("a"));
+        QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier, QStringLiteral("\r"));
+        EXPECT_TRUE(m_view.eventFilter(input(), &press));
+        EXPECT_EQ(printed(), QStringLiteral("\n尚未登录！"));
+        EXPECT_EQ(input()->toPlainText(), QStringLiteral("a"));
+    }
+    // Other modifiers than Shift send too.
+    m_host.clearPrinted();
+    QKeyEvent press(QEvent::KeyPress, Qt::Key_Return, Qt::ControlModifier);
+    EXPECT_TRUE(m_view.eventFilter(input(), &press));
+    EXPECT_FALSE(printed().isEmpty());
+}
+
+TEST_F(PaletteViewTest, ShiftReturnInsertsALineBreak) {
+    input()->setPlainText(QString());
+    sendKey(input(), QEvent::KeyPress, 0, Qt::NoModifier, QStringLiteral("a"));
+    sendKey(input(), QEvent::KeyPress, Qt::Key_Return, Qt::ShiftModifier, QStringLiteral("\r"));
+    sendKey(input(), QEvent::KeyPress, Qt::Key_Enter, Qt::ShiftModifier | Qt::KeypadModifier,
+            QStringLiteral("\r"));
+    sendKey(input(), QEvent::KeyPress, 0, Qt::NoModifier, QStringLiteral("b"));
+    EXPECT_EQ(input()->toPlainText(), QStringLiteral("a\n\nb"));
+    EXPECT_EQ(list()->count(), 0);
+}
+
+TEST_F(PaletteViewTest, ReturnInTheSearchBoxNeitherSendsNorBreaksTheLine) {
+    signOut();
+    sendKey(search(), QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r"));
+    EXPECT_EQ(printed(), QString());
+    EXPECT_EQ(search()->toPlainText(), QString());
+}
+
+TEST_F(PaletteViewTest, FocusInGivesThePaletteTheNativeFocusAndPasses) {
+    for (QTextEdit* box : {input(), search()}) {
+        m_palette.focusTaken = 0;
+        QFocusEvent focus(QEvent::FocusIn, Qt::MouseFocusReason);
+        EXPECT_FALSE(m_view.eventFilter(box, &focus));
+        EXPECT_EQ(m_palette.focusTaken, 1);
+    }
+    QFocusEvent focus(QEvent::FocusIn);
+    m_view.eventFilter(title(), &focus);
+    EXPECT_EQ(m_palette.focusTaken, 1);
+}
+
+TEST_F(PaletteViewTest, FocusInWithoutAPaletteIsHarmless) {
+    setZentriPaletteAccess(nullptr);
+    QFocusEvent focus(QEvent::FocusIn);
+    EXPECT_FALSE(m_view.eventFilter(input(), &focus));
+}
+
+TEST_F(PaletteViewTest, ClearInputFocusClearsBothBoxes) {
+    m_view.toolBtnHistoricalChat_clicked(false);
+    finishAnimations();
+    for (QTextEdit* box : {input(), search()}) {
+        box->setFocus();
+        ASSERT_EQ(m_view.focusWidget(), box);
+        m_view.clearInputFocus();
+        EXPECT_NE(m_view.focusWidget(), box);
+    }
+}
+
+// Side bar
+
+TEST_F(PaletteViewTest, OpeningShowsTheBarAndStartsBothAnimations) {
+    QTest::mouseClick(named<QToolButton>("toolButton_HistoricalChat"), Qt::LeftButton);
+    EXPECT_TRUE(shown("widget_SideBar"));
+    EXPECT_FALSE(shown("line"));
+    EXPECT_TRUE(shown("line_2"));
+    EXPECT_FALSE(shown("toolButton_HistoricalChat"));
+    EXPECT_FALSE(shown("pushButton_NewChat"));
+    EXPECT_EQ(animation("animationWidth")->state(), QAbstractAnimation::Running);
+    EXPECT_EQ(animation("animationWidth")->startValue().toInt(), 0);
+    EXPECT_EQ(animation("animationWidth")->endValue().toInt(), 250);
+    EXPECT_EQ(animation("opacity")->state(), QAbstractAnimation::Running);
+    EXPECT_EQ(animation("opacity")->startValue().toDouble(), 0.0);
+    EXPECT_EQ(animation("opacity")->endValue().toDouble(), 1.0);
+    finishAnimations();
+    EXPECT_EQ(sideBar()->animationWidth(), 250);
+    EXPECT_EQ(qobject_cast<QGraphicsOpacityEffect*>(sideBar()->graphicsEffect())->opacity(), 1.0);
+    EXPECT_TRUE(shown("widget_SideBar"));
+}
+
+TEST_F(PaletteViewTest, ClosingHidesTheBarOnlyWhenItsAnimationHasFinished) {
+    m_view.toolBtnHistoricalChat_clicked(false);
+    finishAnimations();
+    QTest::mouseClick(sideBar()->findChild<QToolButton*>(QStringLiteral("toolButton_CloseBar")),
+                      Qt::LeftButton);
+    EXPECT_TRUE(shown("widget_SideBar"));
+    EXPECT_TRUE(shown("toolButton_HistoricalChat"));
+    EXPECT_TRUE(shown("line"));
+    EXPECT_TRUE(shown("pushButton_NewChat"));
+    EXPECT_FALSE(shown("line_2"));
+    EXPECT_EQ(animation("animationWidth")->startValue().toInt(), 250);
+    EXPECT_EQ(animation("animationWidth")->endValue().toInt(), 0);
+    EXPECT_EQ(animation("opacity")->startValue().toDouble(), 1.0);
+    EXPECT_EQ(animation("opacity")->endValue().toDouble(), 0.0);
+    finishAnimations();
+    EXPECT_FALSE(shown("widget_SideBar"));
+}
+
+TEST_F(PaletteViewTest, PressedTwiceReversesFromTheConfiguredValue) {
+    m_view.toolBtnHistoricalChat_clicked(false);
+    animation("animationWidth")->setCurrentTime(200);
+    m_view.toolBtnHistoricalChat_clicked(false);
+    EXPECT_EQ(animation("animationWidth")->currentTime(), 0);
+    EXPECT_EQ(sideBar()->animationWidth(), 250);
+    EXPECT_EQ(animation("opacity")->currentValue().toDouble(), 1.0);
+    EXPECT_EQ(animation("animationWidth")->state(), QAbstractAnimation::Running);
+}
+
+TEST_F(PaletteViewTest, ReopenedBarIsNotHiddenByTheEndOfTheAnimation) {
+    m_view.toolBtnHistoricalChat_clicked(false);
+    finishAnimations();
+    m_view.toolBtnHistoricalChat_clicked(false);
+    animation("animationWidth")->setCurrentTime(400);
+    m_view.toolBtnHistoricalChat_clicked(false);
+    finishAnimations();
+    EXPECT_TRUE(shown("widget_SideBar"));
+}
+
+TEST_F(PaletteViewTest, AnimationsRunByThemselves) {
+    QSignalSpy finished(animation("animationWidth"), &QPropertyAnimation::finished);
+    m_view.toolBtnHistoricalChat_clicked(false);
+    EXPECT_TRUE(waitFor([&] { return finished.count() == 1; }));
+    EXPECT_EQ(sideBar()->animationWidth(), 250);
+}
+
+TEST_F(PaletteViewTest, BubblesTakeTheNewWidthWhenTheAnimationEnds) {
+    list()->addQuestion(QStringLiteral("a"));
+    const int before = bubble(0)->width();
+    m_view.toolBtnHistoricalChat_clicked(false);
+    animation("animationWidth")->setCurrentTime(799);
+    settle();
+    EXPECT_EQ(bubble(0)->width(), before);
+    EXPECT_LT(list()->width(), before - 150);
+    finishAnimations();
+    EXPECT_EQ(bubble(0)->width(), list()->width());
+}
+
+TEST_F(PaletteViewTest, PlainResizeDoesNotMeasureAgain) {
+    list()->addQuestion(QStringLiteral("a"));
+    const int before = bubble(0)->width();
+    m_view.resize(420, 673);
+    settle();
+    EXPECT_EQ(bubble(0)->width(), before);
+    m_view.relayoutMessages();
+    EXPECT_EQ(bubble(0)->width(), list()->width());
+}
+
+TEST_F(PaletteViewTest, ViewGeometryIsItsPlaceInTheParent) {
+    QWidget parent;
+    ZR_ZentriPaletteView view(&parent);
+    view.setGeometry(13, 17, 400, 300);
+    EXPECT_EQ(view.viewGeometry(), QRect(13, 17, 400, 300));
+}
+
+// Themes
+
+TEST_F(PaletteViewTest, ThemeReachesEveryWidgetAndBubble) {
+    list()->addQuestion(QStringLiteral("a"));
+    m_view.setColorTheme(0);
+    for (const QWidget* widget : m_view.findChildren<QWidget*>()) {
+        EXPECT_EQ(widget->property("ZR_ColorTheme").toInt(), 0) << widget->objectName().toStdString();
+    }
+    EXPECT_EQ(bubble(0)->textColor(), QColor(229, 246, 254));
+    m_view.setColorTheme(1);
+    EXPECT_EQ(bubble(0)->textColor(), QColor(51, 51, 51));
+    m_view.setColorTheme(0);
+    list()->addAnswer(QStringLiteral("b"));
+    EXPECT_EQ(bubble(1)->textColor(), QColor(229, 246, 254));
+}
+
+class PaletteViewColours : public PaletteViewTest {
+protected:
+    QColor background(const char* name) const {
+        QWidget* widget = named<QWidget>(name);
+        return grabbed(*widget).pixelColor(widget->width() / 2, widget->height() - 3);
+    }
+    QImage iconOf(const char* name) const { return grabbed(*named<QWidget>(name)); }
+};
+
+TEST_F(PaletteViewColours, LightRows) {
+    m_view.setColorTheme(1);
+    EXPECT_EQ(grabbed(m_view).pixelColor(2, 2), QColor("#FFFFFF"));
+    EXPECT_EQ(m_view.palette().color(m_view.foregroundRole()), QColor("#000000"));
+    EXPECT_EQ(background("listWidget_ChatView"), QColor(243, 244, 246));
+    EXPECT_EQ(title()->palette().color(QPalette::WindowText), QColor("#000000"));
+    EXPECT_EQ(input()->palette().color(QPalette::Text), QColor("#000000"));
+    EXPECT_EQ(background("textEdit_userInput"), QColor("#FFFFFF"));
+}
+
+TEST_F(PaletteViewColours, DarkRows) {
+    m_view.setColorTheme(0);
+    EXPECT_EQ(grabbed(m_view).pixelColor(2, 2), QColor("#000000"));
+    EXPECT_EQ(m_view.palette().color(m_view.foregroundRole()), QColor("#FFFFFF"));
+    EXPECT_EQ(background("listWidget_ChatView"), QColor(37, 37, 40));
+    EXPECT_EQ(title()->palette().color(QPalette::WindowText), QColor("#FFFFFF"));
+    EXPECT_EQ(input()->palette().color(QPalette::Text), QColor("#FFFFFF"));
+    EXPECT_EQ(background("textEdit_userInput"), QColor("#000000"));
+}
+
+TEST_F(PaletteViewColours, OtherValuesMatchNoThemeRule) {
+    const ZR_ZentriPaletteView plain;
+    m_view.setColorTheme(5);
+    const QColor list = background("listWidget_ChatView");
+    EXPECT_NE(list, QColor(243, 244, 246));
+    EXPECT_NE(list, QColor(37, 37, 40));
+    // The rules without a theme are in force: the input's frame is blue.
+    const QWidget* frame = named<QFrame>("frame_Input");
+    EXPECT_EQ(grabbed(*named<QFrame>("frame_Input")).pixelColor(frame->width() / 2, 0), QColor("#3c88f0"));
+}
+
+TEST_F(PaletteViewColours, InputFrameIsBlueInEitherTheme) {
+    for (const int theme : {0, 1}) {
+        m_view.setColorTheme(theme);
+        const QImage image = grabbed(*named<QFrame>("frame_Input"));
+        EXPECT_EQ(image.pixelColor(image.width() / 2, 0), QColor("#3c88f0"));
+        EXPECT_EQ(image.pixelColor(image.width() / 2, 1), QColor("#3c88f0"));
+        EXPECT_NE(image.pixelColor(0, 0), QColor("#3c88f0"));
+    }
+}
+
+TEST_F(PaletteViewColours, IconsOfPairsChangeWithTheTheme) {
+    for (const char* name : {"toolButton_HistoricalChat", "toolButton_Send"}) {
+        m_view.setColorTheme(1);
+        const QImage light = iconOf(name);
+        m_view.setColorTheme(0);
+        const QImage dark = iconOf(name);
+        EXPECT_NE(light, dark) << name;
+        m_view.setColorTheme(5);
+        const QImage none = iconOf(name);
+        EXPECT_NE(none, light) << name;
+        EXPECT_NE(none, dark) << name;
+    }
+}
+
+TEST_F(PaletteViewColours, NewChatButtonHasTheActionColours) {
+    auto* button = named<QPushButton>("pushButton_NewChat");
+    const auto colour = [&] { return grabbed(*button).pixelColor(button->width() / 2, 4); };
+    for (const int theme : {0, 1, 5}) {
+        m_view.setColorTheme(theme);
+        EXPECT_EQ(colour(), QColor("#80baf5"));
+        EXPECT_EQ(grabbed(*button).pixelColor(button->width() / 2, 0), QColor("#e5f6fe"));
+    }
+    hover(*button);
+    EXPECT_EQ(colour(), QColor("#d0e0e6"));
+    button->setAttribute(Qt::WA_UnderMouse, false);
+    button->setDown(true);
+    EXPECT_EQ(colour(), QColor("#4A90C7"));
+    button->setDown(false);
+    button->setEnabled(false);
+    EXPECT_EQ(colour(), QColor("#B0E0E6"));
+    EXPECT_EQ(grabbed(*button).pixelColor(button->width() / 2, 0), QColor("#A9A9A9"));
+    EXPECT_EQ(button->palette().color(QPalette::Disabled, QPalette::ButtonText), QColor("#808080"));
+}
+
+TEST_F(PaletteViewColours, HoveredAndSelectedItems) {
+    const struct {
+        int theme;
+        QColor hover;
+        QColor selected;
+    } rows[] = {{1, QColor("#d4e4eb"), QColor("#d0e0e6")}, {0, QColor("#484e50"), QColor("#5a6164")}};
+    for (const auto& row : rows) {
+        m_view.setColorTheme(row.theme);
+        auto* item = new QListWidgetItem(list());
+        item->setSizeHint(QSize(100, 40));
+        settle();
+        const QRect place = list()->visualItemRect(item);
+        const auto colour = [&] { return grabbed(*list()->viewport()).pixelColor(place.center()); };
+        QTest::mouseMove(list()->viewport(), place.center());
+        QHoverEvent hover(QEvent::HoverMove, place.center(), QPoint(-1, -1));
+        QCoreApplication::sendEvent(list()->viewport(), &hover);
+        EXPECT_EQ(colour(), row.hover);
+        list()->setSelectionMode(QAbstractItemView::SingleSelection);
+        item->setSelected(true);
+        QHoverEvent leave(QEvent::HoverLeave, QPoint(-1, -1), place.center());
+        QCoreApplication::sendEvent(list()->viewport(), &leave);
+        EXPECT_EQ(colour(), row.selected);
+        list()->setSelectionMode(QAbstractItemView::NoSelection);
+        list()->clear();
+    }
+}
