@@ -3,6 +3,7 @@
 #include <openssl/evp.h>
 #include <uuid/uuid.h>
 
+#include <algorithm>
 #include <array>
 #include <stdexcept>
 

@@ -1,5 +1,6 @@
 #include "sim/service/Seeder.h"
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
 
 #include "sim/service/Clock.h"

@@ -107,9 +107,14 @@ void Service::start() {
     m_parts->routes.addTo(server);
 
     errno = 0;
-    m_parts->port = m_options.port;
-    const bool bound = m_options.port == 0 ? (m_parts->port = server.bind_to_any_port(m_options.host)) > 0
-                                           : server.bind_to_port(m_options.host, m_options.port);
+    bool bound = false;
+    if (m_options.port == 0) {
+        m_parts->port = server.bind_to_any_port(m_options.host);
+        bound = m_parts->port > 0;
+    } else {
+        m_parts->port = m_options.port;
+        bound = server.bind_to_port(m_options.host, m_options.port);
+    }
     if (!bound) {
         const std::string why = errno != 0 ? std::strerror(errno) : "the address cannot be used";
         throw StartError("cannot listen on " + m_options.host + ":" + std::to_string(m_options.port) + ": " +

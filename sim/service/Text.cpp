@@ -1,5 +1,7 @@
 #include "sim/service/Text.h"
 
+#include <algorithm>
+
 namespace zentri::service {
 
 namespace {

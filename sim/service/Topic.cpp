@@ -1,5 +1,7 @@
 #include "sim/service/Topic.h"
 
+#include <algorithm>
+
 #include "sim/service/Text.h"
 
 namespace zentri::service {

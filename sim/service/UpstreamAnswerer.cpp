@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <thread>
+#include <utility>
 
 #include "sim/service/Text.h"
 #include "sim/service/UpstreamParser.h"

@@ -31,10 +31,9 @@ public:
     void answer(const Conversation& conversation, AnswerSink& sink) override;
     std::string description() const override;
 
-    /// The request's body; public for the tests.
+private:
     std::string requestBody(const Conversation& conversation) const;
 
-private:
     const UpstreamSettings m_settings;
 };
 
