@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <QClipboard>
+#include <QDateTime>
 #include <QGraphicsOpacityEffect>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -12,6 +13,7 @@
 #include <QTextEdit>
 #include <QToolButton>
 #include <QVBoxLayout>
+#include <memory>
 
 #include "chat/ZR_AiChatManager.h"
 #include "chat/ZR_AiChatModuleState.h"
@@ -294,6 +296,59 @@ TEST_F(PaletteViewTest, InputTextIsPlainAndLosesTheFocus) {
     EXPECT_FALSE(input()->hasFocus());
 }
 
+TEST_F(PaletteViewTest, ViewMayGoWhileAnAnswerStreams) {
+    answerCreate(QStringLiteral("s1"));
+    auto view = std::make_unique<ZR_ZentriPaletteView>();
+    m_palette.view = view.get();
+    view->setInputText(QStringLiteral("怎样画圆"));
+    view->sendInput();
+    ASSERT_TRUE(m_server.waitForRequests(2));
+    const int chat = m_server.requestCount() - 1;
+    m_server.sendHead(chat);
+    m_server.sendBytes(chat, "data:一\n\n");
+    m_palette.view = nullptr;
+    view.reset();
+    m_server.sendBytes(chat, "data:二\n\n");
+    settle();
+    m_server.close(chat);
+    EXPECT_TRUE(waitUntilIdle());
+}
+
+TEST_F(PaletteViewTest, StreamStartScrollsToTheBottom) {
+    for (int i = 0; i < 12; ++i) {
+        list()->addQuestion(QStringLiteral("filler"));
+    }
+    settle();
+    list()->verticalScrollBar()->setValue(0);
+    m_view.onStreamStart();
+    EXPECT_GT(list()->verticalScrollBar()->maximum(), 0);
+    EXPECT_EQ(list()->verticalScrollBar()->value(), list()->verticalScrollBar()->maximum());
+}
+
+TEST_F(PaletteViewTest, StreamProcessMeasuresTheLastRowAndScrolls) {
+    for (int i = 0; i < 12; ++i) {
+        list()->addQuestion(QStringLiteral("filler"));
+    }
+    QNChatMessage* answer = list()->addLoadingAnswer();
+    answer->appendAnswerText(QStringLiteral("1\n2\n3"));
+    m_view.onStreamProcess();
+    EXPECT_EQ(list()->item(12)->sizeHint(), answer->allSize());
+    EXPECT_EQ(list()->verticalScrollBar()->value(), list()->verticalScrollBar()->maximum());
+}
+
+TEST_F(PaletteViewTest, StreamEndMeasuresTheLastRowWithoutScrolling) {
+    for (int i = 0; i < 12; ++i) {
+        list()->addQuestion(QStringLiteral("filler"));
+    }
+    QNChatMessage* answer = list()->addLoadingAnswer();
+    settle();
+    list()->verticalScrollBar()->setValue(0);
+    answer->appendAnswerText(QStringLiteral("1\n2\n3"));
+    m_view.onStreamEnd();
+    EXPECT_EQ(list()->item(12)->sizeHint(), answer->allSize());
+    EXPECT_EQ(list()->verticalScrollBar()->value(), 0);
+}
+
 // New chat and old sessions
 
 TEST_F(PaletteViewTest, NewChatFilesTheRecordAndEmptiesThePanel) {
@@ -341,6 +396,27 @@ TEST_F(PaletteViewTest, PickedSessionIsShown) {
     EXPECT_EQ(title()->text(), QStringLiteral("Q2"));
     EXPECT_EQ(texts(), QStringList({QStringLiteral("1:Q2"), QStringLiteral("2:A2"), QStringLiteral("1:Q3")}));
     EXPECT_FALSE(bubble(1)->isAnswerLoading());
+}
+
+TEST_F(PaletteViewTest, SessionsGoToTheSideBarAndTheShownOneIsMarked) {
+    const qint64 now = QDateTime::currentSecsSinceEpoch();
+    loadHistory({{QStringLiteral("a"), {QStringLiteral("Q1")}, now},
+                 {QStringLiteral("b"), {QStringLiteral("Q2")}, now}});
+    auto* history = sideBar()->findChild<QListWidget*>(QStringLiteral("listWidget_DatedChats"));
+    ASSERT_NE(history, nullptr);
+    EXPECT_EQ(history->count(), 2);
+    EXPECT_EQ(history->currentRow(), -1);
+    emit sideBar()->SideBar_chatPage_Clicked(QStringLiteral("b"));
+    EXPECT_EQ(history->currentRow(), 1);
+}
+
+TEST_F(PaletteViewTest, OpeningTheBarFitsItsPages) {
+    loadHistory({{QStringLiteral("a"), {QStringLiteral("Q1")}, QDateTime::currentSecsSinceEpoch()}});
+    auto* history = sideBar()->findChild<QListWidget*>(QStringLiteral("listWidget_DatedChats"));
+    ASSERT_NE(history, nullptr);
+    history->setMinimumHeight(500);
+    m_view.toolBtnHistoricalChat_clicked(false);
+    EXPECT_LT(history->minimumHeight(), 100);
 }
 
 TEST_F(PaletteViewTest, PickIsRefusedWhileAnAnswerStreams) {

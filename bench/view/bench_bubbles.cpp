@@ -1,0 +1,200 @@
+// What a bubble costs beside the plain transcription of its rules: each benchmark runs both and tells how
+// many times as long the plain one takes ("ratio"), so that one run says it all whatever the machine.
+
+#include <benchmark/benchmark.h>
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QFontDatabase>
+#include <QImage>
+#include <QLoggingCategory>
+#include <QPainter>
+#include <algorithm>
+#include <functional>
+
+#include "tests/support/FakeArxHost.h"
+#include "tests/view/support/PlainBubblePainter.h"
+#include "tests/view/support/PlainTextMeasure.h"
+#include "tests/view/support/RandomText.h"
+#include "view/ChatTextMeasure.h"
+#include "view/QNChatMessage.h"
+
+namespace {
+
+constexpr int kWidth = 600;
+constexpr int kTextWidth = 426;
+constexpr int kSpace = 174;
+constexpr int kAnswerBytes = 20000;
+constexpr int kPiece = 12;
+constexpr int kPageHeight = 600;
+
+QFont bubbleFont() {
+    return QNChatMessage().font();
+}
+
+double seconds(const std::function<void()>& work) {
+    QElapsedTimer timer;
+    timer.start();
+    work();
+    return static_cast<double>(timer.nsecsElapsed()) / 1e9;
+}
+
+/// An answer of 20 kB in UTF-8: lines of some 80 characters, or one line of all.
+QString answer(RandomText::Kind kind, bool singleLine) {
+    RandomText random(1);
+    QString text;
+    while (text.toUtf8().size() < kAnswerBytes) {
+        text += random.text(kind, 80);
+        if (!singleLine) {
+            text += QLatin1Char('\n');
+        }
+    }
+    if (singleLine) {
+        text.remove(QLatin1Char('\n'));
+    }
+    return text;
+}
+
+/// Measures the text as it grows by pieces. The plain rules are run for every `plainStep`-th piece only, and
+/// their time is counted for all.
+void stream(benchmark::State& state, RandomText::Kind kind, bool singleLine, int plainStep) {
+    const QString text = answer(kind, singleLine);
+    const QFont font = bubbleFont();
+    const int pieces = text.size() / kPiece;
+    double plain = 0;
+    for (int i = plainStep; i <= pieces; i += plainStep) {
+        const QString soFar = text.left(i * kPiece);
+        plain += seconds(
+            [&] { benchmark::DoNotOptimize(PlainTextMeasure::measure(soFar, font, kTextWidth, kSpace)); });
+    }
+    plain *= plainStep;
+
+    double own = 0;
+    double firstHalf = 0;
+    int runs = 0;
+    for (auto _ : state) {
+        ChatTextMeasure measure;
+        double half = 0;
+        const double all = seconds([&] {
+            QString soFar;
+            QElapsedTimer timer;
+            timer.start();
+            for (int i = 0; i < pieces; ++i) {
+                soFar += text.midRef(i * kPiece, kPiece);
+                benchmark::DoNotOptimize(measure.measure(soFar, font, kTextWidth, kSpace));
+                if (i == pieces / 2) {
+                    half = static_cast<double>(timer.nsecsElapsed()) / 1e9;
+                }
+            }
+        });
+        own += all;
+        firstHalf += half;
+        ++runs;
+    }
+    state.counters["pieces"] = pieces;
+    state.counters["us_per_piece"] = own / runs / pieces * 1e6;
+    state.counters["plain_us_per_piece"] = plain / pieces * 1e6;
+    state.counters["ratio"] = plain / (own / runs);
+    // 1 when a late piece costs what an early one does.
+    state.counters["late_to_early"] = (own - firstHalf) / firstHalf;
+}
+
+void StreamLines(benchmark::State& state) {
+    stream(state, RandomText::Cjk, false, 40);
+}
+BENCHMARK(StreamLines)->Unit(benchmark::kMillisecond);
+
+void StreamLatinLines(benchmark::State& state) {
+    stream(state, RandomText::Latin, false, 40);
+}
+BENCHMARK(StreamLatinLines)->Unit(benchmark::kMillisecond);
+
+void StreamSingleLine(benchmark::State& state) {
+    stream(state, RandomText::Cjk, true, 80);
+}
+BENCHMARK(StreamSingleLine)->Unit(benchmark::kMillisecond);
+
+void StreamSingleLatinLine(benchmark::State& state) {
+    stream(state, RandomText::Latin, true, 160);
+}
+BENCHMARK(StreamSingleLatinLine)->Unit(benchmark::kMillisecond);
+
+/// A stored answer measured once, from its start.
+void MeasureWhole(benchmark::State& state) {
+    const QString text = answer(RandomText::Mixed, false);
+    const QFont font = bubbleFont();
+    const double plain = seconds([&] { PlainTextMeasure::measure(text, font, kTextWidth, kSpace); });
+    double own = 0;
+    int runs = 0;
+    for (auto _ : state) {
+        ChatTextMeasure measure;
+        own += seconds([&] { benchmark::DoNotOptimize(measure.measure(text, font, kTextWidth, kSpace)); });
+        ++runs;
+    }
+    state.counters["ratio"] = plain / (own / runs);
+}
+BENCHMARK(MeasureWhole)->Unit(benchmark::kMillisecond);
+
+/// One page of a long bubble is painted, as scrolling does.
+void paintPage(benchmark::State& state, bool loading) {
+    RandomText random(2);
+    QString text;
+    while (text.size() < kAnswerBytes / 3) {
+        text += random.text(RandomText::Links, 60).remove(QLatin1Char('\n')) + QLatin1Char('\n');
+    }
+    QNChatMessage bubble;
+    bubble.setFixedWidth(kWidth);
+    bubble.startAnswerLoading();
+    bubble.appendAnswerText(text);
+    if (!loading) {
+        bubble.stopAnswerLoading();
+    }
+    const double plain =
+        seconds([&] { benchmark::DoNotOptimize(PlainBubblePainter::paint(bubble, Qt::white).width()); });
+
+    const QRect page(0, bubble.height() / 2, kWidth, kPageHeight);
+    QImage image(page.size(), QImage::Format_ARGB32_Premultiplied);
+    const auto paint = [&] {
+        QPainter painter(&image);
+        bubble.render(&painter, QPoint(), QRegion(page), QWidget::RenderFlags());
+    };
+    const double first = seconds(paint);
+    double own = 0;
+    int runs = 0;
+    for (auto _ : state) {
+        own += seconds(paint);
+        ++runs;
+    }
+    state.counters["first_ms"] = first * 1e3;
+    state.counters["plain_ms"] = plain * 1e3;
+    state.counters["ratio"] = plain / (own / runs);
+}
+
+void PaintPage(benchmark::State& state) {
+    paintPage(state, false);
+}
+BENCHMARK(PaintPage)->Unit(benchmark::kMillisecond);
+
+void PaintPageWhileLoading(benchmark::State& state) {
+    paintPage(state, true);
+}
+BENCHMARK(PaintPageWhileLoading)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(argc, argv);
+    QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false"));
+    const int id =
+        QFontDatabase::addApplicationFont(QStringLiteral(":/res/font/SourceHanSansCN-Regular.ttf"));
+    const QStringList families = QFontDatabase::applicationFontFamilies(id);
+    if (!families.isEmpty()) {
+        QApplication::setFont(QFont(families.first(), 9));
+    }
+    // The manager, which the side bar follows, prints on the host's command line.
+    const FakeArxHost host;
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
