@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
-#include <regex>
 #include <thread>
 
 #include "tests/sim/service/RunningService.h"
@@ -19,6 +19,14 @@ Conversation conversationOf(const Json& messages) {
     for (const Json& message : messages)
         conversation.emplace_back(message.at("role"), message.at("message"));
     return conversation;
+}
+
+/// "2024-05-31 14:03:59"
+bool looksLikeATime(const std::string& text) {
+    std::string shape = text;
+    std::replace_if(
+        shape.begin(), shape.end(), [](char c) { return c >= '0' && c <= '9'; }, '0');
+    return shape == "0000-00-00 00:00:00";
 }
 
 TEST(Service, CreatesASession) {
@@ -63,9 +71,8 @@ TEST(Service, ListsSessionsWithTextsForTheirTimes) {
     EXPECT_EQ(item.size(), 4U);
     EXPECT_EQ(item.at("userChatSessionId"), session);
     EXPECT_EQ(item.at("sessionTitle"), "怎么画圆？");
-    const std::regex time(R"(\d{4}-\d\d-\d\d \d\d:\d\d:\d\d)");
-    EXPECT_TRUE(std::regex_match(item.at("useTime").get<std::string>(), time));
-    EXPECT_TRUE(std::regex_match(item.at("createTime").get<std::string>(), time));
+    EXPECT_TRUE(looksLikeATime(item.at("useTime"))) << item;
+    EXPECT_TRUE(looksLikeATime(item.at("createTime"))) << item;
 }
 
 TEST(Service, MessageTimesAreMilliseconds) {
