@@ -31,8 +31,48 @@ void keepDisplayAwake() {
 
 }  // namespace
 
+ControlConnection::ControlConnection(int port) : m_socket(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    address.sin_port = htons(static_cast<uint16_t>(port));
+    if (connect(m_socket, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0) {
+        close(m_socket);
+        throw std::runtime_error("cannot connect to the control interface");
+    }
+    timeval patience{};
+    patience.tv_sec = std::chrono::duration_cast<std::chrono::seconds>(kLongTime).count();
+    setsockopt(m_socket, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
+}
+
+ControlConnection::~ControlConnection() {
+    close(m_socket);
+}
+
+ControlConnection::Json ControlConnection::call(const Json& request) {
+    const std::string sent = request.dump() + "\n";
+    if (send(m_socket, sent.data(), sent.size(), MSG_NOSIGNAL) != static_cast<ssize_t>(sent.size())) {
+        throw std::runtime_error("the control interface is gone: " + sent);
+    }
+    size_t feed = 0;
+    while ((feed = m_received.find('\n')) == std::string::npos) {
+        char chunk[4096];
+        const ssize_t count = recv(m_socket, chunk, sizeof chunk, 0);
+        if (count <= 0) {
+            throw std::runtime_error("no answer to " + sent);
+        }
+        m_received.append(chunk, static_cast<size_t>(count));
+    }
+    const std::string answer = m_received.substr(0, feed);
+    m_received.erase(0, feed + 1);
+    return Json::parse(answer);
+}
+
 HostProcess::HostProcess(const std::vector<std::string>& arguments, bool connect) {
     keepDisplayAwake();
+    // For hosts built with a sanitizer; what the user set stays.
+    setenv("LSAN_OPTIONS", "suppressions=" ZENTRI_SUPPRESSIONS "/lsan.supp", 0);
+    setenv("TSAN_OPTIONS", "suppressions=" ZENTRI_SUPPRESSIONS "/tsan.supp", 0);
     std::vector<std::string> all = {ZENTRI_HOST_PROGRAM, "--control", "0"};
     all.insert(all.end(), arguments.begin(), arguments.end());
     std::vector<char*> argv;
@@ -68,20 +108,17 @@ HostProcess::HostProcess(const std::vector<std::string>& arguments, bool connect
         return at != std::string::npos && m_output.find('\n', at) != std::string::npos;
     });
     const std::string errorsSoFar = m_errors;
-    const int port = announced ? std::stoi(m_output.substr(at + kAnnouncement.size())) : 0;
+    m_port = announced ? std::stoi(m_output.substr(at + kAnnouncement.size())) : 0;
     lock.unlock();
     if (!announced) {
         kill(m_pid, SIGKILL);
         waitForExit();
         throw std::runtime_error("the host did not start: " + errorsSoFar);
     }
-    connectTo(port);
+    m_connection = std::make_unique<ControlConnection>(m_port);
 }
 
 HostProcess::~HostProcess() {
-    if (m_socket >= 0) {
-        close(m_socket);
-    }
     if (!m_ended) {
         kill(m_pid, SIGKILL);
         waitForExit();
@@ -97,43 +134,6 @@ void HostProcess::read(int descriptor, std::string& into) {
         m_changed.notify_all();
     }
     close(descriptor);
-}
-
-void HostProcess::connectTo(int port) {
-    m_socket = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    address.sin_port = htons(static_cast<uint16_t>(port));
-    if (connect(m_socket, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0) {
-        throw std::runtime_error("cannot connect to the control interface");
-    }
-    timeval patience{};
-    patience.tv_sec = std::chrono::duration_cast<std::chrono::seconds>(kLongTime).count();
-    setsockopt(m_socket, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
-}
-
-HostProcess::Json HostProcess::roundTrip(const std::string& line) {
-    const std::string sent = line + "\n";
-    if (send(m_socket, sent.data(), sent.size(), MSG_NOSIGNAL) != static_cast<ssize_t>(sent.size())) {
-        throw std::runtime_error("the control interface is gone: " + line);
-    }
-    size_t feed = 0;
-    while ((feed = m_received.find('\n')) == std::string::npos) {
-        char chunk[4096];
-        const ssize_t count = recv(m_socket, chunk, sizeof chunk, 0);
-        if (count <= 0) {
-            throw std::runtime_error("no answer to " + line);
-        }
-        m_received.append(chunk, static_cast<size_t>(count));
-    }
-    const std::string answer = m_received.substr(0, feed);
-    m_received.erase(0, feed + 1);
-    return Json::parse(answer);
-}
-
-HostProcess::Json HostProcess::call(const Json& request) {
-    return roundTrip(request.dump());
 }
 
 HostProcess::Json HostProcess::ask(const std::string& command, Json arguments) {

@@ -3,11 +3,31 @@
 #include <chrono>
 #include <condition_variable>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <thread>
 #include <vector>
+
+/// A connection to a host's control interface.
+class ControlConnection {
+public:
+    using Json = nlohmann::json;
+
+    /// Throws std::runtime_error when there is nobody at the port.
+    explicit ControlConnection(int port);
+    ControlConnection(const ControlConnection&) = delete;
+    ControlConnection& operator=(const ControlConnection&) = delete;
+    ~ControlConnection();
+
+    /// Sends a request and returns the answer, whatever it says.
+    Json call(const Json& request);
+
+private:
+    int m_socket;
+    std::string m_received;
+};
 
 /// A running zentri-host and its control interface. Needs a display. The process is killed when the object
 /// dies, unless it has ended by itself.
@@ -23,7 +43,7 @@ public:
     ~HostProcess();
 
     /// Sends a request and returns the answer, whatever it says.
-    Json call(const Json& request);
+    Json call(const Json& request) { return m_connection->call(request); }
     /// The same for requests that must succeed: throws std::runtime_error otherwise.
     Json ask(const std::string& command, Json arguments = Json::object());
     void type(const std::string& text) { ask("typeText", {{"text", text}}); }
@@ -38,6 +58,11 @@ public:
     /// The first window of the kind; null when there is none.
     Json window(const std::string& kind);
 
+    /// For requests that are answered later than others.
+    std::unique_ptr<ControlConnection> connectAgain() const {
+        return std::make_unique<ControlConnection>(m_port);
+    }
+
     int pid() const { return m_pid; }
     /// What the process wrote so far.
     std::string output();
@@ -46,19 +71,17 @@ public:
     int waitForExit();
 
 private:
-    void connectTo(int port);
     void read(int descriptor, std::string& into);
-    Json roundTrip(const std::string& line);
 
     int m_pid = -1;
-    int m_socket = -1;
+    int m_port = 0;
+    std::unique_ptr<ControlConnection> m_connection;
     int m_exitCode = 0;
     bool m_ended = false;
     std::mutex m_mutex;
     std::condition_variable m_changed;
     std::string m_output;
     std::string m_errors;
-    std::string m_received;
     std::thread m_outputReader;
     std::thread m_errorReader;
 };

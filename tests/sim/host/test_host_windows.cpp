@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <fstream>
+#include <future>
 
 #include "tests/sim/host/HostProcess.h"
 
@@ -213,7 +215,7 @@ TEST_F(HostModules, SentStringsRunAfterTheCommandThatSentThem) {
     EXPECT_EQ(host.ask("commandLine")["active"], "CIRCLE");
 }
 
-TEST_F(HostModules, TypingWaitsWhileAMessageBoxIsOpen) {
+TEST_F(HostModules, KeysAnswerAnOpenMessageBox) {
     host.type("DBOX\n");
     ASSERT_TRUE(boxIsOpen());
     const Json box = host.ask("messageBoxes")["boxes"][0];
@@ -224,6 +226,31 @@ TEST_F(HostModules, TypingWaitsWhileAMessageBoxIsOpen) {
     host.ask("key", {{"key", "Return"}});
     EXPECT_TRUE(host.waitForLine("[answer 6]"));
     host.idle();
+}
+
+TEST_F(HostModules, UnloadWaitsUntilTheModulesMessageBoxIsAnswered) {
+    host.type("DBOX\n");
+    ASSERT_TRUE(boxIsOpen());
+    std::future<Json> unloaded = std::async(std::launch::async, [other = host.connectAgain()] {
+        return other->call({{"cmd", "arx"}, {"unload", "dummy.arx"}});
+    });
+    // The module is still there while its own code waits in the box.
+    host.ask("answerMessageBox", {{"button", "yes"}});
+    EXPECT_TRUE(host.waitForLine("[answer 6]"));
+    EXPECT_EQ(unloaded.get()["ok"], true);
+    EXPECT_TRUE(host.waitForLine("[dummy unloaded]"));
+}
+
+TEST_F(HostModules, ScriptWaitsWhileAMessageBoxIsOpen) {
+    const std::string script = testing::TempDir() + "zentri_host_box.scr";
+    std::ofstream(script) << "DBOX\nCIRCLE\n0,0\n5\n";
+    host.type("SCRIPT\n" + script + "\n");
+    ASSERT_TRUE(boxIsOpen());
+    EXPECT_TRUE(entities().empty());
+    host.ask("answerMessageBox", {{"button", "no"}});
+    host.idle();
+    EXPECT_EQ(entities().size(), 1u);
+    std::filesystem::remove(script);
 }
 
 TEST_F(HostModules, MessageBoxesAreAnsweredByName) {
