@@ -96,7 +96,7 @@ using COLORREF = DWORD;
     struct name##__ {        \
         int unused;          \
     };                       \
-    using name = struct name##__*
+    using name = struct name##__* /* NOLINT(bugprone-macro-parentheses): a type */
 
 DECLARE_HANDLE(HWND);
 DECLARE_HANDLE(HINSTANCE);

@@ -69,7 +69,9 @@ ControlConnection::Json ControlConnection::call(const Json& request) {
 }
 
 HostProcess::HostProcess(const std::vector<std::string>& arguments, bool connect) {
-    keepDisplayAwake();
+    if (connect) {
+        keepDisplayAwake();
+    }
     // For hosts built with a sanitizer; what the user set stays.
     setenv("LSAN_OPTIONS", "suppressions=" ZENTRI_SUPPRESSIONS "/lsan.supp", 0);
     setenv("TSAN_OPTIONS", "suppressions=" ZENTRI_SUPPRESSIONS "/tsan.supp", 0);
