@@ -52,7 +52,8 @@ void drawText(cairo_t* cairo, const std::u16string& text, const RECT& place, int
     int height = 0;
     pango_layout_get_pixel_size(layout, nullptr, &height);
     setColor(cairo, color);
-    cairo_move_to(cairo, place.left + padding, place.top + (place.bottom - place.top - height) / 2);
+    const int top = place.top + (place.bottom - place.top - height) / 2;
+    cairo_move_to(cairo, place.left + padding, top);
     pango_cairo_show_layout(cairo, layout);
     g_object_unref(layout);
 }

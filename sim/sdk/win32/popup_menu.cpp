@@ -113,7 +113,8 @@ void showText(cairo_t* cairo, const std::u16string& text, int left, const RECT& 
     PangoLayout* layout = makeLayout(cairo, text);
     int height = 0;
     pango_layout_get_pixel_size(layout, nullptr, &height);
-    cairo_move_to(cairo, left, place.top + (place.bottom - place.top - height) / 2);
+    const int top = place.top + (place.bottom - place.top - height) / 2;
+    cairo_move_to(cairo, left, top);
     pango_cairo_show_layout(cairo, layout);
     g_object_unref(layout);
 }

@@ -9,6 +9,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <vector>
 
 namespace win32 {
@@ -71,6 +72,10 @@ void prepareTopLevel(Window& window) {
         xcb_change_property(connection, XCB_PROP_MODE_REPLACE, id, display.atoms().netWmWindowType,
                             XCB_ATOM_ATOM, 32, 1, &display.atoms().netWmWindowTypeDialog);
     }
+    // Instance and class, each with its end.
+    const std::string name = program_invocation_short_name;
+    const std::string classes = name + '\0' + name + '\0';
+    xcb_icccm_set_wm_class(connection, id, static_cast<std::uint32_t>(classes.size()), classes.data());
     xcb_icccm_wm_hints_t hints{};
     xcb_icccm_wm_hints_set_input(&hints, 1);
     xcb_icccm_set_wm_hints(connection, id, &hints);

@@ -213,7 +213,8 @@ BOOL IsWindowEnabled(HWND handle) {
 
 HWND GetParent(HWND handle) {
     if (const Window* window = findWindow(handle)) {
-        return window->parent;
+        // An owner is told for popups only.
+        return window->isChild() || (window->style & WS_POPUP) != 0 ? window->parent : nullptr;
     }
     if (handle == nullptr || !foreignExists(handle)) {
         return failWith<HWND>(ERROR_INVALID_WINDOW_HANDLE, nullptr);

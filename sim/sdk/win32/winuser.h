@@ -5,9 +5,11 @@
 // Windows are X windows and may be made on the process's main thread only; every thread has a message queue.
 // GetMessage waits in GLib's default main context, so what else lives there (Qt's timers, posted events and
 // windows) runs from it. HWNDs of other makers (Qt's) are X ids too: the query calls ask the X server about
-// them, and messages for them go to whoever registered for them (win32_foreign.h). Simplified: no dialogs, no
-// controls, no accelerators, no non-client area but a menu bar and, where no window manager runs, a caption;
-// no WM_NCCALCSIZE; windows are always wholly drawn by their WM_PAINT.
+// them, and messages for them go to whoever registered for them (win32_foreign.h).
+//
+// Simplified: no dialogs, no controls, no accelerators, no minimizing, no input methods or dead keys; no
+// non-client area but a menu bar and, where no window manager runs, a caption that cannot be dragged; no
+// WM_NCCALCSIZE; an HWND_MESSAGE window is a hidden top-level window; what must be painted is one rectangle.
 
 #include "winbase.h"
 #include "windef.h"

@@ -114,6 +114,10 @@ TEST(Windows, OwnedWindowsGoWithTheirOwner) {
     const TestWindow owned(WS_POPUP, {0, 0, 10, 10}, owner);
     const HWND handle = owned;
     EXPECT_EQ(GetWindow(handle, GW_OWNER), owner.handle());
+    EXPECT_EQ(GetParent(handle), owner.handle());
+    const TestWindow overlapped(WS_OVERLAPPED, {0, 0, 10, 10}, owner);
+    EXPECT_EQ(GetWindow(overlapped, GW_OWNER), owner.handle());
+    EXPECT_EQ(GetParent(overlapped), nullptr);
     DestroyWindow(owner);
     EXPECT_FALSE(IsWindow(handle));
 }
