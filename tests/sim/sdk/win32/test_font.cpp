@@ -23,8 +23,8 @@ int missingGlyphs() {
 
 /// A machine without any font of its own.
 void takeSystemFontsAway(const std::filesystem::path& folder) {
-    std::ofstream(folder / "fonts.conf") << "<fontconfig><cachedir>" << folder.string()
-                                         << "/cache</cachedir></fontconfig>\n";
+    std::ofstream(folder / "fonts.conf")
+        << "<fontconfig><cachedir>" << folder.string() << "/cache</cachedir></fontconfig>\n";
     setenv("FONTCONFIG_FILE", (folder / "fonts.conf").c_str(), 1);
 }
 
