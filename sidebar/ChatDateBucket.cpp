@@ -59,7 +59,7 @@ bool guarded(const QString& action, qint64 time, const Conversion& conversion) {
 
 }  // namespace
 
-QString dateBucketLabel(qint64 time, qint64 now) {
+QString DateBucketLabel(qint64 time, qint64 now) {
     QString label;
     const bool converted = guarded(QStringLiteral("历史对话日期转换"), time, [&] {
         const std::tm today = localTime(now);

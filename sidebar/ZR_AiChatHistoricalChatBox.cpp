@@ -58,7 +58,7 @@ void ZR_AiChatHistoricalChatBox::loadSessions(const ZR_AiChatSessionList& record
         const ZR_AiChatSingleChatRecord& record = records.GetAt(i);
         const qint64 lastActivityTime = record.GetUseTime();
         const qint64 now = m_clock();
-        const QString label = dateBucketLabel(lastActivityTime, now);
+        const QString label = DateBucketLabel(lastActivityTime, now);
         ZR_AiChatChatBoxPage*& page = pagesByLabel[label];
         if (page == nullptr) {
             page = new ZR_AiChatChatBoxPage(this);

@@ -21,7 +21,7 @@ bool tracing() {
 
 }  // namespace
 
-QSize ChatTextMeasure::measure(const QString& text, const QFont& font, int textWidth, int spaceWidth) {
+QSize ChatTextMeasure::measureText(const QString& text, const QFont& font, int textWidth, int spaceWidth) {
     const bool known =
         m_table && textWidth == m_textWidth && font == m_font && !m_text.isEmpty() && text.startsWith(m_text);
     if (!known) {

@@ -19,7 +19,7 @@ public:
     /// Size of the text block with `spaceWidth` beside it, for text that wraps at `textWidth`. Three rows
     /// more than the text has are counted. A text width of zero or less leaves no room and gives a size that
     /// nothing is drawn in. Rows are counted up to the height that a widget can have.
-    QSize measure(const QString& text, const QFont& font, int textWidth, int spaceWidth);
+    QSize measureText(const QString& text, const QFont& font, int textWidth, int spaceWidth);
 
     /// Line spacing of the font measured last, whole pixels.
     int lineHeight() const { return m_lineHeight; }

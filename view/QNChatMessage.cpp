@@ -90,7 +90,7 @@ void QNChatMessage::setColorTheme(int theme) {
 QSize QNChatMessage::fontRect(const QString& text) {
     m_msgText = text;
     m_rects.setWidth(width());
-    const QSize measured = m_measure.measure(text, font(), m_rects.textWidth, m_rects.spaceWidth);
+    const QSize measured = m_measure.measureText(text, font(), m_rects.textWidth, m_rects.spaceWidth);
     m_rects.lineHeight = m_measure.lineHeight();
     qDebug() << "fontRect Size:" << measured;
     m_allSize = m_rects.place(measured);

@@ -81,7 +81,7 @@ void stream(benchmark::State& state, RandomText::Kind kind, bool singleLine, int
             timer.start();
             for (int i = 0; i < pieces; ++i) {
                 soFar += text.midRef(i * kPiece, kPiece);
-                benchmark::DoNotOptimize(measure.measure(soFar, font, kTextWidth, kSpace));
+                benchmark::DoNotOptimize(measure.measureText(soFar, font, kTextWidth, kSpace));
                 if (i == pieces / 2) {
                     half = static_cast<double>(timer.nsecsElapsed()) / 1e9;
                 }
@@ -128,7 +128,8 @@ void MeasureWhole(benchmark::State& state) {
     int runs = 0;
     for (auto _ : state) {
         ChatTextMeasure measure;
-        own += seconds([&] { benchmark::DoNotOptimize(measure.measure(text, font, kTextWidth, kSpace)); });
+        own +=
+            seconds([&] { benchmark::DoNotOptimize(measure.measureText(text, font, kTextWidth, kSpace)); });
         ++runs;
     }
     state.counters["ratio"] = plain / (own / runs);

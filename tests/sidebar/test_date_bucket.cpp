@@ -74,43 +74,43 @@ testing::Environment* const g_logPlace = testing::AddGlobalTestEnvironment(new L
 
 TEST_P(DateBucket, TodayFromMidnightToMidnight) {
     const qint64 now = local(2024, 5, 20, 15, 30);
-    EXPECT_EQ(dateBucketLabel(now, now), QStringLiteral("今天"));
-    EXPECT_EQ(dateBucketLabel(local(2024, 5, 20), now), QStringLiteral("今天"));
-    EXPECT_EQ(dateBucketLabel(local(2024, 5, 20, 23, 59, 59), now), QStringLiteral("今天"));
-    EXPECT_EQ(dateBucketLabel(local(2024, 5, 19, 23, 59, 59), now), QStringLiteral("昨天"));
+    EXPECT_EQ(DateBucketLabel(now, now), QStringLiteral("今天"));
+    EXPECT_EQ(DateBucketLabel(local(2024, 5, 20), now), QStringLiteral("今天"));
+    EXPECT_EQ(DateBucketLabel(local(2024, 5, 20, 23, 59, 59), now), QStringLiteral("今天"));
+    EXPECT_EQ(DateBucketLabel(local(2024, 5, 19, 23, 59, 59), now), QStringLiteral("昨天"));
 }
 
 TEST_P(DateBucket, YesterdayThenThisMonth) {
     const qint64 now = local(2024, 5, 20, 15, 30);
-    EXPECT_EQ(dateBucketLabel(local(2024, 5, 19), now), QStringLiteral("昨天"));
-    EXPECT_EQ(dateBucketLabel(local(2024, 5, 18, 23, 59, 59), now), QStringLiteral("本月"));
-    EXPECT_EQ(dateBucketLabel(local(2024, 5, 1), now), QStringLiteral("本月"));
+    EXPECT_EQ(DateBucketLabel(local(2024, 5, 19), now), QStringLiteral("昨天"));
+    EXPECT_EQ(DateBucketLabel(local(2024, 5, 18, 23, 59, 59), now), QStringLiteral("本月"));
+    EXPECT_EQ(DateBucketLabel(local(2024, 5, 1), now), QStringLiteral("本月"));
     // A day of this month that is still to come is neither today nor yesterday.
-    EXPECT_EQ(dateBucketLabel(local(2024, 5, 21), now), QStringLiteral("本月"));
+    EXPECT_EQ(DateBucketLabel(local(2024, 5, 21), now), QStringLiteral("本月"));
 }
 
 TEST_P(DateBucket, EarlierMonthsAreNamed) {
     const qint64 now = local(2024, 5, 20, 15, 30);
-    EXPECT_EQ(dateBucketLabel(local(2024, 4, 30, 23, 59, 59), now), QStringLiteral("2024年04月"));
-    EXPECT_EQ(dateBucketLabel(local(2023, 11, 7), now), QStringLiteral("2023年11月"));
+    EXPECT_EQ(DateBucketLabel(local(2024, 4, 30, 23, 59, 59), now), QStringLiteral("2024年04月"));
+    EXPECT_EQ(DateBucketLabel(local(2023, 11, 7), now), QStringLiteral("2023年11月"));
 }
 
 TEST_P(DateBucket, SameMonthOfLastYearIsNotThisMonth) {
-    EXPECT_EQ(dateBucketLabel(local(2023, 5, 20), local(2024, 5, 20, 12)), QStringLiteral("2023年05月"));
+    EXPECT_EQ(DateBucketLabel(local(2023, 5, 20), local(2024, 5, 20, 12)), QStringLiteral("2023年05月"));
 }
 
 TEST_P(DateBucket, OnTheFirstTheLastDayOfTheMonthBeforeIsYesterday) {
-    EXPECT_EQ(dateBucketLabel(local(2024, 4, 30, 9), local(2024, 5, 1, 10)), QStringLiteral("昨天"));
-    EXPECT_EQ(dateBucketLabel(local(2023, 12, 31, 9), local(2024, 1, 1, 10)), QStringLiteral("昨天"));
-    EXPECT_EQ(dateBucketLabel(local(2023, 12, 30, 9), local(2024, 1, 1, 10)), QStringLiteral("2023年12月"));
-    EXPECT_EQ(dateBucketLabel(local(2024, 2, 29, 9), local(2024, 3, 1, 10)), QStringLiteral("昨天"));
+    EXPECT_EQ(DateBucketLabel(local(2024, 4, 30, 9), local(2024, 5, 1, 10)), QStringLiteral("昨天"));
+    EXPECT_EQ(DateBucketLabel(local(2023, 12, 31, 9), local(2024, 1, 1, 10)), QStringLiteral("昨天"));
+    EXPECT_EQ(DateBucketLabel(local(2023, 12, 30, 9), local(2024, 1, 1, 10)), QStringLiteral("2023年12月"));
+    EXPECT_EQ(DateBucketLabel(local(2024, 2, 29, 9), local(2024, 3, 1, 10)), QStringLiteral("昨天"));
 }
 
 TEST_P(DateBucket, AtMidnight) {
     const qint64 midnight = local(2024, 5, 20);
-    EXPECT_EQ(dateBucketLabel(midnight - 1, midnight), QStringLiteral("昨天"));
-    EXPECT_EQ(dateBucketLabel(midnight, midnight), QStringLiteral("今天"));
-    EXPECT_EQ(dateBucketLabel(midnight, midnight - 1), QStringLiteral("本月"));
+    EXPECT_EQ(DateBucketLabel(midnight - 1, midnight), QStringLiteral("昨天"));
+    EXPECT_EQ(DateBucketLabel(midnight, midnight), QStringLiteral("今天"));
+    EXPECT_EQ(DateBucketLabel(midnight, midnight - 1), QStringLiteral("本月"));
 }
 
 TEST_P(DateBucket, PageTimeOfTodayAndYesterdayIsTheirMidnight) {
@@ -136,11 +136,11 @@ TEST(DateBucketZones, YesterdayIsADayOfSecondsAgoAlsoWhenClocksChange) {
     // calendar.
     const Zone zone("America/New_York");
     const qint64 afterSpring = local(2024, 3, 11, 0, 30);
-    EXPECT_EQ(dateBucketLabel(local(2024, 3, 10, 12), afterSpring), QStringLiteral("本月"));
-    EXPECT_EQ(dateBucketLabel(local(2024, 3, 9, 23, 45), afterSpring), QStringLiteral("昨天"));
+    EXPECT_EQ(DateBucketLabel(local(2024, 3, 10, 12), afterSpring), QStringLiteral("本月"));
+    EXPECT_EQ(DateBucketLabel(local(2024, 3, 9, 23, 45), afterSpring), QStringLiteral("昨天"));
     const qint64 afterAutumn = local(2024, 11, 3, 23, 30);
-    EXPECT_EQ(dateBucketLabel(local(2024, 11, 2, 12), afterAutumn), QStringLiteral("本月"));
-    EXPECT_EQ(dateBucketLabel(local(2024, 11, 3, 0, 10), afterAutumn), QStringLiteral("今天"));
+    EXPECT_EQ(DateBucketLabel(local(2024, 11, 2, 12), afterAutumn), QStringLiteral("本月"));
+    EXPECT_EQ(DateBucketLabel(local(2024, 11, 3, 0, 10), afterAutumn), QStringLiteral("今天"));
 }
 
 TEST(DateBucketZones, EpochIsAMonthPageWhosePageTimeIsNegative) {
@@ -148,7 +148,7 @@ TEST(DateBucketZones, EpochIsAMonthPageWhosePageTimeIsNegative) {
         const Zone zone(name);
         const qint64 now = local(2024, 5, 20, 12);
         const bool west = local(1970, 1, 1) > 0;
-        EXPECT_EQ(dateBucketLabel(0, now), west ? QStringLiteral("1969年12月") : QStringLiteral("1970年01月"))
+        EXPECT_EQ(DateBucketLabel(0, now), west ? QStringLiteral("1969年12月") : QStringLiteral("1970年01月"))
             << name;
         qint64 time = 0;
         EXPECT_TRUE(normalisedPageTime(0, now, time));
@@ -158,12 +158,12 @@ TEST(DateBucketZones, EpochIsAMonthPageWhosePageTimeIsNegative) {
 
 TEST_F(DateBucketFailure, TimeThatCannotBeConvertedGetsItsOwnHeadingAndALogLine) {
     for (const qint64 time : {qint64{-1}, qint64{1} << 60U, qint64{32535216000}}) {
-        EXPECT_EQ(dateBucketLabel(time, 1700000000), QStringLiteral("日期无法识别")) << time;
+        EXPECT_EQ(DateBucketLabel(time, 1700000000), QStringLiteral("日期无法识别")) << time;
         EXPECT_EQ(
             LogFile::messages().value(LogFile::messages().size() - 1),
             QStringLiteral("历史对话日期转换时捕获到错误:invalid argument,输入的时间值为:%1").arg(time));
     }
-    EXPECT_EQ(dateBucketLabel(32535215999, 1700000000).left(2), QStringLiteral("30"));
+    EXPECT_EQ(DateBucketLabel(32535215999, 1700000000).left(2), QStringLiteral("30"));
 }
 
 TEST_F(DateBucketFailure, PageTimeThatCannotBeConvertedStaysAsItWas) {
@@ -175,8 +175,8 @@ TEST_F(DateBucketFailure, PageTimeThatCannotBeConvertedStaysAsItWas) {
 }
 
 TEST_F(DateBucketFailure, ClockThatCannotBeConvertedIsAFailureToo) {
-    EXPECT_EQ(dateBucketLabel(1700000000, -5), QStringLiteral("日期无法识别"));
+    EXPECT_EQ(DateBucketLabel(1700000000, -5), QStringLiteral("日期无法识别"));
     // Yesterday of the first day of the epoch lies before it.
-    EXPECT_EQ(dateBucketLabel(kHour, kHour), QStringLiteral("日期无法识别"));
-    EXPECT_NE(dateBucketLabel(kHour, kDay + kHour), QStringLiteral("日期无法识别"));
+    EXPECT_EQ(DateBucketLabel(kHour, kHour), QStringLiteral("日期无法识别"));
+    EXPECT_NE(DateBucketLabel(kHour, kDay + kHour), QStringLiteral("日期无法识别"));
 }

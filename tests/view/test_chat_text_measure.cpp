@@ -21,7 +21,7 @@ QFont bubbleFont() {
 
 QSize measured(const QString& text, int textWidth) {
     ChatTextMeasure measure;
-    return measure.measure(text, bubbleFont(), textWidth, kSpace);
+    return measure.measureText(text, bubbleFont(), textWidth, kSpace);
 }
 
 QSize plain(const QString& text, int textWidth) {
@@ -141,7 +141,7 @@ TEST_P(ChatTextMeasureRandom, GivesTheSameNumbersHoweverTheTextArrives) {
         for (int length = 0; length < text.size();) {
             length = std::min(text.size(), length + random.number(1, 40));
             const QString soFar = text.left(length);
-            ASSERT_EQ(measure.measure(soFar, bubbleFont(), width, kSpace), plain(soFar, width))
+            ASSERT_EQ(measure.measureText(soFar, bubbleFont(), width, kSpace), plain(soFar, width))
                 << width << " " << soFar.toStdString();
         }
     }
@@ -158,7 +158,7 @@ TEST(ChatTextMeasure, LongSingleLineGivesThePlainNumbersWhileItGrows) {
         ChatTextMeasure measure;
         for (int length = 100; length < text.size(); length += 600) {
             const QString soFar = text.left(length);
-            ASSERT_EQ(measure.measure(soFar, bubbleFont(), 260, kSpace), plain(soFar, 260)) << length;
+            ASSERT_EQ(measure.measureText(soFar, bubbleFont(), 260, kSpace), plain(soFar, 260)) << length;
         }
     }
 }
@@ -166,21 +166,21 @@ TEST(ChatTextMeasure, LongSingleLineGivesThePlainNumbersWhileItGrows) {
 TEST(ChatTextMeasure, LineBreakInAStreamedLineChangesTheRule) {
     ChatTextMeasure measure;
     const QString line = QString(120, QChar(u'图'));
-    EXPECT_EQ(measure.measure(line, bubbleFont(), 300, kSpace), plain(line, 300));
+    EXPECT_EQ(measure.measureText(line, bubbleFont(), 300, kSpace), plain(line, 300));
     const QString broken = line + QStringLiteral("\n再来一行");
-    EXPECT_EQ(measure.measure(broken, bubbleFont(), 300, kSpace), plain(broken, 300));
+    EXPECT_EQ(measure.measureText(broken, bubbleFont(), 300, kSpace), plain(broken, 300));
 }
 
 TEST(ChatTextMeasure, OtherWidthFontOrTextStartsAnew) {
     ChatTextMeasure measure;
     const QString text = RandomText(3).text(RandomText::Mixed, 600);
-    measure.measure(text, bubbleFont(), 300, kSpace);
-    EXPECT_EQ(measure.measure(text, bubbleFont(), 200, kSpace), plain(text, 200));
+    measure.measureText(text, bubbleFont(), 300, kSpace);
+    EXPECT_EQ(measure.measureText(text, bubbleFont(), 200, kSpace), plain(text, 200));
     QFont larger = bubbleFont();
     larger.setPointSize(20);
-    EXPECT_EQ(measure.measure(text, larger, 200, kSpace),
+    EXPECT_EQ(measure.measureText(text, larger, 200, kSpace),
               PlainTextMeasure::measure(text, larger, 200, kSpace));
-    EXPECT_EQ(measure.measure(QStringLiteral("x"), larger, 200, kSpace),
+    EXPECT_EQ(measure.measureText(QStringLiteral("x"), larger, 200, kSpace),
               PlainTextMeasure::measure(QStringLiteral("x"), larger, 200, kSpace));
 }
 
@@ -195,7 +195,7 @@ TEST(ChatTextMeasure, FractionalFontSizesGiveThePlainNumbersToo) {
                 random.text(static_cast<RandomText::Kind>(round % RandomText::KindCount), 300);
             const int width = random.number(80, 500);
             ChatTextMeasure measure;
-            ASSERT_EQ(measure.measure(text, font, width, kSpace),
+            ASSERT_EQ(measure.measureText(text, font, width, kSpace),
                       PlainTextMeasure::measure(text, font, width, kSpace))
                 << width << " " << text.toStdString();
         }

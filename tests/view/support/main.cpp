@@ -7,7 +7,11 @@
 // The font of the resource set, as the module loads it. Traces are off unless a test wants them.
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
-    QApplication application(argc, argv);
+    // The tests are listed where no platform is set up, maybe without any display.
+    if (testing::GTEST_FLAG(list_tests)) {
+        return RUN_ALL_TESTS();
+    }
+    const QApplication application(argc, argv);
     QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
     const int id =
         QFontDatabase::addApplicationFont(QStringLiteral(":/res/font/SourceHanSansCN-Regular.ttf"));
