@@ -13,8 +13,23 @@ namespace win32 {
 
 namespace {
 
+/// Where a window manager is to put the window, and that it has one size only when it has no frame to drag.
+void tellSizeHints(const Window& window) {
+    xcb_size_hints_t hints{};
+    xcb_icccm_size_hints_set_position(&hints, 1, window.rectangle.left, window.rectangle.top);
+    xcb_icccm_size_hints_set_size(&hints, 1, window.width(), window.height());
+    if ((window.style & WS_THICKFRAME) == 0) {
+        xcb_icccm_size_hints_set_min_size(&hints, window.width(), window.height());
+        xcb_icccm_size_hints_set_max_size(&hints, window.width(), window.height());
+    }
+    xcb_icccm_set_wm_normal_hints(Display::instance().connection(), toXid(window.handle), &hints);
+}
+
 void configureServer(const Window& window) {
     const Display& display = Display::instance();
+    if (window.isTopLevel()) {
+        tellSizeHints(window);
+    }
     int top = window.rectangle.top;
     if (window.isChild()) {
         if (const Window* parent = findWindow(window.parent)) {
@@ -113,10 +128,7 @@ void show(Window& window, bool activate) {
         }
         current->style |= WS_VISIBLE;
         if (current->isTopLevel()) {
-            xcb_size_hints_t hints{};
-            xcb_icccm_size_hints_set_position(&hints, 1, current->rectangle.left, current->rectangle.top);
-            xcb_icccm_size_hints_set_size(&hints, 1, current->width(), current->height());
-            xcb_icccm_set_wm_normal_hints(Display::instance().connection(), toXid(handle), &hints);
+            tellSizeHints(*current);
         }
         xcb_map_window(Display::instance().connection(), toXid(handle));
         invalidate(*current, nullptr, true);
