@@ -12,7 +12,8 @@ namespace {
 constexpr std::int64_t kMs = 1;
 constexpr std::int64_t kSecond = 1000 * kMs;
 constexpr std::int64_t kMinute = 60 * kSecond;
-constexpr std::int64_t kDay = 24 * 60 * kMinute;
+constexpr std::int64_t kHour = 60 * kMinute;
+constexpr std::int64_t kDay = 24 * kHour;
 constexpr std::uint64_t kDaysOfHistory = 730;
 /// How many of the newest sessions are of the last day or so: enough to fill the side bar's first pages.
 constexpr std::array<std::int64_t, 9> kRecentMinutes{4, 37, 95, 180, 1440, 1502, 1610, 1685, 1790};
