@@ -13,6 +13,12 @@ if(ZENTRI_SANITIZE)
   add_link_options(-fsanitize=${ZENTRI_SANITIZE})
 endif()
 
+# Line coverage, for tools/coverage.
+if(ZENTRI_COVERAGE)
+  add_compile_options(--coverage -fprofile-update=atomic)
+  add_link_options(--coverage)
+endif()
+
 find_program(CCACHE_PROGRAM ccache)
 if(CCACHE_PROGRAM)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE_PROGRAM})
