@@ -8,11 +8,14 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QPropertyAnimation>
+#include <QScrollArea>
 #include <QScrollBar>
 #include <QTest>
 #include <QTextEdit>
+#include <QTimer>
 #include <QToolButton>
 
+#include "host/ZR_ZentriFloatingBtn.h"
 #include "sidebar/ZR_AiChatSideBar.h"
 #include "sidebar/ZR_AiChatSideBarSearchInputDlg.h"
 #include "tests/view/support/ViewTest.h"
@@ -50,13 +53,18 @@ const QString kEnglishAnswer = QStringLiteral(
 
 class Gallery : public ViewTest, public testing::WithParamInterface<int> {
 protected:
-    Gallery() { QDir().mkpath(QStringLiteral(ZENTRI_GALLERY_DIR)); }
+    Gallery() { QDir().mkpath(folder()); }
+
+    static QString folder() {
+        return QStringLiteral(ZENTRI_GALLERY_DIR "/%1").arg(qRound(qGuiApp->devicePixelRatio() * 100));
+    }
 
     int theme() const { return GetParam(); }
 
     void keep(QWidget& widget, const QString& name) const {
-        const QString file = QStringLiteral(ZENTRI_GALLERY_DIR "/%1-%2.png")
-                                 .arg(name, theme() == 1 ? QStringLiteral("light") : QStringLiteral("dark"));
+        const QString file =
+            QStringLiteral("%1/%2-%3.png")
+                .arg(folder(), name, theme() == 1 ? QStringLiteral("light") : QStringLiteral("dark"));
         EXPECT_TRUE(widget.grab().save(file)) << file.toStdString();
     }
 
@@ -100,7 +108,7 @@ protected:
 }  // namespace
 
 TEST_P(Gallery, PanelAtSeveralWidths) {
-    for (const int width : {320, 480, 627, 900}) {
+    for (const int width : {320, 400, 480, 627, 900}) {
         ZR_ZentriPaletteView view;
         view.resize(width, 673);
         view.setColorTheme(theme());
@@ -170,7 +178,7 @@ TEST_P(Gallery, SingleLongLine) {
 }
 
 TEST_P(Gallery, SideBar) {
-    for (const int width : {480, 700}) {
+    for (const int width : {480, 700, 900}) {
         ZR_ZentriPaletteView view;
         view.resize(width, 673);
         view.setColorTheme(theme());
@@ -182,6 +190,85 @@ TEST_P(Gallery, SideBar) {
         keep(view, QStringLiteral("sidebar-%1").arg(width));
         EXPECT_EQ(view.findChild<ZR_AiChatSideBar*>()->width(), 250);
     }
+}
+
+TEST_P(Gallery, SideBarOfTwoThousandSessions) {
+    ZR_ZentriPaletteView view;
+    view.resize(627, 673);
+    view.setColorTheme(theme());
+    view.show();
+    settle();
+    fill(view);
+    history(view, 2000);
+    openSideBar(view);
+    QScrollBar* const bar = view.findChild<QScrollArea*>(QStringLiteral("scrollArea"))->verticalScrollBar();
+    bar->setValue(bar->maximum());
+    settle();
+    keep(view, QStringLiteral("sidebar-2000"));
+    EXPECT_GT(bar->maximum(), 2000);
+}
+
+TEST_P(Gallery, SideBarWhenNothingIsFound) {
+    ZR_ZentriPaletteView view;
+    view.setColorTheme(theme());
+    view.show();
+    settle();
+    fill(view);
+    history(view, 24);
+    openSideBar(view);
+    view.findChild<QTextEdit*>(QStringLiteral("textEdit_SearchText"))
+        ->setPlainText(QStringLiteral("样条曲线 SPLINE"));
+    settle();
+    keep(view, QStringLiteral("sidebar-nothing-found"));
+    EXPECT_FALSE(view.findChild<QLabel*>(QStringLiteral("label_PageFilterDate"))->isVisible());
+}
+
+TEST_P(Gallery, OptionsMenu) {
+    ZR_ZentriPaletteView view;
+    m_palette.view = &view;
+    view.setColorTheme(theme());
+    view.show();
+    settle();
+    history(view, 6);
+    openSideBar(view);
+    bool seen = false;
+    QTimer::singleShot(0, &view, [&] {
+        QWidget* const menu = QApplication::activePopupWidget();
+        ASSERT_NE(menu, nullptr);
+        keep(*menu, QStringLiteral("menu-options"));
+        seen = menu->actions().size() == 1;
+        menu->close();
+    });
+    view.findChild<QToolButton*>(QStringLiteral("toolButton_option"))->click();
+    EXPECT_TRUE(seen);
+    m_palette.view = &m_palette;
+}
+
+TEST_P(Gallery, TypedQuestion) {
+    ZR_ZentriPaletteView view;
+    view.resize(480, 500);
+    view.setColorTheme(theme());
+    view.show();
+    settle();
+    view.setInputText(kQuestion + QLatin1Char('\n') + kEnglishQuestion + QLatin1Char('\n') + kAnswer);
+    settle();
+    keep(view, QStringLiteral("panel-typed"));
+    EXPECT_GT(
+        view.findChild<QTextEdit*>(QStringLiteral("textEdit_userInput"))->verticalScrollBar()->maximum(), 0);
+}
+
+TEST_P(Gallery, FloatingButton) {
+    QWidget desk;
+    desk.resize(200, 140);
+    desk.setStyleSheet(theme() == 1 ? QStringLiteral("background: #d0d4da")
+                                    : QStringLiteral("background: #33363c"));
+    auto* const button = new ZR_ZentriFloatingBtn(&desk);
+    button->setWindowFlags(Qt::Widget);
+    button->move(40, 30);
+    desk.show();
+    settle();
+    keep(desk, QStringLiteral("floating-button"));
+    EXPECT_EQ(button->size(), QSize(120, 80));
 }
 
 TEST_P(Gallery, SideBarWithoutHistory) {
@@ -218,6 +305,16 @@ TEST_P(Gallery, EditDialog) {
     settle();
     keep(dialog, QStringLiteral("dialog-edit"));
     EXPECT_EQ(dialog.size(), QSize(754, 217));
+}
+
+TEST_P(Gallery, EditDialogWithALongQuestion) {
+    ZR_AiChatUserEditDlg dialog;
+    applyThemeProperty(&dialog, kColorThemeProperty, theme());
+    dialog.setEditText(QString(kAnswer + QLatin1Char('\n') + kEnglishAnswer).repeated(3));
+    dialog.show();
+    settle();
+    keep(dialog, QStringLiteral("dialog-edit-long"));
+    EXPECT_GT(dialog.findChild<QTextEdit*>()->verticalScrollBar()->maximum(), 0);
 }
 
 TEST_P(Gallery, OtherDialogs) {

@@ -1,0 +1,30 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QFontDatabase>
+#include <QLoggingCategory>
+
+// Takes --scale=PERCENT, which the platform reads once when it starts.
+int main(int argc, char** argv) {
+    testing::InitGoogleTest(&argc, argv);
+    // The tests are listed where no platform is set up, maybe without any display.
+    if (testing::GTEST_FLAG(list_tests)) {
+        return RUN_ALL_TESTS();
+    }
+    const QByteArray scaleOption = "--scale=";
+    for (int i = 1; i < argc; ++i) {
+        if (QByteArray(argv[i]).startsWith(scaleOption)) {
+            const int percent = QByteArray(argv[i]).mid(scaleOption.size()).toInt();
+            qputenv("QT_SCALE_FACTOR", QByteArray::number(percent / 100.0));
+        }
+    }
+    const QApplication application(argc, argv);
+    QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
+    const int id =
+        QFontDatabase::addApplicationFont(QStringLiteral(":/res/font/SourceHanSansCN-Regular.ttf"));
+    const QStringList families = QFontDatabase::applicationFontFamilies(id);
+    if (!families.isEmpty()) {
+        QApplication::setFont(QFont(families.first(), 9));
+    }
+    return RUN_ALL_TESTS();
+}
