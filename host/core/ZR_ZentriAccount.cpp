@@ -11,8 +11,9 @@ struct Account {
 };
 
 Account& account() {
-    static Account instance;
-    return instance;
+    // Never destroyed: a worker thread may still ask while the process ends.
+    static Account* const instance = new Account;
+    return *instance;
 }
 
 }  // namespace
