@@ -9,11 +9,13 @@
 ZR_AiChatReadHistoricalChatThread::ZR_AiChatReadHistoricalChatThread(QObject* parent) : QThread(parent) {}
 
 ZR_AiChatReadHistoricalChatThread::~ZR_AiChatReadHistoricalChatThread() {
+    requestInterruption();
     quit();
     wait();
 }
 
 bool ZR_AiChatReadHistoricalChatThread::copyResultTo(ZR_AiChatSessionList& sessions) const {
+    const std::lock_guard<std::mutex> lock(m_resultMutex);
     if (m_result.IsEmpty()) {
         return false;
     }
@@ -22,9 +24,10 @@ bool ZR_AiChatReadHistoricalChatThread::copyResultTo(ZR_AiChatSessionList& sessi
 }
 
 void ZR_AiChatReadHistoricalChatThread::run() {
-    emit readStart();
-    runAndLogExceptions(_T("历史对话读取线程发生错误:"), _T("历史对话读取线程发生未知错误！"),
-                        [this] { readSessions(); });
+    runAndLogExceptions(_T("历史对话读取线程发生错误:"), _T("历史对话读取线程发生未知错误！"), [this] {
+        emit readStart();
+        readSessions();
+    });
     emit readEnd();
 }
 
@@ -32,15 +35,15 @@ void ZR_AiChatReadHistoricalChatThread::readSessions() {
     if (!zentriHasAccess()) {
         return;
     }
-    m_result.RemoveAll();
+    changeResult([this] { m_result.RemoveAll(); });
     CStringArray ids;
     if (!readSessionIds(ids)) {
         return;
     }
-    for (INT_PTR i = 0; i < ids.GetCount(); ++i) {
+    for (INT_PTR i = 0; i < ids.GetCount() && !isInterruptionRequested(); ++i) {
         ZR_AiChatSingleChatRecord record;
         if (readSessionChats(ids[i], record)) {
-            m_result.Add(record);
+            changeResult([&] { m_result.Add(record); });
         }
     }
 }

@@ -1,21 +1,23 @@
 #pragma once
 
 #include <QThread>
+#include <mutex>
 
 #include "chat/ZR_AiChatSingleChatRecord.h"
 
-/// Reads all of the user's sessions from the service, one after another. Nothing cancels a run but quit(),
-/// which lets the remaining reads fail at once.
+/// Reads all of the user's sessions from the service, one after another. Nothing cancels a run but deleting
+/// the thread or quit(), which lets the remaining reads fail at once.
 class ZR_AiChatReadHistoricalChatThread : public QThread {
     Q_OBJECT
 
 public:
     explicit ZR_AiChatReadHistoricalChatThread(QObject* parent = nullptr);
-    /// Stops a running read and waits for it.
+    /// Stops a running read, asks for nothing more and waits for the end.
     ~ZR_AiChatReadHistoricalChatThread() override;
 
     /// Replaces the content of `sessions` by the sessions read, in the service's order; false, with
-    /// `sessions` left alone, when there are none. To be called after readEnd, not during a run.
+    /// `sessions` left alone, when there are none. Meant for after readEnd; during a run it gives what has
+    /// been read so far.
     bool copyResultTo(ZR_AiChatSessionList& sessions) const;
 
 signals:
@@ -28,6 +30,13 @@ protected:
 
 private:
     void readSessions();
+    template <typename Change>
+    void changeResult(const Change& change) {
+        const std::lock_guard<std::mutex> lock(m_resultMutex);
+        change();
+    }
 
+    /// Guards m_result: a second run may have begun by the time the first one's readEnd is handled.
+    mutable std::mutex m_resultMutex;
     ZR_AiChatSessionList m_result;
 };
