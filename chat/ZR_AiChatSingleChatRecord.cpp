@@ -46,11 +46,11 @@ void ZR_AiChatSingleChatRecord::Serialize(CArchive& archive) {
         return;
     }
 
+    m_units.RemoveAll();
     DWORD ignoredVersion = 0;
     archive >> ignoredVersion;
     archive >> m_sessionId;
     archive >> m_title;
-    m_units.RemoveAll();
     DWORD count = 0;
     archive >> count;
     // A count beyond what the archive holds ends with the archive's own end-of-file exception.

@@ -22,12 +22,12 @@ ZR_AiChatSingleChatRecord recordWithTimes(const std::vector<std::int64_t>& times
     return record;
 }
 
-/// What the record stores, byte by byte.
-std::vector<BYTE> stored(ZR_AiChatSingleChatRecord& record) {
+/// What the object stores, byte by byte.
+std::vector<BYTE> stored(CObject& object) {
     CMemFile file;
     {
         CArchive archive(&file, CArchive::store);
-        record.Serialize(archive);
+        object.Serialize(archive);
     }
     std::vector<BYTE> bytes(static_cast<std::size_t>(file.GetLength()));
     file.SeekToBegin();
@@ -311,6 +311,14 @@ TEST(SingleChatRecord, EndsWithAnArchiveExceptionOnATruncatedArchive) {
     EXPECT_EQ(record.GetUnitCount(), 0);
 }
 
+TEST(SingleChatRecord, RemovesItsUnitsBeforeItLoadsAnything) {
+    ZR_AiChatSingleChatRecord record = recordWithTimes({1, 2});
+    record.SetSessionId(_T("s1"));
+    EXPECT_FALSE(load({}, record));
+    EXPECT_EQ(record.GetUnitCount(), 0);
+    EXPECT_EQ(record.GetSessionId(), _T("s1"));
+}
+
 TEST(SessionList, IsCopiedRecordByRecord) {
     ZR_AiChatSessionList source;
     source.Add(recordWithTimes({1}));
@@ -325,4 +333,14 @@ TEST(SessionList, IsCopiedRecordByRecord) {
 
     copySessionList(target, target);
     EXPECT_EQ(target.GetCount(), 2);
+}
+
+TEST(SessionList, StoresItsCountAndThenTheElementsAsMfcDoesByDefault) {
+    ZR_AiChatSessionList sessions;
+    sessions.Add(recordWithTimes({1}));
+    sessions.Add(recordWithTimes({2}));
+    const std::vector<BYTE> bytes = stored(sessions);
+    ASSERT_EQ(bytes.size(), sizeof(WORD) + 2 * sizeof(ZR_AiChatSingleChatRecord));
+    EXPECT_EQ(bytes[0], 2);
+    EXPECT_EQ(bytes[1], 0);
 }
