@@ -1,6 +1,7 @@
 #include "tests/chat/FakeChat.h"
 
 #include <QCoreApplication>
+#include <QMetaMethod>
 #include <QTest>
 
 #include "chat/ZR_AiChatCSThread.h"
@@ -8,12 +9,10 @@
 #include "chat/ZR_AiChatReadHistoricalChatThread.h"
 #include "host/core/ZR_ZentriAccount.h"
 #include "host/core/ZR_ZentriText.h"
+#include "tests/chat/LogFile.h"
 #include "tests/chat/MessageBoxes.h"
 
 namespace {
-// A condition that holds is seen at once; the limit only bounds a failure, also under sanitizers.
-constexpr int waitLimitMs = 30000;
-
 MessageBoxes g_messageBoxes;
 }  // namespace
 
@@ -24,7 +23,8 @@ MessageBoxes& MessageBoxes::instance() {
 int MessageBoxes::DoMessageBox(LPCTSTR text, UINT type, UINT helpId) {
     Q_UNUSED(helpId)
     const std::lock_guard<std::mutex> lock(m_mutex);
-    m_boxes.append({toQString(CString(text)), type});
+    const QStringList log = LogFile::messages();
+    m_boxes.append({toQString(CString(text)), type, std::this_thread::get_id(), log.value(log.size() - 1)});
     return IDOK;
 }
 
@@ -43,7 +43,14 @@ void FakeAnswer::stopAnswerLoading() {
 }
 
 void FakeChatView::updateSideBarSessions(const ZR_AiChatSessionList& sessions) {
-    m_calls.append(QStringLiteral("view sessions ") + idsOf(sessions).join(QLatin1Char(' ')));
+    take(QStringLiteral("view sessions ") + idsOf(sessions).join(QLatin1Char(' ')));
+}
+
+void FakeChatView::take(const QString& call) {
+    m_calls.append(call);
+    if (onCall) {
+        onCall();
+    }
 }
 
 ChatTest::ChatTest() {
@@ -125,6 +132,16 @@ QStringList messagesOf(const ZR_AiChatSingleChatRecord& record) {
         messages.append(QString::number(units[i].role) + QLatin1Char(':') + toQString(units[i].message));
     }
     return messages;
+}
+
+QStringList signalsOf(const QMetaObject& metaObject) {
+    QStringList signatures;
+    for (int i = metaObject.methodOffset(); i < metaObject.methodCount(); ++i) {
+        if (metaObject.method(i).methodType() == QMetaMethod::Signal) {
+            signatures.append(QString::fromLatin1(metaObject.method(i).methodSignature()));
+        }
+    }
+    return signatures;
 }
 
 QStringList idsOf(const ZR_AiChatSessionList& sessions) {

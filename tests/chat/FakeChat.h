@@ -43,10 +43,10 @@ public:
     explicit FakeChatView(Calls& calls) : m_calls(calls) { setZentriPaletteAccess(this); }
     ~FakeChatView() override { setZentriPaletteAccess(nullptr); }
 
-    void onStreamStart() override { m_calls.append(QStringLiteral("view start")); }
-    void onStreamProcess() override { m_calls.append(QStringLiteral("view process")); }
-    void onStreamEnd() override { m_calls.append(QStringLiteral("view end")); }
-    void showCurrentSession() override { m_calls.append(QStringLiteral("view show current")); }
+    void onStreamStart() override { take(QStringLiteral("view start")); }
+    void onStreamProcess() override { take(QStringLiteral("view process")); }
+    void onStreamEnd() override { take(QStringLiteral("view end")); }
+    void showCurrentSession() override { take(QStringLiteral("view show current")); }
     void updateSideBarSessions(const ZR_AiChatSessionList& sessions) override;
     void setInputText(const QString&) override {}
     void sendInput() override {}
@@ -55,7 +55,12 @@ public:
     ZR_AiChatViewInterface* chatView() override { return this; }
     void takeKeyboardFocus() override {}
 
+    /// Run within each call of the manager, once it has been written down.
+    std::function<void()> onCall;
+
 private:
+    void take(const QString& call);
+
     Calls& m_calls;
 };
 
@@ -93,9 +98,14 @@ protected:
     std::unique_ptr<TestManager> m_manager;
 };
 
+/// A condition that holds is seen at once; the limit only bounds a failure, also under sanitizers.
+constexpr int waitLimitMs = 30000;
+
 /// Texts of the source code as Qt's.
 QStringList texts(std::initializer_list<const char*> utf8);
 /// A record's messages as "0:question", "1:answer".
 QStringList messagesOf(const ZR_AiChatSingleChatRecord& record);
+/// The signals that a class declares itself, in order.
+QStringList signalsOf(const QMetaObject& metaObject);
 /// The ids of the sessions in order.
 QStringList idsOf(const ZR_AiChatSessionList& sessions);

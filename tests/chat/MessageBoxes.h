@@ -6,6 +6,7 @@
 #include <QString>
 #include <functional>
 #include <mutex>
+#include <thread>
 
 /// The module's message boxes in a test: MFC hands them to the application object, which takes note of them
 /// and answers OK. Any thread.
@@ -14,6 +15,10 @@ public:
     struct Box {
         QString text;
         UINT type;
+        /// Where the box was asked for.
+        std::thread::id thread;
+        /// The log's last entry by then.
+        QString lastLogged;
     };
 
     QList<Box> boxes() const {

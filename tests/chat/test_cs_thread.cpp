@@ -73,6 +73,9 @@ protected:
         return true;
     }
 
+    /// Runs once and gives the debug output meanwhile.
+    QString tracesOfARun();
+
     FakeHttpServer m_server;
     FakeSource m_source;
     QObject m_receiver;
@@ -222,6 +225,8 @@ TEST_F(CSThread, ReportsAnHttpErrorOnceAndEnds) {
     ASSERT_EQ(MessageBoxes::instance().count(), 1);
     EXPECT_EQ(MessageBoxes::instance().boxes().first().text, QStringLiteral("Zentri 通信出错！"));
     EXPECT_EQ(MessageBoxes::instance().boxes().first().type, UINT{MB_OK});
+    EXPECT_NE(MessageBoxes::instance().boxes().first().thread, std::this_thread::get_id());
+    EXPECT_TRUE(MessageBoxes::instance().boxes().first().lastLogged.startsWith(errorLogBegin));
     EXPECT_EQ(m_boxesAtEnd, QList<int>{1}) << "the box comes before the end";
 
     const QStringList log = LogFile::messages().mid(logged);
@@ -391,6 +396,36 @@ TEST_F(CSThread, EndsAfterAnExceptionWhileTheFlagIsSet) {
     EXPECT_EQ(m_signals, texts({"start", "end"}));
 }
 
+TEST_F(CSThread, LogsWhatAReceiverThrowsInTheMiddleOfAnAnswer) {
+    const int logged = LogFile::messages().size();
+    QObject::connect(
+        m_thread.get(), &ZR_AiChatCSThread::streamProcess, m_thread.get(),
+        [] { throw std::runtime_error("receiver"); }, Qt::DirectConnection);
+    ASSERT_TRUE(startAnswer());
+    m_server.sendBytes(0, "data:a\n\ndata:b\n\n");
+    ASSERT_TRUE(finish());
+    EXPECT_EQ(LogFile::messages().mid(logged), QStringList{QStringLiteral("C/S通信线程发生错误:receiver")});
+    EXPECT_EQ(m_signals, texts({"start", "<a"})) << "the flag is clear, so nobody waits for an end";
+    EXPECT_EQ(MessageBoxes::instance().count(), 0);
+    EXPECT_TRUE(waitFor([this] { return m_server.isClosed(0); }));
+}
+
+TEST_F(CSThread, LogsWhatAReceiverThrowsAtTheEndOfAnAnswer) {
+    const int logged = LogFile::messages().size();
+    QObject::connect(
+        m_thread.get(), &ZR_AiChatCSThread::streamEnd, m_thread.get(), [] { throw 7; }, Qt::DirectConnection);
+    m_server.answer(target, "data:a\n\n");
+    m_thread->start();
+    ASSERT_TRUE(finish());
+    EXPECT_EQ(LogFile::messages().mid(logged), QStringList{QStringLiteral("C/S通信线程发生未知错误！")});
+    EXPECT_EQ(m_signals, texts({"start", "<a", "end"}));
+}
+
+TEST_F(CSThread, DeclaresItsSignalsInOrder) {
+    EXPECT_EQ(signalsOf(ZR_AiChatCSThread::staticMetaObject),
+              texts({"streamStart()", "streamProcess(QString)", "streamEnd()"}));
+}
+
 namespace {
 
 std::mutex g_traceMutex;
@@ -401,23 +436,56 @@ void keepTrace(QtMsgType, const QMessageLogContext&, const QString& text) {
     g_traces.append(text);
 }
 
+/// Switches the debug output on and keeps it, while it lives.
+class Traces {
+public:
+    Traces() : m_former(qInstallMessageHandler(keepTrace)) {
+        g_traces.clear();
+        QLoggingCategory::defaultCategory()->setEnabled(QtDebugMsg, true);
+    }
+    ~Traces() { qInstallMessageHandler(m_former); }
+
+private:
+    QtMessageHandler m_former;
+};
+
 }  // namespace
 
-TEST_F(CSThread, TracesWhatItReads) {
-    g_traces.clear();
-    QLoggingCategory::defaultCategory()->setEnabled(QtDebugMsg, true);
-    const QtMessageHandler former = qInstallMessageHandler(keepTrace);
-    m_server.answer(target, "data:a\n\nrest");
+QString CSThread::tracesOfARun() {
+    const Traces traces;
     m_thread->start();
-    const bool finished = finish();
+    EXPECT_TRUE(finish());
     m_thread->wait();
-    qInstallMessageHandler(former);
-    ASSERT_TRUE(finished);
-    const QString all = g_traces.join(QLatin1Char('\n'));
+    return g_traces.join(QLatin1Char('\n'));
+}
+
+TEST_F(CSThread, TracesWhatItReads) {
+    m_server.answer(target, "data:a\n\nrest");
+    const QString all = tracesOfARun();
     EXPECT_TRUE(all.contains(QStringLiteral("CurrentBuffer: \"data:a\\n\\nrest\""))) << qPrintable(all);
     EXPECT_TRUE(all.contains(QStringLiteral("Data Read: \"a\""))) << qPrintable(all);
     EXPECT_TRUE(all.contains(QStringLiteral("Connect finished!"))) << qPrintable(all);
-    EXPECT_TRUE(all.contains(QStringLiteral("Loop end: "))) << qPrintable(all);
+    EXPECT_TRUE(all.contains(QStringLiteral("Loop end: \"Unknown error\""))) << qPrintable(all);
+    EXPECT_FALSE(all.contains(QStringLiteral("Connection error:"))) << qPrintable(all);
+}
+
+TEST_F(CSThread, TracesAnError) {
+    m_server.answer(target, "", 404);
+    const QString all = tracesOfARun();
+    const QString reason = MessageBoxes::instance().boxes().value(0).lastLogged.mid(errorLogBegin.size());
+    EXPECT_FALSE(reason.isEmpty());
+    EXPECT_TRUE(all.contains(QStringLiteral("Connection error: \"") + reason)) << qPrintable(all);
+    EXPECT_TRUE(all.contains(QStringLiteral("Loop end: \"") + reason)) << qPrintable(all);
+    EXPECT_FALSE(all.contains(QStringLiteral("Connect finished!"))) << qPrintable(all);
+}
+
+TEST_F(CSThread, TracesOnlyTheEndOfALongBuffer) {
+    const int limit = 4096;
+    m_server.answer(target, QByteArray(10 * limit, 'x') + "y");
+    const QString all = tracesOfARun();
+    EXPECT_TRUE(
+        all.contains(QLatin1Char('"') + QString(limit - 1, QLatin1Char('x')) + QStringLiteral("y\"")));
+    EXPECT_FALSE(all.contains(QString(limit + 1, QLatin1Char('x'))));
 }
 
 TEST_F(CSThread, TakesALargeAnswerInSmallPieces) {

@@ -1,3 +1,6 @@
+#include <functional>
+#include <stdexcept>
+
 #include <QCoreApplication>
 
 #include "chat/ZR_AiChatReadHistoricalChatThread.h"
@@ -158,4 +161,48 @@ TEST_F(HistoryThread, ReadsALargeHistory) {
     ASSERT_TRUE(run());
     ASSERT_EQ(m_result.GetCount(), sessions);
     EXPECT_EQ(m_result[sessions - 1].GetTitle(), _T("Q s299"));
+}
+
+TEST_F(HistoryThread, LogsAnExceptionAndStillEnds) {
+    std::function<void()> failure;
+    QObject::connect(
+        m_thread.get(), &ZR_AiChatReadHistoricalChatThread::readStart, m_thread.get(), [&] { failure(); },
+        Qt::DirectConnection);
+    const int logged = LogFile::messages().size();
+    failure = [] { throw std::runtime_error("坏了"); };
+    ASSERT_TRUE(run());
+    failure = [] { throw 7; };
+    ASSERT_TRUE(run());
+    EXPECT_EQ(LogFile::messages().mid(logged),
+              texts({"历史对话读取线程发生错误:坏了", "历史对话读取线程发生未知错误！"}));
+    EXPECT_EQ(m_signals, texts({"start", "end", "start", "end"}));
+    EXPECT_EQ(m_server.requestCount(), 0);
+}
+
+TEST_F(HistoryThread, GivesWhatItHasReadSoFarDuringARun) {
+    answerList({"a", "b"});
+    answerSession("a");
+    m_thread->start();
+    ASSERT_TRUE(m_server.waitForRequests(3));
+    ZR_AiChatSessionList soFar;
+    ASSERT_TRUE(m_thread->copyResultTo(soFar));
+    EXPECT_EQ(idsOf(soFar), texts({"a"}));
+}
+
+TEST_F(HistoryThread, AsksForNothingMoreOnceItIsDeleted) {
+    QList<QByteArray> ids;
+    for (int i = 0; i < 200; ++i) {
+        ids.append("s" + QByteArray::number(i));
+    }
+    answerList(ids);
+    m_thread->start();
+    ASSERT_TRUE(m_server.waitForRequests(2));
+    m_thread.reset();
+    EXPECT_EQ(m_server.requestCount(), 2);
+    EXPECT_FALSE(m_server.waitForRequests(3, 100));
+}
+
+TEST_F(HistoryThread, DeclaresItsSignalsInOrder) {
+    EXPECT_EQ(signalsOf(ZR_AiChatReadHistoricalChatThread::staticMetaObject),
+              texts({"readStart()", "readEnd()"}));
 }

@@ -1,4 +1,5 @@
 #include <QCoreApplication>
+#include <QTimer>
 
 #include "chat/ZR_AiChatCSThread.h"
 #include "chat/ZR_AiChatModuleState.h"
@@ -85,7 +86,7 @@ TEST_F(ManagerStream, EndsTwiceWhenTheThreadIsDoneBeforeTheManagerHears) {
     m_server.close(request);
     // No event of the manager is delivered while this thread waits, so the flag is still set at the run's
     // end.
-    ASSERT_TRUE(g_zentriChatThread->wait(30000));
+    ASSERT_TRUE(g_zentriChatThread->wait(waitLimitMs));
     ASSERT_TRUE(waitUntilIdle());
     EXPECT_EQ(current(), texts({"0:Q", "1:a", "1:a"}));
 }
@@ -169,7 +170,7 @@ TEST_F(ManagerStream, RefusesASecondQuestionUntilTheAnswerIsStored) {
     m_manager->send(_T("second"), true, nullptr);
     EXPECT_EQ(takePrinted(), QStringLiteral("\n已有正在通信的对话，请等待该通信完成..."));
     m_server.close(request);
-    ASSERT_TRUE(g_zentriChatThread->wait(30000));
+    ASSERT_TRUE(g_zentriChatThread->wait(waitLimitMs));
     EXPECT_FALSE(m_manager->canCommunicate()) << "the end has not been handled yet";
     ASSERT_TRUE(waitUntilIdle());
     EXPECT_TRUE(m_manager->canCommunicate());
@@ -217,4 +218,71 @@ TEST_F(ManagerStream, FollowsTheNewThreadsAfterAnotherLoad) {
     ASSERT_TRUE(waitUntilIdle());
     EXPECT_EQ(m_calls.count(QStringLiteral("bubble append b")), 1);
     EXPECT_TRUE(current().contains(QStringLiteral("0:after")));
+}
+
+TEST_F(ManagerStream, IsCommunicatingAsLongAsAnybodyHearsOfTheStream) {
+    QList<bool> communicating;
+    m_view->onCall = [&] { communicating.append(g_zentriCommunicating); };
+    g_zentriCommunicating = false;
+    m_manager->onStreamStart();
+    m_manager->onStreamProcess(QStringLiteral("a"));
+    m_manager->onStreamEnd();
+    EXPECT_EQ(communicating, (QList<bool>{true, true, true}));
+    EXPECT_FALSE(g_zentriCommunicating);
+}
+
+TEST_F(ManagerStream, StoresTheAnswerBeforeAnybodyHearsOfTheEnd) {
+    m_manager->send(_T("Q"), true, m_answer.get());
+    m_manager->onStreamStart();
+    m_manager->onStreamProcess(QStringLiteral("a"));
+    QStringList stored;
+    m_view->onCall = [&] { stored = current(); };
+    m_manager->onStreamEnd();
+    EXPECT_EQ(stored, texts({"0:Q", "1:a"}));
+}
+
+TEST_F(ManagerStream, SurvivesABubbleThatGoesWithinTheViewsHandlers) {
+    m_view->onCall = [this] { m_answer.reset(); };
+    m_manager->send(_T("Q"), true, m_answer.get());
+    m_manager->onStreamStart();
+    m_manager->onStreamProcess(QStringLiteral("a"));
+    m_manager->onStreamEnd();
+    EXPECT_EQ(m_calls, texts({"bubble start", "view start", "view process", "view end"}));
+    EXPECT_EQ(current(), texts({"0:Q"}));
+}
+
+TEST_F(ManagerStream, SurvivesAPanelThatGoesWithinItsOwnHandler) {
+    const int request = ask();
+    // What is called on goes on until it returns, so the panel goes with the next event.
+    m_view->onCall = [this] {
+        QTimer::singleShot(0, m_manager.get(), [this] {
+            m_answer.reset();
+            m_view.reset();
+        });
+    };
+    m_server.sendBytes(request, "data:a\n\n");
+    ASSERT_TRUE(waitFor([this] { return m_view == nullptr; }));
+    m_calls.clear();
+    m_server.sendBytes(request, "data:b\n\n");
+    m_server.close(request);
+    ASSERT_TRUE(waitUntilIdle());
+    EXPECT_TRUE(m_calls.isEmpty());
+    EXPECT_FALSE(g_zentriCommunicating);
+}
+
+TEST_F(ManagerStream, HearsWhatAThreadSaidBeforeItWasUnloadedOnlyWithoutTouchingThePanel) {
+    const int request = ask();
+    m_server.sendBytes(request, "data:a\n\n");
+    m_server.sendBytes(request, "data:b\n\n");
+    m_server.close(request);
+    ASSERT_TRUE(g_zentriChatThread->wait(waitLimitMs));
+    // All of it is in the queue now. Unloading deletes the panel first, then the thread.
+    m_answer.reset();
+    m_view.reset();
+    deleteThreads();
+    m_calls.clear();
+    QCoreApplication::sendPostedEvents();
+    EXPECT_TRUE(m_calls.isEmpty());
+    EXPECT_FALSE(g_zentriCommunicating);
+    EXPECT_EQ(current(), texts({"0:Q"}));
 }

@@ -1,0 +1,357 @@
+#include <QSignalSpy>
+#include <QTimer>
+
+#include "chat/ZR_AiChatCSThread.h"
+#include "chat/ZR_AiChatModuleState.h"
+#include "chat/ZR_AiChatReadHistoricalChatThread.h"
+#include "host/core/ZR_ZentriText.h"
+#include "tests/chat/LogFile.h"
+#include "tests/chat/ManagerTest.h"
+
+namespace {
+
+/// Sending, and what becomes of the current conversation.
+class ManagerSend : public ManagerTest {};
+
+}  // namespace
+
+TEST_F(ManagerSend, CreatesASessionForTheFirstQuestionOnly) {
+    makeManager();
+    answerCreate("s1");
+    m_server.answer(chatTarget, "data:A\n\n");
+    QStringList signalled;
+    QObject::connect(
+        m_manager.get(), &ZR_AiChatManager::newSessionSet, m_manager.get(), [&](const CString& id) {
+            // The session is listed with its question by the time the side bar reads the list again.
+            signalled.append(QStringLiteral("new ") + toQString(id) + listed(id).join(QLatin1Char(' ')));
+        });
+    QObject::connect(
+        m_manager.get(), &ZR_AiChatManager::sessionUpdated, m_manager.get(),
+        [&](const CString& id) { signalled.append(QStringLiteral("updated ") + toQString(id)); });
+
+    const int logged = LogFile::messages().size();
+    m_manager->send(_T("怎样画圆"), true, nullptr);
+    EXPECT_TRUE(g_zentriChatThread->isRunning());
+    ASSERT_TRUE(waitUntilIdle());
+    EXPECT_EQ(requestsTo(createTarget), 1);
+    EXPECT_EQ(currentId(), QStringLiteral("s1"));
+    EXPECT_EQ(m_manager->getLastUserInput(), _T("怎样画圆"));
+
+    m_manager->send(_T("两行\n100%s"), false, nullptr);
+    ASSERT_TRUE(waitUntilIdle());
+    EXPECT_EQ(requestsTo(createTarget), 1);
+    EXPECT_EQ(requestsTo(chatTarget), 2);
+    EXPECT_EQ(signalled, texts({"new s10:怎样画圆", "updated s1"}));
+    EXPECT_EQ(sessionIds(), texts({"s1"}));
+    EXPECT_EQ(listed(_T("s1")), texts({"0:怎样画圆", "0:两行\n100%s"}));
+    EXPECT_EQ(LogFile::messages().mid(logged),
+              texts({"准备发送用户对话,内容如下:\n怎样画圆", "准备发送用户对话,内容如下:\n两行\n100%s"}));
+    EXPECT_TRUE(takePrinted().isEmpty());
+
+    const QByteArray second = m_server.request(2).body;
+    EXPECT_TRUE(second.contains("\"userChatSessionId\": \"s1\"")) << second.constData();
+    EXPECT_TRUE(second.contains("\"userInput\": \"两行\\n100%s\"")) << second.constData();
+}
+
+TEST_F(ManagerSend, SendsNothingAndSaysNothingWhileNobodyIsSignedIn) {
+    makeManager();
+    signOut();
+    m_manager->send(_T("Q"), true, nullptr);
+    m_manager->sendInKnownSession(_T("a"), _T("Q"), true, nullptr);
+    EXPECT_TRUE(takePrinted().isEmpty());
+    EXPECT_EQ(m_server.requestCount(), 0);
+}
+
+TEST_F(ManagerSend, RefusesToSendWithoutTheStreamingThread) {
+    makeManager();
+    deleteThreads();
+    m_manager->send(_T("Q"), true, nullptr);
+    EXPECT_EQ(takePrinted(), noChatThread);
+    m_manager->sendInKnownSession(_T("a"), _T("Q"), true, nullptr);
+    EXPECT_EQ(takePrinted(), noChatThread);
+    EXPECT_EQ(m_server.requestCount(), 0);
+}
+
+TEST_F(ManagerSend, RefusesToSendDuringAnotherExchange) {
+    makeManager();
+    g_zentriCommunicating = true;
+    m_manager->send(_T("Q"), true, nullptr);
+    EXPECT_EQ(takePrinted(), busy);
+    m_manager->sendInKnownSession(_T("a"), _T("Q"), true, nullptr);
+    EXPECT_EQ(takePrinted(), busy);
+    EXPECT_EQ(m_server.requestCount(), 0);
+}
+
+TEST_F(ManagerSend, RefusesToSendWithoutNetwork) {
+    makeManager();
+    answerCreate("s1");
+    qputenv("ZR_ZENTRI_PROBE", "http://127.0.0.1:1");
+    m_manager->send(_T("Q"), true, nullptr);
+    EXPECT_EQ(takePrinted(), networkFailure);
+    EXPECT_EQ(m_server.requestCount(), 0);
+    EXPECT_TRUE(current().isEmpty());
+}
+
+TEST_F(ManagerSend, SaysThatASessionCannotBeCreatedAndIsEmptyThen) {
+    makeManager();
+    m_server.answer(createTarget, R"({"code":500,"msg":"坏"})");
+    m_manager->send(_T("Q"), true, nullptr);
+    EXPECT_EQ(takePrinted(), notCreated);
+    EXPECT_TRUE(current().isEmpty());
+    EXPECT_TRUE(currentId().isEmpty());
+    EXPECT_TRUE(sessionIds().isEmpty());
+    EXPECT_FALSE(g_zentriChatThread->isRunning());
+    EXPECT_TRUE(m_manager->canCommunicate());
+}
+
+TEST_F(ManagerSend, SendsNothingInAKnownSessionThatIsNotListed) {
+    makeManager();
+    loadHistory({"a"});
+    m_manager->openSession(_T("a"));
+    m_manager->sendInKnownSession(_T("gone"), _T("Q"), true, nullptr);
+    EXPECT_TRUE(takePrinted().isEmpty());
+    EXPECT_FALSE(g_zentriChatThread->isRunning());
+    EXPECT_EQ(requestsTo(chatTarget), 0);
+    EXPECT_TRUE(currentId().isEmpty());
+    EXPECT_EQ(sessionIds(), texts({"a"}));
+}
+
+TEST_F(ManagerSend, MakesAKnownSessionCurrentBeforeItSends) {
+    makeManager();
+    loadHistory({"a", "b"});
+    m_manager->openSession(_T("a"));
+    m_server.answer(chatTarget, "");
+    m_manager->sendInKnownSession(_T("b"), _T("more"), true, nullptr);
+    ASSERT_TRUE(waitUntilIdle());
+    EXPECT_EQ(currentId(), QStringLiteral("b"));
+    EXPECT_EQ(listed(_T("b")), texts({"0:Q b", "0:more"}));
+    EXPECT_EQ(sessionIds(), texts({"a", "b"}));
+}
+
+TEST_F(ManagerSend, FilesTheCurrentConversationForANewOne) {
+    makeManager();
+    FakeAnswer answer(m_calls);
+    answerCreate("s1");
+    m_server.answer(chatTarget, "data:A\n\n");
+    m_manager->send(_T("Q"), true, &answer);
+    ASSERT_TRUE(waitUntilIdle());
+    EXPECT_EQ(listed(_T("s1")), texts({"0:Q"})) << "the answer reaches the list with the next filing";
+    EXPECT_EQ(current().first(), QStringLiteral("0:Q"));
+    const QStringList whole = current();
+    EXPECT_GT(whole.size(), 1);
+
+    m_manager->newSession();
+    EXPECT_EQ(listed(_T("s1")), whole);
+    EXPECT_TRUE(current().isEmpty());
+    EXPECT_TRUE(currentId().isEmpty());
+    m_manager->newSession();
+    EXPECT_EQ(sessionIds(), texts({"s1"})) << "an empty conversation is dropped";
+}
+
+TEST_F(ManagerSend, FilesTheCurrentConversationInItsPlace) {
+    makeManager();
+    loadHistory({"a", "b", "c"});
+    m_server.answer(chatTarget, "");
+    m_manager->openSession(_T("b"));
+    m_manager->send(_T("more"), true, nullptr);
+    ASSERT_TRUE(waitUntilIdle());
+    m_manager->newSession();
+    EXPECT_EQ(sessionIds(), texts({"a", "b", "c"}));
+    EXPECT_EQ(listed(_T("b")), texts({"0:Q b", "0:more"}));
+}
+
+TEST_F(ManagerSend, OpensAListedSessionAndShowsIt) {
+    makeManager();
+    loadHistory({"a", "b"});
+    m_manager->openSession(_T("a"));
+    EXPECT_EQ(currentId(), QStringLiteral("a"));
+    FakeChatView view(m_calls);
+    m_manager->openSession(_T("b"));
+    EXPECT_EQ(current(), texts({"0:Q b"}));
+    EXPECT_EQ(m_calls, texts({"view show current"}));
+}
+
+TEST_F(ManagerSend, OpensAnEmptyConversationForASessionThatIsNotListed) {
+    makeManager();
+    FakeChatView view(m_calls);
+    loadHistory({"a"});
+    m_manager->openSession(_T("a"));
+    m_manager->openSession(_T("gone"));
+    EXPECT_TRUE(currentId().isEmpty());
+    EXPECT_TRUE(current().isEmpty());
+    EXPECT_EQ(m_calls, texts({"view show current", "view show current"}));
+}
+
+TEST_F(ManagerSend, RefusesToOpenASessionWhileTheStreamRuns) {
+    makeManager();
+    FakeChatView view(m_calls);
+    loadHistory({"a", "b"});
+    m_manager->openSession(_T("a"));
+    m_calls.clear();
+    m_manager->send(_T("Q"), true, nullptr);
+    m_manager->openSession(_T("b"));
+    EXPECT_EQ(takePrinted(), openRefused);
+    EXPECT_EQ(currentId(), QStringLiteral("a"));
+    EXPECT_FALSE(m_calls.contains(QStringLiteral("view show current")));
+}
+
+TEST_F(ManagerSend, OpensASessionWhileTheHistoryIsBeingRead) {
+    makeManager();
+    loadHistory({"a"});
+    const int before = m_server.requestCount();
+    m_server.answer(listTarget, R"({"code":200,"msg":"success","data":[{"userChatSessionId":"held"}]})");
+    m_manager->initUserData();
+    ASSERT_TRUE(m_server.waitForRequests(before + 2));
+    m_manager->openSession(_T("a"));
+    EXPECT_EQ(currentId(), QStringLiteral("a"));
+    EXPECT_FALSE(takePrinted().contains(openRefused));
+}
+
+TEST_F(ManagerSend, HoldsOffEverythingWhileItCreatesASession) {
+    makeManager();
+    loadHistory({"a"});
+    const int before = m_server.requestCount();
+    bool allowed = true;
+    QString printed;
+    QTimer during;
+    QObject::connect(&during, &QTimer::timeout, [&] {
+        if (m_server.requestCount() == before) {
+            return;
+        }
+        during.stop();
+        allowed = m_manager->canCommunicate();
+        m_manager->send(_T("re-entered"), true, nullptr);
+        m_manager->openSession(_T("a"));
+        m_manager->newSession();
+        m_manager->initUserData();
+        printed = takePrinted();
+        const QByteArray body = R"({"code":200,"msg":"success","data":"s1"})";
+        m_server.sendHead(before, 200, "application/json",
+                          "Content-Length: " + QByteArray::number(body.size()) + "\r\n");
+        m_server.sendBytes(before, body);
+    });
+    during.start(1);
+    m_server.answer(chatTarget, "");
+    m_manager->send(_T("Q"), true, nullptr);
+    ASSERT_TRUE(waitUntilIdle());
+    EXPECT_FALSE(allowed);
+    EXPECT_EQ(printed, busy + busy + openRefused + busy);
+    EXPECT_EQ(requestsTo(createTarget), 1);
+    EXPECT_EQ(listed(_T("s1")), texts({"0:Q"}));
+    EXPECT_EQ(sessionIds(), texts({"a", "s1"}));
+}
+
+TEST_F(ManagerSend, StopsWhenTheThreadsGoWhileItCreatesASession) {
+    makeManager();
+    auto answer = std::make_unique<FakeAnswer>(m_calls);
+    QTimer during;
+    QObject::connect(&during, &QTimer::timeout, [&] {
+        if (m_server.requestCount() == 0) {
+            return;
+        }
+        during.stop();
+        answer.reset();
+        deleteThreads();
+        const QByteArray body = R"({"code":200,"msg":"success","data":"s1"})";
+        m_server.sendHead(0, 200, "application/json",
+                          "Content-Length: " + QByteArray::number(body.size()) + "\r\n");
+        m_server.sendBytes(0, body);
+    });
+    during.start(1);
+    m_manager->send(_T("Q"), true, answer.get());
+    EXPECT_EQ(takePrinted(), noChatThread);
+    EXPECT_TRUE(current().isEmpty());
+    EXPECT_TRUE(m_calls.isEmpty());
+}
+
+TEST_F(ManagerSend, LooksForTheThreadThenForAnotherExchangeThenForTheNetwork) {
+    makeManager();
+    qputenv("ZR_ZENTRI_PROBE", "http://127.0.0.1:1");
+    g_zentriCommunicating = true;
+    m_manager->send(_T("Q"), true, nullptr);
+    EXPECT_EQ(takePrinted(), busy);
+    deleteThreads();
+    m_manager->send(_T("Q"), true, nullptr);
+    EXPECT_EQ(takePrinted(), noChatThread);
+}
+
+TEST_F(ManagerSend, ChangesNothingWhenItRefusesToSendInAKnownSession) {
+    makeManager();
+    loadHistory({"a", "b"});
+    m_manager->openSession(_T("a"));
+    qputenv("ZR_ZENTRI_PROBE", "http://127.0.0.1:1");
+    m_manager->sendInKnownSession(_T("b"), _T("Q"), true, nullptr);
+    EXPECT_EQ(takePrinted(), networkFailure);
+    signOut();
+    m_manager->sendInKnownSession(_T("b"), _T("Q"), true, nullptr);
+    EXPECT_TRUE(takePrinted().isEmpty());
+    EXPECT_EQ(currentId(), QStringLiteral("a"));
+    EXPECT_EQ(current(), texts({"0:Q a"}));
+    EXPECT_EQ(listed(_T("b")), texts({"0:Q b"}));
+}
+
+TEST_F(ManagerSend, TellsOfTheQuestionBeforeItStartsTheExchange) {
+    makeManager();
+    answerCreate("s1");
+    m_server.answer(chatTarget, "");
+    QList<bool> running;
+    const auto note = [&] { running.append(g_zentriChatThread->isRunning()); };
+    QObject::connect(m_manager.get(), &ZR_AiChatManager::newSessionSet, m_manager.get(), note);
+    QObject::connect(m_manager.get(), &ZR_AiChatManager::sessionUpdated, m_manager.get(), note);
+    m_manager->send(_T("first"), true, nullptr);
+    ASSERT_TRUE(waitUntilIdle());
+    m_manager->send(_T("second"), true, nullptr);
+    ASSERT_TRUE(waitUntilIdle());
+    EXPECT_EQ(running, (QList<bool>{false, false}));
+}
+
+TEST_F(ManagerSend, NeverEmitsTheSignalsOfAStreamOrTheHistoryOnPurpose) {
+    makeManager();
+    const QSignalSpy start(m_manager.get(), &ZR_AiChatManager::streamStart);
+    const QSignalSpy process(m_manager.get(), &ZR_AiChatManager::streamProcess);
+    const QSignalSpy end(m_manager.get(), &ZR_AiChatManager::streamEnd);
+    const QSignalSpy readStart(m_manager.get(), &ZR_AiChatManager::historicalChatReadStart);
+    const QSignalSpy readEnd(m_manager.get(), &ZR_AiChatManager::historicalChatReadEnd);
+    loadHistory({"a"});
+    m_manager->openSession(_T("a"));
+    m_server.answer(chatTarget, "data:x\n\n");
+    m_manager->send(_T("Q"), true, nullptr);
+    ASSERT_TRUE(waitUntilIdle());
+    EXPECT_EQ(start.size() + process.size() + end.size() + readStart.size() + readEnd.size(), 0);
+}
+
+TEST_F(ManagerSend, OpensASessionBetweenTheThreadsEndAndTheStreamsEndAsItStands) {
+    makeManager();
+    loadHistory({"a"});
+    g_zentriCommunicating = true;
+    m_manager->openSession(_T("a"));
+    EXPECT_EQ(currentId(), QStringLiteral("a"));
+    EXPECT_TRUE(takePrinted().isEmpty());
+}
+
+TEST_F(ManagerSend, LeavesTheGuardOfANewSessionToItsCallerAsItStands) {
+    makeManager();
+    loadHistory({"a"});
+    m_manager->openSession(_T("a"));
+    g_zentriCommunicating = true;
+    m_manager->newSession();
+    EXPECT_TRUE(currentId().isEmpty());
+    EXPECT_TRUE(takePrinted().isEmpty());
+}
+
+TEST_F(ManagerSend, DropsAnAnswerThatArrivesInAConversationWithoutAnId) {
+    makeManager();
+    FakeAnswer answer(m_calls);
+    answerCreate("s1");
+    m_server.answer(chatTarget, "data:A\n\n");
+    m_manager->send(_T("Q"), true, &answer);
+    ASSERT_TRUE(waitUntilIdle());
+    m_manager->newSession();
+    const QStringList filed = listed(_T("s1"));
+    m_manager->onStreamEnd();
+    EXPECT_EQ(current(), texts({"1:A"}));
+    m_manager->newSession();
+    EXPECT_TRUE(current().isEmpty());
+    EXPECT_EQ(sessionIds(), texts({"s1"}));
+    EXPECT_EQ(listed(_T("s1")), filed);
+}
