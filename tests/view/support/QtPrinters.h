@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QColor>
+#include <QImage>
 #include <QPoint>
 #include <QRect>
 #include <QSize>
@@ -23,4 +24,7 @@ inline void PrintTo(const QRect& rect, std::ostream* out) {
 }
 inline void PrintTo(const QColor& color, std::ostream* out) {
     *out << color.name(QColor::HexArgb).toStdString();
+}
+inline void PrintTo(const QImage& image, std::ostream* out) {
+    *out << "image of " << image.width() << "x" << image.height();
 }

@@ -1,0 +1,326 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QDateTime>
+#include <QHoverEvent>
+#include <QListWidget>
+#include <QPainter>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QToolButton>
+
+#include "sidebar/ZR_AiChatChatBoxPage.h"
+#include "sidebar/ZR_AiChatChatBoxPageContentLabel.h"
+#include "tests/view/support/PaletteViewTest.h"
+#include "view/theme/ChatTitleLabel.h"
+#include "view/theme/ZR_ZentriThemeStyle.h"
+
+namespace {
+
+constexpr int kLight = 1;
+constexpr int kDark = 0;
+// Matches no rule of a theme.
+constexpr int kNeither = 5;
+
+/// What a widget looks like that stands on the ground and has this style sheet and nothing else.
+template <typename Widget>
+QImage lookOf(const QSize& size, const QString& sheet, const QColor& ground) {
+    QWidget parent;
+    QPalette palette = parent.palette();
+    palette.setColor(QPalette::Window, ground);
+    parent.setPalette(palette);
+    parent.resize(size);
+    auto* widget = new Widget(&parent);
+    widget->setStyleSheet(sheet);
+    widget->resize(size);
+    return grabbed(parent);
+}
+
+/// The panel with the side bar open, one earlier session in it, and a question on screen; every row for each
+/// value of the theme.
+class ThemeRows : public PaletteViewTest, public testing::WithParamInterface<int> {
+protected:
+    ThemeRows() {
+        loadHistory({{QStringLiteral("a"), {QStringLiteral("Q")}, QDateTime::currentSecsSinceEpoch()}});
+        m_view.toolBtnHistoricalChat_clicked(false);
+        finishAnimations();
+        // Seen while the bar is closed only.
+        named<QToolButton>("toolButton_HistoricalChat")->show();
+        named<QPushButton>("pushButton_NewChat")->show();
+        m_view.setColorTheme(GetParam());
+        settle();
+    }
+
+    static QColor row(const QColor& light, const QColor& dark, const QColor& neither) {
+        return GetParam() == kLight ? light : GetParam() == kDark ? dark : neither;
+    }
+    /// The style sheet's part that shows the theme's icon; none for other values.
+    static QString image(const char* name) {
+        if (GetParam() == kNeither) {
+            return QString();
+        }
+        return QStringLiteral("image: url(:/res/img/%1%2.png);")
+            .arg(QLatin1String(name), QLatin1String(GetParam() == kDark ? "-Dark" : ""));
+    }
+    static QColor defaultOf(QPalette::ColorRole role) { return QApplication::palette().color(role); }
+    static QColor textOf(const QWidget& widget) { return widget.palette().color(widget.foregroundRole()); }
+    static QImage leftHalf(const QImage& image) {
+        return image.copy(0, 0, image.width() / 2, image.height());
+    }
+
+    /// The grounds of the panel itself and of the side bar's lower part.
+    static QColor panelGround() { return row("#FFFFFF", "#000000", defaultOf(QPalette::Window)); }
+    static QColor barGround() { return row(QColor(243, 244, 246), QColor(37, 37, 40), panelGround()); }
+    /// The widget as it is seen in the panel.
+    QImage seen(const QWidget& widget) {
+        const QRect place(widget.mapTo(&m_view, QPoint()), widget.size());
+        return m_view.grab(place).toImage().convertToFormat(QImage::Format_RGB32);
+    }
+    QListWidget* dated() const { return named<QListWidget>("listWidget_DatedChats"); }
+    ChatTitleLabel* entry() const { return named<ChatTitleLabel>("frame_bottomLabel"); }
+
+    /// An empty row of the message list, hovered over, selected, or neither.
+    QColor itemColour(bool hovered, bool selected) {
+        list()->clear();
+        auto* item = new QListWidgetItem(list());
+        item->setSizeHint(QSize(100, 40));
+        settle();
+        const QRect place = list()->visualItemRect(item);
+        list()->setSelectionMode(QAbstractItemView::SingleSelection);
+        item->setSelected(selected);
+        QHoverEvent hover(hovered ? QEvent::HoverMove : QEvent::HoverLeave,
+                          hovered ? place.center() : QPoint(-1, -1), QPoint(-1, -1));
+        QCoreApplication::sendEvent(list()->viewport(), &hover);
+        return grabbed(*list()->viewport()).pixelColor(place.center());
+    }
+};
+
+}  // namespace
+
+TEST_P(ThemeRows, MainView) {
+    EXPECT_EQ(grabbed(m_view).pixelColor(2, 2), panelGround());
+    EXPECT_EQ(textOf(m_view), row("#000000", "#FFFFFF", defaultOf(QPalette::WindowText)));
+}
+
+TEST_P(ThemeRows, MessageList) {
+    EXPECT_EQ(grabbed(*list()->viewport()).pixelColor(1, 1),
+              row(QColor(243, 244, 246), QColor(37, 37, 40), defaultOf(QPalette::Base)));
+    EXPECT_EQ(list()->viewport()->pos(), QPoint(5, 5));
+    EXPECT_EQ(list()->viewport()->height(), list()->height() - 10);
+}
+
+TEST_P(ThemeRows, MessageListHasNoFocusOutline) {
+    list()->clear();
+    auto* item = new QListWidgetItem(list());
+    item->setSizeHint(QSize(100, 40));
+    settle();
+    const QImage rest = grabbed(*list()->viewport());
+    list()->setCurrentItem(item);
+    m_view.activateWindow();
+    ASSERT_TRUE(waitFor([&] { return m_view.isActiveWindow(); }));
+    list()->setFocus(Qt::TabFocusReason);
+    ASSERT_TRUE(list()->hasFocus());
+    list()->clearSelection();
+    EXPECT_EQ(grabbed(*list()->viewport()), rest);
+}
+
+TEST_P(ThemeRows, MessageListItems) {
+    const QColor rest = itemColour(false, false);
+    EXPECT_EQ(rest, row(QColor(243, 244, 246), QColor(37, 37, 40), defaultOf(QPalette::Base)));
+    if (GetParam() == kNeither) {
+        for (const char* colour : {"#d4e4eb", "#484e50", "#d0e0e6", "#5a6164"}) {
+            EXPECT_NE(itemColour(true, false), QColor(colour));
+            EXPECT_NE(itemColour(false, true), QColor(colour));
+        }
+        return;
+    }
+    EXPECT_EQ(itemColour(true, false), row("#d4e4eb", "#484e50", QColor()));
+    EXPECT_EQ(itemColour(false, true), row("#d0e0e6", "#5a6164", QColor()));
+}
+
+TEST_P(ThemeRows, HistoryButton) {
+    const auto* button = named<QToolButton>("toolButton_HistoricalChat");
+    const QString sheet = QStringLiteral("background: transparent; border: none; padding: 2px;");
+    EXPECT_EQ(seen(*button), lookOf<QToolButton>(button->size(), sheet + image("Expand"), panelGround()));
+}
+
+TEST_P(ThemeRows, SendButton) {
+    auto* button = named<QToolButton>("toolButton_Send");
+    EXPECT_EQ(button->parentWidget(), named<QFrame>("frame_Input"));
+    const QString sheet = QStringLiteral("border: none; border-radius: 12px;") + image("ChatSend");
+    EXPECT_EQ(seen(*button),
+              lookOf<QToolButton>(button->size(), sheet + QStringLiteral("background: transparent;"),
+                                  panelGround()));
+    // The rounding shows once the button has a colour of its own.
+    button->setStyleSheet(button->styleSheet() + QStringLiteral("QToolButton { background: #ff0000; }"));
+    button->setFixedSize(24, 24);
+    settle();
+    EXPECT_EQ(
+        seen(*button),
+        lookOf<QToolButton>(button->size(), sheet + QStringLiteral("background: #ff0000;"), panelGround()));
+}
+
+TEST_P(ThemeRows, BubbleButtons) {
+    // Bubbles know no third look: every value but zero is light.
+    const QString suffix = QLatin1String(GetParam() == kDark ? "-Dark" : "");
+    const QColor ground(120, 130, 140);
+    list()->clear();
+    list()->addQuestion(QStringLiteral("Q"));
+    list()->addAnswer(QStringLiteral("A"));
+    settle();
+    const auto expectIcon = [&](int number, const QRect& place, const QString& name) {
+        QImage shown(bubble(number)->size(), QImage::Format_RGB32);
+        shown.fill(ground);
+        bubble(number)->render(&shown, QPoint(), QRegion(), QWidget::RenderFlags());
+        QImage expected(place.size(), QImage::Format_RGB32);
+        expected.fill(ground);
+        QPainter painter(&expected);
+        painter.setRenderHint(QPainter::SmoothPixmapTransform);
+        painter.drawPixmap(expected.rect(), QPixmap(QStringLiteral(":/res/img/%1%2.png").arg(name, suffix)));
+        painter.end();
+        EXPECT_EQ(shown.copy(place), expected) << name.toStdString();
+    };
+    expectIcon(0, bubble(0)->rects().copyQuestionRect, QStringLiteral("ChatCopy"));
+    expectIcon(0, bubble(0)->rects().editRect, QStringLiteral("ChatEdit"));
+    expectIcon(1, bubble(1)->rects().copyAnswerRect, QStringLiteral("ChatCopy"));
+    expectIcon(1, bubble(1)->rects().regenRect, QStringLiteral("ChatRegen"));
+}
+
+TEST_P(ThemeRows, DateHeading) {
+    auto* heading = named<QLabel>("label_PageFilterDate");
+    EXPECT_EQ(textOf(*heading), row("#000000", "#FFFFFF", defaultOf(QPalette::WindowText)));
+    EXPECT_EQ(heading->font().pixelSize(), 14);
+    EXPECT_TRUE(heading->font().bold());
+    QLabel plain(heading->text());
+    plain.setStyleSheet(QStringLiteral("font: bold 14px; padding: 1px;"));
+    EXPECT_EQ(heading->sizeHint(), plain.sizeHint());
+}
+
+TEST_P(ThemeRows, DatedChats) {
+    EXPECT_EQ(dated()->palette().color(QPalette::Text), row("#000000", "#FFFFFF", defaultOf(QPalette::Text)));
+    EXPECT_EQ(dated()->font().pixelSize(), 14);
+    EXPECT_EQ(dated()->viewport()->pos(), QPoint(9, 9));
+    // See-through and without a border: what shows is the side bar's frame.
+    const QFrame* frame = named<QFrame>("frame");
+    const QImage image = grabbed(*named<QFrame>("frame"));
+    const QPoint corner = dated()->mapTo(frame, QPoint(0, 0));
+    EXPECT_EQ(image.pixelColor(corner), image.pixelColor(frame->width() / 2, frame->height() - 5));
+    EXPECT_EQ(image.pixelColor(corner + QPoint(4, 4)),
+              image.pixelColor(frame->width() / 2, frame->height() - 5));
+}
+
+TEST_P(ThemeRows, SessionEntry) {
+    EXPECT_EQ(textOf(*entry()), row("#000000", "#FFFFFF", defaultOf(QPalette::WindowText)));
+    EXPECT_EQ(entry()->font().pixelSize(), 14);
+}
+
+TEST_P(ThemeRows, SessionEntryUnderTheMouse) {
+    dated()->clearSelection();
+    entry()->setText(QString());
+    const QImage rest = seen(*entry());
+    entry()->setAttribute(Qt::WA_UnderMouse, true);
+    const QImage hovered = seen(*entry());
+    if (GetParam() == kNeither) {
+        EXPECT_EQ(hovered, rest);
+        return;
+    }
+    const QString colour = row("#d0e0e6", "#363a3c", QColor()).name();
+    const QString sheet =
+        QStringLiteral("background-color: %1; border: 1px inset %1; border-radius: 8px;").arg(colour);
+    EXPECT_EQ(leftHalf(hovered), leftHalf(lookOf<QLabel>(entry()->size(), sheet, barGround())));
+}
+
+TEST_P(ThemeRows, SideBarFrame) {
+    const QFrame* frame = named<QFrame>("frame");
+    EXPECT_EQ(seen(*frame).pixelColor(frame->width() / 2, frame->height() - 2), barGround());
+}
+
+TEST_P(ThemeRows, SearchIcon) {
+    const auto* icon = named<QLabel>("label_IconSearch");
+    const QString sheet = QStringLiteral("background: transparent; padding: 9px 6px;");
+    EXPECT_EQ(seen(*icon), lookOf<QLabel>(icon->size(), sheet + image("ChatSearch"), barGround()));
+}
+
+TEST_P(ThemeRows, CloseBarButton) {
+    const auto* button = named<QToolButton>("toolButton_CloseBar");
+    const QString sheet = QStringLiteral("background: transparent; border: none; padding: 0 4px 0 8px;");
+    EXPECT_EQ(seen(*button), lookOf<QToolButton>(button->size(), sheet + image("Retract"), panelGround()));
+}
+
+TEST_P(ThemeRows, HistoryBoxIsSeeThrough) {
+    const auto* box = named<QWidget>("widget_ChatBox");
+    const QColor colour = box->palette().color(box->backgroundRole());
+    if (GetParam() == kNeither) {
+        EXPECT_EQ(colour, defaultOf(QPalette::Window));
+        return;
+    }
+    EXPECT_EQ(colour, row(QColor(30, 30, 30, 0), QColor(200, 200, 200, 0), QColor()));
+}
+
+TEST_P(ThemeRows, ActionButtonHasTheSameColoursInAllThemes) {
+    auto* button = named<QPushButton>("pushButton_NewChat");
+    const QString base =
+        QStringLiteral("border-radius: 15px; padding: 1px 12px; font: 14px; color: #000000;");
+    const auto look = [&](const char* colours) {
+        return lookOf<QPushButton>(button->size(), base + QLatin1String(colours), panelGround());
+    };
+    button->setText(QString());
+    EXPECT_EQ(seen(*button), look("background-color: #80baf5; border: 2px solid #e5f6fe;"));
+    EXPECT_EQ(button->font().pixelSize(), 14);
+    EXPECT_EQ(textOf(*button), QColor("#000000"));
+    hover(*button);
+    EXPECT_EQ(seen(*button), look("background-color: #d0e0e6; border: 2px inset #d0e0e6;"));
+    button->setAttribute(Qt::WA_UnderMouse, false);
+    button->setDown(true);
+    EXPECT_EQ(seen(*button), look("background-color: #4A90C7; border: 2px inset #2E5570;"));
+    button->setDown(false);
+    button->setEnabled(false);
+    EXPECT_EQ(seen(*button), look("background-color: #B0E0E6; border: 2px solid #A9A9A9;"));
+    EXPECT_EQ(button->palette().color(QPalette::Disabled, QPalette::ButtonText), QColor("#808080"));
+}
+
+TEST_P(ThemeRows, InputFrameHasTheSameBlueInAllThemes) {
+    auto* frame = named<QFrame>("frame_Input");
+    qDeleteAll(frame->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly));
+    const QString sheet = QStringLiteral("border: 2px solid #3c88f0; border-radius: 5px;");
+    EXPECT_EQ(seen(*frame), lookOf<QFrame>(frame->size(), sheet, panelGround()));
+}
+
+TEST_P(ThemeRows, ScrollBarIsThinAndRound) {
+    for (int i = 0; i < 12; ++i) {
+        list()->addQuestion(QStringLiteral("filler"));
+    }
+    settle();
+    auto* bar = list()->verticalScrollBar();
+    ASSERT_TRUE(bar->isVisible());
+    EXPECT_EQ(bar->width(), 8);
+    const QImage image = grabbed(*bar);
+    const QColor handle = row("#c8ccd2", "#55585e", QColor());
+    if (GetParam() == kNeither) {
+        EXPECT_EQ(pixelsOf(image, "#c8ccd2") + pixelsOf(image, "#55585e"), 0);
+        return;
+    }
+    EXPECT_EQ(image.pixelColor(4, 6), handle);
+    EXPECT_NE(image.pixelColor(0, 0), handle);
+    EXPECT_NE(image.pixelColor(7, 0), handle);
+    EXPECT_NE(image.pixelColor(4, bar->height() - 2), handle);
+}
+
+TEST_P(ThemeRows, WidgetMadeAfterTheChangeIsLightUntilTheHelperReachesIt) {
+    ZR_AiChatChatBoxPage late(&m_view);
+    auto* heading = late.findChild<QLabel*>(QStringLiteral("label_PageFilterDate"));
+    heading->ensurePolished();
+    EXPECT_EQ(textOf(*heading), QColor("#000000"));
+    reapplyOwnTheme(&m_view);
+    EXPECT_EQ(textOf(*heading), row("#000000", "#FFFFFF", defaultOf(QPalette::WindowText)));
+}
+
+TEST_P(ThemeRows, RebuiltHistoryShowsThePresentThemeAtOnce) {
+    loadHistory({{QStringLiteral("b"), {QStringLiteral("Q2")}, QDateTime::currentSecsSinceEpoch()}});
+    const auto* heading = named<QLabel>("label_PageFilterDate");
+    EXPECT_EQ(textOf(*heading), row("#000000", "#FFFFFF", defaultOf(QPalette::WindowText)));
+    EXPECT_EQ(entry()->text(), QStringLiteral("Q2"));
+    EXPECT_EQ(textOf(*entry()), row("#000000", "#FFFFFF", defaultOf(QPalette::WindowText)));
+}
+
+INSTANTIATE_TEST_SUITE_P(LightDarkAndNeither, ThemeRows, testing::Values(kLight, kDark, kNeither));
