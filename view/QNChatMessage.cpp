@@ -123,6 +123,10 @@ void QNChatMessage::placeLoadingLabel() {
 }
 
 void QNChatMessage::startAnswerLoading() {
+    // A bubble that is new has no kind yet and becomes an answer here.
+    if (m_userType == Question || m_userType == Time) {
+        return;
+    }
     m_answerLoading = true;
     m_msgText.clear();
     const QSize size = fontRect(m_msgText);

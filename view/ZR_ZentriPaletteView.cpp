@@ -271,5 +271,7 @@ void ZR_ZentriPaletteView::animationSideBar_finished() {
         m_ui->widget_SideBar->hide();
     }
     updateGeometry();
+    // The animation's last width has only been announced to the layout, and frames may have been skipped.
+    layout()->activate();
     relayoutMessages();
 }

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <QChildEvent>
 #include <QDateTime>
 #include <QPointer>
 #include <QScrollBar>
@@ -19,6 +20,24 @@ class CountingList : public ZR_AiChatListWidget {
 public:
     using ZR_AiChatListWidget::ZR_AiChatListWidget;
     int themeConnections() const { return receivers(SIGNAL(ZR_ListWidget_ColorThemeChanged(int))); }
+};
+
+/// Remembers the children that an object was given.
+class ChildRecorder : public QObject {
+public:
+    explicit ChildRecorder(QObject* parent) { parent->installEventFilter(this); }
+    const QList<const QObject*>& added() const { return m_added; }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        Q_UNUSED(watched)
+        if (event->type() == QEvent::ChildAdded) {
+            m_added.append(static_cast<QChildEvent*>(event)->child());
+        }
+        return false;
+    }
+
+private:
+    QList<const QObject*> m_added;
 };
 
 class ChatListTest : public ViewTest {
@@ -208,10 +227,75 @@ TEST_F(ChatListTest, RemovedRowIsForgottenByItsBubble) {
     EXPECT_EQ(m_list.count(), 1);
 }
 
-TEST_F(ChatListTest, CompleteAnswersBubbleIsBornBesideTheList) {
-    // It ends in the list's viewport as every row does; its first parent is the list's parent.
+TEST_F(ChatListTest, OnlyCompleteAnswersAreBornBesideTheListAsItStands) {
+    // Every bubble ends in the list's viewport; its first parent is another matter.
     QWidget panel;
     auto* list = new ZR_AiChatListWidget(&panel);
-    list->addAnswer(QStringLiteral("x"));
-    EXPECT_EQ(list->itemWidget(list->item(0))->parentWidget(), list->viewport());
+    const ChildRecorder panelsChildren(&panel);
+    const ChildRecorder listsChildren(list);
+    list->addQuestion(QStringLiteral("q"));
+    list->addAnswer(QStringLiteral("a"));
+    list->addLoadingAnswer();
+    const auto bubble = [&](int row) { return list->itemWidget(list->item(row)); };
+    for (int row = 0; row < 3; ++row) {
+        EXPECT_EQ(bubble(row)->parentWidget(), list->viewport());
+    }
+    EXPECT_TRUE(listsChildren.added().contains(bubble(0)));
+    EXPECT_TRUE(panelsChildren.added().contains(bubble(1)));
+    EXPECT_FALSE(listsChildren.added().contains(bubble(1)));
+    EXPECT_TRUE(listsChildren.added().contains(bubble(2)));
+}
+
+TEST_F(ChatListTest, EveryRowIsStampedWithThePresentSeconds) {
+    const qint64 before = QDateTime::currentSecsSinceEpoch();
+    m_list.addQuestion(QStringLiteral("q"));
+    m_list.addAnswer(QStringLiteral("a"));
+    m_list.addLoadingAnswer();
+    const qint64 after = QDateTime::currentSecsSinceEpoch();
+    for (int row = 0; row < 3; ++row) {
+        EXPECT_GE(bubble(row)->timeText().toLongLong(), before) << row;
+        EXPECT_LE(bubble(row)->timeText().toLongLong(), after) << row;
+        EXPECT_EQ(bubble(row)->timeText(), QString::number(bubble(row)->timeText().toLongLong()));
+    }
+}
+
+TEST_F(ChatListTest, RowsWithoutABubbleAreLeftAlone) {
+    auto* item = new QListWidgetItem(&m_list);
+    item->setSizeHint(QSize(17, 19));
+    m_list.refreshLastItem();
+    m_list.relayoutAll();
+    m_list.onStreamProcess(false);
+    EXPECT_EQ(item->sizeHint(), QSize(17, 19));
+}
+
+TEST_F(ChatListTest, MeasuringAgainTakesTheListsThemeAndKeepsALoadGoing) {
+    m_list.setProperty("ZR_ColorTheme", 1);
+    QNChatMessage* answer = m_list.addLoadingAnswer();
+    answer->appendAnswerText(QStringLiteral("1"));
+    m_list.setProperty("ZR_ColorTheme", 0);
+    m_list.refreshLastItem();
+    EXPECT_EQ(answer->textColor(), QColor(229, 246, 254));
+    EXPECT_TRUE(answer->isAnswerLoading());
+    answer->appendAnswerText(QStringLiteral("2"));
+    EXPECT_EQ(answer->msgText(), QStringLiteral("12"));
+}
+
+TEST_F(ChatListTest, RowsMoveDownWhenTheOneAboveGrows) {
+    for (const bool all : {false, true}) {
+        m_list.clear();
+        QNChatMessage* answer = m_list.addLoadingAnswer();
+        auto* below = all ? new QListWidgetItem(&m_list) : nullptr;
+        settle();
+        answer->appendAnswerText(QStringLiteral("1\n2\n3\n4\n5\n6"));
+        if (all) {
+            m_list.relayoutAll();
+        } else {
+            m_list.refreshLastItem();
+        }
+        settle();
+        EXPECT_EQ(m_list.visualItemRect(m_list.item(0)).height(), answer->allSize().height()) << all;
+        if (below != nullptr) {
+            EXPECT_EQ(m_list.visualItemRect(below).top(), answer->allSize().height());
+        }
+    }
 }

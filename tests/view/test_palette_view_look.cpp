@@ -87,6 +87,19 @@ TEST_F(PaletteViewTest, BubblesTakeTheNewWidthWhenTheAnimationEnds) {
     EXPECT_EQ(bubble(0)->width(), list()->width());
 }
 
+TEST_F(PaletteViewTest, BubblesFitTheListAlsoWhenTheAnimationSkippedFrames) {
+    list()->addQuestion(QStringLiteral("a"));
+    for (int i = 0; i < 2; ++i) {
+        m_view.toolBtnHistoricalChat_clicked(false);
+        settle();
+        animation("animationWidth")->setCurrentTime(400);
+        settle();
+        finishAnimations();
+        settle();
+        EXPECT_EQ(bubble(0)->width(), list()->width()) << i;
+    }
+}
+
 TEST_F(PaletteViewTest, PlainResizeDoesNotMeasureAgain) {
     list()->addQuestion(QStringLiteral("a"));
     const int before = bubble(0)->width();
@@ -118,6 +131,17 @@ TEST_F(PaletteViewTest, ThemeReachesEveryWidgetAndBubble) {
     m_view.setColorTheme(0);
     list()->addAnswer(QStringLiteral("b"));
     EXPECT_EQ(bubble(1)->textColor(), QColor(229, 246, 254));
+}
+
+TEST_F(PaletteViewTest, BubblesOnScreenArePaintedAnewInTheNewTheme) {
+    list()->addQuestion(QStringLiteral("a"));
+    settle();
+    PaintCounter paints(bubble(0));
+    settle();
+    ASSERT_EQ(paints.count(), 0);
+    m_view.setColorTheme(0);
+    settle();
+    EXPECT_GT(paints.count(), 0);
 }
 
 class PaletteViewColours : public PaletteViewTest {

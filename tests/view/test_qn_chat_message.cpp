@@ -222,6 +222,43 @@ TEST_F(QNChatMessageTest, EndOfLoadingPaintsTheLinksAtOnceAndMayComeTwice) {
     EXPECT_EQ(bubble.answerText(), QStringLiteral("用【LINE】"));
 }
 
+TEST_F(QNChatMessageTest, StreamCallsLeaveQuestionsAndTimeLinesAlone) {
+    for (const int kind : {int{QNChatMessage::Question}, int{QNChatMessage::Time}}) {
+        QNChatMessage bubble;
+        show(bubble, QStringLiteral("怎样画线"), kind);
+        bubble.startAnswerLoading();
+        bubble.appendAnswerText(QStringLiteral("piece"));
+        bubble.stopAnswerLoading();
+        EXPECT_EQ(bubble.msgText(), QStringLiteral("怎样画线"));
+        EXPECT_EQ(bubble.userType(), kind);
+        EXPECT_FALSE(bubble.isAnswerLoading());
+    }
+}
+
+TEST_F(QNChatMessageTest, LoadingKeepsTheTime) {
+    QNChatMessage bubble;
+    bubble.setFixedWidth(460);
+    show(bubble, QStringLiteral("old"), QNChatMessage::Answer);
+    bubble.startAnswerLoading();
+    EXPECT_EQ(bubble.timeText(), QStringLiteral("1700000000"));
+    bubble.appendAnswerText(QStringLiteral("piece"));
+    EXPECT_EQ(bubble.timeText(), QStringLiteral("1700000000"));
+}
+
+TEST_F(QNChatMessageTest, TextIsPaintedWithTheNextTurnAndAThemeOnlyWhenSomebodyAsks) {
+    QNChatMessage bubble;
+    show(bubble, QStringLiteral("怎样画线"), QNChatMessage::Question);
+    settle();
+    PaintCounter paints(&bubble);
+    bubble.setColorTheme(0);
+    settle();
+    EXPECT_EQ(paints.count(), 0);
+    bubble.setText(QStringLiteral("怎样画圆"), bubble.timeText(), bubble.allSize(), QNChatMessage::Question);
+    EXPECT_EQ(paints.count(), 0);
+    settle();
+    EXPECT_EQ(paints.count(), 1);
+}
+
 TEST_F(QNChatMessageTest, StopWithoutALoadDoesNothing) {
     QNChatMessage bubble;
     show(bubble, QStringLiteral("怎样画圆"), QNChatMessage::Question);
@@ -240,6 +277,43 @@ TEST_F(QNChatMessageTest, PressOnALinkRunsItsCommandAsItStandsWithAnyButton) {
         EXPECT_EQ(toQString(m_host.sent()[0].text), QStringLiteral(" 多段线 PLINE \n"));
     }
     EXPECT_EQ(ZR_ZentriCmdManager::instance().lastRunCommand(), QStringLiteral(" 多段线 PLINE "));
+}
+
+TEST_F(QNChatMessageTest, OfOverlappingLinksTheFirstRuns) {
+    // The first link wraps, and the rectangle around its two rows covers the second one.
+    QNChatMessage bubble;
+    show(bubble,
+         QString(12, QChar(u'图')) + QStringLiteral("【多段线多段线】【圆】") + QLatin1Char('\n') +
+             QString(40, QChar(u'图')),
+         QNChatMessage::Answer);
+    ASSERT_EQ(bubble.linkRuns().size(), 2U);
+    const QPoint second = bubble.linkRuns()[1].rect.center();
+    ASSERT_TRUE(bubble.linkRuns()[0].rect.contains(second));
+    press(bubble, second);
+    ASSERT_EQ(m_host.sent().size(), 1U);
+    EXPECT_EQ(toQString(m_host.sent()[0].text), QStringLiteral("多段线多段线\n"));
+}
+
+TEST_F(QNChatMessageTest, PressesThatActAreSwallowedAndToolTipEventsPass) {
+    const auto swallows = [](QNChatMessage& bubble, const QPoint& at) {
+        QMouseEvent event(QEvent::MouseButtonPress, at, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+        return bubble.eventFilter(&bubble, &event);
+    };
+    QNChatMessage answer;
+    show(answer, QStringLiteral("用【LINE】"), QNChatMessage::Answer);
+    EXPECT_TRUE(swallows(answer, answer.linkRuns()[0].rect.center()));
+    EXPECT_TRUE(swallows(answer, answer.rects().copyAnswerRect.center()));
+    EXPECT_TRUE(swallows(answer, answer.rects().regenRect.center()));
+    EXPECT_FALSE(swallows(answer, QPoint(1, 1)));
+    QNChatMessage question;
+    show(question, QStringLiteral("怎样画线"), QNChatMessage::Question);
+    EXPECT_TRUE(swallows(question, question.rects().copyQuestionRect.center()));
+    whenEditing([](ZR_AiChatUserEditDlg& dialog) { dialog.reject(); });
+    EXPECT_TRUE(swallows(question, question.rects().editRect.center()));
+    EXPECT_TRUE(m_edited);
+    const QPoint icon = question.rects().editRect.center();
+    QHelpEvent tip(QEvent::ToolTip, icon, question.mapToGlobal(icon));
+    EXPECT_FALSE(question.eventFilter(&question, &tip));
 }
 
 TEST_F(QNChatMessageTest, LinkPressEmitsNeitherSignal) {
@@ -334,6 +408,16 @@ TEST_F(QNChatMessageTest, EditAcceptedWithAnEmptiedTextSendsAnEmptyQuestion) {
     });
     bubble.editQuestion();
     EXPECT_EQ(m_palette.calls, QStringList({QStringLiteral("input:"), QStringLiteral("send")}));
+}
+
+TEST_F(QNChatMessageTest, EditAcceptedWithoutAViewDoesNothing) {
+    m_palette.view = nullptr;
+    QNChatMessage bubble;
+    show(bubble, QStringLiteral("怎样画线"), QNChatMessage::Question);
+    whenEditing([](ZR_AiChatUserEditDlg& dialog) { dialog.accept(); });
+    bubble.editQuestion();
+    EXPECT_TRUE(m_edited);
+    EXPECT_TRUE(m_palette.calls.isEmpty());
 }
 
 TEST_F(QNChatMessageTest, EditCancelledChangesNothing) {

@@ -58,6 +58,16 @@ void ViewTest::settle() {
     QCoreApplication::processEvents();
 }
 
+PaintCounter::PaintCounter(QWidget* widget) {
+    widget->installEventFilter(this);
+}
+
+bool PaintCounter::eventFilter(QObject* watched, QEvent* event) {
+    Q_UNUSED(watched)
+    m_count += event->type() == QEvent::Paint ? 1 : 0;
+    return false;
+}
+
 QImage grabbed(QWidget& widget) {
     return widget.grab().toImage().convertToFormat(QImage::Format_RGB32);
 }

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QImage>
+#include <QObject>
 #include <QRect>
 #include <QString>
 #include <QStringList>
@@ -13,7 +14,6 @@
 #include "host/core/ZR_ZentriPaletteAccess.h"
 #include "tests/support/FakeArxHost.h"
 
-class QObject;
 class QWidget;
 
 /// The palette in a test: announces itself while it lives, counts what is asked of it, and shows the view it
@@ -61,6 +61,17 @@ protected:
     static void settle();
 
     FakeArxHost m_host;
+};
+
+/// Counts how often the widget is painted.
+class PaintCounter : public QObject {
+public:
+    explicit PaintCounter(QWidget* widget);
+    int count() const { return m_count; }
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    int m_count = 0;
 };
 
 /// What the widget and its children look like.
