@@ -38,6 +38,26 @@ bool ChatAdvanceTable::isPlain(QChar character) {
            unit != softHyphen;
 }
 
+bool ChatAdvanceTable::turnsDirection(uint character) {
+    switch (QChar::direction(character)) {
+        case QChar::DirR:
+        case QChar::DirAL:
+        case QChar::DirAN:
+        case QChar::DirLRE:
+        case QChar::DirLRO:
+        case QChar::DirRLE:
+        case QChar::DirRLO:
+        case QChar::DirPDF:
+        case QChar::DirLRI:
+        case QChar::DirRLI:
+        case QChar::DirFSI:
+        case QChar::DirPDI:
+            return true;
+        default:
+            return false;
+    }
+}
+
 qreal ChatAdvanceTable::advance(QChar character) {
     const auto known = m_advances.constFind(character.unicode());
     if (known != m_advances.constEnd()) {

@@ -20,6 +20,9 @@ public:
     /// True for characters whose width depends on their neighbours by kerning at most. Marks, surrogates,
     /// tabs and scripts written from right to left or with joined letters are not among them.
     static bool isPlain(QChar character);
+    /// True for characters (UCS-4) that are written from right to left or turn the direction of others: near
+    /// or far from them, the widths of parts of a text do not tell that of the whole.
+    static bool turnsDirection(uint character);
 
     /// How far `character` moves on after `previous`: for plain characters, and a good guess even there.
     qreal advanceAfter(QChar previous, QChar character);

@@ -5,6 +5,8 @@
 #include <QTextLayout>
 #include <QtMath>
 
+#include "view/ChatAdvanceTable.h"
+
 namespace {
 
 // How many line heights a glyph may reach beyond its line.
@@ -29,25 +31,9 @@ bool ChatPlainTextLayout::isOrdinary(const QString& text, int from) {
         }
         // These either stand for something else in a painted text or let a line look at its neighbours.
         if (unit < QLatin1Char(' ') || unit == QChar::LineSeparator || unit == QChar::ParagraphSeparator ||
-            unit == QChar::ObjectReplacementCharacter || unit.isSurrogate()) {
+            unit == QChar::ObjectReplacementCharacter || unit.isSurrogate() ||
+            ChatAdvanceTable::turnsDirection(unit.unicode())) {
             return false;
-        }
-        switch (unit.direction()) {
-            case QChar::DirR:
-            case QChar::DirAL:
-            case QChar::DirAN:
-            case QChar::DirLRE:
-            case QChar::DirLRO:
-            case QChar::DirRLE:
-            case QChar::DirRLO:
-            case QChar::DirPDF:
-            case QChar::DirLRI:
-            case QChar::DirRLI:
-            case QChar::DirFSI:
-            case QChar::DirPDI:
-                return false;
-            default:
-                break;
         }
     }
     return true;

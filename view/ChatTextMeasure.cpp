@@ -52,6 +52,8 @@ void ChatTextMeasure::reset(const QFont& font, int textWidth) {
     m_lastRow = ChatLineScanner::lineAt(0);
     m_widthEnd = 0;
     m_widthBefore = 0;
+    m_directionSeen = 0;
+    m_directionTurns = false;
     m_nextRow.clear();
     m_openRows.clear();
     m_pieces.clear();
@@ -175,7 +177,8 @@ ChatTextMeasure::Block ChatTextMeasure::measureSingleLine(bool fresh) {
 }
 
 qreal ChatTextMeasure::singleLineWidth() {
-    while (m_text.size() - m_widthEnd > 2 * kWidthStep) {
+    lookForTurns();
+    while (!m_directionTurns && m_text.size() - m_widthEnd > 2 * kWidthStep) {
         int cut = m_widthEnd + kWidthStep;
         const int last = m_text.size() - kCutNeighbours;
         while (cut < last && !widthsAddUpAt(cut)) {
@@ -188,6 +191,25 @@ qreal ChatTextMeasure::singleLineWidth() {
         m_widthEnd = cut;
     }
     return m_widthBefore + m_table->exactWidth(m_text, m_widthEnd, m_text.size());
+}
+
+void ChatTextMeasure::lookForTurns() {
+    while (!m_directionTurns && m_directionSeen < m_text.size()) {
+        const QChar unit = m_text[m_directionSeen];
+        const bool last = m_directionSeen + 1 == m_text.size();
+        if (unit.isHighSurrogate() && last) {
+            // The other half is still to come.
+            break;
+        }
+        const QChar next = unit.isHighSurrogate() ? m_text[m_directionSeen + 1] : QChar();
+        m_directionTurns = ChatAdvanceTable::turnsDirection(
+            next.isLowSurrogate() ? QChar::surrogateToUcs4(unit, next) : unit.unicode());
+        ++m_directionSeen;
+    }
+    if (m_directionTurns) {
+        m_widthEnd = 0;
+        m_widthBefore = 0;
+    }
 }
 
 bool ChatTextMeasure::widthsAddUpAt(int cut) const {

@@ -45,6 +45,7 @@ private:
 
     Block measureSingleLine(bool fresh);
     qreal singleLineWidth();
+    void lookForTurns();
     bool widthsAddUpAt(int cut) const;
     void breakPiece(Piece& piece);
     int nextRow(int start);
@@ -66,6 +67,8 @@ private:
     // A single line: the width up to a place where widths add up, the rows found from each start, the pieces.
     int m_widthEnd = 0;
     qreal m_widthBefore = 0;
+    int m_directionSeen = 0;  ///< up to where turns of direction were looked for
+    bool m_directionTurns = false;
     std::vector<int> m_nextRow;
     QHash<int, ChatLineScanner::Line> m_openRows;
     std::vector<Piece> m_pieces;

@@ -163,6 +163,20 @@ TEST(ChatTextMeasure, LongSingleLineGivesThePlainNumbersWhileItGrows) {
     }
 }
 
+TEST(ChatTextMeasure, LongSingleLineWhoseWidthsDoNotAddUpEverywhereGivesThePlainNumbersToo) {
+    RandomText random(43);
+    QString odd = random.text(RandomText::Hostile, 1800) + random.text(RandomText::Emoji, 900);
+    odd.remove(QLatin1Char('\n'));
+    const QString marks = QString(900, QChar(0x0E01)) + QString(400, QChar(u'图'));
+    for (const QString& text : {odd, marks}) {
+        ChatTextMeasure measure;
+        for (int length = 500; length < text.size(); length += 400) {
+            const QString soFar = text.left(length);
+            ASSERT_EQ(measure.measureText(soFar, bubbleFont(), 260, kSpace), plain(soFar, 260)) << length;
+        }
+    }
+}
+
 TEST(ChatTextMeasure, LineBreakInAStreamedLineChangesTheRule) {
     ChatTextMeasure measure;
     const QString line = QString(120, QChar(u'图'));
@@ -243,4 +257,29 @@ TEST(ChatTextMeasure, TracesLongLines) {
     EXPECT_TRUE(g_traces.first().startsWith(QStringLiteral("fixC1 3 | 2 | \"%1\" | \"").arg(text)))
         << g_traces.first().toStdString();
     EXPECT_EQ(g_traces.first().count(QStringLiteral("\\n")), 2);
+}
+
+TEST(ChatTextMeasure, TracesThePiecesOfASingleLongLine) {
+    const Traces traces;
+    const QString text = QString(30, QChar(u'图'));
+    const QFontMetricsF metrics(bubbleFont());
+    const int width = static_cast<int>(metrics.horizontalAdvance(text.left(10))) + 1;
+    const int perRow = static_cast<int>(width / metrics.horizontalAdvance(QStringLiteral(" ")));
+    // More blanks than characters go into a row: the first piece is the whole text from here on.
+    ASSERT_GT(perRow, 30);
+    measured(text, width);
+    ASSERT_EQ(g_traces.size(), 2);
+    const QString ten = text.left(10);
+    EXPECT_EQ(g_traces[1], QStringLiteral("fixC1 4 | 2 | \"%1\" | \"%2\\n%2\\n%2\"").arg(text, ten));
+}
+
+TEST(ChatTextMeasure, TracesOnlyWhenATextIsMeasuredFromItsStart) {
+    const Traces traces;
+    ChatTextMeasure measure;
+    const QString text = QString(30, QChar(u'图'));
+    measure.measureText(text, bubbleFont(), 100, kSpace);
+    EXPECT_FALSE(g_traces.isEmpty());
+    g_traces.clear();
+    measure.measureText(text + text, bubbleFont(), 100, kSpace);
+    EXPECT_TRUE(g_traces.isEmpty());
 }
