@@ -2,6 +2,7 @@
 
 #include <QEvent>
 #include <QLabel>
+#include <QProxyStyle>
 #include <QStyle>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -30,6 +31,24 @@ QColor textColor(QWidget& widget) {
     widget.ensurePolished();
     return widget.palette().color(widget.foregroundRole());
 }
+
+/// Notes what it is asked to polish and what the widget's theme is then.
+class RecordingStyle : public QProxyStyle {
+public:
+    using QProxyStyle::polish;
+    using QProxyStyle::unpolish;
+
+    void polish(QWidget* widget) override { note(QStringLiteral("polish"), widget); }
+    void unpolish(QWidget* widget) override { note(QStringLiteral("unpolish"), widget); }
+
+    QStringList calls;
+
+private:
+    void note(const QString& call, const QWidget* widget) {
+        calls.append(QStringLiteral("%1 %2=%3")
+                         .arg(call, widget->objectName(), widget->property(kColorThemeProperty).toString()));
+    }
+};
 
 const QString kRules = QStringLiteral(
     "QLabel{color:#010203} QLabel[ZR_ColorTheme='1']{color:#111111} "
@@ -63,6 +82,44 @@ TEST(ThemeStyle, PolishesAgainSoThatTheRulesOfTheValueApply) {
     EXPECT_EQ(textColor(label), QColor("#111111"));
     applyThemeProperty(&label, kColorThemeProperty, 0);
     EXPECT_EQ(textColor(label), QColor("#222222"));
+}
+
+TEST(ThemeStyle, WalksInChildOrderDepthFirstAndPolishesWhenThePropertyIsSet) {
+    RecordingStyle style;
+    QWidget root;
+    const auto child = [](QWidget* parent, const char* name) {
+        auto* widget = new QWidget(parent);
+        widget->setObjectName(QLatin1String(name));
+        return widget;
+    };
+    root.setObjectName(QStringLiteral("root"));
+    QWidget* first = child(&root, "first");
+    QWidget* second = child(&root, "second");
+    QWidget* grandchild = child(first, "grandchild");
+    for (QWidget* widget : {&root, first, second, grandchild}) {
+        widget->setStyle(&style);
+    }
+    style.calls.clear();
+    applyThemeProperty(&root, kColorThemeProperty, 1);
+    EXPECT_EQ(style.calls.join(QLatin1Char(',')),
+              QStringLiteral("unpolish root=1,polish root=1,unpolish first=1,polish first=1,"
+                             "unpolish grandchild=1,polish grandchild=1,unpolish second=1,polish second=1"));
+}
+
+TEST(ThemeStyle, AnyPropertyCanBeSet) {
+    QWidget root;
+    auto* child = new QWidget(&root);
+    applyThemeProperty(&root, "other", QStringLiteral("value"));
+    EXPECT_EQ(child->property("other").toString(), QStringLiteral("value"));
+    EXPECT_FALSE(child->property(kColorThemeProperty).isValid());
+}
+
+TEST(ThemeStyle, RebuiltPanelWithoutAThemeOfItsOwnIsDark) {
+    QWidget panel;
+    auto* child = new QWidget(&panel);
+    reapplyOwnTheme(&panel);
+    EXPECT_EQ(panel.property(kColorThemeProperty).toString(), QStringLiteral("0"));
+    EXPECT_EQ(child->property(kColorThemeProperty).toString(), QStringLiteral("0"));
 }
 
 TEST(ThemeStyle, OtherValuesLeaveOnlyTheThemeFreeRules) {
@@ -107,6 +164,56 @@ TEST(ChatTitleLabel, LongTitleDoesNotWidenThePanel) {
     label.setText(QString(1000, QChar(u'图')));
     EXPECT_EQ(label.minimumSizeHint().width(), narrow);
     EXPECT_GT(label.sizeHint().width(), 1000);
+}
+
+class ChatTitleLabelLook : public testing::Test {
+protected:
+    static QImage look(const QString& text, int width, Qt::TextElideMode mode = Qt::ElideNone) {
+        ChatTitleLabel label;
+        label.setElideMode(mode);
+        label.setText(text);
+        label.resize(width, 30);
+        return label.grab().toImage();
+    }
+
+    static int firstInkedColumn(const QImage& image) {
+        for (int x = 0; x < image.width(); ++x) {
+            for (int y = 0; y < image.height(); ++y) {
+                if (image.pixel(x, y) != image.pixel(image.width() - 1, 0)) {
+                    return x;
+                }
+            }
+        }
+        return -1;
+    }
+};
+
+TEST_F(ChatTitleLabelLook, LineBreaksAreShownAsBlanks) {
+    EXPECT_EQ(look(QStringLiteral("一\n二\t三"), 200), look(QStringLiteral("一 二 三"), 200));
+    EXPECT_NE(look(QStringLiteral("一\n二"), 200), look(QStringLiteral("一"), 200));
+    EXPECT_NE(look(QStringLiteral("一二"), 200), look(QString(), 200));
+}
+
+TEST_F(ChatTitleLabelLook, WhatDoesNotFitIsCutOffOrElided) {
+    const QString title = QStringLiteral("很长很长很长很长很长的标题");
+    const QFontMetrics metrics = ChatTitleLabel().fontMetrics();
+    const int width = metrics.horizontalAdvance(title) / 2;
+    EXPECT_EQ(look(title, width), look(title, 1000).copy(0, 0, width, 30));
+    const QString elided = metrics.elidedText(title, Qt::ElideRight, width);
+    ASSERT_NE(elided, title);
+    EXPECT_EQ(look(title, width, Qt::ElideRight), look(elided, width));
+}
+
+TEST_F(ChatTitleLabelLook, IndentMovesTheTextAndAsksForItsRoom) {
+    ChatTitleLabel label;
+    label.setText(QStringLiteral("标题"));
+    label.resize(200, 30);
+    const int wanted = label.sizeHint().width();
+    const int flush = firstInkedColumn(label.grab().toImage());
+    label.setIndent(7);
+    EXPECT_EQ(label.sizeHint().width(), wanted + 7);
+    EXPECT_EQ(label.minimumSizeHint().width(), 7);
+    EXPECT_EQ(firstInkedColumn(label.grab().toImage()), flush + 7);
 }
 
 TEST(ChatTitleLabel, ShowsMarkupAsText) {
