@@ -22,6 +22,9 @@ ON_WM_KILLFOCUS()
 END_MESSAGE_MAP()
 
 ZR_ZentriPalette::ZR_ZentriPalette() : m_view(std::make_unique<ZR_ZentriPaletteView>()) {
+    // A window without parent is made with a frame, and Qt's Windows platform goes on counting that frame in
+    // when the window has moved into the palette: it would stand beside its place and too large.
+    m_view->setWindowFlag(Qt::FramelessWindowHint);
     setZentriPaletteAccess(this);
 }
 

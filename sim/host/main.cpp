@@ -4,6 +4,7 @@
 
 #include "sim/host/app/HostApp.h"
 #include "sim/host/core/Options.h"
+#include "sim/host/platform/Platform.h"
 
 namespace {
 
@@ -18,7 +19,7 @@ int fail(const std::string& reason) {
 
 int main(int argc, char** argv) {
     std::string error;
-    const auto options = cad::parseOptions({argv + 1, argv + argc}, error);
+    const auto options = cad::parseOptions(cad::platform::arguments(argc, argv), error);
     if (!options) {
         return fail(error + " (--help lists the options)");
     }

@@ -1,14 +1,5 @@
 #include "sim/host/control/ControlServer.h"
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <netinet/tcp.h>
-#include <sys/socket.h>
-#include <unistd.h>
-
-#include <cerrno>
-#include <cstring>
-
 namespace cad {
 
 namespace {
@@ -16,18 +7,6 @@ namespace {
 constexpr size_t kChunk = 4096;
 // A request is a few words; a client that sends no line feed must not fill the memory.
 constexpr size_t kLongestLine = 1 << 20;
-
-bool sendAll(int socket, const std::string& text) {
-    size_t sent = 0;
-    while (sent < text.size()) {
-        const ssize_t count = ::send(socket, text.data() + sent, text.size() - sent, MSG_NOSIGNAL);
-        if (count <= 0) {
-            return false;
-        }
-        sent += static_cast<size_t>(count);
-    }
-    return true;
-}
 
 }  // namespace
 
@@ -59,40 +38,32 @@ ControlServer::~ControlServer() {
         }
         for (Client& client : m_clients) {
             // Answers may still be sent; nothing more is read.
-            ::shutdown(client.socket, SHUT_RD);
+            net::stopReceiving(client.socket);
         }
     }
-    if (m_socket >= 0) {
-        ::shutdown(m_socket, SHUT_RDWR);
+    if (m_socket != net::kNoSocket) {
+        net::wakeListener(m_socket);
     }
     if (m_acceptor.joinable()) {
         m_acceptor.join();
     }
     for (Client& client : m_clients) {
         client.thread.join();
-        ::close(client.socket);
+        net::close(client.socket);
     }
-    if (m_socket >= 0) {
-        ::close(m_socket);
+    if (m_socket != net::kNoSocket) {
+        net::close(m_socket);
     }
 }
 
 bool ControlServer::listen(int port, std::string& error) {
-    m_socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    const int reuse = 1;
-    ::setsockopt(m_socket, SOL_SOCKET, SO_REUSEADDR, &reuse, sizeof reuse);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    address.sin_port = htons(static_cast<uint16_t>(port));
-    socklen_t length = sizeof address;
-    if (m_socket < 0 || ::bind(m_socket, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0 ||
-        ::listen(m_socket, SOMAXCONN) != 0 ||
-        ::getsockname(m_socket, reinterpret_cast<sockaddr*>(&address), &length) != 0) {
-        error = "cannot listen on control port " + std::to_string(port) + ": " + std::strerror(errno);
+    std::string reason;
+    m_socket = net::listenOnLoopback(port, reason);
+    if (m_socket == net::kNoSocket) {
+        error = "cannot listen on control port " + std::to_string(port) + ": " + reason;
         return false;
     }
-    m_port = ntohs(address.sin_port);
+    m_port = port;
     m_acceptor = std::thread([this] { acceptClients(); });
     return true;
 }
@@ -109,19 +80,14 @@ std::shared_ptr<ControlRequest> ControlServer::take() {
 
 void ControlServer::acceptClients() {
     for (;;) {
-        const int socket = ::accept4(m_socket, nullptr, nullptr, SOCK_CLOEXEC);
-        if (socket < 0) {
-            if (errno == EINTR || errno == ECONNABORTED) {
-                continue;
-            }
+        const net::Socket socket = net::acceptClient(m_socket);
+        if (socket == net::kNoSocket) {
             return;
         }
-        const int noDelay = 1;
-        ::setsockopt(socket, IPPROTO_TCP, TCP_NODELAY, &noDelay, sizeof noDelay);
         dropFinishedClients();
         const std::lock_guard<std::mutex> lock(m_mutex);
         if (m_closing) {
-            ::close(socket);
+            net::close(socket);
             return;
         }
         Client& client = m_clients.emplace_back();
@@ -135,7 +101,7 @@ void ControlServer::dropFinishedClients() {
     for (auto client = m_clients.begin(); client != m_clients.end();) {
         if (client->done) {
             client->thread.join();
-            ::close(client->socket);
+            net::close(client->socket);
             client = m_clients.erase(client);
         } else {
             ++client;
@@ -148,11 +114,11 @@ void ControlServer::serve(Client& client) {
     char chunk[kChunk];
     bool going = true;
     while (going) {
-        const ssize_t count = ::recv(client.socket, chunk, sizeof chunk, 0);
-        if (count <= 0 || buffer.size() > kLongestLine) {
+        const size_t count = net::receive(client.socket, chunk, sizeof chunk);
+        if (count == 0 || buffer.size() > kLongestLine) {
             break;
         }
-        buffer.append(chunk, static_cast<size_t>(count));
+        buffer.append(chunk, count);
         size_t feed = 0;
         while (going && (feed = buffer.find('\n')) != std::string::npos) {
             const std::string line = buffer.substr(0, feed);
@@ -160,11 +126,11 @@ void ControlServer::serve(Client& client) {
             going = handleLine(client.socket, line);
         }
     }
-    ::shutdown(client.socket, SHUT_RDWR);
+    net::shutDown(client.socket);
     client.done = true;
 }
 
-bool ControlServer::handleLine(int socket, const std::string& line) {
+bool ControlServer::handleLine(net::Socket socket, const std::string& line) {
     const auto request = std::make_shared<ControlRequest>(line);
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
@@ -177,7 +143,7 @@ bool ControlServer::handleLine(int socket, const std::string& line) {
         }
     }
     m_onRequest();
-    return sendAll(socket, request->waitForAnswer() + "\n");
+    return net::sendAll(socket, request->waitForAnswer() + "\n");
 }
 
 }  // namespace cad

@@ -10,6 +10,8 @@
 #include <string>
 #include <thread>
 
+#include "sim/host/control/Socket.h"
+
 namespace cad {
 
 /// One line from a client, waiting for its one answer. answer() may be called on any thread, once.
@@ -52,18 +54,18 @@ public:
 
 private:
     struct Client {
-        int socket;
+        net::Socket socket;
         std::thread thread;
         std::atomic<bool> done{false};
     };
 
     void acceptClients();
     void serve(Client& client);
-    bool handleLine(int socket, const std::string& line);
+    bool handleLine(net::Socket socket, const std::string& line);
     void dropFinishedClients();
 
     std::function<void()> m_onRequest;
-    int m_socket = -1;
+    net::Socket m_socket = net::kNoSocket;
     int m_port = 0;
     std::thread m_acceptor;
     std::mutex m_mutex;

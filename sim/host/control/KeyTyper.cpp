@@ -5,14 +5,15 @@
 #include <utility>
 
 #include "sim/host/core/Text.h"
+#include "sim/host/platform/Platform.h"
 
 namespace cad {
 
 namespace {
 
 // A key's WM_CHAR is posted by the loop behind what waits already, so it takes a second turn to see it
-// through.
-constexpr int kTurnsOfAStroke = 2;
+// through, and the modifiers are held until then.
+constexpr int kTurnsOfAStroke = 3;
 constexpr LPARAM kFirstPress = 0x00000001;
 constexpr LPARAM kRelease = static_cast<LPARAM>(0xC0000001);
 constexpr LPARAM kAltHeld = 0x20000000;
@@ -70,6 +71,9 @@ void KeyTyper::turn() {
     bool posted = true;
     if (job.turnsToWait > 0) {
         --job.turnsToWait;
+        if (job.turnsToWait == 0) {
+            platform::holdModifiers(false, false, false);
+        }
     } else if (!job.strokes.empty()) {
         posted = post(job.strokes.front());
         job.strokes.pop_front();
@@ -128,6 +132,7 @@ bool KeyTyper::post(const Stroke& stroke) {
     if (stroke.virtualKey == 0) {
         return true;
     }
+    platform::holdModifiers(stroke.shift, stroke.control, stroke.alt);
     const auto key = static_cast<WPARAM>(stroke.virtualKey);
     const UINT down = stroke.alt ? WM_SYSKEYDOWN : WM_KEYDOWN;
     const UINT up = stroke.alt ? WM_SYSKEYUP : WM_KEYUP;

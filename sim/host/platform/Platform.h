@@ -19,6 +19,9 @@ bool hasDisplay();
 /// Gives menus and captions the theme's colours, where the program may.
 void setSystemColors(const Theme& theme);
 
+/// The program's arguments without its name, in UTF-8; from what main() was given.
+std::vector<std::string> arguments(int argc, char** argv);
+
 /// 0x00RRGGBB pixels, row by row.
 struct Picture {
     int width = 0;
@@ -48,6 +51,9 @@ bool movePointer(int x, int y);
 bool pressPointer(int button, bool down);
 bool clickPointer(int x, int y, int button);
 bool strokeKey(int virtualKey, bool shift, bool control, bool alt);
+
+/// Makes the modifier keys count as held, or not, while posted key messages are worked off.
+void holdModifiers(bool shift, bool control, bool alt);
 
 /// What the screen shows of the window, or of everything for null; empty when there is nothing to see.
 Picture grab(HWND window);

@@ -31,37 +31,30 @@ void keepDisplayAwake() {
 
 }  // namespace
 
-ControlConnection::ControlConnection(int port) : m_socket(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    address.sin_port = htons(static_cast<uint16_t>(port));
-    if (connect(m_socket, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0) {
-        close(m_socket);
+ControlConnection::ControlConnection(int port) : m_socket(cad::net::connectToLoopback(port)) {
+    if (m_socket == cad::net::kNoSocket) {
         throw std::runtime_error("cannot connect to the control interface");
     }
-    timeval patience{};
-    patience.tv_sec = std::chrono::duration_cast<std::chrono::seconds>(kLongTime).count();
-    setsockopt(m_socket, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
+    cad::net::setPatience(m_socket, static_cast<int>(std::chrono::seconds(kLongTime).count()));
 }
 
 ControlConnection::~ControlConnection() {
-    close(m_socket);
+    cad::net::close(m_socket);
 }
 
 ControlConnection::Json ControlConnection::call(const Json& request) {
     const std::string sent = request.dump() + "\n";
-    if (send(m_socket, sent.data(), sent.size(), MSG_NOSIGNAL) != static_cast<ssize_t>(sent.size())) {
+    if (!cad::net::sendAll(m_socket, sent)) {
         throw std::runtime_error("the control interface is gone: " + sent);
     }
     size_t feed = 0;
     while ((feed = m_received.find('\n')) == std::string::npos) {
         char chunk[4096];
-        const ssize_t count = recv(m_socket, chunk, sizeof chunk, 0);
-        if (count <= 0) {
+        const size_t count = cad::net::receive(m_socket, chunk, sizeof chunk);
+        if (count == 0) {
             throw std::runtime_error("no answer to " + sent);
         }
-        m_received.append(chunk, static_cast<size_t>(count));
+        m_received.append(chunk, count);
     }
     const std::string answer = m_received.substr(0, feed);
     m_received.erase(0, feed + 1);

@@ -10,6 +10,8 @@
 #include <thread>
 #include <vector>
 
+#include "sim/host/control/Socket.h"
+
 /// A connection to a host's control interface.
 class ControlConnection {
 public:
@@ -25,7 +27,7 @@ public:
     Json call(const Json& request);
 
 private:
-    int m_socket;
+    cad::net::Socket m_socket;
     std::string m_received;
 };
 

@@ -1,10 +1,6 @@
 #include "sim/host/control/ControlServer.h"
 
-#include <arpa/inet.h>
 #include <gtest/gtest.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
 #include <chrono>
 
@@ -16,31 +12,27 @@ namespace {
 /// A client's end of a connection.
 class Client {
 public:
-    explicit Client(int port) : m_socket(socket(AF_INET, SOCK_STREAM, 0)) {
-        sockaddr_in address{};
-        address.sin_family = AF_INET;
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        address.sin_port = htons(static_cast<uint16_t>(port));
-        EXPECT_EQ(connect(m_socket, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    explicit Client(int port) : m_socket(cad::net::connectToLoopback(port)) {
+        EXPECT_NE(m_socket, cad::net::kNoSocket);
     }
     Client(const Client&) = delete;
     Client& operator=(const Client&) = delete;
-    ~Client() { close(m_socket); }
+    ~Client() { cad::net::close(m_socket); }
 
-    void send(const std::string& text) { ::send(m_socket, text.data(), text.size(), MSG_NOSIGNAL); }
+    void send(const std::string& text) { cad::net::sendAll(m_socket, text); }
 
     /// A line without its line feed; what came before the end when the connection ends first.
     std::string line() {
         std::string text;
         char c = 0;
-        while (recv(m_socket, &c, 1, 0) == 1 && c != '\n') {
+        while (cad::net::receive(m_socket, &c, 1) == 1 && c != '\n') {
             text += c;
         }
         return text;
     }
 
 private:
-    int m_socket;
+    cad::net::Socket m_socket;
 };
 
 class ControlServerTest : public testing::Test {

@@ -1,14 +1,19 @@
 #pragma once
 
-// Linux only: what a test or a demo does to a program from outside: looking at and answering message boxes,
-// real pointer and key input, pictures of windows. Main thread, unless said otherwise.
+// What a test or a demo does to a program from outside: looking at and answering message boxes, real pointer
+// and key input, pictures of windows. No part of any SDK; each platform has its own implementation. Main
+// thread, unless said otherwise.
 
-#include "winuser.h"
+#include <windows.h>
 
 #include <string>
 #include <vector>
 
+#ifdef _WIN32
+#define WIN32CONTROL
+#else
 #define WIN32CONTROL __attribute__((visibility("default")))
+#endif
 
 struct Win32MessageBoxButton {
     int id;                ///< IDOK, IDYES…
@@ -29,8 +34,8 @@ WIN32CONTROL std::vector<Win32MessageBox> win32MessageBoxes();
 /// Chooses a button of an open box as a click would; false when it has no such button (or is closed).
 WIN32CONTROL bool win32AnswerMessageBox(HWND window, int buttonId);
 
-// Real input through the X server's test extension: it takes the whole way of a user's. Positions are screen
-// pixels. False when the server lacks the extension or the keyboard has no key for it.
+// Real input: it takes the whole way of a user's (on Linux through the X server's test extension). Positions
+// are screen pixels. False when the system takes no such input or the keyboard has no key for it.
 WIN32CONTROL bool win32PointerMove(int x, int y);
 /// button: 1 left, 2 middle, 3 right, 4 and 5 wheel up and down.
 WIN32CONTROL bool win32PointerButton(int button, bool down);

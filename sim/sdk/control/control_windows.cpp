@@ -1,0 +1,247 @@
+// Control of a program from outside over the real Win32.
+
+#include "win32_control.h"
+
+#include <objidl.h>
+
+#include <gdiplus.h>
+
+#include <algorithm>
+#include <cwchar>
+#include <memory>
+#include <utility>
+
+namespace {
+
+constexpr int kTextCapacity = 4096;
+constexpr const wchar_t* kDialogClass = L"#32770";
+
+std::u16string u16(const wchar_t* text, int length) {
+    return std::u16string(text, text + length);
+}
+
+std::u16string textOf(HWND window) {
+    wchar_t buffer[kTextCapacity];
+    return u16(buffer, static_cast<int>(SendMessageW(window, WM_GETTEXT, kTextCapacity,
+                                                     reinterpret_cast<LPARAM>(buffer))));
+}
+
+bool isClass(HWND window, const wchar_t* name) {
+    wchar_t buffer[64];
+    return GetClassNameW(window, buffer, 64) > 0 && _wcsicmp(buffer, name) == 0;
+}
+
+std::u16string withoutAccessMark(std::u16string text) {
+    text.erase(std::remove(text.begin(), text.end(), u'&'), text.end());
+    return text;
+}
+
+BOOL CALLBACK addControl(HWND control, LPARAM data) {
+    auto& box = *reinterpret_cast<Win32MessageBox*>(data);
+    const auto style = static_cast<DWORD>(GetWindowLongPtrW(control, GWL_STYLE));
+    if ((style & WS_VISIBLE) == 0) {
+        return TRUE;
+    }
+    if (isClass(control, L"Button")) {
+        Win32MessageBoxButton button{GetDlgCtrlID(control), withoutAccessMark(textOf(control)), {}};
+        GetWindowRect(control, &button.screenRectangle);
+        box.buttons.push_back(button);
+    } else if (isClass(control, L"Static") && (style & SS_TYPEMASK) != SS_ICON) {
+        box.text = textOf(control);
+    }
+    return TRUE;
+}
+
+BOOL CALLBACK addBox(HWND window, LPARAM data) {
+    if (!isClass(window, kDialogClass) || IsWindowVisible(window) == FALSE) {
+        return TRUE;
+    }
+    Win32MessageBox box{window, textOf(window), {}, 0, {}};
+    EnumChildWindows(window, addControl, reinterpret_cast<LPARAM>(&box));
+    reinterpret_cast<std::vector<Win32MessageBox>*>(data)->push_back(box);
+    return TRUE;
+}
+
+bool sendInput(const INPUT& input) {
+    INPUT copy = input;
+    return SendInput(1, &copy, sizeof copy) == 1;
+}
+
+/// GDI+ for as long as it is needed.
+class GdiPlus {
+public:
+    GdiPlus() {
+        const Gdiplus::GdiplusStartupInput input;
+        m_started = Gdiplus::GdiplusStartup(&m_token, &input, nullptr) == Gdiplus::Ok;
+    }
+    GdiPlus(const GdiPlus&) = delete;
+    GdiPlus& operator=(const GdiPlus&) = delete;
+    ~GdiPlus() {
+        if (m_started) {
+            Gdiplus::GdiplusShutdown(m_token);
+        }
+    }
+    bool started() const { return m_started; }
+
+private:
+    ULONG_PTR m_token = 0;
+    bool m_started = false;
+};
+
+bool findEncoder(const wchar_t* mimeType, CLSID& encoder) {
+    UINT count = 0;
+    UINT bytes = 0;
+    if (Gdiplus::GetImageEncodersSize(&count, &bytes) != Gdiplus::Ok || bytes == 0) {
+        return false;
+    }
+    const std::unique_ptr<char[]> memory(new char[bytes]);
+    auto* const encoders = reinterpret_cast<Gdiplus::ImageCodecInfo*>(memory.get());
+    if (Gdiplus::GetImageEncoders(count, bytes, encoders) != Gdiplus::Ok) {
+        return false;
+    }
+    for (UINT i = 0; i < count; ++i) {
+        if (std::wcscmp(encoders[i].MimeType, mimeType) == 0) {
+            encoder = encoders[i].Clsid;
+            return true;
+        }
+    }
+    return false;
+}
+
+}  // namespace
+
+std::vector<Win32MessageBox> win32MessageBoxes() {
+    std::vector<Win32MessageBox> boxes;
+    EnumThreadWindows(GetCurrentThreadId(), addBox, reinterpret_cast<LPARAM>(&boxes));
+    // The system lists the topmost first.
+    std::reverse(boxes.begin(), boxes.end());
+    return boxes;
+}
+
+bool win32AnswerMessageBox(HWND window, int buttonId) {
+    const HWND button = GetDlgItem(window, buttonId);
+    if (button == nullptr || IsWindowVisible(button) == FALSE) {
+        return false;
+    }
+    return PostMessageW(window, WM_COMMAND, MAKEWPARAM(buttonId, BN_CLICKED),
+                        reinterpret_cast<LPARAM>(button)) != FALSE;
+}
+
+bool win32PointerMove(int x, int y) {
+    return SetCursorPos(x, y) != FALSE;
+}
+
+bool win32PointerButton(int button, bool down) {
+    INPUT input{};
+    input.type = INPUT_MOUSE;
+    switch (button) {
+        case 1:
+            input.mi.dwFlags = down ? MOUSEEVENTF_LEFTDOWN : MOUSEEVENTF_LEFTUP;
+            break;
+        case 2:
+            input.mi.dwFlags = down ? MOUSEEVENTF_MIDDLEDOWN : MOUSEEVENTF_MIDDLEUP;
+            break;
+        case 3:
+            input.mi.dwFlags = down ? MOUSEEVENTF_RIGHTDOWN : MOUSEEVENTF_RIGHTUP;
+            break;
+        case 4:
+        case 5:
+            // A notch is one event here, not a press and a release.
+            if (!down) {
+                return true;
+            }
+            input.mi.dwFlags = MOUSEEVENTF_WHEEL;
+            input.mi.mouseData = static_cast<DWORD>(button == 4 ? WHEEL_DELTA : -WHEEL_DELTA);
+            break;
+        default:
+            return false;
+    }
+    return sendInput(input);
+}
+
+bool win32PointerClick(int x, int y, int button) {
+    return win32PointerMove(x, y) && win32PointerButton(button, true) && win32PointerButton(button, false);
+}
+
+bool win32KeyEvent(int virtualKey, bool down) {
+    INPUT input{};
+    input.type = INPUT_KEYBOARD;
+    input.ki.wVk = static_cast<WORD>(virtualKey);
+    input.ki.wScan = static_cast<WORD>(MapVirtualKeyW(static_cast<UINT>(virtualKey), MAPVK_VK_TO_VSC));
+    input.ki.dwFlags = down ? 0 : KEYEVENTF_KEYUP;
+    return sendInput(input);
+}
+
+bool win32KeyStroke(int virtualKey, bool shift, bool control, bool alt) {
+    const std::pair<bool, int> modifiers[] = {{shift, VK_SHIFT}, {control, VK_CONTROL}, {alt, VK_MENU}};
+    bool done = true;
+    for (const auto& [wanted, key] : modifiers) {
+        done = done && (!wanted || win32KeyEvent(key, true));
+    }
+    done = done && win32KeyEvent(virtualKey, true) && win32KeyEvent(virtualKey, false);
+    for (const auto& [wanted, key] : modifiers) {
+        if (wanted) {
+            win32KeyEvent(key, false);
+        }
+    }
+    return done;
+}
+
+Win32Picture win32Grab(HWND window) {
+    RECT place = {0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
+    if (window != nullptr) {
+        RECT rect;
+        if (IsWindowVisible(window) == FALSE || GetWindowRect(window, &rect) == FALSE ||
+            IntersectRect(&place, &place, &rect) == FALSE) {
+            return {};
+        }
+    }
+    const int width = place.right - place.left;
+    const int height = place.bottom - place.top;
+    Win32Picture picture;
+    const HDC screen = GetDC(nullptr);
+    const HDC memory = CreateCompatibleDC(screen);
+    BITMAPINFO info{};
+    info.bmiHeader.biSize = sizeof info.bmiHeader;
+    info.bmiHeader.biWidth = width;
+    // From the top row down.
+    info.bmiHeader.biHeight = -height;
+    info.bmiHeader.biPlanes = 1;
+    info.bmiHeader.biBitCount = 32;
+    info.bmiHeader.biCompression = BI_RGB;
+    void* bits = nullptr;
+    if (const HBITMAP bitmap = CreateDIBSection(memory, &info, DIB_RGB_COLORS, &bits, nullptr, 0)) {
+        const HGDIOBJ former = SelectObject(memory, bitmap);
+        if (BitBlt(memory, 0, 0, width, height, screen, place.left, place.top, SRCCOPY) != FALSE) {
+            GdiFlush();
+            picture.width = width;
+            picture.height = height;
+            const auto* const first = static_cast<const DWORD*>(bits);
+            picture.pixels.assign(first,
+                                  first + static_cast<std::size_t>(width) * static_cast<std::size_t>(height));
+            for (DWORD& pixel : picture.pixels) {
+                pixel &= 0xFFFFFFU;
+            }
+        }
+        SelectObject(memory, former);
+        DeleteObject(bitmap);
+    }
+    DeleteDC(memory);
+    ReleaseDC(nullptr, screen);
+    return picture;
+}
+
+bool win32SavePng(const Win32Picture& picture, const std::string& path) {
+    const int length = MultiByteToWideChar(CP_UTF8, 0, path.c_str(), -1, nullptr, 0);
+    CLSID encoder;
+    const GdiPlus library;
+    if (picture.pixels.empty() || length == 0 || !library.started() || !findEncoder(L"image/png", encoder)) {
+        return false;
+    }
+    std::wstring name(static_cast<std::size_t>(length), L'\0');
+    MultiByteToWideChar(CP_UTF8, 0, path.c_str(), -1, name.data(), length);
+    std::vector<DWORD> pixels = picture.pixels;
+    Gdiplus::Bitmap bitmap(picture.width, picture.height, picture.width * 4, PixelFormat32bppRGB,
+                           reinterpret_cast<BYTE*>(pixels.data()));
+    return bitmap.Save(name.c_str(), &encoder, nullptr) == Gdiplus::Ok;
+}
