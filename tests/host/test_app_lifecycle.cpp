@@ -80,10 +80,15 @@ TEST_F(AppLifecycle, ThePanelIsDockedLeftAndHidden) {
     EXPECT_TRUE(g_zentriPaletteSet->GetName() == _T("朔禾CAD Zentri"));
     EXPECT_EQ(g_zentriPaletteSet->GetPaletteSetStyle(), 0x2EU);
     EXPECT_EQ(g_zentriPaletteSet->m_nDockBarID, static_cast<UINT>(AFX_IDW_DOCKBAR_LEFT));
-    EXPECT_EQ(g_zentriPaletteSet->m_sizeDocked.cx, 700);
+    EXPECT_EQ(g_zentriPaletteSet->m_sizeDocked, CSize(700, 500));
+    EXPECT_EQ(g_zentriPaletteSet->m_dwDockStyle, 0x1004U);
+    EXPECT_EQ(g_zentriPaletteSet->GetDockingFrame(), program.frame());
     EXPECT_EQ(g_zentriPaletteSet->GetPaletteCount(), 1);
     EXPECT_EQ(g_zentriPaletteSet->GetActivePalette(), g_zentriPalette);
     EXPECT_TRUE(g_zentriPalette->GetName() == _T("朔禾 Zentri"));
+    EXPECT_EQ(g_zentriPalette->GetPaletteSet(), g_zentriPaletteSet);
+    EXPECT_EQ(g_zentriPalette->GetPaletteStyle(), 0U);
+    EXPECT_EQ(g_zentriPalette->GetStyle() & 0x50000000U, 0x50000000U);
 }
 
 TEST_F(AppLifecycle, TheHostsRememberedDockingIsRestored) {
@@ -168,6 +173,12 @@ TEST(AppFailure, AHostWithoutAFrameGetsNoPanel) {
     EXPECT_EQ(app.On_kInitAppMsg(&app), AcRx::kRetOK);
     EXPECT_EQ(g_zentriPaletteSet, nullptr);
     EXPECT_EQ(zentriChatView(), nullptr);
+    // The commands do without one.
+    setZentriSignedIn(true);
+    setZentriAccessToken(_T("token"));
+    acedRegCmds->lookupCmd(_T("KQ_AICHAT"), false)->functionAddr()();
+    acedRegCmds->lookupCmd(_T("_refreshChatView"), false)->functionAddr()();
+    EXPECT_EQ(g_zentriPaletteSet, nullptr);
     app.On_kUnloadAppMsg(&app);
 }
 

@@ -1,0 +1,177 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QObject>
+#include <QStringList>
+#include <QWidget>
+#include <utility>
+
+#include "chat/ZR_AiChatCSThread.h"
+#include "chat/ZR_AiChatModuleState.h"
+#include "chat/ZR_AiChatReadHistoricalChatThread.h"
+#include "host/CZR_ZentriApp.h"
+#include "host/ZR_ZentriModule.h"
+#include "host/ZR_ZentriPalette.h"
+#include "host/ZR_ZentriPaletteSet.h"
+#include "host/ZR_ZentriSysReactor.h"
+#include "host/core/ZR_ZentriCmdRecorder.h"
+#include "host/core/ZR_ZentriPaletteAccess.h"
+#include "tests/host/HostRecorder.h"
+#include "tests/support/TestProgram.h"
+#include "view/ZR_ZentriPaletteView.h"
+
+namespace {
+
+const HINSTANCE kModule = reinterpret_cast<HINSTANCE>(0x1000);
+
+/// Tells of what it is asked.
+class TellingHost : public FakeArxHost {
+public:
+    explicit TellingHost(std::function<void(const QString&)> told) : m_told(std::move(told)) {}
+
+    void print(const CString& text) override {
+        m_told(QStringLiteral("print"));
+        FakeArxHost::print(text);
+    }
+    CMDIFrameWnd* frame() override {
+        m_told(QStringLiteral("frame"));
+        return FakeArxHost::frame();
+    }
+    bool dockState(const CString& title, ArxDockState& state) override {
+        m_told(QStringLiteral("dockState"));
+        return FakeArxHost::dockState(title, state);
+    }
+
+private:
+    std::function<void(const QString&)> m_told;
+};
+
+/// Loads and unloads the module in a process without Qt's application, and keeps a list of what the module
+/// does to the host and of what stands then.
+class AppOrder : public testing::Test {
+protected:
+    AppOrder() : host([this](const QString& call) { note(call); }) {
+        host.setFrame(program.frame());
+        recorder.onCall = [this](const QString& call) { note(call); };
+        theArxDLL.AttachInstance(kModule);
+    }
+    ~AppOrder() override { theArxDLL.DetachInstance(); }
+
+    void note(const QString& what) {
+        QString line = what + QLatin1Char(':');
+        if (QCoreApplication::instance() != nullptr)
+            line += QStringLiteral(" Qt");
+        if (g_zentriChatThread != nullptr)
+            line += QStringLiteral(" chat");
+        if (g_zentriHistoryThread != nullptr)
+            line += QStringLiteral(" history");
+        if (g_zentriPaletteSet != nullptr)
+            line += QStringLiteral(" set");
+        if (zentriPalette() != nullptr)
+            line += QStringLiteral(" palette");
+        if (g_zentriCmdRecorder != nullptr)
+            line += QStringLiteral(" recorder");
+        if (g_zentriSysReactor != nullptr)
+            line += QStringLiteral(" sysReactor");
+        steps << line;
+        resourceHandles.push_back(AfxGetResourceHandle());
+    }
+
+    TestProgram program;
+    TellingHost host;
+    HostRecorder recorder;
+    CZR_ZentriApp app;
+    QStringList steps;
+    std::vector<HINSTANCE> resourceHandles;
+};
+
+}  // namespace
+
+TEST_F(AppOrder, LoadingMakesTheObjectsOneAfterTheOther) {
+    const HINSTANCE before = AfxGetResourceHandle();
+    app.On_kInitAppMsg(&app);
+    EXPECT_EQ(
+        steps,
+        (QStringList{QStringLiteral("addCommand KQ_AICHAT:"), QStringLiteral("addCommand _refreshChatView:"),
+                     // The fonts are not linked into this test.
+                     QStringLiteral("print: Qt"), QStringLiteral("frame: Qt chat history"),
+                     QStringLiteral("dockState: Qt chat history"),
+                     QStringLiteral("addReactor: Qt chat history set palette recorder"),
+                     QStringLiteral("addReactor: Qt chat history set palette recorder sysReactor")}));
+    EXPECT_EQ(recorder.addedReactors,
+              (std::vector<AcEditorReactor*>{g_zentriCmdRecorder, g_zentriSysReactor}));
+    // The module's resources are the current ones all the while.
+    for (const HINSTANCE handle : resourceHandles)
+        EXPECT_EQ(handle, kModule);
+    EXPECT_EQ(AfxGetResourceHandle(), before);
+    app.On_kUnloadAppMsg(&app);
+}
+
+TEST_F(AppOrder, UnloadingTakesThemAwayInReverse) {
+    app.On_kInitAppMsg(&app);
+    QObject::connect(dynamic_cast<ZR_ZentriPaletteView*>(zentriChatView()), &QObject::destroyed, qApp,
+                     [this] { note(QStringLiteral("view gone")); });
+    QObject::connect(g_zentriChatThread, &QObject::destroyed, qApp,
+                     [this] { note(QStringLiteral("thread gone")); });
+    QObject::connect(g_zentriHistoryThread, &QObject::destroyed, qApp,
+                     [] { ADD_FAILURE() << "The history reader is Qt's application's."; });
+    steps.clear();
+    app.On_kUnloadAppMsg(&app);
+    ASSERT_EQ(steps.size(), 5);
+    EXPECT_EQ(steps[0],
+              QStringLiteral("removeGroup ZR_ZENTRI: Qt chat history set palette recorder sysReactor"));
+    EXPECT_EQ(steps[1], QStringLiteral("removeReactor: Qt chat history set palette recorder sysReactor"));
+    EXPECT_EQ(steps[2], QStringLiteral("removeReactor: Qt chat history set palette recorder sysReactor"));
+    EXPECT_EQ(recorder.removedReactors,
+              (std::vector<AcEditorReactor*>{g_zentriCmdRecorder, g_zentriSysReactor}));
+    EXPECT_TRUE(steps[3].startsWith(QStringLiteral("view gone: Qt chat history")));
+    EXPECT_TRUE(steps[4].startsWith(QStringLiteral("thread gone")));
+    QObject::disconnect(g_zentriHistoryThread, nullptr, qApp, nullptr);
+}
+
+TEST_F(AppOrder, TheCommandsCarryNoContextNoFunctionCodeAndNoResources) {
+    app.On_kInitAppMsg(&app);
+    ASSERT_EQ(recorder.commands.size(), 2U);
+    for (const HostRecorder::AddedCommand& command : recorder.commands) {
+        EXPECT_TRUE(command.group == _T("ZR_ZENTRI"));
+        EXPECT_TRUE(command.localName == command.globalName);
+        EXPECT_EQ(command.uiContext, nullptr);
+        EXPECT_EQ(command.functionCode, -1);
+        EXPECT_FALSE(command.hasResources);
+    }
+    EXPECT_EQ(recorder.commands[0].flags, 0);
+    EXPECT_EQ(recorder.commands[1].flags, 0x00800000);
+    app.On_kUnloadAppMsg(&app);
+}
+
+TEST_F(AppOrder, AReactorIsAttachedOnceHoweverOftenTheModuleIsInitialised) {
+    app.On_kInitAppMsg(&app);
+    app.On_kInitAppMsg(&app);
+    EXPECT_EQ(recorder.addedReactors.size(), 2U);
+    app.On_kUnloadAppMsg(&app);
+    // After an unload they are attached anew.
+    app.On_kInitAppMsg(&app);
+    EXPECT_EQ(recorder.addedReactors.size(), 4U);
+    app.On_kUnloadAppMsg(&app);
+}
+
+TEST_F(AppOrder, APaletteWindowThatCannotBeMadeLeavesTheSetWithoutOne) {
+    const HHOOK hook = SetWindowsHookExW(
+        WH_CBT,
+        [](int code, WPARAM window, LPARAM parameter) -> LRESULT {
+            const auto* const creation = reinterpret_cast<CBT_CREATEWNDW*>(parameter);
+            if (code == HCBT_CREATEWND && creation->lpcs->lpszName != nullptr &&
+                CString(creation->lpcs->lpszName) == _T("朔禾 Zentri"))
+                return 1;
+            return CallNextHookEx(nullptr, code, window, parameter);
+        },
+        nullptr, GetCurrentThreadId());
+    EXPECT_EQ(app.On_kInitAppMsg(&app), AcRx::kRetOK);
+    UnhookWindowsHookEx(hook);
+    ASSERT_NE(g_zentriPaletteSet, nullptr);
+    EXPECT_EQ(g_zentriPaletteSet->GetPaletteCount(), 0);
+    EXPECT_EQ(g_zentriPalette, nullptr);
+    EXPECT_EQ(zentriChatView(), nullptr);
+    EXPECT_EQ(recorder.addedReactors.size(), 2U);
+    EXPECT_EQ(app.On_kUnloadAppMsg(&app), AcRx::kRetOK);
+}
