@@ -3,6 +3,7 @@
 CString FakeAccount::token;
 CString FakeAccount::tokenAfterSignIn;
 bool FakeAccount::signInSucceeds = false;
+std::function<void()> FakeAccount::whileSigningIn;
 int FakeAccount::tokenCalls = 0;
 int FakeAccount::signInCalls = 0;
 int FakeAccount::lastCapacity = 0;
@@ -16,6 +17,7 @@ void FakeAccount::reset() {
     token.Empty();
     tokenAfterSignIn.Empty();
     signInSucceeds = false;
+    whileSigningIn = nullptr;
     tokenCalls = 0;
     signInCalls = 0;
     lastCapacity = 0;
@@ -33,6 +35,8 @@ int FakeAccount::accessToken(ACHAR* buffer, int capacity) {
 
 int FakeAccount::signIn() {
     ++signInCalls;
+    if (whileSigningIn)
+        whileSigningIn();
     if (!signInSucceeds)
         return 0;
     token = tokenAfterSignIn;

@@ -2,6 +2,8 @@
 
 #include <afx.h>
 
+#include <functional>
+
 #include "tests/support/FakeArxHost.h"
 
 /// The account service of a host, as the module looks it up.
@@ -15,6 +17,8 @@ public:
     /// What signing in brings: the token afterwards, and whether it succeeds.
     static CString tokenAfterSignIn;
     static bool signInSucceeds;
+    /// Called while the user signs in.
+    static std::function<void()> whileSigningIn;
 
     static int tokenCalls;
     static int signInCalls;

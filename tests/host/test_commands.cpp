@@ -103,9 +103,24 @@ TEST_F(Commands, ASignInWithoutATokenIsExplainedAndOfferedOnceMore) {
     run(_T("KQ_AICHAT"));
     ASSERT_EQ(testApp().boxes.size(), 1U);
     EXPECT_TRUE(testApp().boxes[0] == _T("\n该功能需要在线登录！"));
+    EXPECT_EQ(testApp().boxTypes[0], static_cast<UINT>(MB_OK));
     EXPECT_EQ(FakeAccount::signInCalls, 2);
     EXPECT_TRUE(zentriAccessToken() == _T("second try"));
     EXPECT_TRUE(panelIsOpen());
+}
+
+TEST_F(Commands, ASecondSignInWithoutATokenOpensThePanelAllTheSame) {
+    FakeAccount::signInSucceeds = true;
+    run(_T("KQ_AICHAT"));
+    EXPECT_EQ(testApp().boxes.size(), 1U);
+    EXPECT_EQ(FakeAccount::signInCalls, 2);
+    EXPECT_TRUE(panelIsOpen());
+    EXPECT_FALSE(zentriHasAccess());
+    // Nobody is signed in, so nothing was asked of the service, and the next time starts over.
+    EXPECT_EQ(service.requestCount(), 0);
+    run(_T("KQ_AICHAT"));
+    EXPECT_EQ(testApp().boxes.size(), 2U);
+    EXPECT_FALSE(panelIsOpen());
 }
 
 TEST_F(Commands, RefusingTheSecondSignInLeavesThePanelClosed) {
@@ -128,10 +143,36 @@ TEST_F(Commands, ARefusedSignInIsOfferedAgainNextTime) {
 
 TEST_F(Commands, UnloadingBehindTheSignInBoxIsSurvived) {
     FakeAccount::signInSucceeds = true;
-    testApp().whileBoxOpen = [this] { unload(); };
+    testApp().whileBoxOpen = [this] {
+        unload();
+        EXPECT_EQ(paletteSetsInFrame(), 1);
+    };
     run(_T("KQ_AICHAT"));
+    ASSERT_EQ(testApp().boxes.size(), 1U);
     EXPECT_EQ(g_zentriPaletteSet, nullptr);
     EXPECT_TRUE(TestProgram::pumpUntil([this] { return paletteSetsInFrame() == 0; }));
+}
+
+TEST_F(Commands, UnloadingBehindTheAccountServicesWindowIsSurvived) {
+    FakeAccount::signInSucceeds = true;
+    FakeAccount::tokenAfterSignIn = _T("fresh");
+    FakeAccount::whileSigningIn = [this] {
+        unload();
+        EXPECT_EQ(paletteSetsInFrame(), 1);
+    };
+    run(_T("KQ_AICHAT"));
+    EXPECT_EQ(FakeAccount::signInCalls, 1);
+    EXPECT_EQ(g_zentriPaletteSet, nullptr);
+    EXPECT_TRUE(TestProgram::pumpUntil([this] { return paletteSetsInFrame() == 0; }));
+}
+
+TEST_F(Commands, ThePanelIsPaintedWhenTheCommandEnds) {
+    openPanel();
+    run(_T("KQ_AICHAT"));
+    g_zentriPaletteSet->Invalidate();
+    run(_T("KQ_AICHAT"));
+    ASSERT_TRUE(panelIsOpen());
+    EXPECT_FALSE(GetUpdateRect(g_zentriPaletteSet->m_hWnd, nullptr, FALSE));
 }
 
 TEST_F(Commands, RefreshRunsAndChangesNothing) {

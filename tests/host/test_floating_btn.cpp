@@ -6,6 +6,7 @@
 #include <QPointer>
 #include <QTimer>
 #include <QToolButton>
+#include <QTranslator>
 
 #include "host/ZR_ZentriFloatingBtn.h"
 #include "host/qtmfc/QMfcApp.h"
@@ -55,6 +56,8 @@ TEST_F(FloatingBtn, IsBuiltFromItsForm) {
     EXPECT_EQ(entry->text(), QStringLiteral("测试按钮"));
     EXPECT_EQ(entry->sizePolicy().horizontalPolicy(), QSizePolicy::Expanding);
     EXPECT_EQ(entry->sizePolicy().verticalPolicy(), QSizePolicy::Expanding);
+    EXPECT_EQ(layout->count(), 1);
+    EXPECT_EQ(button->parentWidget(), parent.get());
 }
 
 TEST_F(FloatingBtn, StaysOnTopAndDeletesItselfWhenClosed) {
@@ -95,6 +98,45 @@ TEST_F(FloatingBtn, OtherButtonsDoNotDragIt) {
     press(QPoint(110, 70));
     dragTo(QPoint(150, 90), Qt::RightButton);
     EXPECT_EQ(button->pos(), QPoint(100, 60));
+}
+
+TEST_F(FloatingBtn, AnotherButtonsPressDoesNotMoveTheGrip) {
+    button->move(100, 60);
+    press(QPoint(110, 70));
+    press(QPoint(190, 130), Qt::RightButton);
+    dragTo(QPoint(150, 90), Qt::LeftButton | Qt::RightButton);
+    EXPECT_EQ(button->pos(), QPoint(140, 80));
+}
+
+TEST_F(FloatingBtn, TheOffsetIsZeroBeforeTheFirstPress) {
+    dragTo(QPoint(33, 22));
+    EXPECT_EQ(button->pos(), QPoint(33, 22));
+}
+
+TEST_F(FloatingBtn, WithoutAParentItGoesAnywhere) {
+    ZR_ZentriFloatingBtn* const held = button;
+    ZR_ZentriFloatingBtn alone;
+    button = &alone;
+    alone.move(100, 60);
+    press(QPoint(110, 70));
+    dragTo(QPoint(900, -40));
+    EXPECT_EQ(alone.pos(), QPoint(890, -50));
+    button = held;
+}
+
+TEST_F(FloatingBtn, ItsTextsAreTranslatedInItsFormsContext) {
+    class Translator : public QTranslator {
+    public:
+        bool isEmpty() const override { return false; }
+        QString translate(const char* context, const char* text, const char*, int) const override {
+            return QString::fromUtf8(context) + QLatin1Char('/') + QString::fromUtf8(text);
+        }
+    };
+    Translator translator;
+    QCoreApplication::installTranslator(&translator);
+    const ZR_ZentriFloatingBtn translated;
+    QCoreApplication::removeTranslator(&translator);
+    EXPECT_EQ(translated.windowTitle(), QStringLiteral("ZR_ZentriFloatingBtnClass/ZR_ZentriFloatingBtn"));
 }
 
 TEST_F(FloatingBtn, RemembersWhereTheDrawingViewWasFirstFound) {

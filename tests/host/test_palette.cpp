@@ -5,12 +5,14 @@
 #include <QTextEdit>
 #include <QTimer>
 #include <QWindow>
+#include <stdexcept>
 
 #include "chat/ZR_AiChatCSThread.h"
 #include "chat/ZR_AiChatModuleState.h"
 #include "host/ZR_ZentriModule.h"
 #include "host/ZR_ZentriPalette.h"
 #include "host/ZR_ZentriPaletteSet.h"
+#include "host/core/ZR_ZentriModalScope.h"
 #include "host/core/ZR_ZentriPaletteAccess.h"
 #include "tests/host/ModuleFixture.h"
 #include "view/ZR_ZentriPaletteView.h"
@@ -121,6 +123,34 @@ TEST_F(Palette, CharactersAreConsumed) {
     openPanel();
     MSG character = message(WM_CHAR, 'a');
     EXPECT_TRUE(g_zentriPalette->PreTranslateMessage(&character));
+}
+
+TEST_F(Palette, CharactersAreTracedInTheDebugOutput) {
+    openPanel();
+    static QStringList s_traced;
+    const QtMessageHandler former =
+        qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
+            if (type == QtDebugMsg)
+                s_traced << text;
+        });
+    MSG character = message(WM_CHAR, 'a');
+    character.lParam = 3;
+    g_zentriPalette->PreTranslateMessage(&character);
+    MSG down = message(WM_KEYDOWN, VK_HOME);
+    g_zentriPalette->PreTranslateMessage(&down);
+    qInstallMessageHandler(former);
+    EXPECT_EQ(s_traced.filter(QStringLiteral("WM_")), QStringList{QStringLiteral("WM_CHAR||97||3")});
+}
+
+TEST_F(Palette, APressedAndReleasedKeyReachesTheViewOnceEach) {
+    openPanel();
+    focusInput();
+    const KeyCounter counter(inputBox());
+    TestProgram::typeKey(g_zentriPalette->m_hWnd, VK_HOME);
+    EXPECT_TRUE(TestProgram::pumpUntil([&counter] { return counter.releases > 0; }));
+    TestProgram::settle();
+    EXPECT_EQ(counter.presses, 1);
+    EXPECT_EQ(counter.releases, 1);
 }
 
 TEST_F(Palette, KeyDownAndKeyUpReachTheHostAsWell) {
@@ -291,6 +321,87 @@ TEST_F(Palette, TheCloseCrossHidesThePanelAndTheCommandShowsItAgain) {
     run(_T("KQ_AICHAT"));
     EXPECT_TRUE(g_zentriPaletteSet->IsVisible());
     EXPECT_TRUE(view()->isVisible());
+}
+
+TEST_F(Palette, AnExceptionWhileEmbeddingIsShownAndThePaletteStays) {
+    openPanel();
+    /// Fails whatever shows the watched widget.
+    class Thrower : public QObject {
+    public:
+        bool eventFilter(QObject*, QEvent* event) override {
+            if (event->type() == QEvent::Show)
+                throw std::runtime_error("no room for the view");
+            return false;
+        }
+    };
+    Thrower thrower;
+    view()->hide();
+    view()->installEventFilter(&thrower);
+    bool open = false;
+    testApp().whileBoxOpen = [&open] { open = ZR_ZentriModalScope::anyOpen(); };
+    g_zentriPalette->MoveWindow(0, 26, 444, 333);
+    ASSERT_EQ(testApp().boxes.size(), 1U);
+    EXPECT_TRUE(testApp().boxes[0] == _T("no room for the view"));
+    EXPECT_TRUE(open);
+    // What follows the embedding is done all the same.
+    EXPECT_EQ(view()->size(), QSize(444, 333));
+    EXPECT_EQ(zentriPalette(), g_zentriPalette);
+    EXPECT_TRUE(IsWindow(g_zentriPalette->m_hWnd));
+    view()->removeEventFilter(&thrower);
+    view()->hide();
+    g_zentriPalette->MoveWindow(0, 26, 445, 334);
+    EXPECT_EQ(testApp().boxes.size(), 1U);
+    EXPECT_TRUE(view()->isVisible());
+}
+
+TEST_F(Palette, AClickInItTakesTheKeyboardFocus) {
+    openPanel();
+    program.frame()->SetFocus();
+    SendMessageW(g_zentriPalette->m_hWnd, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(3, 3));
+    EXPECT_EQ(GetFocus(), g_zentriPalette->m_hWnd);
+}
+
+TEST_F(Palette, ResizingTheSetPaintsThePaletteAtOnce) {
+    openPanel();
+    g_zentriPalette->Invalidate();
+    ASSERT_TRUE(GetUpdateRect(g_zentriPalette->m_hWnd, nullptr, FALSE));
+    CRect client;
+    g_zentriPaletteSet->GetClientRect(&client);
+    SendMessageW(g_zentriPaletteSet->m_hWnd, WM_SIZE, SIZE_RESTORED,
+                 MAKELPARAM(client.Width(), client.Height()));
+    EXPECT_FALSE(GetUpdateRect(g_zentriPalette->m_hWnd, nullptr, FALSE));
+}
+
+TEST_F(Palette, SizingByHandIsNotInterferedWith) {
+    openPanel();
+    constexpr WPARAM kRightEdge = 2;
+    for (const HWND window : {g_zentriPalette->m_hWnd, g_zentriPaletteSet->m_hWnd}) {
+        RECT rect = {10, 20, 30, 40};
+        SendMessageW(window, WM_SIZING, kRightEdge, reinterpret_cast<LPARAM>(&rect));
+        EXPECT_EQ(CRect(rect), CRect(10, 20, 30, 40));
+    }
+}
+
+TEST_F(Palette, TheSetsLimitsAreTheHostsOwn) {
+    CSize minimum;
+    CSize maximum;
+    CSize expected;
+    g_zentriPaletteSet->GetMinimumSize(minimum);
+    g_zentriPaletteSet->CAdUiPaletteSet::GetMinimumSize(expected);
+    EXPECT_EQ(minimum, expected);
+    g_zentriPaletteSet->GetMaximumSize(maximum);
+    g_zentriPaletteSet->CAdUiPaletteSet::GetMaximumSize(expected);
+    EXPECT_EQ(maximum, expected);
+    EXPECT_LT(minimum.cx, maximum.cx);
+}
+
+TEST_F(Palette, OneWithoutAWindowCannotBecomeTheActiveOne) {
+    ZR_ZentriPalette lone;
+    EXPECT_FALSE(lone.OnSetActive());
+    // Nor can it take the keys.
+    const HWND focus = GetFocus();
+    lone.takeKeyboardFocus();
+    EXPECT_EQ(GetFocus(), focus);
 }
 
 TEST_F(Palette, WithNoPaletteThereIsNoView) {

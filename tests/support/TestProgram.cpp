@@ -37,8 +37,9 @@ BOOL TestApp::PreTranslateMessage(MSG* message) {
     return preTranslate ? preTranslate(message) : CWinApp::PreTranslateMessage(message);
 }
 
-int TestApp::DoMessageBox(LPCTSTR prompt, UINT, UINT) {
+int TestApp::DoMessageBox(LPCTSTR prompt, UINT type, UINT) {
     boxes.emplace_back(prompt);
+    boxTypes.push_back(type);
     if (whileBoxOpen)
         whileBoxOpen();
     return boxAnswer;
@@ -51,6 +52,7 @@ void TestApp::reset() {
     whileBoxOpen = nullptr;
     boxAnswer = IDOK;
     boxes.clear();
+    boxTypes.clear();
 }
 
 TestApp& testApp() {

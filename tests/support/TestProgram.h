@@ -31,6 +31,8 @@ public:
     std::function<void()> whileBoxOpen;
 
     std::vector<CString> boxes;
+    /// Their types, as MFC hands them on.
+    std::vector<UINT> boxTypes;
 };
 
 TestApp& testApp();

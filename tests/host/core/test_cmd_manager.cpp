@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
+#include <win32_control.h>
 
 #include "host/core/ZR_ZentriCmdManager.h"
 #include "host/core/ZR_ZentriCmdRecorder.h"
+#include "host/core/ZR_ZentriModalScope.h"
 #include "tests/support/FakeArxHost.h"
 #include "tests/support/MessageBoxAnswer.h"
 
@@ -98,6 +100,24 @@ TEST_F(CmdManager, ADrawingClosedBehindTheQuestionIsNotUsed) {
     manager.runCommand(_T("CIRCLE"));
     EXPECT_EQ(box.count(), 1);
     EXPECT_TRUE(host.sent().empty());
+}
+
+TEST_F(CmdManager, TheQuestionHasNoOwnerAndCountsAsOpen) {
+    host.document()->quiescent = false;
+    bool asked = false;
+    MessageBoxAnswer box(IDNO, [&asked] {
+        asked = true;
+        EXPECT_EQ(GetWindow(win32MessageBoxes().back().window, GW_OWNER), nullptr);
+        EXPECT_TRUE(ZR_ZentriModalScope::anyOpen());
+    });
+    manager.runCommand(_T("CIRCLE"));
+    EXPECT_TRUE(asked);
+    EXPECT_FALSE(ZR_ZentriModalScope::anyOpen());
+}
+
+TEST_F(CmdManager, ThereIsOneInstance) {
+    EXPECT_EQ(&ZR_ZentriCmdManager::instance(), &manager);
+    EXPECT_TRUE(manager.lastRunCommand().isEmpty());
 }
 
 TEST_F(CmdManager, TextIsSentAsItStands) {
