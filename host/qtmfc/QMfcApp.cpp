@@ -4,6 +4,7 @@
 
 #include <QAbstractEventDispatcher>
 #include <QByteArray>
+#include <QPointer>
 #include <QString>
 #include <QStringList>
 #include <QWidget>
@@ -159,10 +160,15 @@ bool QMfcApp::forwardMenuKey(MSG* message, long* result) {
 
     if (altReleased) {
         QWidget* const inner = widget->focusWidget();
-        QWidget* const focused = inner != nullptr ? inner : widget;
+        // The menu that opens runs the host's loop, in which the widget may go.
+        const QPointer<QWidget> focused = inner != nullptr ? inner : widget;
         SetFocus(ancestor);
         SendMessageW(ancestor, message->message, message->wParam, message->lParam);
-        focused->setFocus(Qt::OtherFocusReason);
+        if (focused != nullptr) {
+            // Qt moves its focus within its own window only, so that window gets the keys back first.
+            SetFocus(message->hwnd);
+            focused->setFocus(Qt::OtherFocusReason);
+        }
     } else {
         SendMessageW(ancestor, message->message, message->wParam, message->lParam);
         SendMessageW(ancestor, WM_SYSKEYUP, VK_MENU, message->lParam);

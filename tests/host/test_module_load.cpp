@@ -8,6 +8,7 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
+#include <QFontDatabase>
 #include <QPointer>
 #include <QProcess>
 #include <QRegularExpression>
@@ -16,6 +17,7 @@
 #include <memory>
 
 #include "tests/host/FakeAccount.h"
+#include "tests/host/HostRecorder.h"
 #include "tests/support/TestProgram.h"
 #include "tests/support/http/FakeHttpServer.h"
 
@@ -116,8 +118,46 @@ TEST_F(ModuleLoad, LoadsQuietlyAndUnlocked) {
 TEST_F(ModuleLoad, ItsFontBecomesTheApplicationsFont) {
     ASSERT_TRUE(load());
     EXPECT_LT(program.host().printedText().Find(_T("Load font failed")), 0);
-    EXPECT_TRUE(QFile::exists(QStringLiteral(":/res/font/SourceHanSansCN-Regular.ttf")));
-    EXPECT_FALSE(QApplication::font().family().isEmpty());
+    const QString file = QStringLiteral(":/res/font/SourceHanSansCN-Regular.ttf");
+    ASSERT_TRUE(QFile::exists(file));
+    const QStringList families =
+        QFontDatabase::applicationFontFamilies(QFontDatabase::addApplicationFont(file));
+    ASSERT_FALSE(families.isEmpty());
+    // Its size and weight are the defaults.
+    EXPECT_EQ(QApplication::font(), QFont(families.first()));
+}
+
+TEST_F(ModuleLoad, EveryOtherMessageOfTheHostSucceeds) {
+    ASSERT_TRUE(load());
+    using EntryPoint = AcRx::AppRetCode (*)(AcRx::AppMsgCode, void*);
+    const auto entryPoint = reinterpret_cast<EntryPoint>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(kModuleName), "acrxEntryPoint")));
+    ASSERT_NE(entryPoint, nullptr);
+    for (int message = AcRx::kLoadDwgMsg; message <= AcRx::kEndTabGroupMsg; ++message)
+        EXPECT_EQ(entryPoint(static_cast<AcRx::AppMsgCode>(message), nullptr), AcRx::kRetOK) << message;
+    EXPECT_EQ(bars(), 1);
+    EXPECT_EQ(arxEditorReactorCount(), 2);
+}
+
+TEST_F(ModuleLoad, ItSpeaksTheHostsRelease) {
+    ASSERT_TRUE(load());
+    using ApiVersion = DWORD (*)();
+    const auto apiVersion = reinterpret_cast<ApiVersion>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(kModuleName), "acrxGetApiVersion")));
+    ASSERT_NE(apiVersion, nullptr);
+    EXPECT_EQ(HIWORD(apiVersion()), 23);
+}
+
+TEST_F(ModuleLoad, ItsResourcesAreTheCurrentOnesWhileItIsInitialised) {
+    const HINSTANCE before = AfxGetResourceHandle();
+    HINSTANCE meanwhile = nullptr;
+    {
+        HostRecorder recorder;
+        recorder.onCall = [&meanwhile](const QString&) { meanwhile = AfxGetResourceHandle(); };
+        ASSERT_TRUE(load());
+    }
+    EXPECT_EQ(meanwhile, GetModuleHandleW(kModuleName));
+    EXPECT_EQ(AfxGetResourceHandle(), before);
 }
 
 TEST_F(ModuleLoad, ASecondLoadIsRefused) {

@@ -51,6 +51,73 @@ TEST(PluginInstance, TheHookWorksInAModalLoopToo) {
     EXPECT_TRUE(delivered);
 }
 
+TEST(PluginInstance, TheHookPassesOnToTheNextOne) {
+    static int s_messages = 0;
+    const HHOOK earlier = SetWindowsHookExW(
+        WH_GETMESSAGE,
+        [](int code, WPARAM wParam, LPARAM lParam) -> LRESULT {
+            ++s_messages;
+            return CallNextHookEx(nullptr, code, wParam, lParam);
+        },
+        nullptr, GetCurrentThreadId());
+    ASSERT_TRUE(QMfcApp::pluginInstance());
+    PostMessageW(nullptr, WM_APP, 0, 0);
+    MSG message;
+    while (GetMessageW(&message, nullptr, 0, 0) && message.message != WM_APP)
+        DispatchMessageW(&message);
+    UnhookWindowsHookEx(earlier);
+    EXPECT_GT(s_messages, 0);
+}
+
+TEST(PluginInstance, ThePluginStaysInMemory) {
+    const CString file(MODULE_ANCHOR);
+    const HMODULE plugin = LoadLibraryW(file);
+    ASSERT_NE(plugin, nullptr);
+    ASSERT_TRUE(QMfcApp::pluginInstance(plugin));
+    FreeLibrary(plugin);
+    EXPECT_EQ(GetModuleHandleW(file), plugin);
+}
+
+TEST(PluginInstance, TheEventFilterLeavesAnotherKindOfApplicationAlone) {
+    ASSERT_TRUE(QMfcApp::pluginInstance());
+    int offered = 0;
+    testApp().preTranslate = [&offered](MSG*) {
+        ++offered;
+        return TRUE;
+    };
+    MSG message = {};
+    message.message = WM_APP;
+    long result = 0;
+    QMfcAppEventFilter filter;
+    EXPECT_FALSE(filter.nativeEventFilter("windows_dispatcher_MSG", &message, &result));
+    EXPECT_FALSE(filter.nativeEventFilter("windows_generic_MSG", &message, &result));
+    EXPECT_EQ(offered, 0);
+}
+
+TEST(QMfcAppMade, QuitsItsOwnLoopWithTheLastWindowOnPurpose) {
+    // Whatever was set before.
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    QMfcApp::mfc_instance(&testApp());
+    EXPECT_TRUE(QGuiApplication::quitOnLastWindowClosed());
+}
+
+TEST(QMfcAppMade, WithoutAnMfcApplicationMessagesAreLeftAlone) {
+    int count = 0;
+    QMfcApp application(nullptr, count, nullptr);
+    MSG message = {};
+    message.message = WM_APP;
+    long result = 0;
+    EXPECT_FALSE(application.winEventFilter(&message, &result));
+    EXPECT_FALSE(application.winEventFilter(&message, &result));
+}
+
+TEST(QMfcAppRun, AnApplicationThatWasThereBeforeStays) {
+    QApplication* const application = QMfcApp::mfc_instance(&testApp());
+    QTimer::singleShot(0, application, [] { QCoreApplication::exit(3); });
+    EXPECT_EQ(QMfcApp::run(&testApp()), 3);
+    EXPECT_EQ(QCoreApplication::instance(), application);
+}
+
 TEST(QMfcAppRun, RunsQtsLoopAndDeletesTheApplicationItMade) {
     ASSERT_EQ(QCoreApplication::instance(), nullptr);
     qAddPreRoutine([] { QTimer::singleShot(50, [] { QCoreApplication::exit(7); }); });

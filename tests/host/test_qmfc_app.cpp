@@ -2,11 +2,15 @@
 
 #include <QCoreApplication>
 #include <QEvent>
+#include <QFocusEvent>
+#include <QLineEdit>
 #include <QPointer>
 #include <QTimer>
 #include <QWidget>
 #include <QWindow>
+#include <functional>
 #include <memory>
+#include <vector>
 
 #include "host/qtmfc/QMfcApp.h"
 #include "tests/support/TestProgram.h"
@@ -44,19 +48,39 @@ class KeyFrame : public CMDIFrameWnd {
 public:
     std::vector<UINT> messages;
     std::vector<WPARAM> keys;
+    /// Whether the frame had the focus at the last of them.
+    bool hadFocus = false;
+    std::function<void()> onKey;
 
 protected:
     LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override {
         if (message == WM_SYSKEYDOWN || message == WM_SYSKEYUP) {
             messages.push_back(message);
             keys.push_back(wParam);
+            hadFocus = ::GetFocus() == m_hWnd;
+            if (onKey)
+                onKey();
             return 0;
         }
         return CMDIFrameWnd::WindowProc(message, wParam, lParam);
     }
 };
 
-/// A focused Qt window embedded in a frame with a menu.
+/// Takes note of the reasons for which a widget gets Qt's focus.
+class FocusReasons : public QObject {
+public:
+    explicit FocusReasons(QObject* watched) { watched->installEventFilter(this); }
+
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::FocusIn)
+            reasons.push_back(static_cast<QFocusEvent*>(event)->reason());
+        return false;
+    }
+
+    std::vector<Qt::FocusReason> reasons;
+};
+
+/// A focused Qt window embedded in a child window of a frame with a menu.
 struct MenuKeys {
     MenuKeys() : frame(new KeyFrame) {
         frame->Create(nullptr, _T("Menu keys"), WS_OVERLAPPEDWINDOW, CRect(0, 0, 400, 300));
@@ -66,11 +90,13 @@ struct MenuKeys {
         frame->SetMenu(&menu);
         menu.Detach();
         frame->ShowWindow(SW_SHOW);
-        nativeParent.reset(QWindow::fromWinId(reinterpret_cast<WId>(frame->m_hWnd)));
+        panel.Create(AfxRegisterWndClass(0), _T("Panel"), WS_CHILD | WS_VISIBLE, CRect(0, 0, 300, 200), frame,
+                     1);
+        nativeParent.reset(QWindow::fromWinId(reinterpret_cast<WId>(panel.m_hWnd)));
         view.winId();
         view.windowHandle()->setParent(nativeParent.get());
         view.show();
-        TestProgram::pumpUntil([this] { return GetParent(viewHandle()) == frame->m_hWnd; });
+        TestProgram::pumpUntil([this] { return GetParent(viewHandle()) == panel.m_hWnd; });
         SetFocus(viewHandle());
         TestProgram::settle();
         frame->messages.clear();
@@ -79,6 +105,7 @@ struct MenuKeys {
     ~MenuKeys() {
         view.hide();
         view.windowHandle()->setParent(nullptr);
+        panel.DestroyWindow();
         frame->DestroyWindow();
     }
     MenuKeys(const MenuKeys&) = delete;
@@ -87,6 +114,7 @@ struct MenuKeys {
     HWND viewHandle() { return reinterpret_cast<HWND>(view.winId()); }
 
     KeyFrame* frame;
+    CWnd panel;
     std::unique_ptr<QWindow> nativeParent;
     QWidget view;
 };
@@ -242,6 +270,92 @@ TEST_F(QMfcAppTest, AltReleasedOverAQtWindowGoesToTheFrameWithTheMenu) {
     EXPECT_TRUE(genericFilter(message));
     EXPECT_EQ(keys.frame->messages, (std::vector<UINT>{WM_SYSKEYUP}));
     EXPECT_EQ(keys.frame->keys, (std::vector<WPARAM>{VK_MENU}));
+    EXPECT_TRUE(keys.frame->hadFocus);
+}
+
+TEST_F(QMfcAppTest, TheQtWindowGetsItsFocusBackAfterAlt) {
+    MenuKeys keys;
+    QLineEdit field(&keys.view);
+    field.show();
+    field.setFocus();
+    TestProgram::settle();
+    ASSERT_TRUE(field.hasFocus());
+    MSG message = messageTo(keys.viewHandle(), WM_SYSKEYUP, VK_MENU);
+    EXPECT_TRUE(genericFilter(message));
+    EXPECT_TRUE(keys.frame->hadFocus);
+    EXPECT_EQ(GetFocus(), keys.viewHandle());
+    TestProgram::settle();
+    EXPECT_TRUE(field.hasFocus());
+    EXPECT_EQ(GetFocus(), keys.viewHandle());
+}
+
+TEST_F(QMfcAppTest, AQtWindowWithoutAFocusedWidgetGetsTheFocusItselfForNoKeysReason) {
+    MenuKeys keys;
+    keys.view.clearFocus();
+    ASSERT_EQ(keys.view.focusWidget(), nullptr);
+    const FocusReasons reasons(&keys.view);
+    MSG message = messageTo(keys.viewHandle(), WM_SYSKEYUP, VK_MENU);
+    EXPECT_TRUE(genericFilter(message));
+    EXPECT_TRUE(keys.view.hasFocus());
+    EXPECT_EQ(reasons.reasons, (std::vector<Qt::FocusReason>{Qt::OtherFocusReason}));
+}
+
+TEST_F(QMfcAppTest, AWidgetThatGoesWhileTheMenuIsOpenGetsNoFocus) {
+    MenuKeys keys;
+    auto* const field = new QLineEdit(&keys.view);
+    field->show();
+    field->setFocus();
+    ASSERT_EQ(keys.view.focusWidget(), field);
+    keys.frame->onKey = [field] { delete field; };
+    MSG message = messageTo(keys.viewHandle(), WM_SYSKEYUP, VK_MENU);
+    EXPECT_TRUE(genericFilter(message));
+    EXPECT_EQ(GetFocus(), keys.frame->m_hWnd);
+}
+
+TEST_F(QMfcAppTest, TheResultOfAHandledMenuKeyIsZero) {
+    MenuKeys keys;
+    for (const UINT id : {WM_SYSKEYUP, WM_SYSKEYDOWN}) {
+        MSG message = messageTo(keys.viewHandle(), id, id == WM_SYSKEYUP ? VK_MENU : 'F');
+        SetFocus(keys.viewHandle());
+        long result = 42;
+        EXPECT_TRUE(application->forwardMenuKey(&message, &result));
+        EXPECT_EQ(result, 0);
+    }
+}
+
+TEST_F(QMfcAppTest, MenuKeysOfWindowsThatAreNotQtsAreLeftAlone) {
+    MenuKeys keys;
+    keys.frame->SetFocus();
+    MSG message = messageTo(keys.frame->m_hWnd, WM_SYSKEYDOWN, 'F');
+    EXPECT_FALSE(genericFilter(message));
+    EXPECT_TRUE(keys.frame->messages.empty());
+}
+
+TEST_F(QMfcAppTest, OtherKeysOfAQtWindowAreNotMenuKeys) {
+    MenuKeys keys;
+    for (const UINT id : {WM_KEYDOWN, WM_KEYUP, WM_CHAR}) {
+        MSG message = messageTo(keys.viewHandle(), id, VK_MENU);
+        EXPECT_FALSE(genericFilter(message));
+    }
+    MSG released = messageTo(keys.viewHandle(), WM_SYSKEYUP, 'F');
+    EXPECT_FALSE(genericFilter(released));
+    EXPECT_TRUE(keys.frame->messages.empty());
+}
+
+TEST_F(QMfcAppTest, AMenuKeyThatIsDealtWithIsNotOfferedToMfc) {
+    MenuKeys keys;
+    int offered = 0;
+    testApp().preTranslate = [&offered](MSG*) {
+        ++offered;
+        return FALSE;
+    };
+    MSG message = messageTo(keys.viewHandle(), WM_SYSKEYDOWN, 'F');
+    EXPECT_TRUE(dispatcherFilter(message));
+    EXPECT_EQ(offered, 0);
+    // Another message to a Qt window is.
+    MSG other = messageTo(keys.viewHandle(), WM_APP);
+    EXPECT_FALSE(dispatcherFilter(other));
+    EXPECT_EQ(offered, 1);
 }
 
 TEST_F(QMfcAppTest, AKeyWithAltOverAQtWindowGoesToTheFrameWithTheMenu) {

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
+#include <time.h>
 #include <windows.h>
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QRegularExpression>
@@ -15,6 +17,7 @@
 namespace {
 
 const QByteArray kByteOrderMark("\xFF\xFE", 2);
+const QString kFullDevice = QStringLiteral("/dev/full");
 
 /// A folder with a stand-in for the module file, which is loaded while the test runs.
 class Logger : public testing::Test {
@@ -83,6 +86,23 @@ TEST_F(Logger, EntryIsAnEmptyLineAStampAndTheMessage) {
     EXPECT_FALSE(text().contains(QChar(0)));
 }
 
+TEST_F(Logger, TheStampIsTheLocalTimeOfTheEntry) {
+    qputenv("TZ", "XYZ-08:30");
+    tzset();
+    loadModule();
+    ZR_ZentriLogger logger;
+    logger.init();
+    const qint64 before = QDateTime::currentSecsSinceEpoch();
+    ASSERT_TRUE(logger.write(_T("now")));
+    const qint64 after = QDateTime::currentSecsSinceEpoch();
+    const QString format = QStringLiteral("'['yyyy'年'MM'月'dd'日  'HH:mm:ss']'");
+    QDateTime stamp = QDateTime::fromString(text().section(QLatin1Char('\n'), 1, 1), format);
+    ASSERT_TRUE(stamp.isValid()) << text().toStdString();
+    stamp.setOffsetFromUtc((8 * 60 + 30) * 60);
+    EXPECT_GE(stamp.toSecsSinceEpoch(), before);
+    EXPECT_LE(stamp.toSecsSinceEpoch(), after);
+}
+
 TEST_F(Logger, EntriesAreAppended) {
     loadModule();
     ZR_ZentriLogger logger;
@@ -142,6 +162,54 @@ TEST_F(Logger, AFileThatCannotBeMadeIsReportedWithTheSystemsError) {
             .hasMatch())
         << printed.toStdString();
     EXPECT_FALSE(logger.write(_T("lost")));
+}
+
+TEST_F(Logger, BeforeItsInitialisationNothingIsWritten) {
+    loadModule();
+    ZR_ZentriLogger logger;
+    EXPECT_FALSE(logger.isValid());
+    EXPECT_FALSE(logger.write(_T("lost")));
+    EXPECT_FALSE(QFile::exists(logFile()));
+}
+
+TEST_F(Logger, AFailedInitialisationEndsAnEarlierOnesValidity) {
+    loadModule();
+    ZR_ZentriLogger logger;
+    logger.init();
+    ASSERT_TRUE(logger.isValid());
+    ASSERT_TRUE(QFile::remove(logFile()));
+    ASSERT_TRUE(QDir().mkdir(logFile()));
+    logger.init();
+    EXPECT_FALSE(logger.isValid());
+}
+
+TEST_F(Logger, AMarkThatCannotBeWrittenLeavesTheLogUnusable) {
+    if (!QFile::exists(kFullDevice))
+        GTEST_SKIP() << "This system has no device that is always full.";
+    loadModule();
+    ASSERT_TRUE(QFile::link(kFullDevice, logFile()));
+    ZR_ZentriLogger logger;
+    logger.init();
+    EXPECT_FALSE(logger.isValid());
+    EXPECT_FALSE(logger.write(_T("lost")));
+}
+
+TEST_F(Logger, AnEntryThatCannotBeWrittenFailsSilently) {
+    if (!QFile::exists(kFullDevice))
+        GTEST_SKIP() << "This system has no device that is always full.";
+    loadModule();
+    ZR_ZentriLogger logger;
+    logger.init();
+    ASSERT_TRUE(QFile::remove(logFile()));
+    ASSERT_TRUE(QFile::link(kFullDevice, logFile()));
+    EXPECT_FALSE(logger.write(_T("lost")));
+    EXPECT_TRUE(host.printedText().IsEmpty());
+    // The file is not left open, and the next entry finds a log again.
+    ASSERT_TRUE(QFile::remove(logFile()));
+    ASSERT_TRUE(QFile::copy(QStringLiteral(MODULE_ANCHOR), logFile()));
+    const qint64 size = QFile(logFile()).size();
+    EXPECT_TRUE(logger.write(_T("found")));
+    EXPECT_GT(QFile(logFile()).size(), size);
 }
 
 TEST_F(Logger, WritingDoesNotMakeTheFileAgain) {
