@@ -38,6 +38,10 @@ public:
     /// default.
     void setClock(std::function<qint64()> clock);
 
+    /// As small as can be: the side bar's size policy makes a minimum of the hint, and a long history would
+    /// make the panel taller than a low palette and push the input box out of sight.
+    QSize sizeHint() const override { return minimumSizeHint(); }
+
 signals:
     void historicalChat_Clicked(QString sessionId);
 

@@ -208,6 +208,23 @@ TEST_P(Gallery, SideBarOfTwoThousandSessions) {
     EXPECT_GT(bar->maximum(), 2000);
 }
 
+TEST_P(Gallery, LowPanelWithALongHistoryShowsTheWholeInputBox) {
+    ZR_ZentriPaletteView view;
+    view.resize(700, 360);
+    view.setColorTheme(theme());
+    view.show();
+    settle();
+    fill(view);
+    history(view, 400);
+    openSideBar(view);
+    keep(view, QStringLiteral("sidebar-low"));
+    EXPECT_EQ(view.height(), 360);
+    const auto* const input = view.findChild<QFrame*>(QStringLiteral("frame_Input"));
+    EXPECT_LT(input->geometry().bottom(), view.height());
+    const auto* const send = view.findChild<QToolButton*>(QStringLiteral("toolButton_Send"));
+    EXPECT_EQ(send->visibleRegion().boundingRect(), send->rect());
+}
+
 TEST_P(Gallery, SideBarWhenNothingIsFound) {
     ZR_ZentriPaletteView view;
     view.setColorTheme(theme());
