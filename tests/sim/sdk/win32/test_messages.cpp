@@ -5,84 +5,161 @@
 #include <glib.h>
 
 #include <atomic>
+#include <functional>
 #include <thread>
+#include <utility>
 
 namespace {
 
 constexpr UINT kFirst = WM_APP + 1;
 constexpr UINT kSecond = WM_APP + 2;
+/// By then the loop waits.
+constexpr guint kWaitedMilliseconds = 5;
+constexpr ULONGLONG kPatienceMilliseconds = 10000;
 
-MSG peeked(HWND window, UINT first, UINT last, UINT remove) {
-    MSG message{};
-    return PeekMessageW(&message, window, first, last, remove) != FALSE ? message : MSG{};
-}
+/// The queue of the thread that the test runs in.
+class Messages : public testing::Test {
+protected:
+    static void post(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) {
+        EXPECT_TRUE(PostThreadMessageW(GetCurrentThreadId(), message, wParam, lParam));
+    }
+
+    /// Waits for a message; the one that ends a loop is WM_QUIT.
+    static MSG waited(UINT first = 0, UINT last = 0) {
+        MSG message{};
+        const bool goesOn = GetMessageW(&message, nullptr, first, last) != FALSE;
+        EXPECT_EQ(goesOn, message.message != WM_QUIT);
+        return message;
+    }
+
+    /// WM_NULL when there is none.
+    static MSG peeked(UINT first, UINT last, UINT remove) {
+        MSG message{};
+        return PeekMessageW(&message, nullptr, first, last, remove) != FALSE ? message : MSG{};
+    }
+
+    /// Looks on until the condition holds or patience ends.
+    static bool repeatUntil(const std::function<bool()>& condition, const std::function<void()>& step) {
+        const ULONGLONG end = GetTickCount64() + kPatienceMilliseconds;
+        while (!condition() && GetTickCount64() < end) {
+            step();
+        }
+        return condition();
+    }
+};
+
+/// A timer without a window, as short as there is, that counts the calls of its procedure.
+class Timers : public Messages {
+protected:
+    Timers() { s_calls = 0; }
+    ~Timers() override {
+        if (m_timer != 0) {
+            KillTimer(nullptr, m_timer);
+        }
+    }
+
+    UINT_PTR start(UINT milliseconds = USER_TIMER_MINIMUM, TIMERPROC procedure = nullptr) {
+        m_timer = SetTimer(nullptr, 0, milliseconds, procedure);
+        return m_timer;
+    }
+    UINT_PTR startCounting() {
+        return start(USER_TIMER_MINIMUM, [](HWND, UINT message, UINT_PTR, DWORD) {
+            EXPECT_EQ(message, static_cast<UINT>(WM_TIMER));
+            ++s_calls;
+        });
+    }
+    void stop() { EXPECT_TRUE(KillTimer(nullptr, std::exchange(m_timer, 0))); }
+
+    static int calls() { return s_calls; }
+
+private:
+    static inline int s_calls = 0;
+    UINT_PTR m_timer = 0;
+};
+
+/// The main context's other sources; they stand for Qt's timers and posted events.
+class Loop : public Timers {};
+
+/// One such source, which runs again and again from its delay on until it is told to end.
+class OtherSource {
+public:
+    /// The work says whether the source goes on.
+    explicit OtherSource(
+        std::function<bool()> work = [] { return false; }, guint delayMilliseconds = 0)
+        : m_work(std::move(work)), m_id(g_timeout_add(delayMilliseconds, &OtherSource::run, this)) {}
+    ~OtherSource() {
+        if (m_id != 0) {
+            g_source_remove(m_id);
+        }
+    }
+    OtherSource(const OtherSource&) = delete;
+    OtherSource& operator=(const OtherSource&) = delete;
+
+    bool ran() const { return m_ran; }
+
+private:
+    static gboolean run(gpointer data) {
+        auto* const source = static_cast<OtherSource*>(data);
+        source->m_ran = true;
+        if (source->m_work()) {
+            return G_SOURCE_CONTINUE;
+        }
+        source->m_id = 0;
+        return G_SOURCE_REMOVE;
+    }
+
+    std::function<bool()> m_work;
+    guint m_id;
+    bool m_ran = false;
+};
 
 }  // namespace
 
-TEST(Messages, PostedMessagesComeInOrder) {
-    PostThreadMessageW(GetCurrentThreadId(), kFirst, 1, 2);
-    PostThreadMessageW(GetCurrentThreadId(), kSecond, 3, 4);
-    MSG message;
-    ASSERT_TRUE(GetMessageW(&message, nullptr, 0, 0));
-    EXPECT_EQ(message.message, kFirst);
-    EXPECT_EQ(message.wParam, 1U);
-    EXPECT_EQ(message.lParam, 2);
-    ASSERT_TRUE(GetMessageW(&message, nullptr, 0, 0));
-    EXPECT_EQ(message.message, kSecond);
+TEST_F(Messages, PostedMessagesComeInOrder) {
+    post(kFirst, 1, 2);
+    post(kSecond, 3, 4);
+    const MSG first = waited();
+    EXPECT_EQ(first.message, kFirst);
+    EXPECT_EQ(first.wParam, 1U);
+    EXPECT_EQ(first.lParam, 2);
+    EXPECT_EQ(waited().message, kSecond);
 }
 
-TEST(Messages, QuitComesAfterPostedMessagesAndTimers) {
-    const UINT_PTR timer = SetTimer(nullptr, 0, USER_TIMER_MINIMUM, nullptr);
-    Sleep(2 * USER_TIMER_MINIMUM);
-    PostQuitMessage(7);
-    PostThreadMessageW(GetCurrentThreadId(), kFirst, 0, 0);
-    MSG message;
-    ASSERT_TRUE(GetMessageW(&message, nullptr, 0, 0));
-    EXPECT_EQ(message.message, kFirst);
-    ASSERT_TRUE(GetMessageW(&message, nullptr, 0, 0));
-    EXPECT_EQ(message.message, WM_TIMER);
-    EXPECT_EQ(message.wParam, timer);
-    KillTimer(nullptr, timer);
-    EXPECT_FALSE(GetMessageW(&message, nullptr, 0, 0));
-    EXPECT_EQ(message.message, WM_QUIT);
-    EXPECT_EQ(message.wParam, 7U);
-}
-
-TEST(Messages, QuitPassesEveryFilterButOnlyOnce) {
+TEST_F(Messages, QuitPassesEveryFilterButOnlyOnce) {
     PostQuitMessage(0);
-    EXPECT_EQ(peeked(nullptr, kFirst, kFirst, PM_REMOVE).message, WM_QUIT);
-    EXPECT_EQ(peeked(nullptr, 0, 0, PM_REMOVE).message, static_cast<UINT>(WM_NULL));
+    EXPECT_EQ(peeked(kFirst, kFirst, PM_REMOVE).message, static_cast<UINT>(WM_QUIT));
+    EXPECT_EQ(peeked(0, 0, PM_REMOVE).message, static_cast<UINT>(WM_NULL));
 }
 
-TEST(Messages, FilterTakesOnlyItsRangeAndLeavesTheRest) {
-    PostThreadMessageW(GetCurrentThreadId(), kFirst, 0, 0);
-    PostThreadMessageW(GetCurrentThreadId(), kSecond, 0, 0);
-    EXPECT_EQ(peeked(nullptr, kSecond, kSecond, PM_REMOVE).message, kSecond);
-    EXPECT_EQ(peeked(nullptr, kSecond, kSecond, PM_REMOVE).message, static_cast<UINT>(WM_NULL));
-    EXPECT_EQ(peeked(nullptr, 0, 0, PM_REMOVE).message, kFirst);
+TEST_F(Messages, FilterTakesOnlyItsRangeAndLeavesTheRest) {
+    post(kFirst);
+    post(kSecond);
+    EXPECT_EQ(peeked(kSecond, kSecond, PM_REMOVE).message, kSecond);
+    EXPECT_EQ(peeked(kSecond, kSecond, PM_REMOVE).message, static_cast<UINT>(WM_NULL));
+    EXPECT_EQ(peeked(0, 0, PM_REMOVE).message, kFirst);
 }
 
-TEST(Messages, PeekWithoutRemovalLeavesTheMessage) {
-    PostThreadMessageW(GetCurrentThreadId(), kFirst, 0, 0);
-    EXPECT_EQ(peeked(nullptr, 0, 0, PM_NOREMOVE).message, kFirst);
-    EXPECT_EQ(peeked(nullptr, 0, 0, PM_REMOVE).message, kFirst);
-    EXPECT_EQ(peeked(nullptr, 0, 0, PM_REMOVE).message, static_cast<UINT>(WM_NULL));
+TEST_F(Messages, PeekWithoutRemovalLeavesTheMessage) {
+    post(kFirst);
+    EXPECT_EQ(peeked(0, 0, PM_NOREMOVE).message, kFirst);
+    EXPECT_EQ(peeked(0, 0, PM_REMOVE).message, kFirst);
+    EXPECT_EQ(peeked(0, 0, PM_REMOVE).message, static_cast<UINT>(WM_NULL));
 }
 
-TEST(Messages, ThreadWithoutQueueCannotBePostedTo) {
+TEST_F(Messages, ThreadWithoutQueueCannotBePostedTo) {
     SetLastError(0);
     EXPECT_FALSE(PostThreadMessageW(0x7FFFFFF0, kFirst, 0, 0));
     EXPECT_EQ(GetLastError(), ERROR_INVALID_THREAD_ID);
 }
 
-TEST(Messages, WorkerThreadHasAQueueOfItsOwn) {
+TEST_F(Messages, WorkerThreadHasAQueueOfItsOwn) {
     std::atomic<DWORD> workerId{0};
     std::atomic<UINT> got{0};
     std::thread worker([&] {
-        MSG message;
         // Asking once makes the queue.
-        PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE);
+        peeked(0, 0, PM_NOREMOVE);
         workerId = GetCurrentThreadId();
+        MSG message;
         while (GetMessageW(&message, nullptr, 0, 0) != FALSE) {
             got = message.message;
         }
@@ -96,210 +173,147 @@ TEST(Messages, WorkerThreadHasAQueueOfItsOwn) {
     EXPECT_EQ(got, kFirst);
 }
 
-TEST(Messages, WorkerThreadTimerFires) {
-    std::thread worker([] {
-        const UINT_PTR timer = SetTimer(nullptr, 0, USER_TIMER_MINIMUM, nullptr);
-        MSG message;
-        ASSERT_TRUE(GetMessageW(&message, nullptr, 0, 0));
-        EXPECT_EQ(message.message, WM_TIMER);
-        EXPECT_EQ(message.wParam, timer);
-    });
-    worker.join();
-}
-
-TEST(Messages, MessagePostedFromAnotherThreadWakesTheLoop) {
+TEST_F(Messages, MessagePostedFromAnotherThreadWakesTheLoop) {
     const DWORD mainThread = GetCurrentThreadId();
-    MSG message;
-    PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE);
+    peeked(0, 0, PM_NOREMOVE);
     std::thread worker([mainThread] { PostThreadMessageW(mainThread, kFirst, 0, 0); });
-    ASSERT_TRUE(GetMessageW(&message, nullptr, 0, 0));
-    EXPECT_EQ(message.message, kFirst);
+    EXPECT_EQ(waited().message, kFirst);
     worker.join();
 }
 
-TEST(Messages, RegisteredMessagesAreTheSameForTheSameName) {
+TEST_F(Messages, RegisteredMessagesAreTheSameForTheSameName) {
     const UINT message = RegisterWindowMessageW(u"zr.test.one");
     EXPECT_GE(message, 0xC000U);
     EXPECT_EQ(RegisterWindowMessageW(u"ZR.TEST.ONE"), message);
     EXPECT_NE(RegisterWindowMessageW(u"zr.test.two"), message);
 }
 
-TEST(Timers, FireAgainAndAgainUntilKilled) {
-    int fired = 0;
-    const UINT_PTR timer = SetTimer(nullptr, 0, USER_TIMER_MINIMUM, nullptr);
-    MSG message;
-    while (fired < 3 && GetMessageW(&message, nullptr, 0, 0) != FALSE) {
-        fired += message.message == WM_TIMER && message.wParam == timer ? 1 : 0;
+TEST_F(Timers, ComeAfterPostedMessagesAndBeforeTheEnd) {
+    const UINT_PTR timer = start();
+    Sleep(2 * USER_TIMER_MINIMUM);
+    PostQuitMessage(7);
+    post(kFirst);
+    EXPECT_EQ(waited().message, kFirst);
+    const MSG due = waited();
+    EXPECT_EQ(due.message, static_cast<UINT>(WM_TIMER));
+    EXPECT_EQ(due.wParam, timer);
+    stop();
+    const MSG quit = waited();
+    EXPECT_EQ(quit.message, static_cast<UINT>(WM_QUIT));
+    EXPECT_EQ(quit.wParam, 7U);
+}
+
+TEST_F(Timers, FireOnAWorkerThread) {
+    std::thread worker([this] {
+        const UINT_PTR timer = start();
+        const MSG due = waited();
+        EXPECT_EQ(due.message, static_cast<UINT>(WM_TIMER));
+        EXPECT_EQ(due.wParam, timer);
+        stop();
+    });
+    worker.join();
+}
+
+TEST_F(Timers, FireAgainAndAgainUntilKilled) {
+    const UINT_PTR timer = start();
+    for (int i = 0; i < 3; ++i) {
+        const MSG due = waited();
+        EXPECT_EQ(due.message, static_cast<UINT>(WM_TIMER));
+        EXPECT_EQ(due.wParam, timer);
     }
-    EXPECT_EQ(fired, 3);
-    EXPECT_TRUE(KillTimer(nullptr, timer));
+    stop();
     EXPECT_FALSE(KillTimer(nullptr, timer));
     Sleep(2 * USER_TIMER_MINIMUM);
-    EXPECT_FALSE(PeekMessageW(&message, nullptr, WM_TIMER, WM_TIMER, PM_REMOVE));
+    EXPECT_EQ(peeked(WM_TIMER, WM_TIMER, PM_REMOVE).message, static_cast<UINT>(WM_NULL));
 }
 
-TEST(Timers, MissedPeriodsAreOneMessage) {
-    const UINT_PTR timer = SetTimer(nullptr, 0, 1000, nullptr);
+TEST_F(Timers, MissedPeriodsAreOneMessage) {
+    start(1000);
     // The queue is looked at only after several periods have gone by.
     Sleep(2500);
-    MSG message;
-    EXPECT_TRUE(PeekMessageW(&message, nullptr, WM_TIMER, WM_TIMER, PM_REMOVE));
-    EXPECT_FALSE(PeekMessageW(&message, nullptr, WM_TIMER, WM_TIMER, PM_REMOVE));
-    KillTimer(nullptr, timer);
+    EXPECT_EQ(peeked(WM_TIMER, WM_TIMER, PM_REMOVE).message, static_cast<UINT>(WM_TIMER));
+    EXPECT_EQ(peeked(WM_TIMER, WM_TIMER, PM_REMOVE).message, static_cast<UINT>(WM_NULL));
 }
 
-TEST(Timers, ProcedureIsCalledByDispatch) {
-    static int calls = 0;
-    calls = 0;
-    const UINT_PTR timer = SetTimer(nullptr, 0, USER_TIMER_MINIMUM, [](HWND, UINT message, UINT_PTR, DWORD) {
-        EXPECT_EQ(message, WM_TIMER);
-        ++calls;
-    });
-    EXPECT_TRUE(pumpUntil([] { return calls >= 2; }));
-    KillTimer(nullptr, timer);
+TEST_F(Timers, ProcedureIsCalledByDispatch) {
+    startCounting();
+    EXPECT_TRUE(pumpUntil([] { return calls() >= 2; }));
 }
 
-TEST(Loop, OtherSourcesOfTheMainContextRunWhileGetMessageWaits) {
-    // Stands for Qt's timers and posted events.
-    static bool ran = false;
-    ran = false;
-    g_timeout_add(
-        5,
-        [](gpointer) -> gboolean {
-            ran = true;
-            PostThreadMessageW(GetCurrentThreadId(), kFirst, 0, 0);
-            return G_SOURCE_REMOVE;
+TEST_F(Loop, OtherSourcesOfTheMainContextRunWhileGetMessageWaits) {
+    const OtherSource source(
+        [] {
+            post(kFirst);
+            return false;
         },
-        nullptr);
-    MSG message;
-    ASSERT_TRUE(GetMessageW(&message, nullptr, 0, 0));
-    EXPECT_TRUE(ran);
-    EXPECT_EQ(message.message, kFirst);
+        kWaitedMilliseconds);
+    EXPECT_EQ(waited().message, kFirst);
+    EXPECT_TRUE(source.ran());
 }
 
-TEST(Loop, AStreamOfMessagesDoesNotStarveOtherSources) {
-    static bool ran = false;
-    ran = false;
-    g_idle_add(
-        [](gpointer) -> gboolean {
-            ran = true;
-            return G_SOURCE_REMOVE;
-        },
-        nullptr);
-    const ULONGLONG end = GetTickCount64() + 10000;
-    MSG message;
-    while (!ran && GetTickCount64() < end) {
-        PostThreadMessageW(GetCurrentThreadId(), kFirst, 0, 0);
-        GetMessageW(&message, nullptr, 0, 0);
-    }
-    EXPECT_TRUE(ran);
+TEST_F(Loop, AStreamOfMessagesDoesNotStarveOtherSources) {
+    const OtherSource source;
+    EXPECT_TRUE(repeatUntil([&] { return source.ran(); },
+                            [] {
+                                post(kFirst);
+                                waited();
+                            }));
 }
 
-TEST(Loop, ADueTimerDoesNotStarveOtherSources) {
-    static bool ran = false;
-    ran = false;
-    g_idle_add(
-        [](gpointer) -> gboolean {
-            ran = true;
-            return G_SOURCE_REMOVE;
-        },
-        nullptr);
+TEST_F(Loop, ADueTimerDoesNotStarveOtherSources) {
+    const OtherSource source;
     // Due, but never retrieved: there is always a posted message first.
-    const UINT_PTR timer = SetTimer(nullptr, 0, USER_TIMER_MINIMUM, nullptr);
-    const ULONGLONG end = GetTickCount64() + 10000;
-    MSG message;
-    while (!ran && GetTickCount64() < end) {
-        PostThreadMessageW(GetCurrentThreadId(), kFirst, 0, 0);
-        GetMessageW(&message, nullptr, 0, 0);
-    }
-    EXPECT_TRUE(ran);
-    KillTimer(nullptr, timer);
+    start();
+    EXPECT_TRUE(repeatUntil([&] { return source.ran(); },
+                            [] {
+                                post(kFirst);
+                                waited();
+                            }));
 }
 
-TEST(Loop, APollingLoopRunsOtherSourcesToo) {
-    static bool ran = false;
-    ran = false;
-    g_idle_add(
-        [](gpointer) -> gboolean {
-            ran = true;
-            return G_SOURCE_REMOVE;
-        },
-        nullptr);
-    const ULONGLONG end = GetTickCount64() + 10000;
-    MSG message;
-    while (!ran && GetTickCount64() < end) {
-        PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE);
-    }
-    EXPECT_TRUE(ran);
+TEST_F(Loop, APollingLoopRunsOtherSourcesToo) {
+    const OtherSource source;
+    EXPECT_TRUE(repeatUntil([&] { return source.ran(); }, [] { peeked(0, 0, PM_REMOVE); }));
 }
 
-TEST(Loop, LookingAtTheQueueRunsNoOtherSource) {
-    static bool ran = false;
-    ran = false;
-    const guint source = g_idle_add(
-        [](gpointer) -> gboolean {
-            ran = true;
-            return G_SOURCE_CONTINUE;
-        },
-        nullptr);
-    MSG message;
+TEST_F(Loop, LookingAtTheQueueRunsNoOtherSource) {
+    const OtherSource source([] { return true; });
     for (int i = 0; i < 100; ++i) {
-        PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE);
+        peeked(0, 0, PM_NOREMOVE);
     }
-    EXPECT_FALSE(ran);
-    g_source_remove(source);
+    EXPECT_FALSE(source.ran());
 }
 
-TEST(Loop, AForeignLoopDispatchesMessages) {
-    static int timerCalls = 0;
-    timerCalls = 0;
-    const UINT_PTR timer =
-        SetTimer(nullptr, 0, USER_TIMER_MINIMUM, [](HWND, UINT, UINT_PTR, DWORD) { ++timerCalls; });
-    MSG message;
+TEST_F(Loop, AForeignLoopDispatchesMessages) {
+    startCounting();
     // The slice attaches itself on its first wait.
-    ASSERT_TRUE(GetMessageW(&message, nullptr, WM_TIMER, WM_TIMER));
-    const ULONGLONG end = GetTickCount64() + 10000;
-    while (timerCalls < 3 && GetTickCount64() < end) {
-        g_main_context_iteration(nullptr, TRUE);
-    }
-    EXPECT_GE(timerCalls, 3);
-    KillTimer(nullptr, timer);
+    EXPECT_EQ(waited(WM_TIMER, WM_TIMER).message, static_cast<UINT>(WM_TIMER));
+    EXPECT_TRUE(repeatUntil([] { return calls() >= 3; }, [] { g_main_context_iteration(nullptr, TRUE); }));
 }
 
-TEST(Loop, AForeignLoopInsideAWaitDispatchesMessages) {
+TEST_F(Loop, AForeignLoopInsideAWaitDispatchesMessages) {
     // As when Qt runs a dialog from one of its timers, which itself ran from GetMessage.
-    static int timerCalls = 0;
-    static bool nestedEnded = false;
-    timerCalls = 0;
-    nestedEnded = false;
-    g_timeout_add(
-        1,
-        [](gpointer) -> gboolean {
-            const UINT_PTR timer =
-                SetTimer(nullptr, 0, USER_TIMER_MINIMUM, [](HWND, UINT, UINT_PTR, DWORD) { ++timerCalls; });
-            while (timerCalls < 3) {
-                g_main_context_iteration(nullptr, TRUE);
-            }
-            KillTimer(nullptr, timer);
-            nestedEnded = true;
-            PostThreadMessageW(GetCurrentThreadId(), kFirst, 0, 0);
-            return G_SOURCE_REMOVE;
+    const OtherSource source(
+        [this] {
+            startCounting();
+            EXPECT_TRUE(
+                repeatUntil([] { return calls() >= 3; }, [] { g_main_context_iteration(nullptr, TRUE); }));
+            stop();
+            post(kFirst);
+            return false;
         },
-        nullptr);
-    MSG message;
-    ASSERT_TRUE(GetMessageW(&message, nullptr, 0, 0));
-    EXPECT_EQ(message.message, kFirst);
-    EXPECT_TRUE(nestedEnded);
-    EXPECT_EQ(timerCalls, 3);
+        kWaitedMilliseconds);
+    EXPECT_EQ(waited().message, kFirst);
+    EXPECT_EQ(calls(), 3);
 }
 
-TEST(Loop, QuitPostedInAForeignLoopReachesTheProgramsLoop) {
-    MSG message;
-    PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE);
+TEST_F(Loop, QuitPostedInAForeignLoopReachesTheProgramsLoop) {
+    peeked(0, 0, PM_REMOVE);
     PostQuitMessage(3);
     for (int i = 0; i < 20; ++i) {
         g_main_context_iteration(nullptr, FALSE);
     }
-    EXPECT_FALSE(GetMessageW(&message, nullptr, 0, 0));
-    EXPECT_EQ(message.wParam, 3U);
+    const MSG quit = waited();
+    EXPECT_EQ(quit.message, static_cast<UINT>(WM_QUIT));
+    EXPECT_EQ(quit.wParam, 3U);
 }
