@@ -42,6 +42,12 @@ void readListenAddress(const std::string& text, Options& options) {
     options.port = std::stoi(port);
 }
 
+/// An empty text is most often a variable of the shell's that is not set; SQLite, say, would take it for a
+/// database that is thrown away at the end.
+std::string notEmpty(const std::string& text) {
+    return text.empty() ? "must not be empty" : "";
+}
+
 std::string footer() {
     return "Faults (--fault CALL:KIND[=VALUE][,times=N][,skip=N]; CALL is chat, create, list, read or any;\n"
            "times=0 strikes every request; the value stands before times and skip):\n" +
@@ -66,16 +72,20 @@ std::optional<Options> parseOptions(int argc, const char* const* argv, std::ostr
         ->capture_default_str();
     app.add_option("--database", options.database, "Database file, made when missing")
         ->type_name("FILE")
+        ->check(notEmpty)
         ->capture_default_str();
     app.add_option("--knowledge", options.knowledgeDirectory,
                    "Folder of *.topics files in place of the built-in ones")
-        ->type_name("DIR");
+        ->type_name("DIR")
+        ->check(notEmpty);
     CLI::Option* upstream = app.add_option("--upstream", options.upstreamUrl,
                                            "Have an OpenAI-compatible server answer (base URL)")
-                                ->type_name("URL");
+                                ->type_name("URL")
+                                ->check(notEmpty);
     app.add_option("--upstream-model", options.upstreamModel,
                    "Model to ask for; else the one the client names")
         ->type_name("NAME")
+        ->check(notEmpty)
         ->needs(upstream);
     app.add_option("--upstream-timeout", options.upstreamTimeoutSeconds,
                    "Longest silence of that server, in seconds")
@@ -88,9 +98,11 @@ std::optional<Options> parseOptions(int argc, const char* const* argv, std::ostr
         ->needs(upstream);
     app.add_option("--seed", options.seed,
                    "Fill a user's history once, from a JSON file or with the built-in 'demo'")
-        ->type_name("FILE|demo");
+        ->type_name("FILE|demo")
+        ->check(notEmpty);
     app.add_option("--seed-token", options.seedToken, "Token of that user")
         ->type_name("TOKEN")
+        ->check(notEmpty)
         ->capture_default_str();
     app.add_option("--seed-sessions", options.seedSessions,
                    "Sessions that 'demo' makes, over two years up to now")
@@ -140,8 +152,6 @@ std::optional<Options> parseOptions(int argc, const char* const* argv, std::ostr
     } catch (const std::invalid_argument& error) {
         throw OptionsError(error.what());
     }
-    if (options.seedToken.empty())
-        throw OptionsError("--seed-token must not be empty");
     if (const char* key = std::getenv(kKeyVariable))
         options.upstreamKey = key;
     return options;

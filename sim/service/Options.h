@@ -34,7 +34,7 @@ struct Options {
     bool allowFaults = false;
     int threads = 64;
     bool verbose = false;
-    std::string ask;  ///< Answer this on standard output and leave.
+    std::optional<std::string> ask;  ///< Answer this on standard output and leave.
 };
 
 /// A command line that cannot be used; the text is one line for the user.

@@ -27,9 +27,9 @@ int run(int argc, char** argv) {
     std::optional<Options> options = parseOptions(argc, argv, std::cout);
     if (!options)
         return 0;
-    if (!options->ask.empty()) {
+    if (options->ask) {
         options->database = ":memory:";
-        std::cout << Service(*options).answerTo(options->ask) << std::endl;
+        std::cout << Service(*options).answerTo(*options->ask) << std::endl;
         return 0;
     }
 

@@ -34,6 +34,7 @@ TEST(Options, HasSensibleDefaults) {
     EXPECT_GE(options.threads, 32);
     EXPECT_FALSE(options.allowFaults);
     EXPECT_TRUE(options.upstreamUrl.empty());
+    EXPECT_FALSE(options.ask.has_value());
 }
 
 TEST(Options, ReadsEveryOption) {
@@ -116,7 +117,10 @@ TEST(Options, RefusesWhatCannotBe) {
     EXPECT_FALSE(errorOf({"--delay", "-1"}).empty());
     EXPECT_FALSE(errorOf({"--database"}).empty());
     EXPECT_FALSE(errorOf({"--upstream-model", "m"}).empty());
-    EXPECT_FALSE(errorOf({"--seed-token", ""}).empty());
+    for (const char* option :
+         {"--database", "--knowledge", "--upstream", "--upstream-model", "--seed", "--seed-token"})
+        EXPECT_EQ(errorOf({"--upstream", "http://x", option, ""}),
+                  std::string(option) + ": must not be empty");
     EXPECT_NE(errorOf({"--fault", "chat:nonsense"}).find("nonsense"), std::string::npos);
     EXPECT_NE(errorOf({"--upstream", "ftp://x"}).find("http://"), std::string::npos);
     EXPECT_FALSE(errorOf({"--upstream", "http://x", "--upstream-ca", "/no/such/file"}).empty());

@@ -156,6 +156,12 @@ TEST(Program, AsksItselfAQuestion) {
     EXPECT_EQ(program.wait(), 0);
 }
 
+TEST(Program, AnswersAnEmptyQuestionInsteadOfListening) {
+    ChildProgram program({"--ask", ""});
+    EXPECT_TRUE(contains(program.readOutput(), "没有找到"));
+    EXPECT_EQ(program.wait(), 0);
+}
+
 TEST(Program, VerboseNamesTheCallsButNoTokens) {
     const TemporaryFolder folder;
     ChildProgram program(

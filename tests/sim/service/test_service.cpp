@@ -1,4 +1,6 @@
 #include <gtest/gtest.h>
+#include <netinet/tcp.h>
+#include <sys/resource.h>
 
 #include <algorithm>
 #include <atomic>
@@ -27,6 +29,29 @@ bool looksLikeATime(const std::string& text) {
     std::replace_if(
         shape.begin(), shape.end(), [](char c) { return c >= '0' && c <= '9'; }, '0');
     return shape == "0000-00-00 00:00:00";
+}
+
+/// The connections that this process has accepted at a port, whether each sends what is written at once.
+std::vector<bool> sendsAtOnce(int port) {
+    rlimit files{};
+    getrlimit(RLIMIT_NOFILE, &files);
+    std::vector<bool> connections;
+    for (int socket = 0; socket < static_cast<int>(std::min<rlim_t>(files.rlim_cur, 1024)); ++socket) {
+        sockaddr_in own{};
+        sockaddr_in other{};
+        socklen_t size = sizeof own;
+        if (getsockname(socket, reinterpret_cast<sockaddr*>(&own), &size) != 0 || own.sin_family != AF_INET ||
+            ntohs(own.sin_port) != port)
+            continue;
+        size = sizeof other;
+        if (getpeername(socket, reinterpret_cast<sockaddr*>(&other), &size) != 0)
+            continue;
+        int noDelay = 0;
+        size = sizeof noDelay;
+        getsockopt(socket, IPPROTO_TCP, TCP_NODELAY, &noDelay, &size);
+        connections.push_back(noDelay != 0);
+    }
+    return connections;
 }
 
 TEST(Service, CreatesASession) {
@@ -259,6 +284,19 @@ TEST(Service, PiecesArriveWhileTheAnswerIsStillBeingWritten) {
     // Leaving is noticed during the pause, and what was sent is kept.
     EXPECT_EQ(conversationOf(client.waitForMessages(session, 2)),
               (Conversation{{"user", "怎么画圆"}, {"assistant", "画圆"}}));
+}
+
+TEST(Service, SmallPiecesDoNotWaitForOneAnother) {
+    Options options = RunningService::quick();
+    options.delayMs = 60000;
+    RunningService service(options);
+    const ServiceClient client = service.client();
+    std::vector<bool> connections;
+    client.chat(client.createSession(), "怎么画圆", [&](const ChatReply&) {
+        connections = sendsAtOnce(service.port());
+        return false;
+    });
+    EXPECT_EQ(connections, std::vector<bool>{true});
 }
 
 TEST(Service, StoppingCutsTheRunningStreamsAndKeepsWhatWasSent) {
