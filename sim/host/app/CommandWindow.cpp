@@ -55,7 +55,14 @@ void CommandWindow::OnPaint() {
     const auto canvas = makeCanvas(dc.GetSafeHdc());
     m_painter.paint(*canvas, m_editor.commandLine(), themeFor(m_editor.variables().integer("COLORTHEME")),
                     {0, 0, static_cast<double>(client.Width()), static_cast<double>(client.Height())},
-                    m_scrolledRows, m_caretVisible);
+                    m_scrolledRows, m_caretVisible && takesKeys());
+}
+
+bool CommandWindow::takesKeys() const {
+    const CFrameWnd* const frame = GetParentFrame();
+    const HWND focus = ::GetFocus();
+    return focus != nullptr && (focus == GetSafeHwnd() || focus == frame->GetSafeHwnd() ||
+                                focus == frame->GetActiveView()->GetSafeHwnd());
 }
 
 BOOL CommandWindow::OnEraseBkgnd(CDC*) {

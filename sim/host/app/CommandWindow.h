@@ -31,6 +31,9 @@ protected:
     DECLARE_MESSAGE_MAP()
 
 private:
+    /// Whether typed keys come here and not to a palette or a dialog.
+    bool takesKeys() const;
+
     Editor& m_editor;
     KeyInput m_keys;
     CommandLinePainter m_painter;

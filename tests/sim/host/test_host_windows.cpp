@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <future>
@@ -25,6 +27,26 @@ protected:
         return host.ask("pixel", {{"window", kind}, {"x", x}, {"y", y}})["color"];
     }
 
+    bool caretIsSeen() {
+        const Json found = host.ask("findColor", {{"color", kCaretColor}, {"window", "commandLine"}});
+        const Json& clusters = found["clusters"];
+        return std::any_of(clusters.begin(), clusters.end(), [](const Json& cluster) {
+            return cluster["width"] <= 2 && cluster["height"] >= 12;
+        });
+    }
+
+    /// Longer than the caret is away in its blinking.
+    bool caretStaysAway() {
+        const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(1200);
+        while (std::chrono::steady_clock::now() < end) {
+            if (caretIsSeen()) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    static constexpr const char* kCaretColor = "#F2F4F7";
     HostProcess host{{"--no-state", "--geometry", "1000x700", "--theme", "dark"}};
 };
 
@@ -295,6 +317,19 @@ TEST_F(HostModules, PaletteDocksBesideTheViewAndTakesItsKeys) {
     host.ask("clickWindow", {{"window", "view"}});
     host.type("C\n");
     EXPECT_TRUE(host.waitForPrompt("CIRCLE"));
+}
+
+TEST_F(HostModules, CaretBlinksOnlyWhileKeysComeToTheCommandLine) {
+    host.type("DPALETTE\n");
+    EXPECT_TRUE(HostProcess::waitUntil([&] { return caretIsSeen(); }));
+    EXPECT_TRUE(HostProcess::waitUntil([&] { return !caretIsSeen(); }));
+    EXPECT_TRUE(HostProcess::waitUntil([&] { return caretIsSeen(); }));
+    host.type("DFOCUS\n");
+    host.idle();
+    ASSERT_EQ(host.ask("focus")["kind"], "palette");
+    EXPECT_TRUE(HostProcess::waitUntil([&] { return caretStaysAway(); }));
+    host.ask("clickWindow", {{"window", "commandLine"}});
+    EXPECT_TRUE(HostProcess::waitUntil([&] { return caretIsSeen(); }));
 }
 
 TEST(HostDocking, SideAndWidthAreRemembered) {
