@@ -25,7 +25,7 @@ void keepDisplayAwake() {
     static const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection(
         xcb_connect(nullptr, nullptr), &xcb_disconnect);
     if (xcb_connection_has_error(connection.get()) != 0) {
-        throw std::runtime_error("no display; run this under xvfb-run");
+        throw std::runtime_error("no display; ./test brings one");
     }
 }
 

@@ -2,7 +2,10 @@
 
 #include <clocale>
 #include <cmath>
+#include <cstdlib>
+#include <filesystem>
 #include <limits>
+#include <string>
 
 namespace {
 
@@ -12,6 +15,44 @@ std::string formatted(LPCTSTR format, Arguments... arguments) {
     text.Format(format, arguments...);
     return utf8(text);
 }
+
+#ifdef _WIN32
+constexpr const char* kGermanLocale = "de-DE";
+#else
+constexpr const char* kGermanLocale = "de_DE.UTF-8";
+#endif
+
+/// Numbers are written with a comma as long as it lives. Machines without such a locale get one for the time.
+class DecimalComma {
+public:
+    DecimalComma() : m_before(std::setlocale(LC_NUMERIC, nullptr)) {
+        if (std::setlocale(LC_NUMERIC, kGermanLocale) == nullptr) {
+            makeLocale();
+        }
+    }
+    ~DecimalComma() {
+        std::setlocale(LC_NUMERIC, m_before.c_str());
+        std::filesystem::remove_all(m_folder);
+    }
+    DecimalComma(const DecimalComma&) = delete;
+    DecimalComma& operator=(const DecimalComma&) = delete;
+
+private:
+    void makeLocale() {
+#ifndef _WIN32
+        std::string folder = testing::TempDir() + "zentri_locale_XXXXXX";
+        ASSERT_NE(mkdtemp(folder.data()), nullptr);
+        m_folder = folder;
+        const std::string make = "localedef -i de_DE -f UTF-8 --no-archive " + folder + "/" + kGermanLocale;
+        ASSERT_EQ(std::system(make.c_str()), 0) << "the package locales has the sources";
+        setenv("LOCPATH", folder.c_str(), 1);
+        ASSERT_NE(std::setlocale(LC_NUMERIC, kGermanLocale), nullptr);
+#endif
+    }
+
+    std::string m_before;
+    std::filesystem::path m_folder;
+};
 
 }  // namespace
 
@@ -119,16 +160,9 @@ TEST(Format, FloatingNumbers) {
 }
 
 TEST(Format, TheDecimalPointIsAFullStopInEveryLocale) {
-    const std::string before = std::setlocale(LC_NUMERIC, nullptr);
-    bool comma = false;
-    for (const char* name : {"de_DE.UTF-8", "de_DE", "fr_FR.UTF-8", "fr_FR"}) {
-        comma = comma || std::setlocale(LC_NUMERIC, name) != nullptr;
-    }
+    const DecimalComma comma;
+    ASSERT_STREQ(std::localeconv()->decimal_point, ",");
     EXPECT_EQ(formatted(_T("%.2f"), 1.5), "1.50");
-    std::setlocale(LC_NUMERIC, before.c_str());
-    if (!comma) {
-        GTEST_SKIP() << "this machine has no locale with a decimal comma";
-    }
 }
 
 TEST(Format, PercentAndBrokenConversionsStandForThemselves) {
