@@ -2,6 +2,7 @@
 #include <afxcoll.h>
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "ArxHost.h"
@@ -85,14 +86,16 @@ public:
         Module* const loaded = module.get();
         m_modules.push_back(std::move(module));
         const FocusKeeper focus;
-        if (entryPoint(AcRx::kInitAppMsg, loaded) != AcRx::kRetOK) {
+        const std::optional<AcRx::AppRetCode> result = tell(*loaded, AcRx::kInitAppMsg);
+        if (result != AcRx::kRetOK) {
             say(printIt, ACRX_T("\n%s cannot be initialized."), fileName);
             forget(loaded);
-            FreeLibrary(handle);
+            if (result)
+                FreeLibrary(handle);
             return false;
         }
         if (acDocManagerPtr()->curDocument() != nullptr)
-            entryPoint(AcRx::kLoadDwgMsg, loaded);
+            tell(*loaded, AcRx::kLoadDwgMsg);
         return true;
     }
 
@@ -135,7 +138,7 @@ public:
             modules.push_back(module.get());
         for (Module* module : modules) {
             if (isModule(module))
-                module->entryPoint(message, module);
+                tell(*module, message);
         }
     }
 
@@ -145,6 +148,17 @@ public:
     }
 
 private:
+    /// Nothing that a module throws gets any further; null when it threw. Then it stays mapped whatever
+    /// becomes of it: the host may hold addresses in it that it did not come to take back.
+    static std::optional<AcRx::AppRetCode> tell(Module& module, AcRx::AppMsgCode message) {
+        try {
+            return module.entryPoint(message, &module);
+        } catch (...) {
+            acutPrintf(ACRX_T("\n%s failed."), baseName(module.fileName).GetString());
+            return std::nullopt;
+        }
+    }
+
     static void say(bool printIt, const ACHAR* format, const ACHAR* fileName) {
         if (printIt)
             acutPrintf(format, fileName);
@@ -176,12 +190,12 @@ private:
 
     void unload(Module* module) {
         const HMODULE handle = module->handle;
-        const AcRxEntryPointPtr entryPoint = module->entryPoint;
         if (acDocManagerPtr()->curDocument() != nullptr)
-            entryPoint(AcRx::kUnloadDwgMsg, module);
-        entryPoint(AcRx::kUnloadAppMsg, module);
+            tell(*module, AcRx::kUnloadDwgMsg);
+        const bool ended = tell(*module, AcRx::kUnloadAppMsg).has_value();
         forget(module);
-        FreeLibrary(handle);
+        if (ended)
+            FreeLibrary(handle);
     }
 
     void forget(const Module* module) {

@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <climits>
 #include <cstring>
+#include <fstream>
 #include <map>
 #include <mutex>
 #include <string>
@@ -139,6 +140,31 @@ DWORD loadError(const char* text) {
     return ERROR_BAD_EXE_FORMAT;
 }
 
+/// Whether the file holds all that its headers tell of. The dynamic linker maps a file that was cut off too,
+/// and the process ends when it touches what is missing.
+bool isWhole(const std::string& path) {
+    std::ifstream file(path, std::ios::binary | std::ios::ate);
+    if (!file) {
+        return true;
+    }
+    const auto size = static_cast<std::uint64_t>(file.tellg());
+    ElfW(Ehdr) header{};
+    file.seekg(0);
+    if (!file.read(reinterpret_cast<char*>(&header), sizeof header) ||
+        std::memcmp(header.e_ident, ELFMAG, SELFMAG) != 0 || header.e_phentsize != sizeof(ElfW(Phdr))) {
+        return false;
+    }
+    file.seekg(static_cast<std::streamoff>(header.e_phoff));
+    for (int i = 0; i < header.e_phnum; ++i) {
+        ElfW(Phdr) part{};
+        if (!file.read(reinterpret_cast<char*>(&part), sizeof part) ||
+            (part.p_type == PT_LOAD && (part.p_offset > size || part.p_filesz > size - part.p_offset))) {
+            return false;
+        }
+    }
+    return true;
+}
+
 HMODULE handleOf(void* loaded) {
     const link_map* map = nullptr;
     if (dlinfo(loaded, RTLD_DI_LINKMAP, &map) != 0) {
@@ -150,6 +176,9 @@ HMODULE handleOf(void* loaded) {
 }
 
 HMODULE reference(const std::string& path, int extraFlags) {
+    if (!isWhole(path)) {
+        return failWith<HMODULE>(ERROR_BAD_EXE_FORMAT, nullptr);
+    }
     void* loaded = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL | extraFlags);
     if (loaded == nullptr) {
         return failWith<HMODULE>(loadError(dlerror()), nullptr);

@@ -4,11 +4,16 @@
 #include <acutads.h>
 #include <arxEntryPoint.h>
 
+#include <stdexcept>
+
 #ifndef FIXTURE_NAME
 #define FIXTURE_NAME "fixture"
 #endif
 #ifndef FIXTURE_LOCKED
 #define FIXTURE_LOCKED false
+#endif
+#ifndef FIXTURE_THROWS_ON
+#define FIXTURE_THROWS_ON AcRx::kNullMsg
 #endif
 #ifndef FIXTURE_INIT_RESULT
 #define FIXTURE_INIT_RESULT AcRx::kRetOK
@@ -25,6 +30,7 @@ public:
         AcRxArxApp::On_kInitAppMsg(packet);
         if (FIXTURE_LOCKED)
             acrxDynamicLinker->lockApplication(packet);
+        throwOn(AcRx::kInitAppMsg);
         return FIXTURE_INIT_RESULT;
     }
 
@@ -40,6 +46,7 @@ public:
 
     AcRx::AppRetCode On_kUnloadAppMsg(void* packet) override {
         acutPrintf(_T("[%s unload]"), name().GetString());
+        throwOn(AcRx::kUnloadAppMsg);
         return AcRxArxApp::On_kUnloadAppMsg(packet);
     }
 
@@ -56,6 +63,11 @@ public:
     void RegisterServerComponents() override { acutPrintf(_T("[%s register]"), name().GetString()); }
 
 private:
+    static void throwOn(AcRx::AppMsgCode message) {
+        if (message == FIXTURE_THROWS_ON)
+            throw std::runtime_error("the module cannot");
+    }
+
     static CString name() { return CString(FIXTURE_NAME); }
 };
 

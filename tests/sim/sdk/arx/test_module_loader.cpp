@@ -98,6 +98,26 @@ TEST_F(ModuleLoader, UnmapsAModuleThatDoesNotInitialise) {
     EXPECT_EQ(GetModuleHandleW(_T("refusing.arx")), nullptr);
 }
 
+TEST_F(ModuleLoader, AModuleThatThrowsIsNotLoadedButStaysMapped) {
+    EXPECT_FALSE(acrxLoadModule(fixture("throwing"), true));
+    const CString printed = takePrinted();
+    EXPECT_GE(printed.Find(_T("\nthrowing.arx failed.")), 0);
+    EXPECT_GE(printed.Find(_T("cannot be initialized.")), 0);
+    EXPECT_FALSE(acrxAppIsLoaded(_T("throwing.arx")));
+    // What it registered before may still be called.
+    EXPECT_NE(GetModuleHandleW(_T("throwing.arx")), nullptr);
+}
+
+TEST_F(ModuleLoader, AModuleThatThrowsAtItsEndIsForgottenButStaysMapped) {
+    ASSERT_TRUE(acrxLoadModule(fixture("throwinglate"), false));
+    takePrinted();
+    EXPECT_TRUE(acrxUnloadModule(fixture("throwinglate")));
+    EXPECT_TRUE(takePrinted() ==
+                _T("[throwinglate unloadDwg][throwinglate unload]\nthrowinglate.arx failed."));
+    EXPECT_TRUE(loadedNames().IsEmpty());
+    EXPECT_NE(GetModuleHandleW(_T("throwinglate.arx")), nullptr);
+}
+
 TEST_F(ModuleLoader, RefusesAnotherReleaseWithoutCallingIt) {
     EXPECT_FALSE(acrxLoadModule(fixture("old"), true));
     const CString printed = takePrinted();

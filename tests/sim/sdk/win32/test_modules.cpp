@@ -152,6 +152,19 @@ TEST_F(Modules, LoadingErrorsAreTold) {
     EXPECT_EQ(GetLastError(), ERROR_PROC_NOT_FOUND);
 }
 
+TEST_F(Modules, AFileThatWasCutOffIsNoModule) {
+    const std::string cut = std::string(ZR_TEST_MODULE) + ".cut.arx";
+    for (const std::uintmax_t kept :
+         {std::uintmax_t{0}, std::uintmax_t{4}, std::uintmax_t{100}, std::uintmax_t{5000}}) {
+        std::filesystem::copy_file(ZR_TEST_MODULE, cut, std::filesystem::copy_options::overwrite_existing);
+        std::filesystem::resize_file(cut, kept);
+        SetLastError(0);
+        EXPECT_EQ(LoadLibraryA(cut.c_str()), nullptr) << kept;
+        EXPECT_EQ(GetLastError(), ERROR_BAD_EXE_FORMAT) << kept;
+    }
+    std::filesystem::remove(cut);
+}
+
 TEST_F(Modules, FileNameLooksLikeWindows) {
     const HMODULE module = LoadLibraryW(m_path.c_str());
     TCHAR buffer[MAX_PATH];
