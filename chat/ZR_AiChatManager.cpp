@@ -8,6 +8,7 @@
 
 #include "chat/ZR_AiChatAnswerInterface.h"
 #include "chat/ZR_AiChatCSThread.h"
+#include "chat/ZR_AiChatGuid.h"
 #include "chat/ZR_AiChatModuleState.h"
 #include "chat/ZR_AiChatReadHistoricalChatThread.h"
 #include "chat/ZR_AiChatService.h"
@@ -240,13 +241,7 @@ bool ZR_AiChatManager::checkConnection() {
 
 CString ZR_AiChatManager::makeGuid() {
     GUID guid;
-    CString text;
-    if (SUCCEEDED(CoCreateGuid(&guid))) {
-        text.Format(_T("%08X-%04X-%04X-%02X%02X-%02X%02X%02X%02X%02X%02X"), static_cast<unsigned>(guid.Data1),
-                    guid.Data2, guid.Data3, guid.Data4[0], guid.Data4[1], guid.Data4[2], guid.Data4[3],
-                    guid.Data4[4], guid.Data4[5], guid.Data4[6], guid.Data4[7]);
-    }
-    return text;
+    return SUCCEEDED(CoCreateGuid(&guid)) ? zentriGuidText(guid) : CString();
 }
 
 void ZR_AiChatManager::onStreamStart() {
