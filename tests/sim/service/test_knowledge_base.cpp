@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <ostream>
 #include <set>
 
 #include "sim/service/KnowledgeBase.h"
@@ -202,6 +203,11 @@ constexpr Typical kTypical[] = {
     {"change layer color", "修改对象颜色"},
     {"how do I select everything on the same layer?", "按条件快速选择"},
 };
+
+/// Names the test by the question.
+void PrintTo(const Typical& typical, std::ostream* stream) {
+    *stream << typical.question;
+}
 
 class TypicalQuestion : public ::testing::TestWithParam<Typical> {};
 
