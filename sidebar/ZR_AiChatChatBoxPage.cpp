@@ -8,6 +8,7 @@
 #include "sidebar/ChatDateBucket.h"
 #include "sidebar/ZR_AiChatChatBoxPageContentLabel.h"
 #include "ui_ZR_AiChatChatBoxPage.h"
+#include "view/theme/ZR_ZentriThemeStyle.h"
 
 namespace {
 
@@ -19,6 +20,8 @@ constexpr int kListPadding = 18;
 ZR_AiChatChatBoxPage::ZR_AiChatChatBoxPage(QWidget* parent)
     : QWidget(parent), m_ui(std::make_unique<Ui::ZR_AiChatChatBoxPageClass>()) {
     m_ui->setupUi(this);
+    m_ui->listWidget_DatedChats->setStyleSheet(m_ui->listWidget_DatedChats->styleSheet() +
+                                               ZR_AiChatChatBoxPageContentLabel::styleSheetText());
     connect(m_ui->listWidget_DatedChats, &QListWidget::itemClicked, this,
             &ZR_AiChatChatBoxPage::listWidget_itemClicked);
 }
@@ -45,14 +48,35 @@ void ZR_AiChatChatBoxPage::setPageTime(qint64 time, bool normalise, qint64 now) 
     }
 }
 
-void ZR_AiChatChatBoxPage::addEntry(const CString& sessionId, const CString& title) {
-    auto* entry = new ZR_AiChatChatBoxPageContentLabel(this);
+ZR_AiChatChatBoxPageContentLabel* ZR_AiChatChatBoxPage::makeEntry(const CString& sessionId,
+                                                                  const CString& title) {
+    auto* entry =
+        new ZR_AiChatChatBoxPageContentLabel(this, ZR_AiChatChatBoxPageContentLabel::Sheet::Parents);
     entry->setSessionId(sessionId);
     entry->setTitle(title);
+    return entry;
+}
+
+void ZR_AiChatChatBoxPage::addEntry(const CString& sessionId, const CString& title) {
+    placeEntry(makeEntry(sessionId, title));
+}
+
+void ZR_AiChatChatBoxPage::addEntry(const CString& sessionId, const CString& title, int theme) {
+    ZR_AiChatChatBoxPageContentLabel* entry = makeEntry(sessionId, title);
+    // Nothing of the entry has been polished yet, so that the properties alone give it the theme.
+    entry->setProperty(kColorThemeProperty, theme);
+    for (QObject* part : entry->findChildren<QObject*>()) {
+        part->setProperty(kColorThemeProperty, theme);
+    }
+    placeEntry(entry);
+}
+
+void ZR_AiChatChatBoxPage::placeEntry(ZR_AiChatChatBoxPageContentLabel* entry) {
     auto* item = new QListWidgetItem(m_ui->listWidget_DatedChats);
     connect(entry, &ZR_AiChatChatBoxPageContentLabel::ContentMenu_deleteAction_clicked, this,
             &ZR_AiChatChatBoxPage::contentLabel_deleteAction_Clicked);
     m_ui->listWidget_DatedChats->setItemWidget(item, entry);
+    m_rowHeightIsKnown = false;
 }
 
 ZR_AiChatChatBoxPageContentLabel* ZR_AiChatChatBoxPage::entryAt(int row) const {
@@ -74,15 +98,34 @@ bool ZR_AiChatChatBoxPage::containsSession(const QString& sessionId) const {
 void ZR_AiChatChatBoxPage::adjustHeight() {
     QListWidget* list = m_ui->listWidget_DatedChats;
     list->doItemsLayout();
-    int rowHeight = 0;
-    int visibleRows = 0;
+    m_rowHeight = 0;
     for (int row = 0; row < list->count(); ++row) {
-        rowHeight = std::max(rowHeight, list->sizeHintForRow(row));
-        if (!list->item(row)->isHidden()) {
-            ++visibleRows;
-        }
+        m_rowHeight = std::max(m_rowHeight, list->sizeHintForRow(row));
     }
-    list->setMinimumHeight(rowHeight * visibleRows + kListPadding);
+    // A row that has been hidden from its start has the height of its form: not a height to rely on.
+    m_rowHeightIsKnown = m_rowHeightIsKnown || visibleRows() == list->count();
+    setHeightForRows();
+}
+
+int ZR_AiChatChatBoxPage::visibleRows() const {
+    const QListWidget* list = m_ui->listWidget_DatedChats;
+    int rows = 0;
+    for (int row = 0; row < list->count(); ++row) {
+        rows += list->item(row)->isHidden() ? 0 : 1;
+    }
+    return rows;
+}
+
+void ZR_AiChatChatBoxPage::setHeightForRows() {
+    m_ui->listWidget_DatedChats->setMinimumHeight(m_rowHeight * visibleRows() + kListPadding);
+}
+
+void ZR_AiChatChatBoxPage::fitHeight() {
+    if (m_rowHeightIsKnown) {
+        setHeightForRows();
+    } else {
+        adjustHeight();
+    }
 }
 
 QSize ZR_AiChatChatBoxPage::sizeHint() const {
@@ -93,20 +136,19 @@ void ZR_AiChatChatBoxPage::showAllEntries() {
     for (int row = 0; row < m_ui->listWidget_DatedChats->count(); ++row) {
         m_ui->listWidget_DatedChats->item(row)->setHidden(false);
     }
-    adjustHeight();
+    fitHeight();
     show();
 }
 
 void ZR_AiChatChatBoxPage::applyFilter(const QString& text) {
-    QListWidget* list = m_ui->listWidget_DatedChats;
     bool allHidden = true;
-    for (int row = 0; row < list->count(); ++row) {
+    for (int row = 0; row < m_ui->listWidget_DatedChats->count(); ++row) {
         const ZR_AiChatChatBoxPageContentLabel* entry = entryAt(row);
         const bool matches = entry != nullptr && entry->matchesSearch(text);
-        list->item(row)->setHidden(!matches);
+        m_ui->listWidget_DatedChats->item(row)->setHidden(!matches);
         allHidden = allHidden && !matches;
     }
-    adjustHeight();
+    fitHeight();
     setVisible(!allHidden);
 }
 
@@ -145,6 +187,7 @@ void ZR_AiChatChatBoxPage::contentLabel_deleteAction_Clicked() {
             QListWidgetItem* item = list->item(row);
             list->removeItemWidget(item);
             delete item;
+            m_rowHeightIsKnown = false;
             return;
         }
     }

@@ -29,6 +29,8 @@ public:
     qint64 pageTime() const { return m_pageTime; }
 
     void addEntry(const CString& sessionId, const CString& title);
+    /// Adds an entry that is in the theme from the start. Costs less than to add it and hand it the theme.
+    void addEntry(const CString& sessionId, const CString& title, int theme);
     bool containsSession(const QString& sessionId) const;
     /// Gives the list the height of the rows it shows.
     void adjustHeight();
@@ -53,8 +55,18 @@ public slots:
     void contentLabel_deleteAction_Clicked();
 
 private:
+    ZR_AiChatChatBoxPageContentLabel* makeEntry(const CString& sessionId, const CString& title);
+    void placeEntry(ZR_AiChatChatBoxPageContentLabel* entry);
     ZR_AiChatChatBoxPageContentLabel* entryAt(int row) const;
+    int visibleRows() const;
+    void setHeightForRows();
+    /// As adjustHeight(), but leaves it to the list when to lay its rows out.
+    void fitHeight();
 
     std::unique_ptr<Ui::ZR_AiChatChatBoxPageClass> m_ui;
+    // The largest of all rows, hidden ones too; not known while rows have come or gone since it was asked
+    // for.
+    int m_rowHeight = 0;
+    bool m_rowHeightIsKnown = false;
     qint64 m_pageTime = 0;  // after every valid page, should the time not be convertible
 };

@@ -11,14 +11,39 @@
 #include "host/core/ZR_ZentriText.h"
 #include "ui_ZR_AiChatChatBoxPageContentLabel.h"
 
-ZR_AiChatChatBoxPageContentLabel::ZR_AiChatChatBoxPageContentLabel(QWidget* parent)
+namespace {
+
+constexpr char kStyleSheet[] = R"(
+QLabel { background: transparent; border: none; border-radius: 8px; padding: 1px; font: 14px; text-align: left; }
+QLabel[ZR_ColorTheme='1'] { color: #000000; }
+QLabel[ZR_ColorTheme='0'] { color: #FFFFFF; }
+QLabel[ZR_ColorTheme='1']:hover { background-color: #d0e0e6; border: 1px inset #d0e0e6; }
+QLabel[ZR_ColorTheme='0']:hover { background-color: #363a3c; border: 1px inset #363a3c; }
+QLabel:pressed { background-color: #4A90C7; border: 2px inset #2E5570; padding-top: 4px; padding-left: 4px; }
+QLabel:disabled { background-color: #B0E0E6; border-color: #A9A9A9; color: #808080; }
+
+QToolButton { background: transparent; border: none; color: rgba(255, 255, 255, 0); border-radius: 8px; }
+QToolButton:hover { background-color: #c3d2d7; border: 1px inset #c3d2d7; color: rgb(0, 0, 0); }
+QToolButton:pressed { background-color: #b6c4c8; border: 1px inset #b6c4c8; padding-top: 1px; padding-left: 1px; }
+)";
+
+}  // namespace
+
+ZR_AiChatChatBoxPageContentLabel::ZR_AiChatChatBoxPageContentLabel(QWidget* parent, Sheet sheet)
     : QWidget(parent), m_ui(std::make_unique<Ui::ZR_AiChatChatBoxPageContentLabelClass>()) {
     m_ui->setupUi(this);
+    if (sheet == Sheet::Own) {
+        setStyleSheet(styleSheetText());
+    }
     connect(m_ui->toolButton_option, &QToolButton::clicked, this,
             &ZR_AiChatChatBoxPageContentLabel::toolButton_options_clicked);
 }
 
 ZR_AiChatChatBoxPageContentLabel::~ZR_AiChatChatBoxPageContentLabel() = default;
+
+QString ZR_AiChatChatBoxPageContentLabel::styleSheetText() {
+    return QLatin1String(kStyleSheet);
+}
 
 void ZR_AiChatChatBoxPageContentLabel::setSessionId(const CString& sessionId) {
     m_sessionId = sessionId;

@@ -15,8 +15,15 @@ class ZR_AiChatChatBoxPageContentLabel : public QWidget {
     Q_OBJECT
 
 public:
-    explicit ZR_AiChatChatBoxPageContentLabel(QWidget* parent = nullptr);
+    /// Who brings the style sheet. Parsing one for every entry is what a long history spends its time on, so
+    /// a page brings one for all of its entries.
+    enum class Sheet { Own, Parents };
+
+    explicit ZR_AiChatChatBoxPageContentLabel(QWidget* parent = nullptr, Sheet sheet = Sheet::Own);
     ~ZR_AiChatChatBoxPageContentLabel() override;
+
+    /// The rules for an entry, for itself or for a widget that has entries below it.
+    static QString styleSheetText();
 
     void setSessionId(const CString& sessionId);
     CString sessionId() const { return m_sessionId; }

@@ -54,9 +54,9 @@ void ZR_AiChatHistoricalChatBox::clearPages() {
 void ZR_AiChatHistoricalChatBox::loadSessions(const ZR_AiChatSessionList& records) {
     clearPages();
     QMap<QString, ZR_AiChatChatBoxPage*> pagesByLabel;
+    std::vector<ZR_AiChatChatBoxPage*> pageOfRecord;
     for (INT_PTR i = 0; i < records.GetCount(); ++i) {
-        const ZR_AiChatSingleChatRecord& record = records.GetAt(i);
-        const qint64 lastActivityTime = record.GetUseTime();
+        const qint64 lastActivityTime = records.GetAt(i).GetUseTime();
         const qint64 now = m_clock();
         const QString label = DateBucketLabel(lastActivityTime, now);
         ZR_AiChatChatBoxPage*& page = pagesByLabel[label];
@@ -69,10 +69,19 @@ void ZR_AiChatHistoricalChatBox::loadSessions(const ZR_AiChatSessionList& record
             connect(page, &ZR_AiChatChatBoxPage::chatLabel_Clicked, this,
                     &ZR_AiChatHistoricalChatBox::chatPage_ChatLabelClicked);
         }
-        page->addEntry(record.GetSessionId(), record.GetTitle());
+        pageOfRecord.push_back(page);
     }
     placePages(pagesByLabel);
     reapplyOwnTheme(this);
+    const int theme = property(kColorThemeProperty).toInt();
+    for (INT_PTR i = 0; i < records.GetCount(); ++i) {
+        const ZR_AiChatSingleChatRecord& record = records.GetAt(i);
+        pageOfRecord[static_cast<std::size_t>(i)]->addEntry(record.GetSessionId(), record.GetTitle(), theme);
+    }
+    for (ZR_AiChatChatBoxPage* page : pages()) {
+        page->show();
+        page->adjustHeight();
+    }
     updateGeometry();
 }
 
@@ -90,8 +99,6 @@ void ZR_AiChatHistoricalChatBox::placePages(QMap<QString, ZR_AiChatChatBoxPage*>
         // A page from before 1970 is never the best one: its pass places nothing and it is never seen.
         if (ZR_AiChatChatBoxPage* page = pages.take(bestLabel)) {
             m_pageLayout->addWidget(page);
-            page->show();
-            page->adjustHeight();
         }
     }
 }

@@ -122,6 +122,21 @@ TEST_F(ChatBoxPageTest, HeightOfAnEmptyPage) {
     EXPECT_EQ(list()->minimumHeight(), 18);
 }
 
+TEST_F(ChatBoxPageTest, EntriesAreAsWideAsTheListAlsoWhenItBecomesNarrower) {
+    addAll({QStringLiteral("a"), QStringLiteral("b")});
+    m_page.adjustHeight();
+    settle();
+    for (const int width : {350, 200, 190, 300, 120}) {
+        m_page.resize(width, m_page.height());
+        settle();
+        EXPECT_EQ(entry(0)->width(), list()->viewport()->width()) << width;
+        EXPECT_EQ(entry(1)->width(), list()->viewport()->width()) << width;
+        const auto* option = entry(1)->findChild<QWidget*>(QStringLiteral("toolButton_option"));
+        EXPECT_LE(option->mapTo(list()->viewport(), option->rect().bottomRight()).x(),
+                  list()->viewport()->width());
+    }
+}
+
 TEST_F(ChatBoxPageTest, ClickedRowTellsItsSession) {
     addAll({QStringLiteral("a"), QStringLiteral("b")});
     m_page.adjustHeight();
