@@ -1,11 +1,14 @@
 #include <gtest/gtest.h>
 
-#include <QByteArray>
+#include <QRandomGenerator>
 #include <QString>
+#include <algorithm>
 #include <ctime>
+#include <cwchar>
 
 #include "sidebar/ChatDateBucket.h"
 #include "tests/chat/LogFile.h"
+#include "tests/sidebar/Zone.h"
 #include "tests/view/support/QtPrinters.h"
 #include "tests/view/support/ViewTest.h"
 
@@ -13,27 +16,6 @@ namespace {
 
 constexpr qint64 kHour = 3600;
 constexpr qint64 kDay = 86400;
-
-/// Runs in a time zone and leaves the process in its own.
-class Zone {
-public:
-    explicit Zone(const char* name) : m_former(qgetenv("TZ")), m_wasSet(qEnvironmentVariableIsSet("TZ")) {
-        qputenv("TZ", name);
-        tzset();
-    }
-    ~Zone() {
-        if (m_wasSet) {
-            qputenv("TZ", m_former);
-        } else {
-            qunsetenv("TZ");
-        }
-        tzset();
-    }
-
-private:
-    QByteArray m_former;
-    bool m_wasSet;
-};
 
 qint64 local(int year, int month, int day, int hour = 0, int minute = 0, int second = 0) {
     std::tm parts = {};
@@ -127,9 +109,78 @@ TEST_P(DateBucket, PageTimeOfAMonthIsTheDayBeforeItsFirstAsIntended) {
     EXPECT_EQ(pageTime(local(2023, 8, 31, 23, 59, 59), now), local(2023, 7, 31));
 }
 
+/// The rules as they are written down, with the C library's own formatting.
+class PlainBucket {
+public:
+    static QString label(qint64 time, qint64 now) {
+        if (text(L"%Y年%m月%d日", time) == text(L"%Y年%m月%d日", now)) {
+            return QStringLiteral("今天");
+        }
+        if (text(L"%Y年%m月%d日", time) == text(L"%Y年%m月%d日", now - kDay)) {
+            return QStringLiteral("昨天");
+        }
+        if (text(L"%Y年%m月", time) == text(L"%Y年%m月", now)) {
+            return QStringLiteral("本月");
+        }
+        return text(L"%Y年%m月", time);
+    }
+    static qint64 pageTime(qint64 time, qint64 now) {
+        const std::tm t = parts(time);
+        const QString bucket = label(time, now);
+        const bool isDay = bucket == QStringLiteral("今天") || bucket == QStringLiteral("昨天");
+        const int seconds = t.tm_hour * 3600 + t.tm_min * 60 + t.tm_sec;
+        return time - (isDay ? seconds : t.tm_mday * 86400 + seconds);
+    }
+
+private:
+    static std::tm parts(qint64 time) {
+        const auto seconds = static_cast<std::time_t>(time);
+        return *std::localtime(&seconds);
+    }
+    static QString text(const wchar_t* format, qint64 time) {
+        wchar_t buffer[128];
+        const std::tm t = parts(time);
+        return QString::fromWCharArray(buffer, static_cast<int>(std::wcsftime(buffer, 128, format, &t)));
+    }
+};
+
+TEST_P(DateBucket, RandomTimesFollowThePlainRules) {
+    QRandomGenerator random(4711);
+    for (int i = 0; i < 4000; ++i) {
+        const qint64 now = kDay + random.bounded(1, 60 * 366) * kDay + random.bounded(static_cast<int>(kDay));
+        const int spans[] = {2 * static_cast<int>(kDay), 35 * static_cast<int>(kDay), 1 << 30};
+        const qint64 time = std::max<qint64>(0, now + kDay - random.bounded(spans[i % 3]));
+        ASSERT_EQ(DateBucketLabel(time, now), PlainBucket::label(time, now)) << time << " at " << now;
+        ASSERT_EQ(pageTime(time, now), PlainBucket::pageTime(time, now)) << time << " at " << now;
+    }
+}
+
+TEST_P(DateBucket, EveryMonthEndOfTheseYears) {
+    for (int year = 2023; year <= 2025; ++year) {
+        for (int month = 1; month <= 12; ++month) {
+            const qint64 first = local(year, month, 1);
+            const qint64 before = first - 1;
+            const QString former =
+                month == 1 ? QStringLiteral("%1年12月").arg(year - 1)
+                           : QStringLiteral("%1年%2月").arg(year).arg(month - 1, 2, 10, QLatin1Char('0'));
+            EXPECT_EQ(DateBucketLabel(before, local(year, month, 1, 12)), QStringLiteral("昨天"))
+                << year << '/' << month;
+            EXPECT_EQ(DateBucketLabel(before, local(year, month, 1, 23, 59, 59)), QStringLiteral("昨天"));
+            EXPECT_EQ(DateBucketLabel(before, local(year, month, 2, 12)), former);
+            EXPECT_EQ(DateBucketLabel(before - 2 * kDay, first), former);
+            EXPECT_EQ(DateBucketLabel(first, local(year, month, 3, 12)), QStringLiteral("本月"));
+            // A month's page comes after the pages of the days that follow it, and before the older month's.
+            const qint64 now = local(year, month, 3, 12);
+            EXPECT_GE(pageTime(local(year, month, 2, 12), now), pageTime(first, now));
+            EXPECT_GT(pageTime(first, now), pageTime(before, now));
+        }
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(Zones, DateBucket,
                          testing::Values("UTC0", "Asia/Shanghai", "America/New_York", "Pacific/Auckland",
-                                         "Asia/Kolkata"));
+                                         "Asia/Kolkata", "Europe/Berlin", "Australia/Lord_Howe",
+                                         "America/Sao_Paulo", "Pacific/Kiritimati"));
 
 TEST(DateBucketZones, YesterdayIsADayOfSecondsAgoAlsoWhenClocksChange) {
     // Clocks go forward on 2024-03-10 and back on 2024-11-03: a day of seconds is then not a day of the
@@ -141,6 +192,44 @@ TEST(DateBucketZones, YesterdayIsADayOfSecondsAgoAlsoWhenClocksChange) {
     const qint64 afterAutumn = local(2024, 11, 3, 23, 30);
     EXPECT_EQ(DateBucketLabel(local(2024, 11, 2, 12), afterAutumn), QStringLiteral("本月"));
     EXPECT_EQ(DateBucketLabel(local(2024, 11, 3, 0, 10), afterAutumn), QStringLiteral("今天"));
+}
+
+TEST(DateBucketZones, PageTimeTakesOffTheClocksHoursAlsoWhenClocksChangeAsItStands) {
+    const Zone zone("America/New_York");
+    // An hour is missing from this day: what the clock shows is one more than has passed.
+    const qint64 spring = local(2024, 3, 10, 15);
+    qint64 time = 0;
+    ASSERT_TRUE(normalisedPageTime(spring, spring, time));
+    EXPECT_EQ(time, local(2024, 3, 10) - kHour);
+    // This day has an hour twice.
+    const qint64 autumn = local(2024, 11, 3, 15);
+    ASSERT_TRUE(normalisedPageTime(autumn, autumn, time));
+    EXPECT_EQ(time, local(2024, 11, 3) + kHour);
+    // Of a month's page too.
+    ASSERT_TRUE(normalisedPageTime(local(2024, 3, 20, 12), local(2024, 6, 1), time));
+    EXPECT_EQ(time, local(2024, 2, 29) - kHour);
+}
+
+TEST(DateBucketZones, DayWithoutAMidnight) {
+    // In 2017 the clocks here went from 23:59:59 to 01:00.
+    const Zone zone("America/Sao_Paulo");
+    const qint64 first = local(2017, 10, 15, 1);
+    EXPECT_EQ(DateBucketLabel(first, first), QStringLiteral("今天"));
+    EXPECT_EQ(DateBucketLabel(first - 1, first), QStringLiteral("昨天"));
+    qint64 time = 0;
+    ASSERT_TRUE(normalisedPageTime(first + kHour, first + kHour, time));
+    EXPECT_EQ(time, first - kHour);
+}
+
+TEST(DateBucketZones, LastDayOfAMonthTakesOffTheMost) {
+    // 31 days and 23:59:59, well within 32 bits.
+    const Zone zone("UTC0");
+    qint64 time = 0;
+    ASSERT_TRUE(normalisedPageTime(local(2024, 1, 31, 23, 59, 59), local(2024, 6, 1), time));
+    EXPECT_EQ(local(2024, 1, 31, 23, 59, 59) - time, 31 * kDay + 23 * kHour + 59 * 60 + 59);
+    // Of a time beyond 32 bits too.
+    ASSERT_TRUE(normalisedPageTime(local(2999, 12, 31, 23, 59, 59), local(2024, 6, 1), time));
+    EXPECT_EQ(time, local(2999, 11, 30));
 }
 
 TEST(DateBucketZones, EpochIsAMonthPageWhosePageTimeIsNegative) {

@@ -11,6 +11,7 @@
 #include "sidebar/ZR_AiChatChatBoxPage.h"
 #include "sidebar/ZR_AiChatChatBoxPageContentLabel.h"
 #include "sidebar/ZR_AiChatHistoricalChatBox.h"
+#include "tests/sidebar/Zone.h"
 #include "tests/view/support/QtPrinters.h"
 #include "tests/view/support/ServiceTest.h"
 #include "view/theme/ZR_ZentriThemeStyle.h"
@@ -135,6 +136,55 @@ TEST_F(HistoryBoxTest, OfEqualPageTimesTheLaterHeadingComesFirst) {
     ASSERT_EQ(found[0]->pageTime(), found[1]->pageTime());
     ASSERT_GT(QStringLiteral("本月"), QStringLiteral("昨天"));
     EXPECT_EQ(shown(), QStringList({QStringLiteral("本月: m"), QStringLiteral("昨天: y")}));
+}
+
+TEST_F(HistoryBoxTest, OnNewYearsDayInAnyZone) {
+    for (const char* name : {"UTC0", "Asia/Shanghai", "America/New_York", "Pacific/Auckland"}) {
+        const Zone zone(name);
+        m_now = at(2024, 1, 1, 0);
+        load({{"november", at(2023, 11, 30)},
+              {"december", at(2023, 12, 1)},
+              {"eve", m_now - 1},
+              {"midnight", m_now},
+              {"january", at(2024, 1, 31)},
+              {"december30", at(2023, 12, 30, 23)}});
+        // January's own page stands at the start of New Year's Eve, as yesterday's does.
+        EXPECT_EQ(shown(),
+                  QStringList({QStringLiteral("今天: midnight"), QStringLiteral("本月: january"),
+                               QStringLiteral("昨天: eve"), QStringLiteral("2023年12月: december december30"),
+                               QStringLiteral("2023年11月: november")}))
+            << name;
+        m_now = at(2024, 1, 3);
+        load({{"eve", at(2023, 12, 31)}, {"first", at(2024, 1, 1)}, {"second", at(2024, 1, 2, 0)}});
+        EXPECT_EQ(shown(), QStringList({QStringLiteral("昨天: second"), QStringLiteral("本月: first"),
+                                        QStringLiteral("2023年12月: eve")}))
+            << name;
+    }
+}
+
+TEST_F(HistoryBoxTest, ClockIsReadForEverySession) {
+    int reads = 0;
+    m_box.setClock([&] {
+        ++reads;
+        return m_now + reads / 2 * kDay;
+    });
+    load({{"a", m_now}, {"b", m_now}});
+    // Both pages stand at the same midnight.
+    EXPECT_EQ(shown(), QStringList({QStringLiteral("昨天: b"), QStringLiteral("今天: a")}));
+}
+
+TEST_F(HistoryBoxTest, PageTimeOfMinusOneIsTheLeastThatGetsAPlace) {
+    const struct {
+        const char* zone;
+        bool shown;
+    } rows[] = {{"AAA-0:00:01", true}, {"AAA-0:00:02", false}};
+    for (const auto& row : rows) {
+        const Zone zone(row.zone);
+        m_now = kDay + 100;
+        load({{"first", 50}});
+        EXPECT_EQ(shown(), row.shown ? QStringList(QStringLiteral("昨天: first")) : QStringList())
+            << row.zone;
+    }
 }
 
 TEST_F(HistoryBoxTest, SessionsLatestMessageCounts) {
