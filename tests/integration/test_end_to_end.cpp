@@ -1,0 +1,189 @@
+// The real module in the real host with the real service, where one of them does what the others do not
+// expect.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <csignal>
+#include <cstdlib>
+#include <future>
+
+#include "tests/sim/host/HostProcess.h"
+#include "tests/sim/service/ChildProgram.h"
+#include "tests/sim/service/ServiceClient.h"
+#include "tests/sim/service/TemporaryFolder.h"
+
+namespace {
+
+using Json = HostProcess::Json;
+using zentri::service::ChildProgram;
+using zentri::service::ServiceClient;
+using zentri::service::TemporaryFolder;
+
+constexpr const char* kToken = "anna";
+constexpr const char* kAnswerColor = "#333333";
+constexpr const char* kQuestionBubbleColor = "#E5F6FE";
+constexpr const char* kInputFrameColor = "#3C88F0";
+constexpr const char* kDialogSendColor = "#4D6BFE";
+constexpr int kSmallestBubble = 35;
+constexpr int kSmallestButton = 400;
+// From a question's bubble to the middle of the edit icon below it.
+constexpr int kEditIconRight = 47;
+constexpr int kEditIconBelow = 19;
+
+int area(const Json& rect) {
+    return rect["width"].get<int>() * rect["height"].get<int>();
+}
+
+/// A service whose answers come slowly, and a host with the panel open.
+class EndToEnd : public testing::Test {
+protected:
+    EndToEnd() {
+        const std::string address = "127.0.0.1:" + std::to_string(port);
+        setenv("ZR_ZENTRI_SERVICE", address.c_str(), 1);
+        setenv("ZR_ZENTRI_PROBE", ("http://" + address).c_str(), 1);
+        setenv("ZR_SIM_FONT", ZENTRI_FONT, 1);
+        host = std::make_unique<HostProcess>(std::vector<std::string>{"--no-state", "--geometry", "1440x900",
+                                                                      "--theme", "light", "--token", kToken,
+                                                                      "--arx", ZENTRI_MODULE});
+        openPanel();
+    }
+
+    void openPanel() {
+        host->ask("clickWindow", {{"window", "commandLine"}});
+        host->ask("clearHistory");
+        host->type("KQ_AICHAT\n");
+        EXPECT_TRUE(HostProcess::waitUntil([&] {
+            const Json palette = host->window("palette");
+            return !palette.is_null() && palette["visible"] == true;
+        }));
+        EXPECT_TRUE(host->waitForLine("Zentri:用户数据初始化完成"));
+    }
+
+    Json found(const std::string& color, Json arguments = Json::object()) {
+        arguments["color"] = color;
+        return host->ask("findColor", std::move(arguments))["clusters"];
+    }
+
+    void click(int x, int y) { host->ask("click", {{"x", x}, {"y", y}}); }
+
+    /// Types the question into the panel and waits until its answer has begun.
+    void askQuestion(const std::string& question) {
+        Json frames = found(kInputFrameColor, {{"window", "palette"}, {"tolerance", 24}});
+        ASSERT_FALSE(frames.empty());
+        const Json box = *std::max_element(frames.begin(), frames.end(),
+                                           [](const Json& a, const Json& b) { return area(a) < area(b); });
+        click(box["x"].get<int>() + box["width"].get<int>() / 2,
+              box["y"].get<int>() + box["height"].get<int>() / 2);
+        const Json before = answer();
+        host->type(question + "\n");
+        ASSERT_TRUE(HostProcess::waitUntil([&] { return answer().size() > before.size(); }));
+        ASSERT_TRUE(answerGoesOn());
+    }
+
+    /// What of the panel's text is seen, by the places of its strokes.
+    Json answer() { return found(kAnswerColor, {{"window", "palette"}, {"tolerance", 40}}); }
+
+    /// More of the answer comes, several times.
+    bool answerGoesOn() {
+        for (int i = 0; i < 3; ++i) {
+            const Json before = answer();
+            if (!HostProcess::waitUntil([&] { return answer() != before; })) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    Json messageBoxes() { return host->ask("messageBoxes")["boxes"]; }
+    bool boxIsOpen() {
+        return HostProcess::waitUntil([&] { return !messageBoxes().empty(); });
+    }
+
+    std::string activeCommand() { return host->ask("commandLine")["active"].dump(); }
+
+    TemporaryFolder folder;
+    std::unique_ptr<ChildProgram> service = std::make_unique<ChildProgram>(std::vector<std::string>{
+        "--listen", "127.0.0.1:0", "--database", folder.file("s.sqlite"), "--delay", "60", "--piece", "2"});
+    const int port = service->waitForPort();
+    std::unique_ptr<HostProcess> host;
+};
+
+}  // namespace
+
+TEST_F(EndToEnd, TheAnswerGoesOnBehindAMessageBox) {
+    host->ask("arx", {{"load", ZENTRI_DUMMY_MODULE}});
+    askQuestion("怎么画圆");
+    host->ask("clickWindow", {{"window", "commandLine"}});
+    host->type("DBOX\n");
+    ASSERT_TRUE(boxIsOpen());
+    EXPECT_TRUE(answerGoesOn());
+    host->ask("answerMessageBox", {{"button", "yes"}});
+    EXPECT_TRUE(host->waitForLine("[answer 6]"));
+}
+
+TEST_F(EndToEnd, TheAnswerGoesOnBehindAnOpenMenu) {
+    askQuestion("怎么画圆");
+    host->ask("clickWindow", {{"window", "commandLine"}});
+    host->ask("key", {{"key", "d"}, {"alt", true}, {"real", true}});
+    EXPECT_TRUE(answerGoesOn());
+    // The menu was open all the time.
+    host->ask("key", {{"key", "c"}, {"real", true}});
+    EXPECT_TRUE(host->waitForPrompt("CIRCLE"));
+}
+
+TEST_F(EndToEnd, TheAnswerGoesOnBehindTheEditDialog) {
+    askQuestion("怎么画圆");
+    const Json bubbles = found(kQuestionBubbleColor,
+                               {{"window", "palette"}, {"minPixels", kSmallestBubble * kSmallestBubble}});
+    ASSERT_FALSE(bubbles.empty());
+    const Json& bubble = bubbles[0];
+    click(bubble["x"].get<int>() + kEditIconRight,
+          bubble["y"].get<int>() + bubble["height"].get<int>() + kEditIconBelow);
+    const auto dialogIsOpen = [&] {
+        return !found(kDialogSendColor, {{"minPixels", kSmallestButton}}).empty();
+    };
+    ASSERT_TRUE(HostProcess::waitUntil(dialogIsOpen));
+    EXPECT_TRUE(answerGoesOn());
+    EXPECT_TRUE(dialogIsOpen());
+    host->ask("key", {{"key", "Escape"}, {"real", true}});
+    EXPECT_TRUE(HostProcess::waitUntil([&] { return !dialogIsOpen(); }));
+}
+
+TEST_F(EndToEnd, AServiceThatDiesInTheMiddleIsReportedAndTheHostGoesOn) {
+    askQuestion("怎么画圆");
+    service->send(SIGKILL);
+    ASSERT_TRUE(boxIsOpen());
+    EXPECT_EQ(messageBoxes()[0]["text"], "Zentri 通信出错！");
+    host->ask("answerMessageBox", {{"button", "ok"}});
+    host->ask("clickWindow", {{"window", "commandLine"}});
+    host->type("CIRCLE 0,0 5\n");
+    host->idle();
+    EXPECT_EQ(host->ask("drawing")["entities"].size(), 1U);
+    host->type("QUIT\n");
+    EXPECT_EQ(host->waitForExit(), 0);
+}
+
+TEST_F(EndToEnd, UnloadedInTheMiddleOfAnAnswerItLoadsAndAnswersAgain) {
+    askQuestion("怎么画圆");
+    const auto begin = std::chrono::steady_clock::now();
+    host->ask("arx", {{"unload", "ZR_Zentri.arx"}});
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
+    EXPECT_TRUE(host->window("palette").is_null());
+    host->ask("arx", {{"load", ZENTRI_MODULE}});
+    openPanel();
+    askQuestion("怎么画直线");
+    // Both questions stand in the user's history, the first with as much of its answer as was sent.
+    const ServiceClient client(port, kToken);
+    EXPECT_TRUE(HostProcess::waitUntil([&] { return client.sessions().size() == 2U; }));
+    host->type("QUIT\n");
+}
+
+TEST_F(EndToEnd, TheEndOfTheHostInTheMiddleOfAnAnswerIsCleanAndQuick) {
+    askQuestion("怎么画圆");
+    host->ask("quit");
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_EQ(host->waitForExit(), 0);
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
+    EXPECT_EQ(host->errors().find("QThread: Destroyed"), std::string::npos) << host->errors();
+}
