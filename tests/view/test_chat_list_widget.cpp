@@ -40,6 +40,16 @@ private:
     QList<const QObject*> m_added;
 };
 
+/// Counts how often the rows are laid out.
+class LayoutCountingList : public ZR_AiChatListWidget {
+public:
+    void doItemsLayout() override {
+        ++layouts;
+        ZR_AiChatListWidget::doItemsLayout();
+    }
+    int layouts = 0;
+};
+
 class ChatListTest : public ViewTest {
 protected:
     ChatListTest() {
@@ -278,6 +288,23 @@ TEST_F(ChatListTest, MeasuringAgainTakesTheListsThemeAndKeepsALoadGoing) {
     EXPECT_TRUE(answer->isAnswerLoading());
     answer->appendAnswerText(QStringLiteral("2"));
     EXPECT_EQ(answer->msgText(), QStringLiteral("12"));
+}
+
+TEST_F(ChatListTest, MeasuringAgainLaysTheRowsOutLaterAlsoWhenNoSizeChanged) {
+    LayoutCountingList list;
+    list.show();
+    list.addQuestion(QStringLiteral("q"));
+    settle();
+    for (const bool all : {false, true}) {
+        list.layouts = 0;
+        if (all) {
+            list.relayoutAll();
+        } else {
+            list.refreshLastItem();
+        }
+        EXPECT_EQ(list.layouts, 0) << all;
+        EXPECT_TRUE(waitFor([&] { return list.layouts == 1; })) << all;
+    }
 }
 
 TEST_F(ChatListTest, RowsMoveDownWhenTheOneAboveGrows) {

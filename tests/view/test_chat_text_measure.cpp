@@ -198,6 +198,57 @@ TEST(ChatTextMeasure, OtherWidthFontOrTextStartsAnew) {
               PlainTextMeasure::measure(QStringLiteral("x"), larger, 200, kSpace));
 }
 
+TEST(ChatTextMeasure, OtherSingleLineStartsAnew) {
+    ChatTextMeasure measure;
+    const QString text = RandomText(4).text(RandomText::Latin, 700);
+    measure.measureText(text, bubbleFont(), 300, kSpace);
+    EXPECT_EQ(measure.measureText(text, bubbleFont(), 170, kSpace), plain(text, 170));
+    EXPECT_EQ(measure.measureText(text, bubbleFont(), 410, kSpace), plain(text, 410));
+    const QString other = RandomText(5).text(RandomText::Cjk, 700);
+    EXPECT_EQ(measure.measureText(other, bubbleFont(), 410, kSpace), plain(other, 410));
+}
+
+TEST(ChatTextMeasure, KernedTextIsNotCutBetweenPairs) {
+    // One row short of two by the true width, and two if the kerning at the cuts were lost.
+    const QString text = QStringLiteral("AV").repeated(1500);
+    const int textWidth = static_cast<int>(QFontMetricsF(bubbleFont()).horizontalAdvance(text) / 2) + 1;
+    EXPECT_EQ(measured(text, textWidth), plain(text, textWidth));
+}
+
+TEST(ChatTextMeasure, TurnOfDirectionAfterALongLineCountsForAllOfIt) {
+    const QString neutral = QStringLiteral("'.-/(,").repeated(120);
+    const QString whole = neutral + QStringLiteral("עברית");
+    const qreal width = QFontMetricsF(bubbleFont()).horizontalAdvance(whole);
+    for (int rows = 2; rows < 6; ++rows) {
+        for (const int around : {0, 1}) {
+            const int textWidth = static_cast<int>(width / rows) + around;
+            ChatTextMeasure measure;
+            measure.measureText(neutral, bubbleFont(), textWidth, kSpace);
+            EXPECT_EQ(measure.measureText(whole, bubbleFont(), textWidth, kSpace), plain(whole, textWidth));
+        }
+    }
+}
+
+TEST(ChatTextMeasure, LettersThatNarrowTheOneBeforeThemBreakWhereThePlainRuleDoes) {
+    for (const char* letters : {"abc سا\nx", "ساسا\n", "شن نا\nسن"}) {
+        const QString text = QString::fromUtf8(letters);
+        for (int width = 4; width < 90; ++width) {
+            ASSERT_EQ(measured(text, width), plain(text, width)) << width << " " << letters;
+        }
+    }
+}
+
+TEST(ChatAdvanceTable, TellsWhatTurnsTheDirection) {
+    for (const uint turning : {0x05D0U, 0x0627U, 0x0661U, 0x202AU, 0x202BU, 0x202CU, 0x202DU, 0x202EU,
+                               0x2066U, 0x2067U, 0x2068U, 0x2069U, 0x10900U}) {
+        EXPECT_TRUE(ChatAdvanceTable::turnsDirection(turning)) << std::hex << turning;
+    }
+    for (const uint straight : {uint{'A'}, uint{'1'}, uint{' '}, uint{'('}, 0x0301U, 0x0E01U, 0x200BU,
+                                0x3002U, 0x56FEU, 0x1F600U}) {
+        EXPECT_FALSE(ChatAdvanceTable::turnsDirection(straight)) << std::hex << straight;
+    }
+}
+
 TEST(ChatTextMeasure, FractionalFontSizesGiveThePlainNumbersToo) {
     RandomText random(11);
     for (const qreal points : {8.5, 13.7}) {

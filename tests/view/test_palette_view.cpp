@@ -174,6 +174,16 @@ TEST_F(PaletteViewTest, FirstQuestionBecomesTheTitleAndIsSent) {
     ASSERT_TRUE(waitFor([&] { return !bubble(3)->isAnswerLoading(); }));
 }
 
+TEST_F(PaletteViewTest, InputIsEmptyAndTheTitleSetBeforeTheFirstRowAppears) {
+    answerCreate(QStringLiteral("s1"));
+    answerChat("");
+    QStringList seen;
+    QObject::connect(list()->model(), &QAbstractItemModel::rowsInserted, list(),
+                     [&] { seen.append(input()->toPlainText() + QLatin1Char('|') + title()->text()); });
+    sendQuestion(QStringLiteral("怎样画圆"));
+    EXPECT_EQ(seen, QStringList({QStringLiteral("|怎样画圆"), QStringLiteral("|怎样画圆")}));
+}
+
 TEST_F(PaletteViewTest, RefusalKeepsTheInputAndTheList) {
     signOut();
     sendQuestion(QStringLiteral("怎样画圆"));
@@ -431,7 +441,8 @@ TEST_F(PaletteViewTest, PrintableKeysAreSwallowedInBothBoxes) {
         for (const int key : {0x20, int{Qt::Key_A}, int{Qt::Key_0}, 0x7E}) {
             sendKey(box, QEvent::KeyPress, key, Qt::NoModifier, QStringLiteral("x"));
             sendKey(box, QEvent::KeyPress, key, Qt::ShiftModifier, QStringLiteral("x"));
-            sendKey(box, QEvent::KeyPress, key, Qt::ControlModifier | Qt::ShiftModifier, QStringLiteral("x"));
+            QKeyEvent withMore(QEvent::KeyPress, key, Qt::ControlModifier | Qt::ShiftModifier);
+            EXPECT_TRUE(m_view.eventFilter(box, &withMore)) << key;
             QKeyEvent release(QEvent::KeyRelease, key, Qt::NoModifier);
             EXPECT_TRUE(m_view.eventFilter(box, &release)) << key;
         }

@@ -51,8 +51,10 @@ TEST_F(PaletteViewTest, ClosingHidesTheBarOnlyWhenItsAnimationHasFinished) {
 TEST_F(PaletteViewTest, PressedTwiceReversesFromTheConfiguredValue) {
     m_view.toolBtnHistoricalChat_clicked(false);
     animation("animationWidth")->setCurrentTime(200);
+    animation("opacity")->setCurrentTime(200);
     m_view.toolBtnHistoricalChat_clicked(false);
     EXPECT_EQ(animation("animationWidth")->currentTime(), 0);
+    EXPECT_EQ(animation("opacity")->currentTime(), 0);
     EXPECT_EQ(sideBar()->animationWidth(), 250);
     EXPECT_EQ(animation("opacity")->currentValue().toDouble(), 1.0);
     EXPECT_EQ(animation("animationWidth")->state(), QAbstractAnimation::Running);
@@ -191,6 +193,16 @@ TEST_F(PaletteViewColours, InputFrameIsBlueInEitherTheme) {
         EXPECT_EQ(image.pixelColor(image.width() / 2, 0), QColor("#3c88f0"));
         EXPECT_EQ(image.pixelColor(image.width() / 2, 1), QColor("#3c88f0"));
         EXPECT_NE(image.pixelColor(0, 0), QColor("#3c88f0"));
+    }
+}
+
+TEST_F(PaletteViewColours, PlaceholderIsGreyFromTheStartAndInEveryTheme) {
+    const QColor grey(138, 143, 153);
+    EXPECT_EQ(input()->palette().color(QPalette::PlaceholderText), grey);
+    for (const int theme : {0, 1, 5}) {
+        m_view.setColorTheme(theme);
+        EXPECT_EQ(input()->palette().color(QPalette::PlaceholderText), grey) << theme;
+        EXPECT_GT(pixelsOf(grabbed(*input()), grey), 0) << theme;
     }
 }
 

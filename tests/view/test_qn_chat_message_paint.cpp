@@ -125,6 +125,35 @@ TEST_P(QNChatMessagePaintRandom, LoadingAnswerHasThePixelsOfThePlainRulesWhileIt
 INSTANTIATE_TEST_SUITE_P(EveryKindOfText, QNChatMessagePaintRandom,
                          testing::Range(0, int{RandomText::KindCount}));
 
+TEST(QNChatMessagePaint, OtherFontsHaveThePixelsOfThePlainRulesToo) {
+    // Where the families are not there, others stand in for them.
+    RandomText random(77);
+    const QString texts[] = {
+        QStringLiteral("office waffle fjord AVATAR To. 中文 ") + random.text(RandomText::Latin, 200),
+        random.text(RandomText::ManyLines, 120)};
+    for (const QString& text : texts) {
+        for (const int kind : {int{QNChatMessage::Question}, int{QNChatMessage::Answer}}) {
+            const auto bubble = bubbleOf(text, kind, 420);
+            expectPlainPixels(*bubble);
+            for (const char* family : {"DejaVu Sans", "DejaVu Serif"}) {
+                QFont font(QString::fromLatin1(family));
+                font.setPointSizeF(13.7);
+                bubble->setFont(font);
+                bubble->resize(420, bubble->fontRect(text).height());
+                expectPlainPixels(*bubble);
+            }
+        }
+    }
+}
+
+TEST(QNChatMessagePaint, RightToLeftLettersBeyondTheBasicPlaneTurnTheirParagraphs) {
+    const QString letters = QStringLiteral("\U00010900\U00010901 abc 12.\nabc def 12.");
+    for (const QString& text : {letters, letters + QLatin1Char('\n') + letters}) {
+        const auto bubble = bubbleOf(text, QNChatMessage::Question, 300);
+        expectPlainPixels(*bubble);
+    }
+}
+
 TEST(QNChatMessagePaint, EmptyLoadingAnswerSaysThatItWaits) {
     QNChatMessage bubble;
     bubble.setFixedWidth(420);
@@ -149,6 +178,15 @@ TEST(QNChatMessagePaint, LoadingAnswerShowsNeitherLinksNorIcons) {
     const QImage done = painted(*bubble, Qt::white);
     EXPECT_EQ(bubble->linkRuns().size(), 1U);
     EXPECT_NE(done.copy(icons), blank);
+}
+
+TEST(QNChatMessagePaint, AnswerThatLoadsAgainForgetsItsLinks) {
+    const auto bubble = bubbleOf(QStringLiteral("用【LINE】画线"), QNChatMessage::Answer, 420);
+    painted(*bubble, Qt::white);
+    ASSERT_EQ(bubble->linkRuns().size(), 1U);
+    bubble->startAnswerLoading();
+    painted(*bubble, Qt::white);
+    EXPECT_TRUE(bubble->linkRuns().empty());
 }
 
 TEST(QNChatMessagePaint, TimeLineShowsTheLocalTimeInTheMiddle) {

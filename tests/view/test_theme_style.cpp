@@ -191,6 +191,11 @@ protected:
 TEST_F(ChatTitleLabelLook, LineBreaksAreShownAsBlanks) {
     EXPECT_EQ(look(QStringLiteral("一\n二\t三"), 200), look(QStringLiteral("一 二 三"), 200));
     EXPECT_NE(look(QStringLiteral("一\n二"), 200), look(QStringLiteral("一"), 200));
+    ChatTitleLabel broken;
+    broken.setText(QStringLiteral("一\n二\t三"));
+    ChatTitleLabel blanks;
+    blanks.setText(QStringLiteral("一 二 三"));
+    EXPECT_EQ(broken.sizeHint(), blanks.sizeHint());
     EXPECT_NE(look(QStringLiteral("一二"), 200), look(QString(), 200));
 }
 
