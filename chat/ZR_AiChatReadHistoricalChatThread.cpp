@@ -9,7 +9,6 @@
 ZR_AiChatReadHistoricalChatThread::ZR_AiChatReadHistoricalChatThread(QObject* parent) : QThread(parent) {}
 
 ZR_AiChatReadHistoricalChatThread::~ZR_AiChatReadHistoricalChatThread() {
-    requestInterruption();
     quit();
     wait();
 }
@@ -40,7 +39,7 @@ void ZR_AiChatReadHistoricalChatThread::readSessions() {
     if (!readSessionIds(ids)) {
         return;
     }
-    for (INT_PTR i = 0; i < ids.GetCount() && !isInterruptionRequested(); ++i) {
+    for (INT_PTR i = 0; i < ids.GetCount(); ++i) {
         ZR_AiChatSingleChatRecord record;
         if (readSessionChats(ids[i], record)) {
             changeResult([&] { m_result.Add(record); });

@@ -5,14 +5,14 @@
 
 #include "chat/ZR_AiChatSingleChatRecord.h"
 
-/// Reads all of the user's sessions from the service, one after another. Nothing cancels a run but deleting
-/// the thread or quit(), which lets the remaining reads fail at once.
+/// Reads all of the user's sessions from the service, one after another. Nothing cancels a run but quit(),
+/// which lets the remaining reads fail at once.
 class ZR_AiChatReadHistoricalChatThread : public QThread {
     Q_OBJECT
 
 public:
     explicit ZR_AiChatReadHistoricalChatThread(QObject* parent = nullptr);
-    /// Stops a running read, asks for nothing more and waits for the end.
+    /// Stops a running read and waits for it.
     ~ZR_AiChatReadHistoricalChatThread() override;
 
     /// Replaces the content of `sessions` by the sessions read, in the service's order; false, with

@@ -272,3 +272,22 @@ TEST_F(Manager, DeclaresItsSignalsInOrder) {
         texts({"sessionUpdated(CString)", "newSessionSet(CString)", "streamStart()", "streamProcess(QString)",
                "streamEnd()", "historicalChatReadStart()", "historicalChatReadEnd()"}));
 }
+
+TEST_F(Manager, FollowsANewHistoryReaderAfterAnotherLoad) {
+    makeManager();
+    deleteThreads();
+    makeThreads();
+    loadHistory({"a"});
+    EXPECT_EQ(sessionIds(), texts({"a"}));
+}
+
+TEST_F(Manager, IsNotAskedForAnExchangeOnceItIsGone) {
+    makeManager();
+    loadHistory({"a"});
+    m_manager->openSession(_T("a"));
+    EXPECT_EQ(zentriCurrentExchange().sessionId, QStringLiteral("a"));
+    EXPECT_EQ(zentriCurrentExchange().userInput, QStringLiteral("Q a"));
+    m_manager.reset();
+    EXPECT_TRUE(zentriCurrentExchange().sessionId.isEmpty());
+    EXPECT_TRUE(zentriCurrentExchange().userInput.isEmpty());
+}

@@ -33,3 +33,19 @@ TEST(WorkerGuard, LogsAnExceptionWithoutAMessageAsUnknown) {
     EXPECT_EQ(loggedBy([] { throw 1; }), QStringList{QStringLiteral("unknown")});
     EXPECT_EQ(loggedBy([] { AfxThrowNotSupportedException(); }), QStringList{QStringLiteral("unknown")});
 }
+
+TEST(WorkerGuard, DeletesAnExceptionOfMfcs) {
+    class CountedException : public CException {
+    public:
+        explicit CountedException(int& living) : m_living(living) { ++m_living; }
+        ~CountedException() override { --m_living; }
+
+    private:
+        int& m_living;
+    };
+
+    int living = 0;
+    EXPECT_EQ(loggedBy([&] { throw static_cast<CException*>(new CountedException(living)); }),
+              QStringList{QStringLiteral("unknown")});
+    EXPECT_EQ(living, 0);
+}
