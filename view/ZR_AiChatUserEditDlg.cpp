@@ -1,5 +1,9 @@
 #include "view/ZR_AiChatUserEditDlg.h"
 
+#include <QPainter>
+#include <QStyle>
+#include <QStyleOption>
+
 #include "ui_ZR_AiChatUserEditDlg.h"
 
 ZR_AiChatUserEditDlg::ZR_AiChatUserEditDlg(QWidget* parent)
@@ -31,4 +35,12 @@ void ZR_AiChatUserEditDlg::pushBtnSend_clicked(bool checked) {
 
 void ZR_AiChatUserEditDlg::pushBtnCancel_clicked() {
     reject();
+}
+
+void ZR_AiChatUserEditDlg::paintEvent(QPaintEvent* event) {
+    Q_UNUSED(event)
+    QStyleOption option;
+    option.initFrom(this);
+    QPainter painter(this);
+    style()->drawPrimitive(QStyle::PE_Widget, &option, &painter, this);
 }

@@ -23,6 +23,10 @@ public slots:
     void pushBtnSend_clicked(bool checked);
     void pushBtnCancel_clicked();
 
+protected:
+    /// A translucent window gets no ground from its style sheet by itself.
+    void paintEvent(QPaintEvent* event) override;
+
 private:
     std::unique_ptr<Ui::ZR_AiChatUserEditDlgClass> m_ui;
 };

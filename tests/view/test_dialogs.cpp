@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <QApplication>
 #include <QLabel>
 #include <QLayout>
 #include <QPointer>
@@ -17,6 +18,8 @@
 #include "view/theme/ZR_ZentriThemeStyle.h"
 
 namespace {
+
+const QColor kDialogGround(0, 0, 0, 30);
 
 class DialogTest : public ViewTest {
 protected:
@@ -99,6 +102,89 @@ TEST_F(DialogTest, EditDialogsColoursFollowTheTheme) {
     }
 }
 
+TEST_F(DialogTest, EditDialogInAThemeThatIsNeitherHasTheThemeFreeRulesOnly) {
+    const QPalette former = QApplication::palette();
+    QPalette own = former;
+    own.setColor(QPalette::Base, QColor("#ff00ff"));
+    own.setColor(QPalette::Text, QColor("#00aa00"));
+    QApplication::setPalette(own);
+    {
+        ZR_AiChatUserEditDlg dialog;
+        dialog.show();
+        applyThemeProperty(&dialog, kColorThemeProperty, 5);
+        auto* box = named<QTextEdit>(dialog, "textEdit_UserEdit");
+        EXPECT_EQ(box->palette().color(QPalette::Text), QColor("#00aa00"));
+        const QImage image = grabbed(*box);
+        EXPECT_EQ(image.pixelColor(image.width() / 2, image.height() - 10), QColor("#ff00ff"));
+        EXPECT_EQ(image.pixelColor(image.width() / 2, 0), QColor("#2473f5"));
+        // No ground: the dialog itself shows.
+        const auto* frame = named<QFrame>(dialog, "frame");
+        const QImage whole = dialog.grab().toImage();
+        EXPECT_EQ(
+            whole.pixelColor(frame->geometry().left() + frame->width() / 3, frame->geometry().bottom() - 12),
+            kDialogGround);
+    }
+    QApplication::setPalette(former);
+}
+
+TEST_F(DialogTest, EditDialogIsAShadeOnWhatIsBehindIt) {
+    ZR_AiChatUserEditDlg dialog;
+    dialog.show();
+    const QImage image = dialog.grab().toImage();
+    for (const QPoint& place : {QPoint(0, 0), QPoint(4, 100), QPoint(750, 214), QPoint(300, 5)}) {
+        EXPECT_EQ(image.pixelColor(place), kDialogGround);
+    }
+}
+
+TEST_F(DialogTest, EditDialogsFrameAndBoxAreRounded) {
+    ZR_AiChatUserEditDlg dialog;
+    dialog.show();
+    const auto* frame = named<QFrame>(dialog, "frame");
+    auto* box = named<QTextEdit>(dialog, "textEdit_UserEdit");
+    EXPECT_EQ(frame->frameShape(), QFrame::StyledPanel);
+    EXPECT_EQ(box->font().pixelSize(), 14);
+    EXPECT_EQ(box->palette().color(QPalette::Highlight), QColor("#90C8F6"));
+    // The frame's border takes two pixels around the box.
+    EXPECT_EQ(box->geometry().topLeft(), QPoint(2, 2));
+    const QImage whole = dialog.grab().toImage();
+    EXPECT_EQ(whole.pixelColor(frame->geometry().topLeft() + QPoint(1, 1)), kDialogGround);
+    EXPECT_EQ(whole.pixelColor(frame->geometry().topLeft() + QPoint(13, 0)), QColor(Qt::white));
+    const QImage image = grabbed(*box);
+    EXPECT_NE(image.pixelColor(3, 2), QColor("#2473f5"));
+    EXPECT_EQ(image.pixelColor(13, 0), QColor("#2473f5"));
+    EXPECT_EQ(image.pixelColor(0, 13), QColor("#2473f5"));
+}
+
+TEST_F(DialogTest, EditDialogKeepsTheFlagsItHad) {
+    const QDialog plain;
+    const ZR_AiChatUserEditDlg edit;
+    const ZR_AiChatUserInputDlg input;
+    EXPECT_EQ(edit.windowFlags(), plain.windowFlags() | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint |
+                                      Qt::WindowFlags(0x0F));
+    EXPECT_EQ(input.windowFlags(), plain.windowFlags() | Qt::WindowStaysOnTopHint | Qt::WindowFlags(0x0F));
+}
+
+TEST_F(DialogTest, EditDialogsButtonsStandAtTheRight) {
+    const ZR_AiChatUserEditDlg dialog;
+    const auto* row = named<QHBoxLayout>(dialog, "horizontalLayout");
+    EXPECT_EQ(row->spacing(), 6);
+    const QSpacerItem* spacer = row->itemAt(0)->spacerItem();
+    ASSERT_NE(spacer, nullptr);
+    EXPECT_EQ(spacer->sizeHint(), QSize(40, 20));
+    EXPECT_EQ(spacer->sizePolicy().horizontalPolicy(), QSizePolicy::Expanding);
+    EXPECT_EQ(row->itemAt(1)->widget()->objectName(), QStringLiteral("pushButton_Cancel"));
+    EXPECT_EQ(row->itemAt(2)->widget()->objectName(), QStringLiteral("pushButton_Send"));
+}
+
+TEST_F(DialogTest, EmptiedTextIsAcceptedToo) {
+    ZR_AiChatUserEditDlg dialog;
+    dialog.setEditText(QStringLiteral("question"));
+    dialog.setEditText(QString());
+    dialog.pushBtnSend_clicked(false);
+    EXPECT_EQ(dialog.result(), int{QDialog::Accepted});
+    EXPECT_EQ(dialog.editText(), QString());
+}
+
 TEST_F(DialogTest, EditDialogsButtonsAreGreyAndBlue) {
     ZR_AiChatUserEditDlg dialog;
     dialog.show();
@@ -116,6 +202,16 @@ TEST_F(DialogTest, EditDialogsButtonsAreGreyAndBlue) {
     EXPECT_EQ(background(cancel), QColor("#c9c9c9"));
     cancel->setEnabled(false);
     EXPECT_EQ(background(cancel), QColor("#f9f9f9"));
+    EXPECT_EQ(cancel->palette().color(QPalette::Disabled, QPalette::ButtonText), QColor("#808080"));
+    for (QPushButton* button : {cancel, send}) {
+        EXPECT_EQ(button->font().pixelSize(), 14);
+        // A radius of 8 leaves the corner free.
+        const QPoint corner = button->mapTo(&dialog, QPoint());
+        const QImage whole = grabbed(dialog);
+        EXPECT_EQ(whole.pixelColor(corner), QColor(Qt::white));
+        EXPECT_EQ(whole.pixelColor(corner + QPoint(2, 0)), QColor(Qt::white));
+        EXPECT_EQ(whole.pixelColor(corner + QPoint(9, 0)), background(button));
+    }
 }
 
 TEST_F(DialogTest, InputDialogIsBuiltAsDesigned) {
@@ -134,7 +230,17 @@ TEST_F(DialogTest, InputDialogIsBuiltAsDesigned) {
     EXPECT_EQ(named<QToolButton>(*dialog, "toolButton")->size(), QSize(20, 20));
     const QImage image = grabbed(*dialog);
     EXPECT_EQ(image.pixelColor(2, 2), QColor(Qt::white));
-    EXPECT_GT(pixelsOf(image, QColor("#bc9cd9")), 500);
+    const QRect frame = named<QFrame>(*dialog, "frame")->geometry();
+    EXPECT_EQ(named<QVBoxLayout>(*dialog, "verticalLayout")->itemAt(0)->geometry(), frame);
+    for (const int x : {frame.left(), frame.left() + 1, frame.right() - 1, frame.right()}) {
+        EXPECT_EQ(image.pixelColor(x, 200), QColor("#bc9cd9"));
+    }
+    EXPECT_EQ(image.pixelColor(frame.left() + 2, 200), QColor(Qt::white));
+    EXPECT_EQ(image.pixelColor(frame.left() + 3, frame.top() + 2), QColor(Qt::white));
+    EXPECT_EQ(image.pixelColor(frame.left() + 13, frame.top()), QColor("#bc9cd9"));
+    const auto* row = named<QHBoxLayout>(*dialog, "horizontalLayout");
+    EXPECT_NE(row->itemAt(0)->spacerItem(), nullptr);
+    EXPECT_EQ(row->itemAt(1)->widget(), named<QToolButton>(*dialog, "toolButton"));
     dialog->close();
     settle();
     EXPECT_TRUE(dialog.isNull());
