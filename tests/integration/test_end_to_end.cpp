@@ -30,6 +30,11 @@ constexpr int kSmallestButton = 400;
 // From a question's bubble to the middle of the edit icon below it.
 constexpr int kEditIconRight = 47;
 constexpr int kEditIconBelow = 19;
+// The input box: its frame, the room of its first row, and the caret in it.
+constexpr int kFrame = 3;
+constexpr int kInputRow = 40;
+constexpr int kCaretWidth = 2;
+constexpr int kCaretHeight = 14;
 
 int area(const Json& rect) {
     return rect["width"].get<int>() * rect["height"].get<int>();
@@ -67,14 +72,44 @@ protected:
 
     void click(int x, int y) { host->ask("click", {{"x", x}, {"y", y}}); }
 
-    /// Types the question into the panel and waits until its answer has begun.
-    void askQuestion(const std::string& question) {
-        Json frames = found(kInputFrameColor, {{"window", "palette"}, {"tolerance", 24}});
-        ASSERT_FALSE(frames.empty());
-        const Json box = *std::max_element(frames.begin(), frames.end(),
-                                           [](const Json& a, const Json& b) { return area(a) < area(b); });
+    Json inputBox() {
+        const Json frames = found(kInputFrameColor, {{"window", "palette"}, {"tolerance", 24}});
+        EXPECT_FALSE(frames.empty());
+        return *std::max_element(frames.begin(), frames.end(),
+                                 [](const Json& a, const Json& b) { return area(a) < area(b); });
+    }
+
+    void clickInputBox() {
+        const Json box = inputBox();
         click(box["x"].get<int>() + box["width"].get<int>() / 2,
               box["y"].get<int>() + box["height"].get<int>() / 2);
+    }
+
+    bool caretIsSeen() {
+        const Json box = inputBox();
+        const Json palette = host->window("palette")["rect"];
+        const Json inside = {box["x"].get<int>() - palette["x"].get<int>() + kFrame,
+                             box["y"].get<int>() - palette["y"].get<int>() + kFrame, box["width"], kInputRow};
+        const Json strokes = found("#000000", {{"window", "palette"}, {"rect", inside}, {"tolerance", 60}});
+        return std::any_of(strokes.begin(), strokes.end(), [](const Json& stroke) {
+            return stroke["width"] <= kCaretWidth && stroke["height"] >= kCaretHeight;
+        });
+    }
+
+    /// Longer than a caret is away in its blinking.
+    bool caretStaysAway() {
+        const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(1500);
+        while (std::chrono::steady_clock::now() < end) {
+            if (caretIsSeen()) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    /// Types the question into the panel and waits until its answer has begun.
+    void askQuestion(const std::string& question) {
+        clickInputBox();
         const Json before = answer();
         host->type(question + "\n");
         ASSERT_TRUE(HostProcess::waitUntil([&] { return answer().size() > before.size(); }));
@@ -110,6 +145,22 @@ protected:
 };
 
 }  // namespace
+
+TEST_F(EndToEnd, TheCaretStandsInTheInputBoxWhileThePanelHasTheKeys) {
+    EXPECT_TRUE(caretStaysAway());
+    for (const char* typed : {"", "abc"}) {
+        clickInputBox();
+        host->type(typed);
+        EXPECT_TRUE(HostProcess::waitUntil([&] { return caretIsSeen(); })) << typed;
+        EXPECT_TRUE(HostProcess::waitUntil([&] { return !caretIsSeen(); })) << "it blinks: " << typed;
+        host->ask("clickWindow", {{"window", "commandLine"}});
+        EXPECT_TRUE(HostProcess::waitUntil([&] { return caretStaysAway(); })) << typed;
+        // And the keys go where the other caret is.
+        host->type("LINE\n");
+        EXPECT_TRUE(host->waitForPrompt("LINE")) << typed;
+        host->ask("key", {{"key", "Escape"}});
+    }
+}
 
 TEST_F(EndToEnd, TheAnswerGoesOnBehindAMessageBox) {
     host->ask("arx", {{"load", ZENTRI_DUMMY_MODULE}});

@@ -243,7 +243,10 @@ void QtBridge::followFocus() {
         return;
     }
     const QWidget* active = QApplication::activeWindow();
-    if (active != nullptr && embeddedRoot(active->windowHandle()) != nullptr) {
+    const QWindow* root = active != nullptr ? embeddedRoot(active->windowHandle()) : nullptr;
+    // On Windows a click into a field need not bring Qt's window the focus, so Qt does not hear when a window
+    // around it takes the keys to forward them: the field stays the focused one, with its caret.
+    if (root != nullptr && IsChild(focus, toHwnd(root)) == FALSE) {
         QApplication::setActiveWindow(nullptr);
     }
 }

@@ -297,7 +297,7 @@ TEST_F(QtEmbedding, FocusThatLeavesTheViewLeavesItsField) {
     EXPECT_EQ(m_edit->toPlainText(), QString());
 }
 
-TEST_F(QtEmbedding, FieldKeepsItsCharactersWhenTheContainerTakesTheFocus) {
+TEST_F(QtEmbedding, FieldKeepsItsCaretAndCharactersWhenTheContainerTakesTheFocus) {
     // The palette does so on every focus-in, twice in a row as well.
     class TakeBack : public QObject {
     public:
@@ -323,6 +323,7 @@ TEST_F(QtEmbedding, FieldKeepsItsCharactersWhenTheContainerTakesTheFocus) {
         click(*m_edit, {30, 20});
         pumpAll();
         EXPECT_EQ(GetFocus(), m_container->handle()) << "round " << round;
+        EXPECT_TRUE(m_edit->hasFocus()) << "round " << round;
         SendMessageW(view(), WM_CHAR, u'a', 1);
         EXPECT_EQ(m_edit->toPlainText(), QStringLiteral("a")) << "round " << round;
         // Clicks so close to each other select what is there.
@@ -330,6 +331,7 @@ TEST_F(QtEmbedding, FieldKeepsItsCharactersWhenTheContainerTakesTheFocus) {
     }
     SetFocus(*m_other);
     pumpAll();
+    EXPECT_FALSE(m_edit->hasFocus());
     click(*m_edit, {30, 20});
     pumpAll();
     EXPECT_EQ(GetFocus(), m_container->handle());
