@@ -135,7 +135,7 @@ TEST(QNChatMessagePaint, OtherFontsHaveThePixelsOfThePlainRulesToo) {
         for (const int kind : {int{QNChatMessage::Question}, int{QNChatMessage::Answer}}) {
             const auto bubble = bubbleOf(text, kind, 420);
             expectPlainPixels(*bubble);
-            for (const char* family : {"DejaVu Sans", "DejaVu Serif"}) {
+            for (const char* family : {"DejaVu Sans", "Liberation Serif", "Noto Serif CJK SC"}) {
                 QFont font(QString::fromLatin1(family));
                 font.setPointSizeF(13.7);
                 bubble->setFont(font);
@@ -146,11 +146,23 @@ TEST(QNChatMessagePaint, OtherFontsHaveThePixelsOfThePlainRulesToo) {
     }
 }
 
-TEST(QNChatMessagePaint, RightToLeftLettersBeyondTheBasicPlaneTurnTheirParagraphs) {
-    const QString letters = QStringLiteral("\U00010900\U00010901 abc 12.\nabc def 12.");
-    for (const QString& text : {letters, letters + QLatin1Char('\n') + letters}) {
-        const auto bubble = bubbleOf(text, QNChatMessage::Question, 300);
-        expectPlainPixels(*bubble);
+TEST(QNChatMessagePaint, ParagraphsTurnTheirNeighboursDirection) {
+    // Which way a paragraph runs is decided for the whole text, and letters beyond the basic plane count.
+    const QString shorter[] = {QStringLiteral("ab, 12."),
+                               QStringLiteral("12, 34."),
+                               QStringLiteral("עב 12. ab!"),
+                               QStringLiteral("(עב)"),
+                               QStringLiteral("\U00010900\U00010901 12. ab!"),
+                               QStringLiteral("\u202Eab, 12.")};
+    const QString longer = QStringLiteral("abc abc abc abc abc, 12.");
+    for (const QString& first : shorter) {
+        for (const QString& second : shorter) {
+            for (const QString& text : {first + QLatin1Char('\n') + second + QLatin1Char('\n') + longer,
+                                        longer + QLatin1Char('\n') + first + QLatin1Char('\n') + second}) {
+                const auto bubble = bubbleOf(text, QNChatMessage::Question, 420);
+                expectPlainPixels(*bubble);
+            }
+        }
     }
 }
 
