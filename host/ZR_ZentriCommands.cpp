@@ -22,6 +22,9 @@ constexpr const ACHAR* kOpenChat = _T("KQ_AICHAT");
 constexpr const ACHAR* kRefresh = _T("_refreshChatView");
 constexpr int kNoFunctionCode = -1;
 
+/// True while the module is loaded.
+bool g_registered = false;
+
 AcEdCommandStack* commandStack() {
     AcRxObject* const object = acrxSysRegistry()->at(_T("ACAD_REGISTERED_COMMANDS"));
     return AcEdCommandStack::cast(object);
@@ -44,11 +47,13 @@ bool takeToken() {
     return true;
 }
 
-/// Lets the user sign in now. True when they did, whatever the service then gives for a token.
+/// Lets the user sign in now. True when they did, whatever the service then gives for a token, and the module
+/// is still loaded.
 bool signIn() {
-    // The service may show a window of its own, during which the host goes on.
+    // The service may show a window of its own, during which the host goes on and may unload the module. Then
+    // the next load asks for the user anew.
     const ZR_ZentriModalScope open;
-    if (!ZR_AccountService::signIn())
+    if (!ZR_AccountService::signIn() || !g_registered)
         return false;
     takeToken();
     return true;
@@ -73,7 +78,7 @@ void openChat() {
         return;
     if (!zentriHasAccess()) {
         explainSignIn();
-        if (!signIn())
+        if (!g_registered || !signIn())
             return;
     }
     if (g_zentriPaletteSet != nullptr)
@@ -88,6 +93,7 @@ void refreshChatView() {
 }  // namespace
 
 void registerZentriCommands() {
+    g_registered = true;
     AcEdCommandStack* const stack = commandStack();
     if (stack == nullptr)
         return;
@@ -96,6 +102,7 @@ void registerZentriCommands() {
 }
 
 void removeZentriCommands() {
+    g_registered = false;
     if (AcEdCommandStack* const stack = commandStack())
         stack->removeGroup(kGroup);
     setZentriSignedIn(false);

@@ -49,7 +49,11 @@ TEST_F(AccountService, ATokenThatNoHeaderCouldCarryIsNone) {
 
 TEST_F(AccountService, ANegativeLengthIsNoToken) {
     host.setService(_T("ZR_ACCOUNT"), "zrAccountAccessToken",
-                    reinterpret_cast<void*>(+[](ACHAR*, int) { return -1; }));
+                    reinterpret_cast<void*>(+[](ACHAR* buffer, int) {
+                        buffer[0] = _T('x');
+                        buffer[1] = 0;
+                        return -1;
+                    }));
     EXPECT_TRUE(ZR_AccountService::accessToken().IsEmpty());
 }
 

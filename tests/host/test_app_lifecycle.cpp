@@ -323,6 +323,9 @@ TEST_F(AppLifecycle, UnloadingBehindAMessageBoxKeepsTheViewUntilItIsAnswered) {
         TestProgram::settle();
         EXPECT_FALSE(openView.isNull());
         EXPECT_TRUE(zentriLoopRuns());
+        // Until then nobody sees it.
+        EXPECT_EQ(paletteSetsInFrame(), 1);
+        EXPECT_FALSE(openView->isVisible() && IsWindowVisible(reinterpret_cast<HWND>(openView->winId())));
     }
     EXPECT_TRUE(TestProgram::pumpUntil([&openView] { return openView.isNull(); }));
 }

@@ -149,6 +149,8 @@ TEST_F(Commands, UnloadingBehindTheSignInBoxIsSurvived) {
     };
     run(_T("KQ_AICHAT"));
     ASSERT_EQ(testApp().boxes.size(), 1U);
+    // Nobody is asked to sign in to what is no longer there.
+    EXPECT_EQ(FakeAccount::signInCalls, 1);
     EXPECT_EQ(g_zentriPaletteSet, nullptr);
     EXPECT_TRUE(TestProgram::pumpUntil([this] { return paletteSetsInFrame() == 0; }));
 }
@@ -163,7 +165,15 @@ TEST_F(Commands, UnloadingBehindTheAccountServicesWindowIsSurvived) {
     run(_T("KQ_AICHAT"));
     EXPECT_EQ(FakeAccount::signInCalls, 1);
     EXPECT_EQ(g_zentriPaletteSet, nullptr);
+    EXPECT_FALSE(zentriHasAccess());
+    EXPECT_EQ(service.requestCount(), 0);
     EXPECT_TRUE(TestProgram::pumpUntil([this] { return paletteSetsInFrame() == 0; }));
+    // The next load starts with nobody signed in.
+    FakeAccount::whileSigningIn = nullptr;
+    FakeAccount::tokenCalls = 0;
+    load();
+    openPanel();
+    EXPECT_EQ(FakeAccount::tokenCalls, 1);
 }
 
 TEST_F(Commands, ThePanelIsPaintedWhenTheCommandEnds) {

@@ -129,6 +129,18 @@ TEST_F(Logger, AnOlderLogIsKeptAndGetsNoSecondMark) {
     EXPECT_EQ(bytes().count(kByteOrderMark), 1);
 }
 
+TEST_F(Logger, AFileWithoutTheMarkIsLeftAsItIs) {
+    loadModule();
+    QFile older(logFile());
+    ASSERT_TRUE(older.open(QIODevice::WriteOnly));
+    older.write("a\0b\0", 4);
+    older.close();
+    ZR_ZentriLogger logger;
+    logger.init();
+    EXPECT_TRUE(logger.isValid());
+    EXPECT_EQ(bytes(), QByteArray("a\0b\0", 4));
+}
+
 TEST_F(Logger, EmptyMessageIsAnEntryToo) {
     loadModule();
     ZR_ZentriLogger logger;
