@@ -210,7 +210,8 @@ TEST_F(AppLifecycle, UnloadingTakesEverythingOutOfTheHost) {
     EXPECT_EQ(paletteSetsInFrame(), 0);
     EXPECT_EQ(zentriPaletteAccess(), nullptr);
     EXPECT_EQ(zentriChatView(), nullptr);
-    EXPECT_FALSE(zentriHasAccess());
+    EXPECT_FALSE(zentriSignedIn());
+    EXPECT_TRUE(zentriAccessToken().IsEmpty());
     // These stay for the next load.
     EXPECT_NE(g_zentriHistoryThread, nullptr);
     EXPECT_NE(g_zentriCmdRecorder, nullptr);

@@ -24,6 +24,20 @@ namespace {
 
 const HINSTANCE kModule = reinterpret_cast<HINSTANCE>(0x1000);
 
+/// Until the hook is taken away, no window of the palette's name can be made.
+HHOOK refusePaletteWindows() {
+    return SetWindowsHookExW(
+        WH_CBT,
+        [](int code, WPARAM window, LPARAM parameter) -> LRESULT {
+            const auto* const creation = reinterpret_cast<CBT_CREATEWNDW*>(parameter);
+            if (code == HCBT_CREATEWND && creation->lpcs->lpszName != nullptr &&
+                CString(creation->lpcs->lpszName) == _T("朔禾 Zentri"))
+                return 1;
+            return CallNextHookEx(nullptr, code, window, parameter);
+        },
+        nullptr, GetCurrentThreadId());
+}
+
 /// Tells of what it is asked.
 class TellingHost : public FakeArxHost {
 public:
@@ -156,16 +170,7 @@ TEST_F(AppOrder, AReactorIsAttachedOnceHoweverOftenTheModuleIsInitialised) {
 }
 
 TEST_F(AppOrder, APaletteWindowThatCannotBeMadeLeavesTheSetWithoutOne) {
-    const HHOOK hook = SetWindowsHookExW(
-        WH_CBT,
-        [](int code, WPARAM window, LPARAM parameter) -> LRESULT {
-            const auto* const creation = reinterpret_cast<CBT_CREATEWNDW*>(parameter);
-            if (code == HCBT_CREATEWND && creation->lpcs->lpszName != nullptr &&
-                CString(creation->lpcs->lpszName) == _T("朔禾 Zentri"))
-                return 1;
-            return CallNextHookEx(nullptr, code, window, parameter);
-        },
-        nullptr, GetCurrentThreadId());
+    const HHOOK hook = refusePaletteWindows();
     EXPECT_EQ(app.On_kInitAppMsg(&app), AcRx::kRetOK);
     UnhookWindowsHookEx(hook);
     ASSERT_NE(g_zentriPaletteSet, nullptr);
@@ -174,4 +179,16 @@ TEST_F(AppOrder, APaletteWindowThatCannotBeMadeLeavesTheSetWithoutOne) {
     EXPECT_EQ(zentriChatView(), nullptr);
     EXPECT_EQ(recorder.addedReactors.size(), 2U);
     EXPECT_EQ(app.On_kUnloadAppMsg(&app), AcRx::kRetOK);
+}
+
+TEST_F(AppOrder, ThePaletteOfAnEarlierLoadIsNotTakenForANewSetsOwn) {
+    app.On_kInitAppMsg(&app);
+    app.On_kUnloadAppMsg(&app);
+    const HHOOK hook = refusePaletteWindows();
+    app.On_kInitAppMsg(&app);
+    UnhookWindowsHookEx(hook);
+    ASSERT_NE(g_zentriPaletteSet, nullptr);
+    EXPECT_EQ(zentriPalette(), nullptr);
+    arxFireSysVarChanged(_T("COLORTHEME"), true);
+    app.On_kUnloadAppMsg(&app);
 }

@@ -15,6 +15,7 @@
 #include "host/core/ZR_ZentriModalScope.h"
 #include "host/core/ZR_ZentriPaletteAccess.h"
 #include "tests/host/ModuleFixture.h"
+#include "view/ZR_AiChatListWidget.h"
 #include "view/ZR_ZentriPaletteView.h"
 
 namespace {
@@ -99,6 +100,22 @@ TEST_F(Palette, EveryResizeGivesTheViewTheWholeWindowRectangle) {
         GetWindowRect(viewHandle(), &rect);
         return rect.Size() == CSize(640, 600);
     }));
+}
+
+TEST_F(Palette, EveryResizeMeasuresTheMessagesForTheNewWidth) {
+    openPanel();
+    auto* const list = view()->findChild<ZR_AiChatListWidget*>(QStringLiteral("listWidget_ChatView"));
+    ASSERT_NE(list, nullptr);
+    list->addQuestion(QStringLiteral("怎样画圆"));
+    for (const int width : {400, 640, 533}) {
+        g_zentriPalette->MoveWindow(0, 26, width, 500);
+        EXPECT_EQ(list->itemWidget(list->item(0))->width(), list->width());
+    }
+    // Also when the size stays the same.
+    const QSize measured = list->item(0)->sizeHint();
+    list->item(0)->setSizeHint(QSize(1, 1));
+    SendMessageW(g_zentriPalette->m_hWnd, WM_SIZE, SIZE_RESTORED, MAKELPARAM(533, 500));
+    EXPECT_EQ(list->item(0)->sizeHint(), measured);
 }
 
 TEST_F(Palette, DockedPanelFillsTheFramesHeight) {

@@ -229,8 +229,27 @@ TEST_F(QMfcAppTest, IdleWorkWaitsWhileMessagesWait) {
     dispatcherFilter(message);
     EXPECT_EQ(idle, 0);
     MSG waiting;
+    // What waits is left in the queue.
+    EXPECT_TRUE(PeekMessageW(&waiting, program.frame()->m_hWnd, WM_NULL, WM_NULL, PM_NOREMOVE));
     while (PeekMessageW(&waiting, nullptr, 0, 0, PM_REMOVE)) {
     }
+    dispatcherFilter(message);
+    EXPECT_EQ(idle, 1);
+}
+
+TEST_F(QMfcAppTest, IdleWorkThatIsDoneIsNotDoneAgainForAMessageThatIsNotIdle) {
+    int idle = 0;
+    bool idleMessage = true;
+    testApp().preTranslate = [](MSG*) { return FALSE; };
+    testApp().onIdle = [&idle](LONG) {
+        ++idle;
+        return FALSE;
+    };
+    testApp().isIdleMessage = [&idleMessage](MSG*) { return idleMessage ? TRUE : FALSE; };
+    MSG message = messageTo(program.frame()->m_hWnd, WM_APP);
+    dispatcherFilter(message);
+    idleMessage = false;
+    dispatcherFilter(message);
     dispatcherFilter(message);
     EXPECT_EQ(idle, 1);
 }
