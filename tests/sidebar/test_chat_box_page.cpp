@@ -173,6 +173,36 @@ TEST_F(ChatBoxPageTest, DeleteTakesItsRowOnlyAndKeepsHeadingAndHeight) {
     EXPECT_EQ(list()->minimumHeight(), 18);
 }
 
+TEST_F(ChatBoxPageTest, HeightOfADeletedRowCountsNoMoreAtTheNextFilter) {
+    addAll({QStringLiteral("a"), QStringLiteral("b")});
+    list()->item(0)->setSizeHint(QSize(10, 77));
+    m_page.adjustHeight();
+    EXPECT_EQ(list()->minimumHeight(), 2 * 77 + 18);
+    emit entry(0)->ContentMenu_deleteAction_clicked();
+    EXPECT_EQ(list()->minimumHeight(), 2 * 77 + 18);
+    m_page.showAllEntries();
+    EXPECT_EQ(list()->minimumHeight(), rowHeight() + 18);
+    EXPECT_LT(rowHeight(), 77);
+}
+
+TEST_F(ChatBoxPageTest, HeightOfAnAddedRowCountsAtTheNextFilter) {
+    addAll({QStringLiteral("a")});
+    m_page.adjustHeight();
+    addAll({QStringLiteral("b")});
+    list()->item(1)->setSizeHint(QSize(10, 77));
+    m_page.showAllEntries();
+    EXPECT_EQ(list()->minimumHeight(), 2 * 77 + 18);
+}
+
+TEST_F(ChatBoxPageTest, EntryAddedToADarkPageIsLightUntilThePageGetsItsTheme) {
+    applyThemeProperty(&m_page, kColorThemeProperty, 0);
+    addAll({QStringLiteral("a")});
+    const auto* title = entry(0)->findChild<QLabel*>(QStringLiteral("frame_bottomLabel"));
+    EXPECT_EQ(title->palette().color(QPalette::WindowText), QColor(Qt::black));
+    applyThemeProperty(&m_page, kColorThemeProperty, 0);
+    EXPECT_EQ(title->palette().color(QPalette::WindowText), QColor(Qt::white));
+}
+
 TEST_F(ChatBoxPageTest, DeleteFromAnyOtherSenderDoesNothing) {
     addAll({QStringLiteral("a")});
     m_page.contentLabel_deleteAction_Clicked();
@@ -236,6 +266,14 @@ TEST_F(ChatBoxPageTest, OnlyTheSessionOnScreenIsMarked) {
     m_page.selectSession(QStringLiteral("elsewhere"));
     EXPECT_TRUE(list()->selectedItems().isEmpty());
     EXPECT_EQ(list()->currentRow(), -1);
+}
+
+TEST_F(ChatBoxPageTest, MarkedEntryThatIsNotTheCurrentOneLosesItsMark) {
+    addAll({QStringLiteral("a"), QStringLiteral("b")});
+    list()->item(0)->setSelected(true);
+    ASSERT_EQ(list()->currentRow(), -1);
+    m_page.selectSession(QStringLiteral("elsewhere"));
+    EXPECT_TRUE(list()->selectedItems().isEmpty());
 }
 
 TEST_F(ChatBoxPageTest, ColoursFollowTheTheme) {

@@ -111,7 +111,9 @@ TEST_F(ContentLabelTest, MenuOffersDeleteOnly) {
         ASSERT_EQ(menu.actions().size(), 1);
         const QAction* action = menu.actions().first();
         EXPECT_EQ(action->text(), QStringLiteral("删除"));
-        EXPECT_FALSE(action->icon().isNull());
+        const QImage icon = action->icon().pixmap(16).toImage();
+        EXPECT_FALSE(icon.isNull());
+        EXPECT_EQ(icon, QIcon(QStringLiteral(":/res/img/DeleteAction.png")).pixmap(16).toImage());
         EXPECT_TRUE(action->shortcut().isEmpty());
         menu.close();
     });

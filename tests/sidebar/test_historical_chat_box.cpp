@@ -102,6 +102,28 @@ TEST_F(HistoryBoxTest, EmptyListLeavesTheBoxEmpty) {
     EXPECT_TRUE(pages().isEmpty());
 }
 
+TEST_F(HistoryBoxTest, EveryLoadAsksTheLayoutAroundTheBoxAgain) {
+    class Panel : public QWidget {
+    public:
+        int requests = 0;
+
+    protected:
+        bool event(QEvent* event) override {
+            requests += event->type() == QEvent::LayoutRequest ? 1 : 0;
+            return QWidget::event(event);
+        }
+    };
+    Panel panel;
+    (new QVBoxLayout(&panel))->addWidget(&m_box);
+    panel.show();
+    settle();
+    const int before = panel.requests;
+    load({});
+    settle();
+    EXPECT_GT(panel.requests, before);
+    m_box.setParent(nullptr);
+}
+
 TEST_F(HistoryBoxTest, SessionsOfTodayShareAPageInListOrder) {
     load({{"a", m_now - 100}, {"b", m_now}, {"c", m_now - 50}});
     EXPECT_EQ(shown(), QStringList({QStringLiteral("今天: a b c")}));

@@ -265,6 +265,15 @@ TEST_F(SideBarTest, AdjustPagesFitsThePages) {
     EXPECT_EQ(list->minimumHeight(), fitted);
 }
 
+TEST_F(SideBarTest, RefreshSelectionFitsThePagesToo) {
+    fill({{QStringLiteral("a"), {QStringLiteral("圆")}, m_now}});
+    auto* list = pages()[0]->findChild<QListWidget*>();
+    const int fitted = list->minimumHeight();
+    list->setMinimumHeight(500);
+    m_bar.refreshSelection();
+    EXPECT_EQ(list->minimumHeight(), fitted);
+}
+
 TEST_F(SideBarTest, SearchDialogsSlotDoesNothing) {
     fill({{QStringLiteral("a"), {QStringLiteral("圆")}, m_now}});
     m_bar.searchDlg_searchText_textChanged();

@@ -331,7 +331,8 @@ TEST_F(SideBarLook, OptionsButtonIsTheSameInEveryTheme) {
         const QImage hovered = dots();
         EXPECT_EQ(hovered.pixelColor(button->width() / 2, 3), QColor("#c3d2d7"));
         EXPECT_EQ(hovered.pixelColor(3, middle), QColor("#c3d2d7"));
-        EXPECT_NE(hovered.pixelColor(0, 0), QColor("#c3d2d7"));
+        // A radius of 8 leaves the corner free.
+        EXPECT_EQ(hovered.pixelColor(1, 1), kOwnBase);
         EXPECT_LT(darkest(hovered), 100);
         button->setDown(true);
         EXPECT_EQ(dots().pixelColor(button->width() / 2, 3), QColor("#b6c4c8"));
@@ -345,6 +346,18 @@ TEST_F(SideBarLook, EntryHasARuleForPressedThoughALabelNeverIsAsItStands) {
     EXPECT_TRUE(ZR_AiChatChatBoxPageContentLabel::styleSheetText().contains(QStringLiteral(
         "QLabel:pressed { background-color: #4A90C7; border: 2px inset #2E5570; padding-top: 4px; "
         "padding-left: 4px; }")));
+}
+
+TEST_F(SideBarLook, SearchBoxesHaveARuleForTheirViewportThatDoesNotShow) {
+    const QString rule = QStringLiteral("QTextEdit QWidget { border-radius: 10px; margin: 1px; }");
+    EXPECT_TRUE(named<QTextEdit>("textEdit_SearchText").styleSheet().contains(rule));
+    const ZR_AiChatSideBarSearchInputDlg dialog;
+    EXPECT_TRUE(dialog.findChild<QTextEdit*>()->styleSheet().contains(rule));
+    EXPECT_TRUE(
+        dialog.findChild<QTextEdit*>()->styleSheet().contains(QStringLiteral("background-clip: padding;")));
+    EXPECT_TRUE(named<QTextEdit>("textEdit_SearchText")
+                    .styleSheet()
+                    .contains(QStringLiteral("background-clip: padding;")));
 }
 
 TEST_F(SideBarLook, SearchDialog) {
