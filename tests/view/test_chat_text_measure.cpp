@@ -241,6 +241,18 @@ TEST(ChatTextMeasure, TurnOfDirectionAfterALongLineCountsForAllOfIt) {
     }
 }
 
+TEST(ChatTextMeasure, CharacterThatArrivesInHalvesIsOneCharacter) {
+    const QString line = QString(700, QChar(u'图'));
+    for (const QString& character : {QStringLiteral("\U00010900"), QStringLiteral("\U0001F600")}) {
+        const QString whole = line + character + QStringLiteral(" 12.");
+        ChatTextMeasure measure;
+        for (const int length : {line.size(), line.size() + 1, line.size() + 2, whole.size()}) {
+            const QString soFar = whole.left(length);
+            EXPECT_EQ(measure.measureText(soFar, bubbleFont(), 300, kSpace), plain(soFar, 300)) << length;
+        }
+    }
+}
+
 TEST(ChatTextMeasure, LettersThatNarrowTheOneBeforeThemBreakWhereThePlainRuleDoes) {
     for (const char* letters : {"abc سا\nx", "ساسا\n", "شن نا\nسن"}) {
         const QString text = QString::fromUtf8(letters);
