@@ -155,7 +155,6 @@ void ZR_AiChatChatBoxPage::applyFilter(const QString& text) {
 void ZR_AiChatChatBoxPage::selectSession(const QString& sessionId) {
     QListWidget* list = m_ui->listWidget_DatedChats;
     const CString wanted = toCString(sessionId);
-    list->clearSelection();
     list->setCurrentItem(nullptr);
     for (int row = 0; row < list->count(); ++row) {
         const ZR_AiChatChatBoxPageContentLabel* entry = entryAt(row);
