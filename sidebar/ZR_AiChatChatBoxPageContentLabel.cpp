@@ -10,6 +10,7 @@
 #include "host/core/ZR_ZentriPaletteAccess.h"
 #include "host/core/ZR_ZentriText.h"
 #include "ui_ZR_AiChatChatBoxPageContentLabel.h"
+#include "view/theme/ZR_ZentriThemeStyle.h"
 
 namespace {
 
@@ -25,6 +26,17 @@ QLabel:disabled { background-color: #B0E0E6; border-color: #A9A9A9; color: #8080
 QToolButton { background: transparent; border: none; color: rgba(255, 255, 255, 0); border-radius: 8px; }
 QToolButton:hover { background-color: #c3d2d7; border: 1px inset #c3d2d7; color: rgb(0, 0, 0); }
 QToolButton:pressed { background-color: #b6c4c8; border: 1px inset #b6c4c8; padding-top: 1px; padding-left: 1px; }
+)";
+
+/// The menu is a window of its own, so the panel's rules do not give it the theme's ground.
+constexpr char kMenuStyleSheet[] = R"(
+QMenu { border: 1px solid #b9c0c8; padding: 3px; font: 14px; }
+QMenu::item { border-radius: 4px; padding: 4px 24px 4px 8px; }
+QMenu::icon { padding-left: 8px; }
+QMenu[ZR_ColorTheme='1'] { background-color: #FFFFFF; color: #000000; }
+QMenu[ZR_ColorTheme='1']::item:selected { background-color: #d0e0e6; }
+QMenu[ZR_ColorTheme='0'] { background-color: #252528; color: #FFFFFF; border-color: #484e50; }
+QMenu[ZR_ColorTheme='0']::item:selected { background-color: #363a3c; }
 )";
 
 }  // namespace
@@ -68,6 +80,8 @@ void ZR_AiChatChatBoxPageContentLabel::toolButton_options_clicked(bool checked) 
     }
     // The panel may be rebuilt or go while the menu is open; the menu then goes with this entry.
     const QPointer<QMenu> menu = new QMenu(this);
+    menu->setProperty(kColorThemeProperty, property(kColorThemeProperty));
+    menu->setStyleSheet(QLatin1String(kMenuStyleSheet));
     QAction* deleteAction =
         menu->addAction(QIcon(QStringLiteral(":/res/img/DeleteAction.png")), QStringLiteral("删除"));
     deleteAction->setShortcut(QKeySequence());

@@ -124,6 +124,26 @@ TEST_F(ContentLabelTest, MenuOffersDeleteOnly) {
     EXPECT_TRUE(m_entry.findChildren<QMenu*>().isEmpty());
 }
 
+TEST_F(ContentLabelTest, MenuHasTheThemesGroundAndText) {
+    const struct {
+        int theme;
+        QColor ground;
+        QColor text;
+    } rows[] = {{1, QColor(0xFF, 0xFF, 0xFF), Qt::black}, {0, QColor(0x25, 0x25, 0x28), Qt::white}};
+    for (const auto& row : rows) {
+        applyThemeProperty(&m_entry, kColorThemeProperty, row.theme);
+        whenOpen([&row](QMenu& menu) {
+            const QImage look = menu.grab().toImage();
+            EXPECT_EQ(look.pixelColor(look.width() - 6, look.height() / 2), row.ground);
+            EXPECT_EQ(menu.palette().color(QPalette::WindowText), row.text);
+            menu.close();
+        });
+        m_opened = false;
+        QTest::mouseClick(button(), Qt::LeftButton);
+        EXPECT_TRUE(m_opened);
+    }
+}
+
 TEST_F(ContentLabelTest, MenuStandsAtTheButtonLessTheViewsPlace) {
     m_palette.geometry = QRect(30, 20, 400, 300);
     m_entry.move(200, 150);
