@@ -6,7 +6,6 @@
 
 #include <QApplication>
 #include <QDateTime>
-#include <QFontDatabase>
 #include <QLoggingCategory>
 #include <ctime>
 #include <functional>
@@ -19,6 +18,7 @@
 #include "sidebar/ZR_AiChatHistoricalChatBox.h"
 #include "tests/sidebar/PlainHistory.h"
 #include "tests/support/FakeArxHost.h"
+#include "tests/support/ModuleFont.h"
 #include "tests/support/http/FakeHttpServer.h"
 
 namespace {
@@ -177,12 +177,7 @@ int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(argc, argv);
     QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false"));
-    const int id =
-        QFontDatabase::addApplicationFont(QStringLiteral(":/res/font/SourceHanSansCN-Regular.ttf"));
-    const QStringList families = QFontDatabase::applicationFontFamilies(id);
-    if (!families.isEmpty()) {
-        QApplication::setFont(QFont(families.first(), 9));
-    }
+    useModuleFont();
     // The manager prints on the host's command line.
     const FakeArxHost host;
     benchmark::Initialize(&argc, argv);

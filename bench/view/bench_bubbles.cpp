@@ -5,7 +5,6 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
-#include <QFontDatabase>
 #include <QImage>
 #include <QLoggingCategory>
 #include <QPainter>
@@ -13,6 +12,7 @@
 #include <functional>
 
 #include "tests/support/FakeArxHost.h"
+#include "tests/support/ModuleFont.h"
 #include "tests/view/support/PlainBubblePainter.h"
 #include "tests/view/support/PlainTextMeasure.h"
 #include "tests/view/support/RandomText.h"
@@ -187,12 +187,7 @@ int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QApplication application(argc, argv);
     QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false"));
-    const int id =
-        QFontDatabase::addApplicationFont(QStringLiteral(":/res/font/SourceHanSansCN-Regular.ttf"));
-    const QStringList families = QFontDatabase::applicationFontFamilies(id);
-    if (!families.isEmpty()) {
-        QApplication::setFont(QFont(families.first(), 9));
-    }
+    useModuleFont();
     // The manager, which the side bar follows, prints on the host's command line.
     const FakeArxHost host;
     benchmark::Initialize(&argc, argv);

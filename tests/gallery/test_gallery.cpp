@@ -68,6 +68,16 @@ protected:
         EXPECT_TRUE(widget.grab().save(file)) << file.toStdString();
     }
 
+    /// Shows the view in the theme; without a size in that of its form.
+    void open(ZR_ZentriPaletteView& view, QSize size = QSize()) const {
+        if (size.isValid()) {
+            view.resize(size);
+        }
+        view.setColorTheme(theme());
+        view.show();
+        settle();
+    }
+
     static void fill(ZR_ZentriPaletteView& view) {
         auto* list = view.findChild<ZR_AiChatListWidget*>();
         list->addQuestion(kQuestion);
@@ -110,10 +120,7 @@ protected:
 TEST_P(Gallery, PanelAtSeveralWidths) {
     for (const int width : {320, 400, 480, 627, 900}) {
         ZR_ZentriPaletteView view;
-        view.resize(width, 673);
-        view.setColorTheme(theme());
-        view.show();
-        settle();
+        open(view, QSize(width, 673));
         fill(view);
         view.findChild<QLabel*>(QStringLiteral("label_ChatTitle"))->setText(kQuestion);
         settle();
@@ -124,18 +131,14 @@ TEST_P(Gallery, PanelAtSeveralWidths) {
 
 TEST_P(Gallery, EmptyPanel) {
     ZR_ZentriPaletteView view;
-    view.setColorTheme(theme());
-    view.show();
-    settle();
+    open(view);
     keep(view, QStringLiteral("panel-empty"));
     EXPECT_EQ(view.findChild<ZR_AiChatListWidget*>()->count(), 0);
 }
 
 TEST_P(Gallery, LongTitle) {
     ZR_ZentriPaletteView view;
-    view.resize(420, 500);
-    view.setColorTheme(theme());
-    view.show();
+    open(view, QSize(420, 500));
     fill(view);
     view.findChild<QLabel*>(QStringLiteral("label_ChatTitle"))
         ->setText(QStringLiteral("第一行问题，很长很长很长，后面还有，一直说下去\n第二行\n第三行"));
@@ -146,10 +149,7 @@ TEST_P(Gallery, LongTitle) {
 
 TEST_P(Gallery, StreamingAnswer) {
     ZR_ZentriPaletteView view;
-    view.resize(480, 500);
-    view.setColorTheme(theme());
-    view.show();
-    settle();
+    open(view, QSize(480, 500));
     auto* list = view.findChild<ZR_AiChatListWidget*>();
     list->addQuestion(kQuestion);
     QNChatMessage* answer = list->addLoadingAnswer();
@@ -165,10 +165,7 @@ TEST_P(Gallery, StreamingAnswer) {
 
 TEST_P(Gallery, SingleLongLine) {
     ZR_ZentriPaletteView view;
-    view.resize(480, 600);
-    view.setColorTheme(theme());
-    view.show();
-    settle();
+    open(view, QSize(480, 600));
     auto* list = view.findChild<ZR_AiChatListWidget*>();
     list->addQuestion(QString(kAnswer).remove(QLatin1Char('\n')).left(90));
     list->addAnswer(QString(kAnswer).remove(QLatin1Char('\n')));
@@ -180,10 +177,7 @@ TEST_P(Gallery, SingleLongLine) {
 TEST_P(Gallery, SideBar) {
     for (const int width : {480, 700, 900}) {
         ZR_ZentriPaletteView view;
-        view.resize(width, 673);
-        view.setColorTheme(theme());
-        view.show();
-        settle();
+        open(view, QSize(width, 673));
         fill(view);
         history(view, 24);
         openSideBar(view);
@@ -194,10 +188,7 @@ TEST_P(Gallery, SideBar) {
 
 TEST_P(Gallery, SideBarOfTwoThousandSessions) {
     ZR_ZentriPaletteView view;
-    view.resize(627, 673);
-    view.setColorTheme(theme());
-    view.show();
-    settle();
+    open(view, QSize(627, 673));
     fill(view);
     history(view, 2000);
     openSideBar(view);
@@ -210,10 +201,7 @@ TEST_P(Gallery, SideBarOfTwoThousandSessions) {
 
 TEST_P(Gallery, LowPanelWithALongHistoryShowsTheWholeInputBox) {
     ZR_ZentriPaletteView view;
-    view.resize(700, 360);
-    view.setColorTheme(theme());
-    view.show();
-    settle();
+    open(view, QSize(700, 360));
     fill(view);
     history(view, 400);
     openSideBar(view);
@@ -227,9 +215,7 @@ TEST_P(Gallery, LowPanelWithALongHistoryShowsTheWholeInputBox) {
 
 TEST_P(Gallery, SideBarWhenNothingIsFound) {
     ZR_ZentriPaletteView view;
-    view.setColorTheme(theme());
-    view.show();
-    settle();
+    open(view);
     fill(view);
     history(view, 24);
     openSideBar(view);
@@ -243,9 +229,7 @@ TEST_P(Gallery, SideBarWhenNothingIsFound) {
 TEST_P(Gallery, OptionsMenu) {
     ZR_ZentriPaletteView view;
     m_palette.view = &view;
-    view.setColorTheme(theme());
-    view.show();
-    settle();
+    open(view);
     history(view, 6);
     openSideBar(view);
     bool seen = false;
@@ -263,10 +247,7 @@ TEST_P(Gallery, OptionsMenu) {
 
 TEST_P(Gallery, TypedQuestion) {
     ZR_ZentriPaletteView view;
-    view.resize(480, 500);
-    view.setColorTheme(theme());
-    view.show();
-    settle();
+    open(view, QSize(480, 500));
     view.setInputText(kQuestion + QLatin1Char('\n') + kEnglishQuestion + QLatin1Char('\n') + kAnswer);
     settle();
     keep(view, QStringLiteral("panel-typed"));
@@ -290,9 +271,7 @@ TEST_P(Gallery, FloatingButton) {
 
 TEST_P(Gallery, SideBarWithoutHistory) {
     ZR_ZentriPaletteView view;
-    view.setColorTheme(theme());
-    view.show();
-    settle();
+    open(view);
     history(view, 0);
     openSideBar(view);
     keep(view, QStringLiteral("sidebar-empty"));
@@ -301,9 +280,7 @@ TEST_P(Gallery, SideBarWithoutHistory) {
 
 TEST_P(Gallery, HoveredEntry) {
     ZR_ZentriPaletteView view;
-    view.setColorTheme(theme());
-    view.show();
-    settle();
+    open(view);
     history(view, 6);
     openSideBar(view);
     auto* label = view.findChild<QLabel*>(QStringLiteral("frame_bottomLabel"));

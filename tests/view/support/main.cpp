@@ -1,8 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
-#include <QFontDatabase>
 #include <QLoggingCategory>
+
+#include "tests/support/ModuleFont.h"
 
 // The font of the resource set, as the module loads it. Traces are off unless a test wants them.
 int main(int argc, char** argv) {
@@ -13,11 +14,6 @@ int main(int argc, char** argv) {
     }
     const QApplication application(argc, argv);
     QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
-    const int id =
-        QFontDatabase::addApplicationFont(QStringLiteral(":/res/font/SourceHanSansCN-Regular.ttf"));
-    const QStringList families = QFontDatabase::applicationFontFamilies(id);
-    if (!families.isEmpty()) {
-        QApplication::setFont(QFont(families.first(), 9));
-    }
+    useModuleFont();
     return RUN_ALL_TESTS();
 }
