@@ -12,6 +12,7 @@
 #include <memory>
 #include <vector>
 
+#include "host/core/ZR_ZentriText.h"
 #include "host/qtmfc/QMfcApp.h"
 #include "tests/support/TestProgram.h"
 
@@ -130,8 +131,8 @@ TEST_F(QMfcAppTest, ThereIsOneApplicationForTheProcess) {
 
 TEST_F(QMfcAppTest, ArgumentsAreTheHostsNameAndItsCommandLineSplitAtSpaces) {
     const QStringList arguments = QCoreApplication::arguments();
-    const QStringList expected = {QString::fromUtf16(testApp().m_pszExeName), QStringLiteral("-first"),
-                                  QString(), QStringLiteral("\"second\"")};
+    const QStringList expected = {toQString(testApp().m_pszExeName), QStringLiteral("-first"), QString(),
+                                  QStringLiteral("\"second\"")};
     EXPECT_EQ(arguments, expected);
 }
 

@@ -232,7 +232,8 @@ TEST_F(ContentLabelTest, OptionsDotsShowOnlyUnderTheMouse) {
     };
     EXPECT_GT(darkest(), 150);
     hover(*button());
-    EXPECT_LT(darkest(), 100);
+    // The dots are so small that their darkness depends on how fonts are drawn.
+    EXPECT_LT(darkest(), 120);
     EXPECT_GT(pixels(QColor("#c3d2d7")), 20);
     button()->setDown(true);
     EXPECT_GT(pixels(QColor("#b6c4c8")), 20);

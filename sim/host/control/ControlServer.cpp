@@ -38,7 +38,9 @@ ControlServer::~ControlServer() {
         }
         for (Client& client : m_clients) {
             // Answers may still be sent; nothing more is read.
-            net::stopReceiving(client.socket);
+            if (client.socket != net::kNoSocket) {
+                net::stopReceiving(client.socket);
+            }
         }
     }
     if (m_socket != net::kNoSocket) {
@@ -49,7 +51,6 @@ ControlServer::~ControlServer() {
     }
     for (Client& client : m_clients) {
         client.thread.join();
-        net::close(client.socket);
     }
     if (m_socket != net::kNoSocket) {
         net::close(m_socket);
@@ -101,7 +102,6 @@ void ControlServer::dropFinishedClients() {
     for (auto client = m_clients.begin(); client != m_clients.end();) {
         if (client->done) {
             client->thread.join();
-            net::close(client->socket);
             client = m_clients.erase(client);
         } else {
             ++client;
@@ -126,7 +126,10 @@ void ControlServer::serve(Client& client) {
             going = handleLine(client.socket, line);
         }
     }
-    net::shutDown(client.socket);
+    // Closed at once: a client that still sends would otherwise wait for somebody to read.
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    net::close(client.socket);
+    client.socket = net::kNoSocket;
     client.done = true;
 }
 

@@ -27,8 +27,6 @@ std::size_t receive(Socket socket, char* buffer, std::size_t size);
 bool sendAll(Socket socket, const std::string& text);
 /// receive() returns 0 from now on, also one that waits; sending goes on.
 void stopReceiving(Socket socket);
-/// Ends both directions.
-void shutDown(Socket socket);
 void close(Socket socket);
 /// How long receive() waits for a byte.
 void setPatience(Socket socket, int seconds);

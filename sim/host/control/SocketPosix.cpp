@@ -96,10 +96,6 @@ void stopReceiving(Socket socket) {
     ::shutdown(descriptor(socket), SHUT_RD);
 }
 
-void shutDown(Socket socket) {
-    ::shutdown(descriptor(socket), SHUT_RDWR);
-}
-
 void close(Socket socket) {
     ::close(descriptor(socket));
 }

@@ -114,10 +114,6 @@ void stopReceiving(Socket socket) {
     ::CancelIoEx(reinterpret_cast<HANDLE>(socket), nullptr);
 }
 
-void shutDown(Socket socket) {
-    ::shutdown(handle(socket), SD_BOTH);
-}
-
 void close(Socket socket) {
     ::closesocket(handle(socket));
 }

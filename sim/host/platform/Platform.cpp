@@ -8,9 +8,8 @@ namespace cad::platform {
 
 namespace {
 
-std::string utf8(const std::u16string& text) {
-    return fromWide(std::basic_string<TCHAR>(text.begin(), text.end()).c_str(),
-                    static_cast<int>(text.size()));
+std::string utf8(const std::basic_string<TCHAR>& text) {
+    return fromWide(text.data(), static_cast<int>(text.size()));
 }
 
 Win32Picture toWin32(const Picture& picture) {

@@ -16,14 +16,10 @@ namespace {
 constexpr int kTextCapacity = 4096;
 constexpr const wchar_t* kDialogClass = L"#32770";
 
-std::u16string u16(const wchar_t* text, int length) {
-    return std::u16string(text, text + length);
-}
-
-std::u16string textOf(HWND window) {
+std::wstring textOf(HWND window) {
     wchar_t buffer[kTextCapacity];
-    return u16(buffer, static_cast<int>(SendMessageW(window, WM_GETTEXT, kTextCapacity,
-                                                     reinterpret_cast<LPARAM>(buffer))));
+    const LRESULT length = SendMessageW(window, WM_GETTEXT, kTextCapacity, reinterpret_cast<LPARAM>(buffer));
+    return std::wstring(buffer, static_cast<std::size_t>(length));
 }
 
 bool isClass(HWND window, const wchar_t* name) {
@@ -31,8 +27,8 @@ bool isClass(HWND window, const wchar_t* name) {
     return GetClassNameW(window, buffer, 64) > 0 && _wcsicmp(buffer, name) == 0;
 }
 
-std::u16string withoutAccessMark(std::u16string text) {
-    text.erase(std::remove(text.begin(), text.end(), u'&'), text.end());
+std::wstring withoutAccessMark(std::wstring text) {
+    text.erase(std::remove(text.begin(), text.end(), L'&'), text.end());
     return text;
 }
 

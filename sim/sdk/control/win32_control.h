@@ -16,15 +16,15 @@
 #endif
 
 struct Win32MessageBoxButton {
-    int id;                ///< IDOK, IDYES…
-    std::u16string text;   ///< without the access mark
-    RECT screenRectangle;  ///< in screen coordinates
+    int id;                         ///< IDOK, IDYES…
+    std::basic_string<TCHAR> text;  ///< without the access mark
+    RECT screenRectangle;           ///< in screen coordinates
 };
 
 struct Win32MessageBox {
     HWND window;
-    std::u16string caption;
-    std::u16string text;
+    std::basic_string<TCHAR> caption;
+    std::basic_string<TCHAR> text;
     UINT type;  ///< as given to MessageBoxW
     std::vector<Win32MessageBoxButton> buttons;
 };

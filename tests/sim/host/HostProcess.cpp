@@ -1,33 +1,15 @@
 #include "tests/sim/host/HostProcess.h"
 
-#include <arpa/inet.h>
-#include <fcntl.h>
-#include <netinet/in.h>
-#include <spawn.h>
-#include <sys/socket.h>
-#include <sys/wait.h>
-#include <unistd.h>
-#include <xcb/xcb.h>
-
-#include <csignal>
+#include <cstdlib>
 #include <memory>
 #include <stdexcept>
+#include <utility>
 
 namespace {
 
 constexpr auto kLongTime = std::chrono::seconds(40);
 constexpr auto kPollPause = std::chrono::milliseconds(20);
 const std::string kAnnouncement = "control: 127.0.0.1:";
-
-/// An X server may start anew when its last client leaves, which would shut out the next host. This process
-/// stays connected.
-void keepDisplayAwake() {
-    static const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection(
-        xcb_connect(nullptr, nullptr), &xcb_disconnect);
-    if (xcb_connection_has_error(connection.get()) != 0) {
-        throw std::runtime_error("no display; ./test brings one");
-    }
-}
 
 }  // namespace
 
@@ -66,33 +48,18 @@ HostProcess::HostProcess(const std::vector<std::string>& arguments, bool connect
         keepDisplayAwake();
     }
     // For hosts built with a sanitizer; what the user set stays.
-    setenv("LSAN_OPTIONS", "suppressions=" ZENTRI_SUPPRESSIONS "/lsan.supp", 0);
-    setenv("TSAN_OPTIONS", "suppressions=" ZENTRI_SUPPRESSIONS "/tsan.supp", 0);
+    for (const auto& [name, value] :
+         {std::pair("LSAN_OPTIONS", "suppressions=" ZENTRI_SUPPRESSIONS "/lsan.supp"),
+          std::pair("TSAN_OPTIONS", "suppressions=" ZENTRI_SUPPRESSIONS "/tsan.supp")}) {
+        if (std::getenv(name) == nullptr) {
+            setEnvironment(name, value);
+        }
+    }
     std::vector<std::string> all = {ZENTRI_HOST_PROGRAM, "--control", "0"};
     all.insert(all.end(), arguments.begin(), arguments.end());
-    std::vector<char*> argv;
-    for (std::string& argument : all) {
-        argv.push_back(argument.data());
-    }
-    argv.push_back(nullptr);
-    int out[2];
-    int err[2];
-    if (pipe2(out, O_CLOEXEC) != 0 || pipe2(err, O_CLOEXEC) != 0) {
-        throw std::runtime_error("no pipes");
-    }
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_adddup2(&actions, out[1], STDOUT_FILENO);
-    posix_spawn_file_actions_adddup2(&actions, err[1], STDERR_FILENO);
-    const int failed = posix_spawn(&m_pid, argv[0], &actions, nullptr, argv.data(), environ);
-    posix_spawn_file_actions_destroy(&actions);
-    close(out[1]);
-    close(err[1]);
-    if (failed != 0) {
-        throw std::runtime_error("cannot start " + all[0]);
-    }
-    m_outputReader = std::thread([this, descriptor = out[0]] { read(descriptor, m_output); });
-    m_errorReader = std::thread([this, descriptor = err[0]] { read(descriptor, m_errors); });
+    m_process = std::make_unique<ProgramProcess>(
+        all, [this](const std::string& text) { append(m_output, text); },
+        [this](const std::string& text) { append(m_errors, text); });
     if (!connect) {
         return;
     }
@@ -106,29 +73,19 @@ HostProcess::HostProcess(const std::vector<std::string>& arguments, bool connect
     m_port = announced ? std::stoi(m_output.substr(at + kAnnouncement.size())) : 0;
     lock.unlock();
     if (!announced) {
-        kill(m_pid, SIGKILL);
-        waitForExit();
+        m_process->kill();
+        m_process->wait();
         throw std::runtime_error("the host did not start: " + errorsSoFar);
     }
     m_connection = std::make_unique<ControlConnection>(m_port);
 }
 
-HostProcess::~HostProcess() {
-    if (!m_ended) {
-        kill(m_pid, SIGKILL);
-        waitForExit();
-    }
-}
+HostProcess::~HostProcess() = default;
 
-void HostProcess::read(int descriptor, std::string& into) {
-    char chunk[4096];
-    ssize_t count = 0;
-    while ((count = ::read(descriptor, chunk, sizeof chunk)) > 0) {
-        const std::lock_guard<std::mutex> lock(m_mutex);
-        into.append(chunk, static_cast<size_t>(count));
-        m_changed.notify_all();
-    }
-    close(descriptor);
+void HostProcess::append(std::string& to, const std::string& text) {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    to += text;
+    m_changed.notify_all();
 }
 
 HostProcess::Json HostProcess::ask(const std::string& command, Json arguments) {
@@ -180,14 +137,5 @@ std::string HostProcess::errors() {
 }
 
 int HostProcess::waitForExit() {
-    if (!m_ended) {
-        int status = 0;
-        waitpid(m_pid, &status, 0);
-        m_ended = true;
-        m_exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
-        // What the process wrote last is still on its way.
-        m_outputReader.join();
-        m_errorReader.join();
-    }
-    return m_exitCode;
+    return m_process->wait();
 }

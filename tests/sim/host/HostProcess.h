@@ -7,10 +7,10 @@
 #include <mutex>
 #include <nlohmann/json.hpp>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "sim/host/control/Socket.h"
+#include "tests/sim/host/ProgramProcess.h"
 
 /// A connection to a host's control interface.
 class ControlConnection {
@@ -65,7 +65,7 @@ public:
         return std::make_unique<ControlConnection>(m_port);
     }
 
-    int pid() const { return m_pid; }
+    int pid() const { return m_process->id(); }
     /// What the process wrote so far.
     std::string output();
     std::string errors();
@@ -73,17 +73,14 @@ public:
     int waitForExit();
 
 private:
-    void read(int descriptor, std::string& into);
+    void append(std::string& to, const std::string& text);
 
-    int m_pid = -1;
     int m_port = 0;
-    std::unique_ptr<ControlConnection> m_connection;
-    int m_exitCode = 0;
-    bool m_ended = false;
     std::mutex m_mutex;
     std::condition_variable m_changed;
     std::string m_output;
     std::string m_errors;
-    std::thread m_outputReader;
-    std::thread m_errorReader;
+    // Its threads use what stands above.
+    std::unique_ptr<ProgramProcess> m_process;
+    std::unique_ptr<ControlConnection> m_connection;
 };

@@ -217,11 +217,11 @@ TEST(CArchive, ResultsDoNotDependOnTheBuffer) {
         for (int i = 0; i < 200; ++i) {
             int number = -1;
             CString text;
-            BYTE byte = 0;
-            load >> number >> text >> byte;
+            BYTE last = 0;
+            load >> number >> text >> last;
             ASSERT_EQ(number, i);
             ASSERT_EQ(text.GetLength(), i);
-            ASSERT_EQ(byte, i);
+            ASSERT_EQ(last, i);
         }
     }
 }
@@ -245,9 +245,9 @@ TEST(CArchive, EndOfFileRaisesAndRawReadsComeShort) {
 TEST(CArchive, TheWrongDirectionRaises) {
     CMemFile file;
     CArchive store(&file, CArchive::store);
-    BYTE byte = 0;
+    BYTE value = 0;
     try {
-        store >> byte;
+        store >> value;
         ADD_FAILURE() << "reads while storing";
     } catch (CArchiveException* e) {
         EXPECT_EQ(e->m_cause, CArchiveException::writeOnly);
@@ -255,7 +255,7 @@ TEST(CArchive, TheWrongDirectionRaises) {
     }
     CArchive load(&file, CArchive::load);
     try {
-        load << byte;
+        load << value;
         ADD_FAILURE() << "writes while loading";
     } catch (CArchiveException* e) {
         EXPECT_EQ(e->m_cause, CArchiveException::readOnly);

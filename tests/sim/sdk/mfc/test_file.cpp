@@ -1,11 +1,13 @@
+#ifndef _WIN32
 #include <sys/fsuid.h>
 #include <unistd.h>
+#endif
 
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <random>
 
 #include "mfc_text.h"
 
@@ -17,16 +19,17 @@ namespace {
 class CFileTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        std::string name = (fs::temp_directory_path() / "zentri-mfc-XXXXXX").string();
-        ASSERT_NE(mkdtemp(&name[0]), nullptr);
-        m_folder = name;
+        std::random_device random;
+        do {
+            m_folder = fs::temp_directory_path() / ("zentri-mfc-" + std::to_string(random()));
+        } while (!fs::create_directory(m_folder));
     }
     void TearDown() override {
         fs::permissions(m_folder, fs::perms::owner_all);
         fs::remove_all(m_folder);
     }
 
-    fs::path path(const char* name) const { return m_folder / name; }
+    fs::path path(const char* name) const { return m_folder / fs::u8path(name); }
     CString named(const char* name) const { return CString(path(name).c_str()); }
     void write(const char* name, const std::string& contents) const { std::ofstream(path(name)) << contents; }
     std::string contents(const char* name) const {
@@ -35,19 +38,6 @@ protected:
     }
 
     fs::path m_folder;
-};
-
-/// Lets the superuser open files as nobody would, who may not write everywhere.
-class OrdinaryUser {
-public:
-    OrdinaryUser() : m_previous(setfsuid(geteuid() == 0 ? kNobody : geteuid())) {}
-    ~OrdinaryUser() { setfsuid(static_cast<uid_t>(m_previous)); }
-    OrdinaryUser(const OrdinaryUser&) = delete;
-    OrdinaryUser& operator=(const OrdinaryUser&) = delete;
-
-private:
-    static const uid_t kNobody = 65534;
-    int m_previous;
 };
 
 const UINT kLogMode = 0x3402;  // create, keep the contents, read and write, Unicode text
@@ -91,6 +81,7 @@ TEST_F(CFileTest, CreateWithoutTruncatingKeepsTheContents) {
     ASSERT_TRUE(again.Open(named("log.txt").GetString(), kLogMode));
     EXPECT_EQ(again.GetLength(), 2U);
     EXPECT_EQ(again.GetPosition(), 0U);
+    again.Close();
     EXPECT_EQ(contents("log.txt"), "\xFF\xFE");
 }
 
@@ -167,34 +158,18 @@ TEST_F(CFileTest, AFolderIsNoFile) {
     EXPECT_EQ(error.m_cause, CFileException::accessDenied);
 }
 
-TEST_F(CFileTest, ReadOnlyFolderDeniesAccess) {
-    write("a.txt", "text");
-    const fs::perms everyoneReads = fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read;
-    const fs::perms everyoneEnters = fs::perms::owner_exec | fs::perms::group_exec | fs::perms::others_exec;
-    fs::permissions(path("a.txt"), everyoneReads);
-    fs::permissions(m_folder, everyoneReads | everyoneEnters);
-    const OrdinaryUser user;
-    CFile file;
-    CFileException error;
-    EXPECT_FALSE(file.Open(named("b.txt").GetString(), kLogMode, &error));
-    EXPECT_EQ(GetLastError(), ERROR_ACCESS_DENIED);
-    EXPECT_EQ(error.m_cause, CFileException::accessDenied);
-    EXPECT_FALSE(file.Open(named("a.txt").GetString(), CFile::modeWrite, &error));
-    EXPECT_EQ(error.m_cause, CFileException::accessDenied);
-    EXPECT_TRUE(file.Open(named("a.txt").GetString(), CFile::modeRead, &error));
-}
-
 TEST_F(CFileTest, AFileOpenForReadingCannotBeWritten) {
     write("a.txt", "text");
     CFile file(named("a.txt").GetString(), CFile::modeRead);
     EXPECT_MFC_THROW(file.Write("x", 1), CFileException);
+    file.Close();
     EXPECT_EQ(contents("a.txt"), "text");
 }
 
 TEST_F(CFileTest, AClosedFileRaises) {
     CFile file;
-    char byte = 0;
-    EXPECT_MFC_THROW(file.Read(&byte, 1), CFileException);
+    char unit = 0;
+    EXPECT_MFC_THROW(file.Read(&unit, 1), CFileException);
     EXPECT_MFC_THROW(file.Seek(0, CFile::begin), CFileException);
     EXPECT_MFC_THROW(file.Open(nullptr, CFile::modeRead), CInvalidArgException);
 }
@@ -267,3 +242,43 @@ TEST(CMemFile, DetachGivesTheBytesAway) {
     EXPECT_EQ(file.GetLength(), 0U);
     std::free(bytes);
 }
+
+#ifndef _WIN32
+
+// A folder has no such right on Windows.
+
+namespace {
+
+/// Lets the superuser open files as nobody would, who may not write everywhere.
+class OrdinaryUser {
+public:
+    OrdinaryUser() : m_previous(setfsuid(geteuid() == 0 ? kNobody : geteuid())) {}
+    ~OrdinaryUser() { setfsuid(static_cast<uid_t>(m_previous)); }
+    OrdinaryUser(const OrdinaryUser&) = delete;
+    OrdinaryUser& operator=(const OrdinaryUser&) = delete;
+
+private:
+    static const uid_t kNobody = 65534;
+    int m_previous;
+};
+
+}  // namespace
+
+TEST_F(CFileTest, ReadOnlyFolderDeniesAccess) {
+    write("a.txt", "text");
+    const fs::perms everyoneReads = fs::perms::owner_read | fs::perms::group_read | fs::perms::others_read;
+    const fs::perms everyoneEnters = fs::perms::owner_exec | fs::perms::group_exec | fs::perms::others_exec;
+    fs::permissions(path("a.txt"), everyoneReads);
+    fs::permissions(m_folder, everyoneReads | everyoneEnters);
+    const OrdinaryUser user;
+    CFile file;
+    CFileException error;
+    EXPECT_FALSE(file.Open(named("b.txt").GetString(), kLogMode, &error));
+    EXPECT_EQ(GetLastError(), ERROR_ACCESS_DENIED);
+    EXPECT_EQ(error.m_cause, CFileException::accessDenied);
+    EXPECT_FALSE(file.Open(named("a.txt").GetString(), CFile::modeWrite, &error));
+    EXPECT_EQ(error.m_cause, CFileException::accessDenied);
+    EXPECT_TRUE(file.Open(named("a.txt").GetString(), CFile::modeRead, &error));
+}
+
+#endif
