@@ -12,8 +12,9 @@ typedef DWORD (*AcRxApiVersionPtr)();
 }
 
 /// Loads a module: maps its file, checks its release and sends it kInitAppMsg, then kLoadDwgMsg for the open
-/// document. A module whose kInitAppMsg does not return kRetOK is unmapped again. False on any failure (said
-/// on the command line when `printIt`) and when it is loaded already.
+/// document. A module whose kInitAppMsg does not return kRetOK is unmapped again; one that throws is given up
+/// but stays mapped. False on any failure (said on the command line when `printIt`) and when it is loaded
+/// already.
 bool acrxLoadModule(const ACHAR* moduleName, bool printIt, bool asCommand = false);
 /// Unloads a module: kUnloadDwgMsg for the open document, then kUnloadAppMsg, then its file is unmapped.
 /// False when it is not loaded or has not been unlocked.
