@@ -5,6 +5,7 @@
 #include <rxdlinkr.h>
 #include <rxregsvc.h>
 
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
@@ -20,6 +21,9 @@
 namespace cad {
 
 namespace {
+
+/// So long, and no longer, may what was typed or is played from a script keep everything else waiting.
+constexpr std::chrono::milliseconds kLongestTurn{50};
 
 std::string signedInToken(const Options& options) {
     const char* const inherited = std::getenv("ZR_ZENTRI_TOKEN");
@@ -150,12 +154,19 @@ void HostApp::work() {
     if (m_quitting) {
         return;
     }
+    m_woken = true;
     while (!m_idleCalls.empty()) {
         const std::function<void()> call = std::move(m_idleCalls.front());
         m_idleCalls.pop_front();
         call();
     }
-    m_editor.processInput();
+    m_editor.processInput(kLongestTurn);
+    m_woken = false;
+    if (!m_idleCalls.empty()) {
+        wake();
+    } else if (m_editor.hasWork()) {
+        m_frame->startTurnTimer();
+    }
     m_frame->refresh();
     if (m_control != nullptr) {
         m_control->loopCameRound();
@@ -221,8 +232,10 @@ void HostApp::delay(int milliseconds) {
 }
 
 void HostApp::wake() {
-    if (m_frameWindow != nullptr) {
-        ::PostMessage(m_frameWindow, WM_NULL, 0, 0);
+    // One message is enough, and none while the work is being done anyway: a script that plays itself would
+    // fill the queue.
+    if (m_frameWindow != nullptr && !m_woken) {
+        m_woken = ::PostMessage(m_frameWindow, WM_NULL, 0, 0) != FALSE;
     }
 }
 

@@ -74,6 +74,8 @@ private:
     std::ofstream m_log;
     std::string m_failure;
     bool m_quitting = false;
+    /// A message on its way, or the work itself, brings the loop round.
+    bool m_woken = false;
 };
 
 }  // namespace cad

@@ -16,6 +16,7 @@ namespace {
 
 constexpr UINT_PTR kDelayTimer = 1;
 constexpr UINT_PTR kInputTimer = 2;
+constexpr UINT_PTR kTurnTimer = 3;
 // Time for the system to give input back to the program that made it.
 constexpr UINT kInputMilliseconds = 30;
 constexpr int kDefaultWidth = 1280;
@@ -124,6 +125,10 @@ void MainFrame::startInputTimer() {
     SetTimer(kInputTimer, kInputMilliseconds, nullptr);
 }
 
+void MainFrame::startTurnTimer() {
+    SetTimer(kTurnTimer, USER_TIMER_MINIMUM, nullptr);
+}
+
 void MainFrame::sysVarChanged(const std::string& name, bool success) {
     if (!success || GetSafeHwnd() == nullptr) {
         return;
@@ -169,6 +174,9 @@ void MainFrame::OnTimer(UINT_PTR id) {
         if (m_app.control() != nullptr) {
             m_app.control()->inputSettled();
         }
+    } else if (id == kTurnTimer) {
+        // The loop does the work when this message is through.
+        KillTimer(kTurnTimer);
     }
 }
 

@@ -43,6 +43,8 @@ public:
     /// Tells the control interface when real input that was just made has been worked off: timers come after
     /// all other messages.
     void startInputTimer();
+    /// Brings the loop round again after everything else that waits, painting and the user's input too.
+    void startTurnTimer();
 
 protected:
     void PostNcDestroy() override {}

@@ -4,6 +4,8 @@
 #include <aced.h>
 #include <acutmem.h>
 
+#include <stdexcept>
+
 #include "sim/host/app/HostApp.h"
 #include "sim/host/app/MainFrame.h"
 #include "sim/host/app/WideText.h"
@@ -25,6 +27,19 @@ private:
 };
 
 const ACHAR* const kAccountService = _T("ZR_ACCOUNT");
+constexpr UINT kLongestMessage = 512;
+
+/// Turns MFC's exceptions, which are pointers, into one that the editor can tell of.
+void runModuleFunction(AcRxFunctionPtr function) {
+    try {
+        function();
+    } catch (CException* exception) {
+        ACHAR text[kLongestMessage] = {};
+        exception->GetErrorMessage(text, kLongestMessage);
+        exception->Delete();
+        throw std::runtime_error(fromWide(text, ::lstrlen(text)));
+    }
+}
 
 }  // namespace
 
@@ -167,7 +182,7 @@ std::optional<ExternalCommand> HostArx::find(const std::string& typedName) const
     found.globalName = fromWide(command->globalName(), ::lstrlen(command->globalName()));
     found.transparent = (command->commandFlags() & ACRX_CMD_TRANSPARENT) != 0;
     found.noHistory = (command->commandFlags() & ACRX_CMD_NOHISTORY) != 0;
-    found.run = command->functionAddr();
+    found.run = [function = command->functionAddr()] { runModuleFunction(function); };
     return found;
 }
 

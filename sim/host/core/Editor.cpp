@@ -125,16 +125,17 @@ void Editor::resume() {
     m_services.wake();
 }
 
-bool Editor::processInput() {
+bool Editor::processInput(std::chrono::steady_clock::duration longest) {
     if (m_processing || m_paused || m_queue.empty()) {
         return false;
     }
     const FlagGuard guard(m_processing);
-    while (!m_queue.empty() && !m_paused) {
+    const auto end = std::chrono::steady_clock::now() + longest;
+    do {
         const Item item = m_queue.front();
         m_queue.pop_front();
         process(item);
-    }
+    } while (!m_queue.empty() && !m_paused && std::chrono::steady_clock::now() < end);
     return true;
 }
 
@@ -329,6 +330,9 @@ void Editor::runExternal(const ExternalCommand& command, const std::string& type
         } catch (const std::exception& error) {
             failed = true;
             m_commandLine.addLine("命令 " + running.globalName + " 失败: " + error.what());
+        } catch (...) {
+            failed = true;
+            m_commandLine.addLine("命令 " + running.globalName + " 失败。");
         }
     }
     updatePrompt();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <deque>
 #include <memory>
 #include <string>
@@ -64,9 +65,12 @@ public:
     /// The user's Escape: also drops everything that waits.
     void escape();
 
-    /// Works the queue off; false when nothing was waiting. A call from inside a command does nothing.
-    bool processInput();
+    /// Works the queue off, or as much of it as can be begun within the time; false when nothing was waiting.
+    /// A call from inside a command does nothing.
+    bool processInput(std::chrono::steady_clock::duration longest = std::chrono::hours(1));
     bool hasInput() const { return !m_queue.empty(); }
+    /// Input is waiting that another call of processInput() would work off.
+    bool hasWork() const { return !m_queue.empty() && !m_paused && !m_processing; }
     /// Holds the queue until resume().
     void pause() { m_paused = true; }
     void resume();

@@ -78,6 +78,14 @@ void printFromThread() {
     std::thread([] { acutPrintf(_T("\n[from a thread]")); }).join();
 }
 
+void throwNumber() {
+    throw 1;
+}
+
+void throwOfMfc() {
+    AfxThrowFileException(CFileException::fileNotFound, -1, _T("lost.txt"));
+}
+
 void togglePalette() {
     acedGetAcadFrame()->ShowControlBar(g_set, !g_set->IsVisible(), FALSE);
 }
@@ -101,6 +109,8 @@ public:
         stack->addCommand(kGroup, _T("DUMMY_SEND"), _T("DSEND"), ACRX_CMD_MODAL, sendCircle);
         stack->addCommand(kGroup, _T("DUMMY_ACCOUNT"), _T("DACCOUNT"), ACRX_CMD_MODAL, tellAccount);
         stack->addCommand(kGroup, _T("DUMMY_THREAD"), _T("DTHREAD"), ACRX_CMD_MODAL, printFromThread);
+        stack->addCommand(kGroup, _T("DUMMY_THROW"), _T("DTHROW"), ACRX_CMD_MODAL, throwNumber);
+        stack->addCommand(kGroup, _T("DUMMY_THROW_MFC"), _T("DTHROWMFC"), ACRX_CMD_MODAL, throwOfMfc);
         stack->addCommand(kGroup, _T("DUMMY_PALETTE"), _T("DPALETTE"), ACRX_CMD_MODAL, togglePalette);
         stack->addCommand(kGroup, _T("DUMMY_FOCUS"), _T("DFOCUS"), ACRX_CMD_MODAL, focusPalette);
         g_reactor = new SayingReactor;

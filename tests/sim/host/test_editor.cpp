@@ -147,6 +147,32 @@ TEST_F(EditorTest, ExternalCommandThatThrowsIsReportedAsFailed) {
     EXPECT_TRUE(editor.isQuiescent());
 }
 
+TEST_F(EditorTest, WhatAnExternalCommandThrowsNeedBeNoException) {
+    addExternal("BAD", false, [] { throw 1; });
+    type("BAD\n");
+    EXPECT_EQ(lastLine(), "命令 BAD 失败。");
+    EXPECT_EQ(listener.events.back(), "fail BAD");
+    EXPECT_TRUE(editor.isQuiescent());
+}
+
+TEST_F(EditorTest, InputIsWorkedOffBitByBitWithinItsTime) {
+    constexpr std::chrono::seconds kNoTime{0};
+    EXPECT_FALSE(editor.processInput(kNoTime));
+    EXPECT_FALSE(editor.hasWork());
+    editor.sendString("LINE\n0,0\n1,1\n\n");
+    int turns = 0;
+    while (editor.hasWork()) {
+        EXPECT_TRUE(editor.processInput(kNoTime));
+        ++turns;
+    }
+    EXPECT_EQ(turns, 14);  // one for each character
+    EXPECT_EQ(entities().size(), 1U);
+    editor.sendString("LINE\n");
+    editor.pause();
+    EXPECT_FALSE(editor.hasWork());
+    EXPECT_TRUE(editor.hasInput());
+}
+
 TEST_F(EditorTest, StringsSentFromInsideACommandWaitForItsEnd) {
     addExternal("SENDER", false, [&] {
         editor.sendString("CIRCLE\n");

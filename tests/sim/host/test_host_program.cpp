@@ -86,6 +86,46 @@ TEST(HostProgram, LogFileGetsTheSameText) {
     std::filesystem::remove(log);
 }
 
+/// A script that calls itself draws circles for ever; the program stays usable all the same.
+class EndlessScript : public testing::Test {
+protected:
+    EndlessScript() {
+        std::ofstream(m_script) << "CIRCLE 0,0 10\nSCRIPT " << m_script << "\n";
+        host = std::make_unique<HostProcess>(
+            std::vector<std::string>{"--no-state", "--theme", "dark", "--script", m_script});
+        EXPECT_TRUE(HostProcess::waitUntil([this] { return circles() > 100; }));
+    }
+    ~EndlessScript() override {
+        host.reset();
+        std::filesystem::remove(m_script);
+    }
+
+    size_t circles() { return host->ask("drawing")["entities"].size(); }
+
+    const std::string m_script = tempFile("zentri_host_endless.scr");
+    std::unique_ptr<HostProcess> host;
+};
+
+TEST_F(EndlessScript, EndsWithEscape) {
+    host->ask("key", {{"key", "Escape"}, {"real", true}});
+    host->idle();
+    const size_t drawn = circles();
+    host->type("CIRCLE 50,50 5\n");
+    host->idle();
+    EXPECT_EQ(circles(), drawn + 1);
+}
+
+TEST_F(EndlessScript, DoesNotKeepTheProgramFromEnding) {
+    kill(host->pid(), SIGINT);
+    EXPECT_EQ(host->waitForExit(), 0);
+}
+
+TEST_F(EndlessScript, IsSeenWhileItDraws) {
+    EXPECT_TRUE(HostProcess::waitUntil([&] {
+        return host->ask("findColor", {{"color", "#E8EBF0"}, {"window", "view"}})["clusters"].size() > 0;
+    }));
+}
+
 TEST(HostProgram, ScriptPlaysAfterTheModulesAreLoaded) {
     const std::string script = tempFile("zentri_host_test.scr");
     // The blank line repeats CIRCLE, which the next line cancels.

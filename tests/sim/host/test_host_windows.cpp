@@ -237,6 +237,14 @@ TEST_F(HostModules, SentStringsRunAfterTheCommandThatSentThem) {
     EXPECT_EQ(host.ask("commandLine")["active"], "CIRCLE");
 }
 
+TEST_F(HostModules, ACommandThatThrowsEndsNothingButItself) {
+    host.type("DTHROW\nDTHROWMFC\nDPRINT\n");
+    EXPECT_TRUE(host.waitForLine("命令 DUMMY_THROW 失败。"));
+    EXPECT_TRUE(host.waitForLine("命令 DUMMY_THROW_MFC 失败: "));
+    EXPECT_NE(host.text().find("lost.txt"), std::string::npos) << host.text();
+    EXPECT_TRUE(host.waitForLine("你好, dummy"));
+}
+
 TEST_F(HostModules, KeysAnswerAnOpenMessageBox) {
     host.type("DBOX\n");
     ASSERT_TRUE(boxIsOpen());
