@@ -32,6 +32,38 @@ std::wstring withoutAccessMark(std::wstring text) {
     return text;
 }
 
+/// The icon's part of a box's type.
+UINT typeOfIcon(HICON icon) {
+    const std::pair<const wchar_t*, UINT> icons[] = {{IDI_EXCLAMATION, MB_ICONEXCLAMATION},
+                                                     {IDI_QUESTION, MB_ICONQUESTION},
+                                                     {IDI_HAND, MB_ICONHAND},
+                                                     {IDI_ASTERISK, MB_ICONASTERISK}};
+    for (const auto& [name, type] : icons) {
+        if (icon == LoadIconW(nullptr, name)) {
+            return type;
+        }
+    }
+    return 0;
+}
+
+/// The buttons' part of a box's type.
+UINT typeOfButtons(const std::vector<Win32MessageBoxButton>& buttons) {
+    const auto has = [&buttons](int id) {
+        return std::any_of(buttons.begin(), buttons.end(),
+                           [id](const Win32MessageBoxButton& button) { return button.id == id; });
+    };
+    if (has(IDYES)) {
+        return has(IDCANCEL) ? MB_YESNOCANCEL : MB_YESNO;
+    }
+    if (has(IDABORT)) {
+        return MB_ABORTRETRYIGNORE;
+    }
+    if (has(IDRETRY)) {
+        return MB_RETRYCANCEL;
+    }
+    return has(IDOK) && has(IDCANCEL) ? MB_OKCANCEL : MB_OK;
+}
+
 BOOL CALLBACK addControl(HWND control, LPARAM data) {
     auto& box = *reinterpret_cast<Win32MessageBox*>(data);
     const auto style = static_cast<DWORD>(GetWindowLongPtrW(control, GWL_STYLE));
@@ -42,18 +74,25 @@ BOOL CALLBACK addControl(HWND control, LPARAM data) {
         Win32MessageBoxButton button{GetDlgCtrlID(control), withoutAccessMark(textOf(control)), {}};
         GetWindowRect(control, &button.screenRectangle);
         box.buttons.push_back(button);
-    } else if (isClass(control, L"Static") && (style & SS_TYPEMASK) != SS_ICON) {
+    } else if (isClass(control, L"Static") && (style & SS_TYPEMASK) == SS_ICON) {
+        box.type |= typeOfIcon(reinterpret_cast<HICON>(SendMessageW(control, STM_GETICON, 0, 0)));
+    } else if (isClass(control, L"Static")) {
         box.text = textOf(control);
     }
     return TRUE;
 }
 
 BOOL CALLBACK addBox(HWND window, LPARAM data) {
-    if (!isClass(window, kDialogClass) || IsWindowVisible(window) == FALSE) {
+    // Boxes of every thread of the program.
+    DWORD process = 0;
+    GetWindowThreadProcessId(window, &process);
+    if (process != GetCurrentProcessId() || !isClass(window, kDialogClass) ||
+        IsWindowVisible(window) == FALSE) {
         return TRUE;
     }
     Win32MessageBox box{window, textOf(window), {}, 0, {}};
     EnumChildWindows(window, addControl, reinterpret_cast<LPARAM>(&box));
+    box.type |= typeOfButtons(box.buttons);
     reinterpret_cast<std::vector<Win32MessageBox>*>(data)->push_back(box);
     return TRUE;
 }
@@ -108,7 +147,7 @@ bool findEncoder(const wchar_t* mimeType, CLSID& encoder) {
 
 std::vector<Win32MessageBox> win32MessageBoxes() {
     std::vector<Win32MessageBox> boxes;
-    EnumThreadWindows(GetCurrentThreadId(), addBox, reinterpret_cast<LPARAM>(&boxes));
+    EnumWindows(addBox, reinterpret_cast<LPARAM>(&boxes));
     // The system lists the topmost first.
     std::reverse(boxes.begin(), boxes.end());
     return boxes;

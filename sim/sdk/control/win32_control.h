@@ -25,7 +25,7 @@ struct Win32MessageBox {
     HWND window;
     std::basic_string<TCHAR> caption;
     std::basic_string<TCHAR> text;
-    UINT type;  ///< as given to MessageBoxW
+    UINT type;  ///< as given to MessageBoxW; on Windows only its buttons and its icon
     std::vector<Win32MessageBoxButton> buttons;
 };
 

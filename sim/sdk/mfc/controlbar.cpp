@@ -106,8 +106,7 @@ BOOL CControlBar::ApplyDelayedShow() {
     if (show == visible) {
         return FALSE;
     }
-    ::SetWindowPos(
-        m_hWnd, nullptr, 0, 0, 0, 0,
-        SWP_NOSIZE | SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE | (show ? SWP_SHOWWINDOW : SWP_HIDEWINDOW));
+    // Not by SetWindowPos: that sends no WM_SHOWWINDOW.
+    ::ShowWindow(m_hWnd, show ? SW_SHOWNA : SW_HIDE);
     return TRUE;
 }

@@ -82,6 +82,7 @@ TEST(HostProgram, LogFileGetsTheSameText) {
     std::ifstream stream(log);
     std::string line;
     std::getline(stream, line);
+    stream.close();
     EXPECT_EQ(line, "命令: REDRAW");
     std::filesystem::remove(log);
 }
