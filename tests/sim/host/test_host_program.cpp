@@ -116,11 +116,6 @@ TEST_F(EndlessScript, EndsWithEscape) {
     EXPECT_EQ(circles(), drawn + 1);
 }
 
-TEST_F(EndlessScript, DoesNotKeepTheProgramFromEnding) {
-    kill(host->pid(), SIGINT);
-    EXPECT_EQ(host->waitForExit(), 0);
-}
-
 TEST_F(EndlessScript, IsSeenWhileItDraws) {
     EXPECT_TRUE(HostProcess::waitUntil([&] {
         return host->ask("findColor", {{"color", "#E8EBF0"}, {"window", "view"}})["clusters"].size() > 0;
@@ -198,6 +193,11 @@ TEST(HostProgram, NoSignInRefusesWithoutAsking) {
 #ifndef _WIN32
 
 // There is always a desktop on Windows, and no signal from one program to another.
+
+TEST_F(EndlessScript, DoesNotKeepTheProgramFromEnding) {
+    kill(host->pid(), SIGINT);
+    EXPECT_EQ(host->waitForExit(), 0);
+}
 
 TEST(HostProgram, MissingDisplayIsOneLineAndExitCode2) {
     const char* const display = std::getenv("DISPLAY");
