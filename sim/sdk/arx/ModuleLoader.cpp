@@ -35,6 +35,23 @@ CString baseName(const CString& path) {
     return path.Mid(start);
 }
 
+CString fullPath(const ACHAR* fileName) {
+    CString path;
+    const DWORD needed = GetFullPathNameW(fileName, 0, nullptr, nullptr);
+    const DWORD length =
+        GetFullPathNameW(fileName, needed, path.GetBuffer(static_cast<int>(needed)), nullptr);
+    path.ReleaseBuffer(length < needed ? static_cast<int>(length) : 0);
+    return path;
+}
+
+/// Maps the module. The libraries that came with it stand in its folder, which a name without a folder does
+/// not tell.
+HMODULE map(const ACHAR* fileName) {
+    if (baseName(fileName) == fileName)
+        return LoadLibraryW(fileName);
+    return LoadLibraryExW(fullPath(fileName), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+}
+
 /// Leaves the keyboard focus where it was: windows that a module makes and does not show must not take the
 /// keys.
 class FocusKeeper {
@@ -66,7 +83,7 @@ public:
             return false;
         }
 
-        const HMODULE handle = LoadLibraryW(fileName);
+        const HMODULE handle = map(fileName);
         if (handle == nullptr) {
             say(printIt, ACRX_T("\n%s cannot be loaded."), fileName);
             return false;

@@ -235,6 +235,13 @@ HMODULE LoadLibraryA(LPCSTR name) {
     return LoadLibraryW(name != nullptr ? win32::toUtf16(name).c_str() : nullptr);
 }
 
+HMODULE LoadLibraryExW(LPCWSTR name, HANDLE reserved, DWORD flags) {
+    if (reserved != nullptr || (flags & ~LOAD_WITH_ALTERED_SEARCH_PATH) != 0) {
+        win32::unsupported("LoadLibraryEx", "flags but LOAD_WITH_ALTERED_SEARCH_PATH");
+    }
+    return LoadLibraryW(name);
+}
+
 BOOL FreeLibrary(HMODULE handle) {
     void* loaded = nullptr;
     {

@@ -22,6 +22,11 @@ WIN32API void SetLastError(DWORD error);
 /// library) or ERROR_PROC_NOT_FOUND (a symbol it needs is missing). Each success adds a reference.
 WIN32API HMODULE LoadLibraryW(LPCWSTR fileName);
 WIN32API HMODULE LoadLibraryA(LPCSTR fileName);
+/// The module's own folder is searched first for the libraries it needs, where LoadLibrary searches the
+/// program's.
+constexpr DWORD LOAD_WITH_ALTERED_SEARCH_PATH = 0x8;
+/// Simplified: a module brings its search path itself, so the flag changes nothing; there are no others.
+WIN32API HMODULE LoadLibraryExW(LPCWSTR fileName, HANDLE reserved, DWORD flags);
 /// Drops one reference made by LoadLibrary; the last one unloads. FALSE and ERROR_MOD_NOT_FOUND for a handle
 /// that is no module.
 WIN32API BOOL FreeLibrary(HMODULE module);
@@ -133,6 +138,7 @@ WIN32API int lstrcmpW(LPCWSTR left, LPCWSTR right);
 WIN32API int lstrcmpiW(LPCWSTR left, LPCWSTR right);
 
 #define LoadLibrary LoadLibraryW
+#define LoadLibraryEx LoadLibraryExW
 #define GetModuleHandle GetModuleHandleW
 #define GetModuleHandleEx GetModuleHandleExW
 #define GetModuleFileName GetModuleFileNameW

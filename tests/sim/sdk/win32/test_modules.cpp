@@ -123,6 +123,18 @@ TEST_F(Modules, UnixPathLoadsToo) {
     FreeLibrary(module);
 }
 
+TEST_F(Modules, LoadsWithTheModulesOwnSearchPathToo) {
+    const HMODULE module = LoadLibraryExW(m_path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+    ASSERT_NE(module, nullptr);
+    EXPECT_EQ(LoadLibraryW(m_path.c_str()), module);
+    FreeLibrary(module);
+    EXPECT_EQ(value("ZR_TEST_UNMAPPED"), "");
+    FreeLibrary(module);
+    EXPECT_EQ(value("ZR_TEST_UNMAPPED"), "x");
+    EXPECT_EQ(LoadLibraryExW(u"Z:\\no\\such\\module.arx", nullptr, LOAD_WITH_ALTERED_SEARCH_PATH), nullptr);
+    EXPECT_EQ(GetLastError(), ERROR_MOD_NOT_FOUND);
+}
+
 TEST_F(Modules, ProceduresAreThoseOfTheModuleItself) {
     const HMODULE module = LoadLibraryW(m_path.c_str());
     const auto answer =
