@@ -10,8 +10,6 @@
 #include <QFileInfo>
 #include <QFontDatabase>
 #include <QPointer>
-#include <QProcess>
-#include <QRegularExpression>
 #include <QTextEdit>
 #include <QTimer>
 #include <memory>
@@ -90,20 +88,6 @@ protected:
 };
 
 }  // namespace
-
-TEST(ModuleFile, ExportsTheTwoEntryPointsAndNothingElse) {
-    QProcess nm;
-    nm.start(QStringLiteral("nm"), {QStringLiteral("-D"), QStringLiteral("--defined-only"), kModule});
-    ASSERT_TRUE(nm.waitForFinished());
-    QStringList names;
-    for (const QString& line : QString::fromLocal8Bit(nm.readAllStandardOutput()).split(QLatin1Char('\n'))) {
-        const QStringList fields = line.split(QLatin1Char(' '), Qt::SkipEmptyParts);
-        if (!fields.isEmpty())
-            names << fields.last();
-    }
-    names.sort();
-    EXPECT_EQ(names, (QStringList{QStringLiteral("acrxEntryPoint"), QStringLiteral("acrxGetApiVersion")}));
-}
 
 TEST_F(ModuleLoad, LoadsQuietlyAndUnlocked) {
     ASSERT_TRUE(load());
