@@ -59,11 +59,12 @@ BOOL ZR_ZentriPalette::PreTranslateMessage(MSG* message) {
     switch (message->message) {
         case WM_CHAR:
             // Characters are the panel's alone: the host would take them for a command.
-            qDebug().nospace() << "WM_CHAR||" << message->wParam << "||" << message->lParam;
-            if (m_view != nullptr)
-                ::SendMessageW(viewHandle(), message->message, message->wParam, message->lParam);
+            typeIntoView(*message);
             return TRUE;
         case WM_KEYDOWN:
+            typeWaitingCharacters();
+            forwardToView(*message);
+            return CWnd::PreTranslateMessage(message);
         case WM_KEYUP:
             forwardToView(*message);
             return CWnd::PreTranslateMessage(message);
@@ -133,6 +134,21 @@ void ZR_ZentriPalette::placeView() {
     m_view->setGeometry(QRect(QPoint(0, 0), m_view->size()));
     m_view->show();
     SetFocus();
+}
+
+void ZR_ZentriPalette::typeIntoView(const MSG& character) {
+    qDebug().nospace() << "WM_CHAR||" << character.wParam << "||" << character.lParam;
+    if (m_view != nullptr)
+        ::SendMessageW(viewHandle(), character.message, character.wParam, character.lParam);
+}
+
+void ZR_ZentriPalette::typeWaitingCharacters() {
+    MSG waiting = {};
+    // Looked at before it is taken: whatever range is asked for, WM_QUIT comes when nothing else waits.
+    while (::PeekMessageW(&waiting, GetSafeHwnd(), WM_CHAR, WM_CHAR, PM_NOREMOVE) != FALSE &&
+           waiting.message == WM_CHAR &&
+           ::PeekMessageW(&waiting, GetSafeHwnd(), WM_CHAR, WM_CHAR, PM_REMOVE) != FALSE)
+        typeIntoView(waiting);
 }
 
 void ZR_ZentriPalette::forwardToView(const MSG& message) {

@@ -43,6 +43,11 @@ private:
     /// Puts the view into the palette's window and gives it its size.
     void embedView();
     void placeView();
+    /// Sends the character to the view.
+    void typeIntoView(const MSG& character);
+    /// Types the characters that wait for this window, which belong to keys pressed before. On each key that
+    /// goes down Qt takes the next WM_CHAR of the queue for that key's own, and it would be lost.
+    void typeWaitingCharacters();
     /// Sends a copy of the key message to the view, unless the message is on its way there anyhow.
     void forwardToView(const MSG& message);
     HWND viewHandle() const;

@@ -34,14 +34,13 @@ public:
     ~QMfcApp() override;
 
     /// What MFC's message pump would do with a message that Qt's dispatcher pumps instead: menu keys, idle
-    /// work, PreTranslateMessage. True when the message is dealt with. Called again from within itself it
-    /// does nothing.
+    /// work, PreTranslateMessage. True when the message is dealt with; `result`, which may be null, is its
+    /// result then. Called again from within itself it does nothing.
     bool winEventFilter(MSG* message, long* result);
 
-    /// The menu keys alone: Alt opens the menu bar of the host's frame although a Qt window has the focus.
-    bool forwardMenuKey(MSG* message, long* result);
-
 private:
+    /// Alt opens the menu bar of the host's frame although a Qt window has the focus.
+    bool forwardMenuKey(MSG* message, long* result);
     void doIdleWork(MSG* message);
 
     static CWinApp* s_winApp;

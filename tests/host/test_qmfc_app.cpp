@@ -18,19 +18,28 @@
 
 namespace {
 
-/// Shows the filter a message under one of the names that Qt uses.
-bool filter(const char* eventType, MSG& message) {
-    long result = 0;
+bool filter(const char* eventType, MSG& message, long* result) {
     QMfcAppEventFilter eventFilter;
-    return eventFilter.nativeEventFilter(QByteArray(eventType), &message, &result);
+    return eventFilter.nativeEventFilter(QByteArray(eventType), &message, result);
 }
 
 class QMfcAppTest : public testing::Test {
 protected:
     QMfcAppTest() : application(qobject_cast<QMfcApp*>(QMfcApp::mfc_instance(&testApp()))) {}
 
-    static bool dispatcherFilter(MSG& message) { return filter("windows_dispatcher_MSG", message); }
-    static bool genericFilter(MSG& message) { return filter("windows_generic_MSG", message); }
+    // The three ways in which Qt shows a filter a message.
+    /// A loop of Qt's has taken it from the queue.
+    static bool pumpedFilter(MSG& message) { return filter("windows_generic_MSG", message, nullptr); }
+    /// It has reached the hidden window of Qt's dispatcher.
+    static bool dispatcherFilter(MSG& message) {
+        long result = 0;
+        return filter("windows_dispatcher_MSG", message, &result);
+    }
+    /// It has reached the procedure of a Qt window.
+    static bool deliveredFilter(MSG& message) {
+        long result = 0;
+        return filter("windows_generic_MSG", message, &result);
+    }
 
     static MSG messageTo(HWND window, UINT message, WPARAM wParam = 0) {
         MSG result = {};
@@ -136,7 +145,7 @@ TEST_F(QMfcAppTest, ArgumentsAreTheHostsNameAndItsCommandLineSplitAtSpaces) {
     EXPECT_EQ(arguments, expected);
 }
 
-TEST_F(QMfcAppTest, EveryDispatchedMessageIsOfferedToMfc) {
+TEST_F(QMfcAppTest, EveryPumpedMessageIsOfferedToMfc) {
     std::vector<UINT> offered;
     testApp().preTranslate = [&offered](MSG* message) {
         offered.push_back(message->message);
@@ -144,8 +153,8 @@ TEST_F(QMfcAppTest, EveryDispatchedMessageIsOfferedToMfc) {
     };
     MSG taken = messageTo(program.frame()->m_hWnd, WM_APP);
     MSG left = messageTo(program.frame()->m_hWnd, WM_APP + 1);
-    EXPECT_TRUE(dispatcherFilter(taken));
-    EXPECT_FALSE(dispatcherFilter(left));
+    EXPECT_TRUE(pumpedFilter(taken));
+    EXPECT_FALSE(pumpedFilter(left));
     EXPECT_EQ(offered, (std::vector<UINT>{WM_APP, WM_APP + 1}));
 }
 
@@ -156,8 +165,11 @@ TEST_F(QMfcAppTest, MessagesDeliveredToQtWindowsAreNotOfferedToMfc) {
         return TRUE;
     };
     MSG message = messageTo(program.frame()->m_hWnd, WM_CHAR, 'a');
-    EXPECT_FALSE(genericFilter(message));
+    EXPECT_FALSE(deliveredFilter(message));
     EXPECT_EQ(offered, 0);
+    EXPECT_TRUE(pumpedFilter(message));
+    EXPECT_TRUE(dispatcherFilter(message));
+    EXPECT_EQ(offered, 2);
 }
 
 TEST_F(QMfcAppTest, EventsOfOtherPlatformsAreLeftAlone) {
@@ -178,23 +190,23 @@ TEST_F(QMfcAppTest, AReenteredFilterReportsTheMessageAsNotHandled) {
     bool inner = true;
     testApp().preTranslate = [this, &inner](MSG*) {
         MSG nested = messageTo(program.frame()->m_hWnd, WM_APP + 1);
-        inner = dispatcherFilter(nested);
+        inner = pumpedFilter(nested);
         return TRUE;
     };
     MSG message = messageTo(program.frame()->m_hWnd, WM_APP);
-    EXPECT_TRUE(dispatcherFilter(message));
+    EXPECT_TRUE(pumpedFilter(message));
     EXPECT_FALSE(inner);
     // The guard is lifted again.
     testApp().preTranslate = [](MSG*) { return TRUE; };
-    EXPECT_TRUE(dispatcherFilter(message));
+    EXPECT_TRUE(pumpedFilter(message));
 }
 
 TEST_F(QMfcAppTest, TheGuardIsLiftedAfterAnException) {
     testApp().preTranslate = [](MSG*) -> BOOL { throw 1; };
     MSG message = messageTo(program.frame()->m_hWnd, WM_APP);
-    EXPECT_THROW(dispatcherFilter(message), int);
+    EXPECT_THROW(pumpedFilter(message), int);
     testApp().preTranslate = [](MSG*) { return TRUE; };
-    EXPECT_TRUE(dispatcherFilter(message));
+    EXPECT_TRUE(pumpedFilter(message));
 }
 
 TEST_F(QMfcAppTest, IdleWorkIsDoneUntilMfcHasNoMoreOfIt) {
@@ -207,12 +219,12 @@ TEST_F(QMfcAppTest, IdleWorkIsDoneUntilMfcHasNoMoreOfIt) {
     testApp().isIdleMessage = [](MSG*) { return TRUE; };
     MSG message = messageTo(program.frame()->m_hWnd, WM_APP);
     // The first message makes idle work due, the second finds it due.
-    dispatcherFilter(message);
+    pumpedFilter(message);
     EXPECT_TRUE(counts.empty());
-    dispatcherFilter(message);
+    pumpedFilter(message);
     EXPECT_EQ(counts, (std::vector<LONG>{0, 1, 2}));
     // It was made due again, from the beginning.
-    dispatcherFilter(message);
+    pumpedFilter(message);
     EXPECT_EQ(counts, (std::vector<LONG>{0, 1, 2, 0, 1, 2}));
 }
 
@@ -225,16 +237,16 @@ TEST_F(QMfcAppTest, IdleWorkWaitsWhileMessagesWait) {
     };
     testApp().isIdleMessage = [](MSG*) { return TRUE; };
     MSG message = messageTo(program.frame()->m_hWnd, WM_APP);
-    dispatcherFilter(message);
+    pumpedFilter(message);
     PostMessageW(program.frame()->m_hWnd, WM_NULL, 0, 0);
-    dispatcherFilter(message);
+    pumpedFilter(message);
     EXPECT_EQ(idle, 0);
     MSG waiting;
     // What waits is left in the queue.
     EXPECT_TRUE(PeekMessageW(&waiting, program.frame()->m_hWnd, WM_NULL, WM_NULL, PM_NOREMOVE));
     while (PeekMessageW(&waiting, nullptr, 0, 0, PM_REMOVE)) {
     }
-    dispatcherFilter(message);
+    pumpedFilter(message);
     EXPECT_EQ(idle, 1);
 }
 
@@ -248,10 +260,10 @@ TEST_F(QMfcAppTest, IdleWorkThatIsDoneIsNotDoneAgainForAMessageThatIsNotIdle) {
     };
     testApp().isIdleMessage = [&idleMessage](MSG*) { return idleMessage ? TRUE : FALSE; };
     MSG message = messageTo(program.frame()->m_hWnd, WM_APP);
-    dispatcherFilter(message);
+    pumpedFilter(message);
     idleMessage = false;
-    dispatcherFilter(message);
-    dispatcherFilter(message);
+    pumpedFilter(message);
+    pumpedFilter(message);
     EXPECT_EQ(idle, 1);
 }
 
@@ -264,8 +276,8 @@ TEST_F(QMfcAppTest, AMessageThatIsNotIdleMakesNoIdleWorkDue) {
     };
     testApp().isIdleMessage = [](MSG*) { return FALSE; };
     MSG message = messageTo(program.frame()->m_hWnd, WM_APP);
-    dispatcherFilter(message);
-    dispatcherFilter(message);
+    pumpedFilter(message);
+    pumpedFilter(message);
     EXPECT_EQ(idle, 0);
 }
 
@@ -279,15 +291,15 @@ TEST_F(QMfcAppTest, MessagesToQtWindowsDoNoIdleWork) {
     testApp().isIdleMessage = [](MSG*) { return TRUE; };
     QWidget widget;
     MSG toQt = messageTo(reinterpret_cast<HWND>(widget.winId()), WM_APP);
-    dispatcherFilter(toQt);
-    dispatcherFilter(toQt);
+    pumpedFilter(toQt);
+    pumpedFilter(toQt);
     EXPECT_EQ(idle, 0);
 }
 
 TEST_F(QMfcAppTest, AltReleasedOverAQtWindowGoesToTheFrameWithTheMenu) {
     MenuKeys keys;
     MSG message = messageTo(keys.viewHandle(), WM_SYSKEYUP, VK_MENU);
-    EXPECT_TRUE(genericFilter(message));
+    EXPECT_TRUE(pumpedFilter(message));
     EXPECT_EQ(keys.frame->messages, (std::vector<UINT>{WM_SYSKEYUP}));
     EXPECT_EQ(keys.frame->keys, (std::vector<WPARAM>{VK_MENU}));
     EXPECT_TRUE(keys.frame->hadFocus);
@@ -301,7 +313,7 @@ TEST_F(QMfcAppTest, TheQtWindowGetsItsFocusBackAfterAlt) {
     TestProgram::settle();
     ASSERT_TRUE(field.hasFocus());
     MSG message = messageTo(keys.viewHandle(), WM_SYSKEYUP, VK_MENU);
-    EXPECT_TRUE(genericFilter(message));
+    EXPECT_TRUE(pumpedFilter(message));
     EXPECT_TRUE(keys.frame->hadFocus);
     EXPECT_EQ(GetFocus(), keys.viewHandle());
     TestProgram::settle();
@@ -315,7 +327,7 @@ TEST_F(QMfcAppTest, AQtWindowWithoutAFocusedWidgetGetsTheFocusItselfForNoKeysRea
     ASSERT_EQ(keys.view.focusWidget(), nullptr);
     const FocusReasons reasons(&keys.view);
     MSG message = messageTo(keys.viewHandle(), WM_SYSKEYUP, VK_MENU);
-    EXPECT_TRUE(genericFilter(message));
+    EXPECT_TRUE(pumpedFilter(message));
     EXPECT_TRUE(keys.view.hasFocus());
     EXPECT_EQ(reasons.reasons, (std::vector<Qt::FocusReason>{Qt::OtherFocusReason}));
 }
@@ -328,7 +340,7 @@ TEST_F(QMfcAppTest, AWidgetThatGoesWhileTheMenuIsOpenGetsNoFocus) {
     ASSERT_EQ(keys.view.focusWidget(), field);
     keys.frame->onKey = [field] { delete field; };
     MSG message = messageTo(keys.viewHandle(), WM_SYSKEYUP, VK_MENU);
-    EXPECT_TRUE(genericFilter(message));
+    EXPECT_TRUE(pumpedFilter(message));
     EXPECT_EQ(GetFocus(), keys.frame->m_hWnd);
 }
 
@@ -338,7 +350,7 @@ TEST_F(QMfcAppTest, TheResultOfAHandledMenuKeyIsZero) {
         MSG message = messageTo(keys.viewHandle(), id, id == WM_SYSKEYUP ? VK_MENU : 'F');
         SetFocus(keys.viewHandle());
         long result = 42;
-        EXPECT_TRUE(application->forwardMenuKey(&message, &result));
+        EXPECT_TRUE(application->winEventFilter(&message, &result));
         EXPECT_EQ(result, 0);
     }
 }
@@ -347,7 +359,7 @@ TEST_F(QMfcAppTest, MenuKeysOfWindowsThatAreNotQtsAreLeftAlone) {
     MenuKeys keys;
     keys.frame->SetFocus();
     MSG message = messageTo(keys.frame->m_hWnd, WM_SYSKEYDOWN, 'F');
-    EXPECT_FALSE(genericFilter(message));
+    EXPECT_FALSE(pumpedFilter(message));
     EXPECT_TRUE(keys.frame->messages.empty());
 }
 
@@ -355,10 +367,10 @@ TEST_F(QMfcAppTest, OtherKeysOfAQtWindowAreNotMenuKeys) {
     MenuKeys keys;
     for (const UINT id : {WM_KEYDOWN, WM_KEYUP, WM_CHAR}) {
         MSG message = messageTo(keys.viewHandle(), id, VK_MENU);
-        EXPECT_FALSE(genericFilter(message));
+        EXPECT_FALSE(pumpedFilter(message));
     }
     MSG released = messageTo(keys.viewHandle(), WM_SYSKEYUP, 'F');
-    EXPECT_FALSE(genericFilter(released));
+    EXPECT_FALSE(pumpedFilter(released));
     EXPECT_TRUE(keys.frame->messages.empty());
 }
 
@@ -370,18 +382,18 @@ TEST_F(QMfcAppTest, AMenuKeyThatIsDealtWithIsNotOfferedToMfc) {
         return FALSE;
     };
     MSG message = messageTo(keys.viewHandle(), WM_SYSKEYDOWN, 'F');
-    EXPECT_TRUE(dispatcherFilter(message));
+    EXPECT_TRUE(pumpedFilter(message));
     EXPECT_EQ(offered, 0);
     // Another message to a Qt window is.
     MSG other = messageTo(keys.viewHandle(), WM_APP);
-    EXPECT_FALSE(dispatcherFilter(other));
+    EXPECT_FALSE(pumpedFilter(other));
     EXPECT_EQ(offered, 1);
 }
 
 TEST_F(QMfcAppTest, AKeyWithAltOverAQtWindowGoesToTheFrameWithTheMenu) {
     MenuKeys keys;
     MSG message = messageTo(keys.viewHandle(), WM_SYSKEYDOWN, 'F');
-    EXPECT_TRUE(dispatcherFilter(message));
+    EXPECT_TRUE(pumpedFilter(message));
     EXPECT_EQ(keys.frame->messages, (std::vector<UINT>{WM_SYSKEYDOWN, WM_SYSKEYUP}));
     EXPECT_EQ(keys.frame->keys, (std::vector<WPARAM>{'F', VK_MENU}));
 }
@@ -389,7 +401,7 @@ TEST_F(QMfcAppTest, AKeyWithAltOverAQtWindowGoesToTheFrameWithTheMenu) {
 TEST_F(QMfcAppTest, AltAloneGoingDownStaysWithQt) {
     MenuKeys keys;
     MSG message = messageTo(keys.viewHandle(), WM_SYSKEYDOWN, VK_MENU);
-    EXPECT_FALSE(genericFilter(message));
+    EXPECT_FALSE(pumpedFilter(message));
     EXPECT_TRUE(keys.frame->messages.empty());
 }
 
@@ -397,7 +409,7 @@ TEST_F(QMfcAppTest, MenuKeysStayWithAQtWindowThatHasNotTheFocus) {
     MenuKeys keys;
     keys.frame->SetFocus();
     MSG message = messageTo(keys.viewHandle(), WM_SYSKEYDOWN, 'F');
-    EXPECT_FALSE(genericFilter(message));
+    EXPECT_FALSE(pumpedFilter(message));
     EXPECT_TRUE(keys.frame->messages.empty());
 }
 
@@ -405,7 +417,7 @@ TEST_F(QMfcAppTest, MenuKeysStayWithAQtWindowInAFrameWithoutAMenu) {
     MenuKeys keys;
     keys.frame->SetMenu(nullptr);
     MSG message = messageTo(keys.viewHandle(), WM_SYSKEYDOWN, 'F');
-    EXPECT_FALSE(genericFilter(message));
+    EXPECT_FALSE(pumpedFilter(message));
     EXPECT_TRUE(keys.frame->messages.empty());
 }
 

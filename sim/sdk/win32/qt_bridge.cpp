@@ -191,7 +191,11 @@ LRESULT QtBridge::deliver(const MSG& message) {
     MSG filtered = message;
     long result = 0;
     QAbstractEventDispatcher* dispatcher = QAbstractEventDispatcher::instance();
-    if (dispatcher != nullptr && dispatcher->filterNativeEvent("windows_generic_MSG", &filtered, &result)) {
+    // Input is not shown on its way into a window: the port leaves that to the loop that has pumped it.
+    const bool input = (message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST) ||
+                       (message.message >= WM_MOUSEFIRST && message.message <= WM_MOUSELAST);
+    if (!input && dispatcher != nullptr &&
+        dispatcher->filterNativeEvent("windows_generic_MSG", &filtered, &result)) {
         return result;
     }
     // The filter may have closed it.
@@ -252,10 +256,9 @@ void QtBridge::followFocus() {
 }
 
 void QtBridge::dispatchInForeignLoop(MSG& message) {
-    long result = 0;
     QAbstractEventDispatcher* dispatcher = QAbstractEventDispatcher::instance();
-    if (dispatcher == nullptr ||
-        !dispatcher->filterNativeEvent("windows_dispatcher_MSG", &message, &result)) {
+    // The missing result is what tells a filter that nobody has dispatched the message yet.
+    if (dispatcher == nullptr || !dispatcher->filterNativeEvent("windows_generic_MSG", &message, nullptr)) {
         TranslateMessage(&message);
         DispatchMessageW(&message);
     }

@@ -22,17 +22,17 @@ namespace {
 
 class NativeFilter : public QAbstractNativeEventFilter {
 public:
-    bool nativeEventFilter(const QByteArray& type, void* message, long*) override {
-        if (type == "windows_dispatcher_MSG" || type == "windows_generic_MSG") {
+    bool nativeEventFilter(const QByteArray& type, void* message, long* result) override {
+        if (type == "windows_generic_MSG") {
             const MSG seen = *static_cast<MSG*>(message);
-            (type == "windows_dispatcher_MSG" ? dispatched : sent).push_back(seen);
+            (result == nullptr ? pumped : delivered).push_back(seen);
             return taken != 0 && seen.message == taken;
         }
         return false;
     }
 
-    std::vector<MSG> dispatched;
-    std::vector<MSG> sent;
+    std::vector<MSG> pumped;
+    std::vector<MSG> delivered;
     UINT taken = 0;
 };
 
@@ -248,18 +248,32 @@ TEST_F(QtEmbedding, ControlIsAModifierOfPostedKeys) {
     EXPECT_EQ(m_edit->textCursor().selectedText(), QStringLiteral("some text"));
 }
 
-TEST_F(QtEmbedding, NativeFilterSeesSentMessagesAndMayTakeThem) {
+TEST_F(QtEmbedding, NativeFilterSeesDeliveredMessagesAndMayTakeThem) {
+    NativeFilter filter;
+    QAbstractEventDispatcher::instance()->installNativeEventFilter(&filter);
+    QWidget window;
+    window.show();
+    const auto handle = reinterpret_cast<HWND>(static_cast<std::uintptr_t>(window.winId()));
+    filter.taken = WM_CLOSE;
+    SendMessageW(handle, WM_CLOSE, 0, 0);
+    EXPECT_TRUE(window.isVisible());
+    filter.taken = 0;
+    SendMessageW(handle, WM_CLOSE, 0, 0);
+    QAbstractEventDispatcher::instance()->removeNativeEventFilter(&filter);
+    EXPECT_FALSE(window.isVisible());
+    ASSERT_EQ(filter.delivered.size(), 2U);
+    EXPECT_EQ(filter.delivered[0].hwnd, handle);
+}
+
+TEST_F(QtEmbedding, NativeFilterSeesNoDeliveredInput) {
     NativeFilter filter;
     QAbstractEventDispatcher::instance()->installNativeEventFilter(&filter);
     m_edit->setFocus();
     filter.taken = WM_CHAR;
     SendMessageW(view(), WM_CHAR, u'x', 1);
-    filter.taken = 0;
-    SendMessageW(view(), WM_CHAR, u'y', 1);
     QAbstractEventDispatcher::instance()->removeNativeEventFilter(&filter);
-    ASSERT_EQ(filter.sent.size(), 2U);
-    EXPECT_EQ(filter.sent[0].hwnd, view());
-    EXPECT_EQ(m_edit->toPlainText(), QStringLiteral("y"));
+    EXPECT_TRUE(filter.delivered.empty());
+    EXPECT_EQ(m_edit->toPlainText(), QStringLiteral("x"));
 }
 
 TEST_F(QtEmbedding, ClickIntoTheTextFieldMovesTheFocusThere) {
@@ -358,7 +372,7 @@ TEST_F(QtEmbedding, DialogsLoopDispatchesMessagesThroughTheNativeFilter) {
     QAbstractEventDispatcher::instance()->removeNativeEventFilter(&filter);
     EXPECT_GE(windowTimer, 3);
     EXPECT_EQ(m_frame->count(kPosted), 1);
-    const auto seen = std::count_if(filter.dispatched.begin(), filter.dispatched.end(),
+    const auto seen = std::count_if(filter.pumped.begin(), filter.pumped.end(),
                                     [](const MSG& message) { return message.message == kPosted; });
     EXPECT_EQ(seen, 1);
 }
@@ -396,7 +410,7 @@ TEST_F(QtEmbedding, FilterThatTakesAMessageKeepsItFromItsWindow) {
     dialog.exec();
     QAbstractEventDispatcher::instance()->removeNativeEventFilter(&filter);
     EXPECT_EQ(m_frame->count(kPosted), 0);
-    EXPECT_EQ(filter.dispatched.size(), 1U);
+    EXPECT_EQ(filter.pumped.size(), 1U);
 }
 
 TEST_F(QtEmbedding, QuitEndsADialogsLoopAndReachesTheProgramsOwn) {
