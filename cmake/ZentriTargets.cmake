@@ -11,12 +11,13 @@ function(zentri_module_library name)
   target_link_libraries(${name} PUBLIC zentri_sdk ${ARG_LINK} PRIVATE zentri_warnings)
 endfunction()
 
-# zentri_test(NAME SOURCES... [LINK libs...] [DISPLAY])
+# zentri_test(NAME SOURCES... [LINK libs...] [DISPLAY] [FIXTURE name])
 #   A GoogleTest program whose every test is a CTest of its own, in a process of its own: the module keeps
 #   process-wide singletons, and each test starts with fresh ones. Widget tests run on Qt's offscreen platform.
 #   DISPLAY tests need real windows; they share one X server and so run one at a time.
+#   FIXTURE: a CTest fixture that must stand before.
 function(zentri_test name)
-  cmake_parse_arguments(ARG "DISPLAY" "" "SOURCES;LINK" ${ARGN})
+  cmake_parse_arguments(ARG "DISPLAY" "FIXTURE" "SOURCES;LINK" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
   set_target_properties(${name} PROPERTIES AUTOMOC ON RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
   target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR})
@@ -27,6 +28,9 @@ function(zentri_test name)
     set(properties RESOURCE_LOCK display LABELS display ENVIRONMENT "QT_QPA_PLATFORM=xcb")
   else()
     set(properties ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
+  endif()
+  if(ARG_FIXTURE)
+    list(APPEND properties FIXTURES_REQUIRED ${ARG_FIXTURE})
   endif()
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 60 ${properties})
 endfunction()

@@ -43,7 +43,8 @@ ControlConnection::Json ControlConnection::call(const Json& request) {
     return Json::parse(answer);
 }
 
-HostProcess::HostProcess(const std::vector<std::string>& arguments, bool connect) {
+HostProcess::HostProcess(const std::vector<std::string>& arguments, bool connect,
+                         const std::string& program) {
     if (connect) {
         keepDisplayAwake();
     }
@@ -55,7 +56,7 @@ HostProcess::HostProcess(const std::vector<std::string>& arguments, bool connect
             setEnvironment(name, value);
         }
     }
-    std::vector<std::string> all = {ZENTRI_HOST_PROGRAM, "--control", "0"};
+    std::vector<std::string> all = {program.empty() ? ZENTRI_HOST_PROGRAM : program, "--control", "0"};
     all.insert(all.end(), arguments.begin(), arguments.end());
     m_process = std::make_unique<ProgramProcess>(
         all, [this](const std::string& text) { append(m_output, text); },

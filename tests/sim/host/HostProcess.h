@@ -38,8 +38,9 @@ public:
     using Json = nlohmann::json;
 
     /// `--control 0` is added. With `connect` the constructor returns when the control interface answers;
-    /// throws std::runtime_error when it never does.
-    explicit HostProcess(const std::vector<std::string>& arguments, bool connect = true);
+    /// throws std::runtime_error when it never does. The program is the one of this build unless told.
+    explicit HostProcess(const std::vector<std::string>& arguments, bool connect = true,
+                         const std::string& program = std::string());
     HostProcess(const HostProcess&) = delete;
     HostProcess& operator=(const HostProcess&) = delete;
     ~HostProcess();

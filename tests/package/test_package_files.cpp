@@ -1,0 +1,211 @@
+// The package by itself: that it is whole, and that it says of the module what is true.
+
+#include <accmd.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <rxdlinkr.h>
+#include <rxregsvc.h>
+#include <windows.h>
+
+#include <QXmlStreamReader>
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <regex>
+#include <set>
+#include <string>
+
+#include "tests/host/windows/PeFile.h"
+#include "tests/support/TestProgram.h"
+
+namespace fs = std::filesystem;
+using testing::IsEmpty;
+using testing::UnorderedElementsAre;
+using testing::UnorderedElementsAreArray;
+
+namespace {
+
+const fs::path kBundle = MACHINE_FOLDER "/Application Plugins/ZR_Zentri.bundle";
+const fs::path kBundleWithoutQt = MACHINE_FOLDER "/without-qt/ZR_Zentri.bundle";
+const fs::path kHost = MACHINE_FOLDER "/host";
+
+std::string contentOf(const fs::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    EXPECT_TRUE(file.is_open()) << path;
+    return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+std::string lower(std::string text) {
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+    return text;
+}
+
+std::set<std::string> filesIn(const fs::path& folder) {
+    std::set<std::string> files;
+    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(folder)) {
+        if (entry.is_regular_file())
+            files.insert(fs::relative(entry.path(), folder).generic_string());
+    }
+    return files;
+}
+
+/// The DLLs of a folder and what they export, by their names in lower case.
+std::map<std::string, std::set<std::string>> exportsIn(const fs::path& folder) {
+    std::map<std::string, std::set<std::string>> libraries;
+    for (const std::string& file : filesIn(folder)) {
+        const PeFile::Functions functions = PeFile((folder / file).string()).exports();
+        libraries[lower(file)] = {functions.begin(), functions.end()};
+    }
+    return libraries;
+}
+
+bool isWindows(const std::string& dll) {
+    char folder[MAX_PATH];
+    GetSystemDirectoryA(folder, MAX_PATH);
+    return fs::exists(fs::path(folder) / dll);
+}
+
+/// What PackageContents.xml says: the attributes of each element, by its name.
+struct Contents {
+    explicit Contents(const fs::path& bundle) {
+        QXmlStreamReader xml(QByteArray::fromStdString(contentOf(bundle / "PackageContents.xml")));
+        while (!xml.atEnd()) {
+            if (xml.readNext() != QXmlStreamReader::StartElement)
+                continue;
+            std::map<std::string, std::string>& attributes =
+                elements.emplace(xml.name().toString().toStdString(), std::map<std::string, std::string>())
+                    ->second;
+            for (const QXmlStreamAttribute& attribute : xml.attributes())
+                attributes[attribute.name().toString().toStdString()] =
+                    attribute.value().toString().toStdString();
+        }
+        error = xml.errorString().toStdString();
+    }
+
+    std::string value(const std::string& element, const std::string& attribute) const {
+        EXPECT_EQ(elements.count(element), 1u) << element;
+        const auto found = elements.find(element);
+        const auto value = found->second.find(attribute);
+        return value == found->second.end() ? std::string() : value->second;
+    }
+
+    std::multimap<std::string, std::map<std::string, std::string>> elements;
+    std::string error;
+};
+
+/// The parameter tells whether it is the package with Qt.
+class PackageFiles : public testing::TestWithParam<bool> {
+protected:
+    const fs::path bundle = GetParam() ? kBundle : kBundleWithoutQt;
+};
+
+std::string nameOf(const testing::TestParamInfo<bool>& withQt) {
+    return withQt.param ? "WithQt" : "WithoutQt";
+}
+
+}  // namespace
+
+INSTANTIATE_TEST_SUITE_P(Package, PackageFiles, testing::Bool(), nameOf);
+
+TEST_P(PackageFiles, ContentsNameTheModuleAndTheReleasesOfTheHost) {
+    const Contents contents(bundle);
+    EXPECT_EQ(contents.error, "");
+    EXPECT_EQ(contents.value("ApplicationPackage", "SchemaVersion"), "1.0");
+    EXPECT_EQ(contents.value("ApplicationPackage", "AppVersion"), PROJECT_VERSION);
+    EXPECT_EQ(contents.value("RuntimeRequirements", "OS"), "Win64");
+    EXPECT_EQ(contents.value("RuntimeRequirements", "SeriesMin"), "R23.0");
+    EXPECT_EQ(contents.value("RuntimeRequirements", "SeriesMax"), "R23.1");
+    EXPECT_TRUE(fs::exists(bundle / contents.value("ComponentEntry", "ModuleName")));
+    const std::regex guid("\\{[0-9a-f]{8}(-[0-9a-f]{4}){3}-[0-9a-f]{12}\\}");
+    const std::string product = contents.value("ApplicationPackage", "ProductCode");
+    const std::string upgrade = contents.value("ApplicationPackage", "UpgradeCode");
+    EXPECT_TRUE(std::regex_match(product, guid)) << product;
+    EXPECT_TRUE(std::regex_match(upgrade, guid)) << upgrade;
+    EXPECT_NE(product, upgrade);
+}
+
+TEST_P(PackageFiles, ContentsNameTheCommandsThatTheModuleRegisters) {
+    const Contents contents(bundle);
+    std::set<std::string> told;
+    const auto range = contents.elements.equal_range("Command");
+    for (auto command = range.first; command != range.second; ++command) {
+        told.insert(contents.value("Commands", "GroupName") + " " + command->second.at("Global") + " " +
+                    command->second.at("Local"));
+    }
+
+    TestProgram program;
+    const std::string module = (bundle / contents.value("ComponentEntry", "ModuleName")).string();
+    ASSERT_TRUE(acrxLoadModule(CString(module.c_str()), true));
+    std::set<std::string> registered;
+    const std::unique_ptr<AcEdCommandIterator> all(acedRegCmds->iterator());
+    for (; !all->done(); all->next()) {
+        const AcEdCommand* const command = all->command();
+        const CString line =
+            CString(all->commandGroup()) + _T(" ") + command->globalName() + _T(" ") + command->localName();
+        registered.insert(QString::fromWCharArray(line.GetString()).toStdString());
+    }
+    arxUnloadAllModules();
+    TestProgram::settle();
+    EXPECT_EQ(told, registered);
+}
+
+TEST_P(PackageFiles, EveryLicenceIsNamedAndThere) {
+    const fs::path folder = bundle / "Licenses";
+    const std::string notice = contentOf(folder / "NOTICE.txt");
+    const std::regex name("[A-Za-z0-9-]+\\.txt");
+    std::set<std::string> named = {"NOTICE.txt"};
+    for (std::sregex_iterator found(notice.begin(), notice.end(), name), end; found != end; ++found)
+        named.insert(found->str());
+    EXPECT_EQ(named, filesIn(folder));
+    for (const std::string& file : named)
+        EXPECT_GT(fs::file_size(folder / file), 200u) << file;
+    EXPECT_NE(contentOf(folder / "gcc-copyright.txt").find("GCC RUNTIME LIBRARY EXCEPTION"),
+              std::string::npos);
+}
+
+TEST(PackageLibraries, OfThePackageWithQt) {
+    EXPECT_THAT(
+        filesIn(kBundle / "Contents"),
+        UnorderedElementsAre("ZR_Zentri.arx", "Qt5Core.dll", "Qt5Gui.dll", "Qt5Network.dll", "Qt5Widgets.dll",
+                             "libstdc++-6.dll", "libgcc_s_seh-1.dll", "libwinpthread-1.dll"));
+    EXPECT_THAT(
+        filesIn(kBundle / "plugins"),
+        UnorderedElementsAre("platforms/qwindows.dll", "styles/qwindowsvistastyle.dll",
+                             "imageformats/qgif.dll", "imageformats/qico.dll", "imageformats/qjpeg.dll"));
+}
+
+TEST(PackageLibraries, OfThePackageWithoutQt) {
+    EXPECT_THAT(filesIn(kBundleWithoutQt / "Contents"),
+                UnorderedElementsAre("ZR_Zentri.arx", "libstdc++-6.dll", "libgcc_s_seh-1.dll",
+                                     "libwinpthread-1.dll"));
+    EXPECT_FALSE(fs::exists(kBundleWithoutQt / "plugins"));
+}
+
+TEST(PackageLibraries, GetEveryFunctionTheyWantFromThePackageTheHostOrWindows) {
+    auto libraries = exportsIn(kBundle / "Contents");
+    // Where both have a file the host's is loaded first.
+    for (const auto& [name, functions] : exportsIn(kHost))
+        libraries[name] = functions;
+    int checked = 0;
+    for (const std::string& file : filesIn(kBundle)) {
+        if (fs::path(file).parent_path() == "Licenses" || fs::path(file).extension() == ".xml")
+            continue;
+        const PeFile library((kBundle / file).string());
+        for (const auto& [dll, functions] : library.imports()) {
+            const auto provider = libraries.find(dll);
+            if (provider == libraries.end()) {
+                EXPECT_TRUE(isWindows(dll)) << file << " wants " << dll;
+                continue;
+            }
+            for (const std::string& function : functions) {
+                EXPECT_EQ(provider->second.count(function), 1u)
+                    << file << " wants " << function << " of " << dll;
+                ++checked;
+            }
+        }
+    }
+    EXPECT_GT(checked, 1000);
+}
