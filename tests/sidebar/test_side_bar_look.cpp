@@ -136,7 +136,7 @@ TEST_F(SideBarLook, CloseButtonMovesItsImageWhenHoveredAndPressed) {
 
 TEST_F(SideBarLook, CloseButtonsTextColoursWouldBeBlueAndGrey) {
     auto& close = named<QToolButton>("toolButton_CloseBar");
-    close.setText(QStringLiteral("████"));
+    close.setText(QStringLiteral("■■■■"));
     setTheme(kNeither);
     EXPECT_GT(pixelsOf(look(close), kOwnText), 20);
     hover(close);

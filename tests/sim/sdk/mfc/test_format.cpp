@@ -17,7 +17,7 @@ std::string formatted(LPCTSTR format, Arguments... arguments) {
 }
 
 #ifdef _WIN32
-constexpr const char* kGermanLocale = "de-DE";
+constexpr const char* kGermanLocale = "German";
 #else
 constexpr const char* kGermanLocale = "de_DE.UTF-8";
 #endif
