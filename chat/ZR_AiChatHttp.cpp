@@ -32,7 +32,11 @@ void waitFor(const QNetworkReply* reply) {
     // by Qt, on some platforms until Qt runs a loop again, which inside the host may be never: so it is
     // handed on as soon as the host's own loop is back.
     loop.exec(QEventLoop::ExcludeUserInputEvents);
-    QTimer::singleShot(0, QCoreApplication::instance(), [] { QCoreApplication::processEvents(); });
+    QTimer::singleShot(0, QCoreApplication::instance(), [] {
+        // The dispatcher of Windows still stands interrupted by the loop's end, which takes up one turn.
+        QCoreApplication::processEvents();
+        QCoreApplication::processEvents();
+    });
 }
 
 }  // namespace

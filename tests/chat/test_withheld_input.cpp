@@ -2,7 +2,6 @@
 
 #include <QCursor>
 #include <QElapsedTimer>
-#include <QGuiApplication>
 #include <QMouseEvent>
 #include <QTest>
 #include <QTimer>
@@ -10,7 +9,6 @@
 
 #include "chat/ZR_AiChatService.h"
 #include "tests/chat/FakeChat.h"
-#include "tests/chat/LogFile.h"
 #include "tests/support/http/FakeHttpServer.h"
 
 namespace {
@@ -68,15 +66,4 @@ TEST_F(WithheldInput, ReachesItsWindowOnceACallOnTheMainThreadHasReturned) {
         QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
     }
     EXPECT_EQ(window.points, QList<QPoint>{point});
-}
-
-int main(int argc, char** argv) {
-    testing::InitGoogleTest(&argc, argv);
-    // The tests are listed where no platform is set up, maybe without any display.
-    if (testing::GTEST_FLAG(list_tests)) {
-        return RUN_ALL_TESTS();
-    }
-    const QGuiApplication application(argc, argv);
-    LogFile::install();
-    return RUN_ALL_TESTS();
 }
