@@ -231,6 +231,10 @@ Win32Picture win32Grab(HWND window) {
             return {};
         }
     }
+    // What has been painted may reach the screen only when the program looks for messages and has none. This
+    // looks for one that nobody sends.
+    MSG none;
+    PeekMessageW(&none, reinterpret_cast<HWND>(-1), WM_APP, WM_APP, PM_NOREMOVE);
     const int width = place.right - place.left;
     const int height = place.bottom - place.top;
     Win32Picture picture;

@@ -186,7 +186,9 @@ TEST_F(HostWindows, DrawnEntitiesShowAndUndoTakesThemAway) {
             "findColor",
             {{"window", "view"}, {"color", "#E8EBF0"}, {"tolerance", 90}, {"minPixels", 60}})["clusters"];
     };
-    EXPECT_TRUE(shown().empty());
+    // Without the crosshair, which is as bright as an entity.
+    host.ask("clickWindow", {{"window", "commandLine"}});
+    EXPECT_TRUE(HostProcess::waitUntil([&] { return shown().empty(); }));
     host.type("RECTANG\n50,50\n150,120\n");
     host.idle();
     EXPECT_TRUE(HostProcess::waitUntil([&] { return !shown().empty(); }));
