@@ -11,13 +11,21 @@ function(zentri_module_library name)
   target_link_libraries(${name} PUBLIC zentri_sdk ${ARG_LINK} PRIVATE zentri_warnings)
 endfunction()
 
-# zentri_test(NAME SOURCES... [LINK libs...] [DISPLAY] [FIXTURE name])
+# zentri_test(NAME SOURCES... [LINK libs...] [DISPLAY] [SERVICE] [FIXTURE name])
 #   A GoogleTest program whose every test is a CTest of its own, in a process of its own: the module keeps
 #   process-wide singletons, and each test starts with fresh ones. Widget tests run on Qt's offscreen platform.
 #   DISPLAY tests need real windows; they share one X server and so run one at a time.
+#   SERVICE tests start the AI service with ServiceProcess; ZENTRI_SERVICE_PROGRAM must stand for it.
 #   FIXTURE: a CTest fixture that must stand before.
 function(zentri_test name)
-  cmake_parse_arguments(ARG "DISPLAY" "FIXTURE" "SOURCES;LINK" ${ARGN})
+  cmake_parse_arguments(ARG "DISPLAY;SERVICE" "FIXTURE" "SOURCES;LINK" ${ARGN})
+  if(ARG_SERVICE)
+    list(APPEND ARG_LINK zentri_test_service)
+    if(WIN32)
+      list(PREPEND CMAKE_CROSSCOMPILING_EMULATOR
+           ${CMAKE_SOURCE_DIR}/tests/support/service/with-services ${ZENTRI_SERVICE_PROGRAM})
+    endif()
+  endif()
   add_executable(${name} ${ARG_SOURCES})
   set_target_properties(${name} PROPERTIES AUTOMOC ON RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
   target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR})

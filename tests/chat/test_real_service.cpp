@@ -1,8 +1,4 @@
-#include <QCoreApplication>
-#include <QProcess>
 #include <QRegularExpression>
-#include <QTemporaryDir>
-#include <QTest>
 
 #include "chat/ZR_AiChatCSThread.h"
 #include "chat/ZR_AiChatModuleState.h"
@@ -11,50 +7,22 @@
 #include "tests/chat/FakeChat.h"
 #include "tests/chat/LogFile.h"
 #include "tests/chat/MessageBoxes.h"
+#include "tests/support/service/ServiceProcess.h"
 
 namespace {
 
-constexpr int startLimitMs = 30000;
-
-/// The chat against the AI service itself, run as a program on a free port with a database of its own.
+/// The chat against the AI service itself, run as a program.
 class RealService : public ChatTest {
 protected:
     RealService() { m_answer = std::make_unique<FakeAnswer>(m_calls); }
 
-    ~RealService() override {
-        deleteThreads();
-        m_service.terminate();
-        if (!m_service.waitForFinished(startLimitMs)) {
-            m_service.kill();
-            m_service.waitForFinished();
-            ADD_FAILURE() << "the service did not stop";
-        }
-    }
+    ~RealService() override { deleteThreads(); }
 
     /// Starts the service and makes the chat.
-    bool start(const QStringList& options = {}) {
-        m_service.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        m_service.start(
-            QStringLiteral(ZENTRI_SERVICE),
-            QStringList{QStringLiteral("--listen"), QStringLiteral("127.0.0.1:0"),
-                        QStringLiteral("--database"), m_folder.filePath(QStringLiteral("s.sqlite"))} +
-                (options.isEmpty() ? texts({"--delay", "0"}) : options));
-        static const QRegularExpression listening(QStringLiteral("listening on http://(\\S+)"));
-        QString output;
-        QRegularExpressionMatch match;
-        if (!QTest::qWaitFor(
-                [&] {
-                    output += QString::fromUtf8(m_service.readAllStandardOutput());
-                    match = listening.match(output);
-                    return match.hasMatch() || m_service.state() == QProcess::NotRunning;
-                },
-                startLimitMs) ||
-            !match.hasMatch()) {
-            return false;
-        }
-        setServiceAddress(match.captured(1));
+    void start(const std::vector<std::string>& options = {"--delay", "0"}) {
+        m_service = std::make_unique<ServiceProcess>(options);
+        setServiceAddress(QString::fromStdString(m_service->address()));
         makeManager();
-        return true;
     }
 
     /// Sends a question and waits for the whole answer.
@@ -75,15 +43,14 @@ protected:
         return record.GetSessionId();
     }
 
-    QTemporaryDir m_folder;
-    QProcess m_service;
+    std::unique_ptr<ServiceProcess> m_service;
     std::unique_ptr<FakeAnswer> m_answer;
 };
 
 }  // namespace
 
 TEST_F(RealService, AnswersAQuestionPieceByPiece) {
-    ASSERT_TRUE(start());
+    start();
     ASSERT_TRUE(ask(_T("怎样画圆？")));
     EXPECT_TRUE(takePrinted().isEmpty());
     EXPECT_FALSE(currentId().IsEmpty());
@@ -97,7 +64,7 @@ TEST_F(RealService, AnswersAQuestionPieceByPiece) {
 }
 
 TEST_F(RealService, ReadsBackWhatWasSaid) {
-    ASSERT_TRUE(start());
+    start();
     ASSERT_TRUE(ask(_T("怎样画圆？")));
     const QString firstAnswer = m_answer->answerText();
     const CString id = currentId();
@@ -119,7 +86,7 @@ TEST_F(RealService, ReadsBackWhatWasSaid) {
 }
 
 TEST_F(RealService, ListsTheSessionsInTheHistory) {
-    ASSERT_TRUE(start());
+    start();
     ASSERT_TRUE(ask(_T("一")));
     const CString first = currentId();
     m_manager->newSession();
@@ -140,7 +107,7 @@ TEST_F(RealService, ListsTheSessionsInTheHistory) {
 }
 
 TEST_F(RealService, ReadsASeededHistory) {
-    ASSERT_TRUE(start(texts({"--seed", "demo", "--seed-token", "token-1", "--seed-sessions", "60"})));
+    start({"--seed", "demo", "--seed-token", "token-1", "--seed-sessions", "60"});
     m_manager->initUserData();
     ASSERT_TRUE(waitUntilIdle());
     ZR_AiChatSessionList sessions;
@@ -154,7 +121,7 @@ TEST_F(RealService, ReadsASeededHistory) {
 }
 
 TEST_F(RealService, IsRefusedAnotherUsersSession) {
-    ASSERT_TRUE(start());
+    start();
     ASSERT_TRUE(ask(_T("geheim")));
     const CString id = currentId();
     signIn(_T("token-2"));
@@ -170,7 +137,7 @@ TEST_F(RealService, IsRefusedAnotherUsersSession) {
 }
 
 TEST_F(RealService, StoresThePartOfAnAnswerThatCameBeforeTheConnectionBroke) {
-    ASSERT_TRUE(start(texts({"--delay", "0", "--fault", "chat:cut-in-char=3"})));
+    start({"--delay", "0", "--fault", "chat:cut-in-char=3"});
     ASSERT_TRUE(ask(_T("怎样画圆？")));
     // Qt does not always notice that a chunked reply broke off, so the user hears of it once or not at all.
     EXPECT_LE(MessageBoxes::instance().count(), 1);
@@ -180,7 +147,7 @@ TEST_F(RealService, StoresThePartOfAnAnswerThatCameBeforeTheConnectionBroke) {
 }
 
 TEST_F(RealService, SurvivesAFailedRequest) {
-    ASSERT_TRUE(start(texts({"--delay", "0", "--fault", "chat:status=503,times=1"})));
+    start({"--delay", "0", "--fault", "chat:status=503,times=1"});
     ASSERT_TRUE(ask(_T("怎样画圆？")));
     EXPECT_EQ(MessageBoxes::instance().count(), 1);
     ASSERT_TRUE(ask(_T("怎样画圆？")));
@@ -190,29 +157,28 @@ TEST_F(RealService, SurvivesAFailedRequest) {
 
 TEST_F(RealService, TakesAHugeEvent) {
     const int size = 1 << 20;
-    ASSERT_TRUE(start(texts({"--delay", "0", "--fault", "chat:huge-event=1048576"})));
+    start({"--delay", "0", "--fault", "chat:huge-event=1048576"});
     ASSERT_TRUE(ask(_T("怎样画圆？")));
     EXPECT_GE(m_answer->answerText().toUtf8().size(), size - 4);
     EXPECT_EQ(MessageBoxes::instance().count(), 0);
 }
 
 TEST_F(RealService, TakesBytesThatAreNoUtf8AndEmptyEvents) {
-    ASSERT_TRUE(
-        start(texts({"--delay", "0", "--fault", "chat:invalid-utf8", "--fault", "chat:empty-events=3"})));
+    start({"--delay", "0", "--fault", "chat:invalid-utf8", "--fault", "chat:empty-events=3"});
     ASSERT_TRUE(ask(_T("怎样画圆？")));
     EXPECT_TRUE(m_answer->answerText().contains(QStringLiteral("【CIRCLE】")));
     EXPECT_TRUE(m_calls.contains(QStringLiteral("bubble append ")));
 }
 
 TEST_F(RealService, CreatesNoSessionFromABrokenReply) {
-    ASSERT_TRUE(start(texts({"--delay", "0", "--fault", "create:broken-json"})));
+    start({"--delay", "0", "--fault", "create:broken-json"});
     ASSERT_TRUE(ask(_T("Q")));
     EXPECT_EQ(takePrinted(), QStringLiteral("\n创建新对话失败！"));
     EXPECT_TRUE(current().isEmpty());
 }
 
 TEST_F(RealService, StopsAtOnceInTheMiddleOfAnAnswer) {
-    ASSERT_TRUE(start(texts({"--fault", "chat:never-ending"})));
+    start({"--fault", "chat:never-ending"});
     m_manager->send(_T("怎样画圆？"), true, m_answer.get());
     ASSERT_TRUE(waitFor([this] { return !m_answer->answerText().isEmpty(); }));
     g_zentriChatThread->quit();

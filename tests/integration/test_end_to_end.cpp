@@ -4,21 +4,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <csignal>
-#include <cstdlib>
-#include <future>
 
 #include "tests/sim/host/HostProcess.h"
-#include "tests/sim/service/ChildProgram.h"
-#include "tests/sim/service/ServiceClient.h"
-#include "tests/sim/service/TemporaryFolder.h"
+#include "tests/support/service/ServiceProcess.h"
 
 namespace {
 
 using Json = HostProcess::Json;
-using zentri::service::ChildProgram;
-using zentri::service::ServiceClient;
-using zentri::service::TemporaryFolder;
 
 constexpr const char* kToken = "anna";
 constexpr const char* kAnswerColor = "#333333";
@@ -44,10 +36,9 @@ int area(const Json& rect) {
 class EndToEnd : public testing::Test {
 protected:
     EndToEnd() {
-        const std::string address = "127.0.0.1:" + std::to_string(port);
-        setenv("ZR_ZENTRI_SERVICE", address.c_str(), 1);
-        setenv("ZR_ZENTRI_PROBE", ("http://" + address).c_str(), 1);
-        setenv("ZR_SIM_FONT", ZENTRI_FONT, 1);
+        setEnvironment("ZR_ZENTRI_SERVICE", service.address().c_str());
+        setEnvironment("ZR_ZENTRI_PROBE", ("http://" + service.address()).c_str());
+        setEnvironment("ZR_SIM_FONT", ZENTRI_FONT);
         host = std::make_unique<HostProcess>(std::vector<std::string>{"--no-state", "--geometry", "1440x900",
                                                                       "--theme", "light", "--token", kToken,
                                                                       "--arx", ZENTRI_MODULE});
@@ -135,12 +126,25 @@ protected:
         return HostProcess::waitUntil([&] { return !messageBoxes().empty(); });
     }
 
+    /// The user's sessions, as the service itself has them.
+    Json sessions() {
+        const cad::net::Socket socket = cad::net::connectToLoopback(service.port());
+        cad::net::sendAll(socket, std::string("POST /zr/ai/session/user HTTP/1.1\r\nHost: 127.0.0.1\r\n"
+                                              "Content-Type: application/json\r\nContent-Length: 2\r\n"
+                                              "Connection: close\r\nAuthorization: ") +
+                                      kToken + "\r\n\r\n{}");
+        std::string reply;
+        char chunk[4096];
+        while (const size_t count = cad::net::receive(socket, chunk, sizeof chunk)) {
+            reply.append(chunk, count);
+        }
+        cad::net::close(socket);
+        return Json::parse(reply.substr(reply.find("\r\n\r\n"))).at("data");
+    }
+
     std::string activeCommand() { return host->ask("commandLine")["active"].dump(); }
 
-    TemporaryFolder folder;
-    std::unique_ptr<ChildProgram> service = std::make_unique<ChildProgram>(std::vector<std::string>{
-        "--listen", "127.0.0.1:0", "--database", folder.file("s.sqlite"), "--delay", "60", "--piece", "2"});
-    const int port = service->waitForPort();
+    ServiceProcess service{{"--delay", "60", "--piece", "2"}};
     std::unique_ptr<HostProcess> host;
 };
 
@@ -203,7 +207,7 @@ TEST_F(EndToEnd, TheAnswerGoesOnBehindTheEditDialog) {
 
 TEST_F(EndToEnd, AServiceThatDiesInTheMiddleIsReportedAndTheHostGoesOn) {
     askQuestion("怎么画圆");
-    service->send(SIGKILL);
+    service.kill();
     ASSERT_TRUE(boxIsOpen());
     EXPECT_EQ(messageBoxes()[0]["text"], "Zentri 通信出错！");
     host->ask("answerMessageBox", {{"button", "ok"}});
@@ -225,8 +229,7 @@ TEST_F(EndToEnd, UnloadedInTheMiddleOfAnAnswerItLoadsAndAnswersAgain) {
     openPanel();
     askQuestion("怎么画直线");
     // Both questions stand in the user's history, the first with as much of its answer as was sent.
-    const ServiceClient client(port, kToken);
-    EXPECT_TRUE(HostProcess::waitUntil([&] { return client.sessions().size() == 2U; }));
+    EXPECT_TRUE(HostProcess::waitUntil([&] { return sessions().size() == 2U; }));
     host->type("QUIT\n");
 }
 
