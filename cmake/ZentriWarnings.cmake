@@ -1,7 +1,8 @@
 # The one place that says which warnings our own code is held to. Link zentri_warnings PRIVATE.
 add_library(zentri_warnings INTERFACE)
 if(MSVC)
-  target_compile_options(zentri_warnings INTERFACE /W4 /utf-8 /permissive- $<$<BOOL:${ZENTRI_WERROR}>:/WX>)
+  target_compile_options(zentri_warnings INTERFACE /W4 /utf-8 /permissive- /Zc:__cplusplus /EHsc
+                                                   $<$<BOOL:${ZENTRI_WERROR}>:/WX>)
 else()
   target_compile_options(zentri_warnings INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wnon-virtual-dtor
                                                    -Woverloaded-virtual $<$<BOOL:${ZENTRI_WERROR}>:-Werror>)
