@@ -66,7 +66,7 @@ void detach(AcEditorReactor* reactor, bool& attached) {
 AcRx::AppRetCode CZR_ZentriApp::On_kInitAppMsg(void* packet) {
     const AcRx::AppRetCode result = AcRxArxApp::On_kInitAppMsg(packet);
     // Puts the former handle back on every way out, an exception's too.
-    const CAcModuleResourceOverride resources(theArxDLL.ModuleResourceInstance());
+    CAcModuleResourceOverride resources;
 
     registerZentriCommands();
     QApplication* const application = QMfcApp::mfc_instance(AfxGetApp());

@@ -9,10 +9,11 @@ void CAcExtensionModule::DetachInstance() {
     m_instance = nullptr;
 }
 
-CAcModuleResourceOverride::CAcModuleResourceOverride(HINSTANCE instance) : m_former(AfxGetResourceHandle()) {
+CTemporaryResourceOverride::CTemporaryResourceOverride(HINSTANCE instance)
+    : m_former(AfxGetResourceHandle()) {
     AfxSetResourceHandle(instance);
 }
 
-CAcModuleResourceOverride::~CAcModuleResourceOverride() {
+CTemporaryResourceOverride::~CTemporaryResourceOverride() {
     AfxSetResourceHandle(m_former);
 }

@@ -21,17 +21,24 @@ private:
     HINSTANCE m_instance = nullptr;
 };
 
-/// Makes a module's resources MFC's current ones while it lives; puts the former handle back when it dies.
-class CAcModuleResourceOverride {
+/// Makes other resources MFC's current ones while it lives; puts the former handle back when it dies.
+class CTemporaryResourceOverride {
 public:
-    explicit CAcModuleResourceOverride(HINSTANCE instance);
-    ~CAcModuleResourceOverride();
-    CAcModuleResourceOverride(const CAcModuleResourceOverride&) = delete;
-    CAcModuleResourceOverride& operator=(const CAcModuleResourceOverride&) = delete;
+    explicit CTemporaryResourceOverride(HINSTANCE instance);
+    ~CTemporaryResourceOverride();
+    CTemporaryResourceOverride(const CTemporaryResourceOverride&) = delete;
+    CTemporaryResourceOverride& operator=(const CTemporaryResourceOverride&) = delete;
 
 private:
     HINSTANCE m_former;
 };
 
-#define AC_DECLARE_EXTENSION_MODULE(module) extern CAcExtensionModule module
+/// Names the DLL's module object and gives the DLL its own CAcModuleResourceOverride, which takes no
+/// argument.
+#define AC_DECLARE_EXTENSION_MODULE(module)                                                            \
+    extern CAcExtensionModule module;                                                                  \
+    class CAcModuleResourceOverride : public CTemporaryResourceOverride {                              \
+    public:                                                                                            \
+        CAcModuleResourceOverride() : CTemporaryResourceOverride((module).ModuleResourceInstance()) {} \
+    }
 #define AC_IMPLEMENT_EXTENSION_MODULE(module) CAcExtensionModule module

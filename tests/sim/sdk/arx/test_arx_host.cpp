@@ -99,18 +99,21 @@ TEST(Services, SymbolsAreLookedUpInTheHost) {
     EXPECT_EQ(acrxGetServiceSymbolAddr(nullptr, nullptr), nullptr);
 }
 
+// As a module declares and implements its own.
+AC_DECLARE_EXTENSION_MODULE(g_testModule);
+AC_IMPLEMENT_EXTENSION_MODULE(g_testModule);
+
 TEST(ModuleResourceOverride, SwitchesTheHandleAndPutsItBack) {
-    CAcExtensionModule module;
     const HINSTANCE mine = reinterpret_cast<HINSTANCE>(0x1000);
     const HINSTANCE before = AfxGetResourceHandle();
-    module.AttachInstance(mine);
+    g_testModule.AttachInstance(mine);
     try {
-        const CAcModuleResourceOverride resources(module.ModuleResourceInstance());
+        CAcModuleResourceOverride resources;
         EXPECT_EQ(AfxGetResourceHandle(), mine);
         throw 1;
     } catch (int) {
         EXPECT_EQ(AfxGetResourceHandle(), before);
     }
-    module.DetachInstance();
-    EXPECT_EQ(module.ModuleResourceInstance(), nullptr);
+    g_testModule.DetachInstance();
+    EXPECT_EQ(g_testModule.ModuleResourceInstance(), nullptr);
 }
