@@ -16,7 +16,8 @@ endif()
 # definitions are what MFC goes by; the flag is for generators of Visual Studio projects.
 set(CMAKE_MFC_FLAG 2)
 add_library(zentri_sdk INTERFACE)
-target_compile_definitions(zentri_sdk INTERFACE _AFXDLL _AFXEXT _WINDOWS UNICODE _UNICODE NOMINMAX)
+target_compile_definitions(zentri_sdk INTERFACE _AFXDLL _AFXEXT _WINDOWS UNICODE _UNICODE NOMINMAX
+                                                _CRT_SECURE_NO_WARNINGS)
 target_include_directories(zentri_sdk SYSTEM INTERFACE ${ZENTRI_ARX_SDK}/inc ${ZENTRI_ARX_SDK}/inc-x64)
 target_link_directories(zentri_sdk INTERFACE ${ZENTRI_ARX_SDK}/lib-x64)
 target_link_libraries(zentri_sdk INTERFACE
