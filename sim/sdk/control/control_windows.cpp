@@ -92,6 +92,10 @@ BOOL CALLBACK addBox(HWND window, LPARAM data) {
     }
     Win32MessageBox box{window, textOf(window), {}, 0, {}};
     EnumChildWindows(window, addControl, reinterpret_cast<LPARAM>(&box));
+    // A box of another thread may just be coming or going.
+    if (box.buttons.empty()) {
+        return TRUE;
+    }
     box.type |= typeOfButtons(box.buttons);
     reinterpret_cast<std::vector<Win32MessageBox>*>(data)->push_back(box);
     return TRUE;
