@@ -80,6 +80,7 @@ bool MainFrame::open(const std::optional<HostState::Window>& remembered, int wid
         return false;
     }
     m_menu.attachTo(*this);
+    applyTheme();
     EnableDocking(CBRS_ALIGN_ANY);
     // A view deletes itself with its window.
     m_view = new DrawingView(m_app.editor());
@@ -146,6 +147,7 @@ void MainFrame::applyTheme() {
     const Theme& theme = themeFor(m_app.editor().variables().integer("COLORTHEME"));
     platform::setSystemColors(theme);
     if (GetSafeHwnd() != nullptr) {
+        platform::setMenuColors(GetSafeHwnd(), theme);
         DrawMenuBar();
         RedrawWindow(nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
     }

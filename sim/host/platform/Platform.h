@@ -19,6 +19,10 @@ bool hasDisplay();
 /// Gives menus and captions the theme's colours, where the program may.
 void setSystemColors(const Theme& theme);
 
+/// Gives the menus of the window the theme's colours, where setSystemColors could not; after it has got its
+/// menus and at each change. The theme must outlive the window.
+void setMenuColors(HWND window, const Theme& theme);
+
 /// The program's arguments without its name, in UTF-8; from what main() was given.
 std::vector<std::string> arguments(int argc, char** argv);
 

@@ -6,6 +6,7 @@
 #include <cwchar>
 
 #include "sim/host/app/WideText.h"
+#include "sim/host/platform/MenuLookWindows.h"
 #include "sim/host/platform/Platform.h"
 
 namespace cad::platform {
@@ -19,6 +20,10 @@ bool hasDisplay() {
 
 void setSystemColors(const Theme&) {
     // The system's colours are everybody's here.
+}
+
+void setMenuColors(HWND window, const Theme& theme) {
+    MenuLook::of(window).setTheme(theme);
 }
 
 void holdModifiers(bool shift, bool control, bool alt) {

@@ -33,6 +33,10 @@ void setSystemColors(const Theme& theme) {
     ::SetSysColors(static_cast<int>(indices.size()), indices.data(), values.data());
 }
 
+void setMenuColors(HWND, const Theme&) {
+    // They have the system's.
+}
+
 void holdModifiers(bool, bool, bool) {
     // The Win32 slice reads them off the posted messages.
 }

@@ -196,6 +196,24 @@ TEST_F(HostWindows, DrawnEntitiesShowAndUndoTakesThemAway) {
     EXPECT_TRUE(HostProcess::waitUntil([&] { return shown().empty(); }));
 }
 
+TEST_F(HostWindows, TheMenuBarHasTheColoursOfTheTheme) {
+    // A quarter of a bar's pixels at the least, in the upper edge of the window.
+    constexpr int kWidth = 1000;
+    constexpr int kUpperEdge = 60;
+    constexpr int kFewestPixels = kWidth * 20 / 4;
+    const auto barHas = [&](const char* color) {
+        return !host.ask("findColor", {{"window", "frame"},
+                                       {"rect", {0, 0, kWidth, kUpperEdge}},
+                                       {"color", color},
+                                       {"minPixels", kFewestPixels}})["clusters"]
+                    .empty();
+    };
+    EXPECT_TRUE(HostProcess::waitUntil([&] { return barHas("#2B2F36"); }));
+    host.type("COLORTHEME 1\n");
+    EXPECT_TRUE(HostProcess::waitUntil([&] { return barHas("#F1F3F5"); }));
+    EXPECT_FALSE(barHas("#2B2F36"));
+}
+
 TEST_F(HostWindows, ControlAnswersBadRequestsAndGoesOn) {
     EXPECT_EQ(host.call({{"cmd", "frobnicate"}})["ok"], false);
     EXPECT_EQ(host.call({{"cmd", "typeText"}})["ok"], false);
