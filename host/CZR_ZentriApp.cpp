@@ -87,13 +87,17 @@ AcRx::AppRetCode CZR_ZentriApp::On_kUnloadAppMsg(void* packet) {
 }
 
 void CZR_ZentriApp::loadFont() {
-    const int font =
-        QFontDatabase::addApplicationFont(QStringLiteral(":/res/font/SourceHanSansCN-Regular.ttf"));
-    if (font == -1) {
-        acutPrintf(_T("\nZR_Zentri:Load font failed"));
-        return;
+    // Qt keeps the whole file of every font added, the same one again too, until its application goes: which
+    // it never does.
+    QStringList families = QFontDatabase::applicationFontFamilies(m_font);
+    if (families.isEmpty() || families != m_fontFamilies) {
+        m_font = QFontDatabase::addApplicationFont(QStringLiteral(":/res/font/SourceHanSansCN-Regular.ttf"));
+        if (m_font == -1) {
+            acutPrintf(_T("\nZR_Zentri:Load font failed"));
+            return;
+        }
+        families = m_fontFamilies = QFontDatabase::applicationFontFamilies(m_font);
     }
-    const QStringList families = QFontDatabase::applicationFontFamilies(font);
     if (!families.isEmpty())
         QApplication::setFont(QFont(families.first()));
 }

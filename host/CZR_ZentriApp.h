@@ -2,6 +2,8 @@
 
 #include <arxEntryPoint.h>
 
+#include <QStringList>
+
 class AcEditorReactor;
 class QApplication;
 
@@ -27,6 +29,9 @@ private:
     void deletePaletteSet();
     void stopChatThread();
 
+    /// As Qt knows the font that an earlier load added; -1 before.
+    int m_font = -1;
+    QStringList m_fontFamilies;
     bool m_recorderAttached = false;
     bool m_sysReactorAttached = false;
 };

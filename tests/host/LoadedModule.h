@@ -1,0 +1,49 @@
+#pragma once
+
+#include <AdUiPaletteSet.h>
+
+#include <QString>
+
+#include "tests/support/TestProgram.h"
+
+class QListWidget;
+class QWidget;
+
+/// The module as it is shipped, in a host with real windows and a signed-in user: only what a host can see of
+/// it. It is unloaded when the object dies.
+class LoadedModule {
+public:
+    explicit LoadedModule(const QString& file = builtFile());
+    ~LoadedModule();
+    LoadedModule(const LoadedModule&) = delete;
+    LoadedModule& operator=(const LoadedModule&) = delete;
+
+    /// What the build has made.
+    static QString builtFile();
+    static const ACHAR* name();
+
+    bool load();
+    static bool unload();
+    /// Runs a registered command; false when there is none of that name.
+    static bool run(const ACHAR* command);
+    /// Opens the panel and waits until the user's sessions have been read.
+    bool openPanel();
+    /// Types a question and sends it.
+    static void ask(const QString& question);
+    /// Waits until a piece of the answer to the last question shows: its bubble grows with it, so the answer
+    /// must have more than one line.
+    static bool waitForAnswer();
+
+    /// How many bars stand in the host's frame.
+    int bars() const;
+    /// Null while the module is not loaded.
+    CAdUiPaletteSet* paletteSet() const;
+    /// Null while the module is not loaded.
+    static QWidget* view();
+    static QListWidget* chatList();
+
+    TestProgram program;
+
+private:
+    QString m_file;
+};
