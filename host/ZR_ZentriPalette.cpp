@@ -3,6 +3,7 @@
 #include <QDebug>
 #include <QVariant>
 #include <QWindow>
+#include <QtMath>
 #include <exception>
 #include <stdexcept>
 
@@ -115,7 +116,9 @@ void ZR_ZentriPalette::embedView() {
     }
     CRect rect;
     GetWindowRect(&rect);
-    m_view->resize(rect.Width(), rect.Height());
+    // Where something in the process has turned Qt's scaling on, Qt's pixels are larger than the window's.
+    const qreal scale = m_view->devicePixelRatioF();
+    m_view->resize(qCeil(rect.Width() / scale), qCeil(rect.Height() / scale));
     m_view->relayoutMessages();
 }
 
