@@ -11,14 +11,15 @@ function(zentri_module_library name)
   target_link_libraries(${name} PUBLIC zentri_sdk ${ARG_LINK} PRIVATE zentri_warnings)
 endfunction()
 
-# zentri_test(NAME SOURCES... [LINK libs...] [DISPLAY] [SERVICE] [FIXTURE name])
+# zentri_test(NAME SOURCES... [LINK libs...] [DISPLAY] [ALONE] [SERVICE] [FIXTURE name])
 #   A GoogleTest program whose every test is a CTest of its own, in a process of its own: the module keeps
 #   process-wide singletons, and each test starts with fresh ones. Widget tests run on Qt's offscreen platform.
 #   DISPLAY tests need real windows; they share one X server and so run one at a time.
+#   ALONE tests change what every other process would see.
 #   SERVICE tests start the AI service with ServiceProcess; ZENTRI_SERVICE_PROGRAM must stand for it.
 #   FIXTURE: a CTest fixture that must stand before.
 function(zentri_test name)
-  cmake_parse_arguments(ARG "DISPLAY;SERVICE" "FIXTURE" "SOURCES;LINK" ${ARGN})
+  cmake_parse_arguments(ARG "DISPLAY;ALONE;SERVICE" "FIXTURE" "SOURCES;LINK" ${ARGN})
   if(ARG_SERVICE)
     list(APPEND ARG_LINK zentri_test_service)
     if(WIN32)
@@ -39,6 +40,9 @@ function(zentri_test name)
   endif()
   if(ARG_FIXTURE)
     list(APPEND properties FIXTURES_REQUIRED ${ARG_FIXTURE})
+  endif()
+  if(ARG_ALONE)
+    list(APPEND properties RUN_SERIAL TRUE)
   endif()
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 60 ${properties})
 endfunction()

@@ -1,0 +1,58 @@
+#include "tests/host/windows/ChildHost.h"
+
+#include <QElapsedTimer>
+
+namespace {
+constexpr int kSliceMilliseconds = 20;
+constexpr int kPatienceMilliseconds = 50000;
+}  // namespace
+
+ChildHost::ChildHost() {
+    service.answer("/zr/ai/session/user", R"({"code":200,"msg":"success","data":[]})");
+    service.answer("/zr/ai/session/create", R"({"code":200,"msg":"success","data":"session-1"})");
+    qputenv("ZR_ZENTRI_SERVICE", service.address().toLatin1());
+    qputenv("ZR_ZENTRI_PROBE", "http://" + service.address().toLatin1());
+    child.setProcessChannelMode(QProcess::SeparateChannels);
+}
+
+ChildHost::~ChildHost() {
+    if (child.state() != QProcess::NotRunning) {
+        child.kill();
+        child.waitForFinished();
+    }
+}
+
+void ChildHost::start(const QString& program, const QStringList& arguments) {
+    child.start(program, arguments);
+    ASSERT_TRUE(child.waitForStarted()) << qPrintable(child.errorString());
+}
+
+QString ChildHost::readLine() {
+    QElapsedTimer clock;
+    clock.start();
+    while (!child.canReadLine() && clock.elapsed() < kPatienceMilliseconds) {
+        if (!child.waitForReadyRead(kSliceMilliseconds) && child.state() == QProcess::NotRunning)
+            break;
+    }
+    return QString::fromUtf8(child.readLine()).trimmed();
+}
+
+testing::AssertionResult ChildHost::endsWell(int timeoutMs) {
+    if (child.state() != QProcess::NotRunning && !child.waitForFinished(timeoutMs))
+        return testing::AssertionFailure() << "it has not ended after " << timeoutMs << " ms";
+    const QByteArray errors = child.readAllStandardError();
+    if (child.exitStatus() != QProcess::NormalExit || child.exitCode() != 0 || !errors.isEmpty())
+        return testing::AssertionFailure()
+               << "exit code " << child.exitCode() << ", stderr: " << errors.constData();
+    return testing::AssertionSuccess();
+}
+
+int ChildHost::waitForQuestion() {
+    int known = 0;
+    while (service.waitForRequests(known + 1)) {
+        if (service.request(known).target == "/zr/ai/caddraw/chat")
+            return known;
+        ++known;
+    }
+    return -1;
+}
