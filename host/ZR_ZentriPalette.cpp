@@ -159,8 +159,15 @@ void ZR_ZentriPalette::forwardToView(const MSG& message) {
         return;
     const HWND view = viewHandle();
     // A message to the view itself passes by here too, since MFC asks all the parents. It will get there.
-    if (message.hwnd != view && ::IsChild(view, message.hwnd) == FALSE)
-        ::SendMessageW(view, message.message, message.wParam, message.lParam);
+    if (message.hwnd == view || ::IsChild(view, message.hwnd) != FALSE)
+        return;
+    MSG quit = {};
+    const bool quitting =
+        ::PeekMessageW(&quit, nullptr, WM_QUIT, WM_QUIT, PM_NOREMOVE) != FALSE && quit.message == WM_QUIT;
+    ::SendMessageW(view, message.message, message.wParam, message.lParam);
+    // Qt, which takes the next WM_CHAR, takes WM_QUIT for one when no other message waits.
+    if (quitting)
+        ::PostQuitMessage(static_cast<int>(quit.wParam));
 }
 
 HWND ZR_ZentriPalette::viewHandle() const {

@@ -202,6 +202,9 @@ bool ZR_ZentriPaletteView::eventFilter(QObject* watched, QEvent* event) {
             return true;
         }
     }
+    if (isKeyPress && m_typedCharacters.take(watched, *static_cast<QKeyEvent*>(event))) {
+        return true;
+    }
     const bool isInput = watched == m_ui->textEdit_userInput;
     if (event->type() == QEvent::FocusIn && (isInput || watched == m_ui->widget_SideBar->searchBox())) {
         // The host's loop gives characters to the panel only while the palette window has the native focus.

@@ -5,6 +5,7 @@
 
 #include "chat/ZR_AiChatSingleChatRecord.h"
 #include "chat/ZR_AiChatViewInterface.h"
+#include "view/ChatTypedCharacters.h"
 
 class QGraphicsOpacityEffect;
 class QPropertyAnimation;
@@ -60,6 +61,7 @@ private:
     void startSideBarAnimations(int fromWidth, int toWidth, qreal fromOpacity, qreal toOpacity);
 
     std::unique_ptr<Ui::ZR_ZentriPaletteViewClass> m_ui;
+    ChatTypedCharacters m_typedCharacters;
     bool m_sideBarOpen = false;
     QPropertyAnimation* m_widthAnimation = nullptr;
     QPropertyAnimation* m_opacityAnimation = nullptr;

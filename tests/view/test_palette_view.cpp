@@ -459,6 +459,41 @@ TEST_F(PaletteViewTest, CharactersWithoutAKeyCodeAreTyped) {
     EXPECT_EQ(search()->toPlainText(), QStringLiteral("线"));
 }
 
+TEST_F(PaletteViewTest, CharactersOfTwoUnitsAreTypedWhenBothHaveCome) {
+    const QString rare = QStringLiteral("\U00020BB7");
+    for (const QChar unit : QStringLiteral("a") + rare + rare) {
+        sendKey(input(), QEvent::KeyPress, 0, Qt::NoModifier, QString(unit));
+        sendKey(input(), QEvent::KeyRelease, 0, Qt::NoModifier, QString(unit));
+    }
+    EXPECT_EQ(input()->toPlainText(), QStringLiteral("a") + rare + rare);
+    for (const QChar unit : rare) {
+        // What an injected character's key looks like.
+        sendKey(search(), QEvent::KeyPress, 0);
+        sendKey(search(), QEvent::KeyPress, 0, Qt::NoModifier, QString(unit));
+    }
+    EXPECT_EQ(search()->toPlainText(), rare);
+}
+
+TEST_F(PaletteViewTest, HalfACharacterAloneIsNotTyped) {
+    const QString rare = QStringLiteral("\U00020BB7");
+    const QString first(rare[0]);
+    const QString second(rare[1]);
+    for (const QString& text : {second, first, QStringLiteral("b"), second, first, first, second}) {
+        sendKey(input(), QEvent::KeyPress, 0, Qt::NoModifier, text);
+    }
+    EXPECT_EQ(input()->toPlainText(), QStringLiteral("b") + rare);
+}
+
+TEST_F(PaletteViewTest, TheTabKeysCharacterIsNotTypedBesidesTheKey) {
+    sendKey(input(), QEvent::KeyPress, Qt::Key_Tab, Qt::NoModifier, QStringLiteral("\t"));
+    sendKey(input(), QEvent::KeyPress, 0, Qt::NoModifier, QStringLiteral("\t"));
+    EXPECT_EQ(input()->toPlainText(), QStringLiteral("\t"));
+    // Shift+Tab has the same character.
+    sendKey(input(), QEvent::KeyPress, Qt::Key_Backtab, Qt::ShiftModifier, QStringLiteral("\t"));
+    sendKey(input(), QEvent::KeyPress, 0, Qt::ShiftModifier, QStringLiteral("\t"));
+    EXPECT_EQ(input()->toPlainText(), QStringLiteral("\t\t"));
+}
+
 TEST_F(PaletteViewTest, KeysJustOutsideThePrintableRangePass) {
     for (const int key : {0x1F, 0x7F, int{Qt::Key_Backspace}, int{Qt::Key_Left}, int{Qt::Key_F1}}) {
         QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);

@@ -1,0 +1,136 @@
+#include <gtest/gtest.h>
+#include <win32_control.h>
+
+#include <QEventLoop>
+#include <QLineEdit>
+#include <QTimer>
+#include <QWidget>
+#include <QWindow>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "host/qtmfc/QMfcApp.h"
+#include "tests/support/TestProgram.h"
+
+namespace {
+
+/// A frame that takes note of the menu keys that it gets, and what had the focus then.
+class NotingFrame : public CMDIFrameWnd {
+public:
+    struct Key {
+        UINT message;
+        WPARAM key;
+        bool frameHadFocus;
+    };
+    std::vector<Key> keys;
+
+    bool got(UINT message, WPARAM key) const {
+        for (const Key& each : keys)
+            if (each.message == message && each.key == key)
+                return true;
+        return false;
+    }
+
+protected:
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override {
+        if (message == WM_SYSKEYDOWN || message == WM_SYSKEYUP)
+            keys.push_back({message, wParam, ::GetFocus() == m_hWnd});
+        return CMDIFrameWnd::WindowProc(message, wParam, lParam);
+    }
+};
+
+/// The user's Alt key while a field of an embedded Qt view has the focus and a loop of Qt's runs.
+class WindowsMenuKeys : public testing::Test {
+protected:
+    WindowsMenuKeys() : frame(new NotingFrame) {
+        QMfcApp::mfc_instance(&testApp());
+        frame->Create(nullptr, _T("Menu keys"), WS_OVERLAPPEDWINDOW, CRect(0, 0, 400, 300));
+        CMenu menu;
+        menu.CreateMenu();
+        menu.AppendMenu(MF_STRING, 1, _T("&File"));
+        frame->SetMenu(&menu);
+        menu.Detach();
+        frame->ShowWindow(SW_SHOW);
+        panel.Create(AfxRegisterWndClass(0), _T("Panel"), WS_CHILD | WS_VISIBLE, CRect(0, 0, 300, 200), frame,
+                     1);
+        nativeParent.reset(QWindow::fromWinId(reinterpret_cast<WId>(panel.m_hWnd)));
+        view = std::make_unique<QWidget>();
+        field = new QLineEdit(view.get());
+        view->winId();
+        view->windowHandle()->setParent(nativeParent.get());
+        view->show();
+        frame->SetForegroundWindow();
+        SetFocus(viewHandle());
+        field->setFocus();
+        TestProgram::pumpUntil([this] { return field->hasFocus() && GetFocus() == viewHandle(); });
+        TestProgram::settle();
+        frame->keys.clear();
+    }
+    ~WindowsMenuKeys() override {
+        view->hide();
+        view->windowHandle()->setParent(nullptr);
+        panel.DestroyWindow();
+        frame->DestroyWindow();
+    }
+
+    HWND viewHandle() const { return reinterpret_cast<HWND>(view->winId()); }
+
+    /// Runs a loop of Qt's until the condition holds; false when it does not in time.
+    static bool inQtsLoop(const std::function<bool()>& condition) {
+        constexpr int kTickMs = 10;
+        constexpr int kTimeoutMs = 5000;
+        QEventLoop loop;
+        QTimer tick;
+        bool held = false;
+        QObject::connect(&tick, &QTimer::timeout, &loop, [&] {
+            held = condition();
+            if (held)
+                loop.quit();
+        });
+        tick.start(kTickMs);
+        QTimer::singleShot(kTimeoutMs, &loop, &QEventLoop::quit);
+        loop.exec();
+        return held;
+    }
+
+    TestProgram program;
+    NotingFrame* frame;
+    CWnd panel;
+    std::unique_ptr<QWindow> nativeParent;
+    std::unique_ptr<QWidget> view;
+    QLineEdit* field;
+};
+
+}  // namespace
+
+TEST_F(WindowsMenuKeys, TheReleasedAltKeyGoesToTheFrameAndTheFieldHasItsFocusBack) {
+    ASSERT_EQ(GetFocus(), viewHandle());
+    ASSERT_TRUE(win32KeyEvent(VK_MENU, true));
+    ASSERT_TRUE(win32KeyEvent(VK_MENU, false));
+    EXPECT_TRUE(inQtsLoop([this] { return frame->got(WM_SYSKEYUP, VK_MENU); }));
+    ASSERT_EQ(frame->keys.size(), 1U);
+    EXPECT_TRUE(frame->keys[0].frameHadFocus);
+    EXPECT_EQ(GetFocus(), viewHandle());
+    EXPECT_TRUE(inQtsLoop([this] { return field->hasFocus(); }));
+    // The next key is the field's.
+    ASSERT_TRUE(win32KeyStroke('A'));
+    EXPECT_TRUE(inQtsLoop([this] { return field->text() == QStringLiteral("a"); }));
+}
+
+TEST_F(WindowsMenuKeys, AKeyPressedWithAltGoesToTheFrameFollowedByAltsRelease) {
+    ASSERT_EQ(GetFocus(), viewHandle());
+    ASSERT_TRUE(win32KeyEvent(VK_MENU, true));
+    ASSERT_TRUE(win32KeyEvent('Q', true));
+    EXPECT_TRUE(inQtsLoop([this] { return frame->got(WM_SYSKEYUP, VK_MENU); }));
+    ASSERT_EQ(frame->keys.size(), 2U);
+    EXPECT_EQ(frame->keys[0].message, static_cast<UINT>(WM_SYSKEYDOWN));
+    EXPECT_EQ(frame->keys[0].key, static_cast<WPARAM>('Q'));
+    EXPECT_EQ(GetFocus(), viewHandle());
+    EXPECT_TRUE(field->text().isEmpty());
+    win32KeyEvent('Q', false);
+    win32KeyEvent(VK_MENU, false);
+    EXPECT_TRUE(inQtsLoop([] { return GetKeyState(VK_MENU) >= 0; }));
+    EXPECT_EQ(frame->keys.size(), 2U);
+    EXPECT_EQ(GetFocus(), viewHandle());
+}
