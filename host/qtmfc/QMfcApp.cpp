@@ -64,6 +64,22 @@ void pinThisModule() {
                        reinterpret_cast<LPCWSTR>(&g_messageHook), &module);
 }
 
+/// Lets Qt find the plugins that stand beside this module. It would look beside the host's program only, and
+/// where its own library was built or stands; without a platform plugin it ends the process.
+void findPluginsBesideThisModule() {
+    HMODULE module = nullptr;
+    TCHAR file[MAX_PATH] = {};
+    if (GetModuleHandleExW(
+            GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
+            reinterpret_cast<LPCWSTR>(&g_messageHook), &module) == FALSE)
+        return;
+    const DWORD length = GetModuleFileNameW(module, file, MAX_PATH);
+    if (length == 0 || length == MAX_PATH)
+        return;
+    const QString path = toQString(CString(file));
+    QCoreApplication::addLibraryPath(path.left(path.lastIndexOf(QLatin1Char('\\')) + 1));
+}
+
 HWND topLevelAncestor(HWND window) {
     for (HWND parent = GetParent(window); parent != nullptr; parent = GetParent(parent))
         window = parent;
@@ -81,6 +97,7 @@ QApplication* QMfcApp::mfc_instance(CWinApp* mfcApp) {
     pinThisModule();
     if (QCoreApplication::instance() == nullptr) {
         s_winApp = mfcApp;
+        findPluginsBesideThisModule();
         char** const arguments = makeArguments(mfcApp, g_argumentCount);
         new QMfcApp(mfcApp, g_argumentCount, arguments);
     }

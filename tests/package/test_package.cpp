@@ -112,7 +112,7 @@ TEST_F(PackagedModule, OpensThePanelWithWhatItBrings) {
     for (const auto& [name, folder] :
          {std::pair("qwindows.dll", "platforms"), {"qwindowsvistastyle.dll", "styles"}}) {
         ASSERT_EQ(libraries.count(name), 1u) << name;
-        EXPECT_TRUE(fs::equivalent(libraries.at(name), kBundle + "/plugins/" + folder)) << name;
+        EXPECT_TRUE(fs::equivalent(libraries.at(name), kBundle + "/Contents/" + folder)) << name;
     }
 }
 
