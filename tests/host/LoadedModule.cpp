@@ -9,6 +9,7 @@
 #include <QApplication>
 #include <QListWidget>
 #include <QTextEdit>
+#include <QThread>
 
 #include "tests/host/FakeAccount.h"
 
@@ -51,8 +52,16 @@ bool LoadedModule::run(const ACHAR* command) {
 bool LoadedModule::openPanel() {
     program.host().clearPrinted();
     return run(_T("KQ_AICHAT")) && TestProgram::pumpUntil([this] {
-               return program.host().printedText().Find(_T("\nZentri:用户数据初始化完成")) >= 0;
+               return program.host().printedText().Find(_T("\nZentri:用户数据初始化完成")) >= 0 && isIdle();
            });
+}
+
+bool LoadedModule::isIdle() {
+    for (const QThread* worker : QCoreApplication::instance()->findChildren<QThread*>()) {
+        if (worker->isRunning())
+            return false;
+    }
+    return true;
 }
 
 void LoadedModule::ask(const QString& question) {

@@ -26,8 +26,10 @@ public:
     static bool unload();
     /// Runs a registered command; false when there is none of that name.
     static bool run(const ACHAR* command);
-    /// Opens the panel and waits until the user's sessions have been read.
+    /// Opens the panel and waits until the user's sessions have been read and a question may be asked.
     bool openPanel();
+    /// True when neither worker of the module runs.
+    static bool isIdle();
     /// Types a question and sends it.
     static void ask(const QString& question);
     /// Waits until a piece of the answer to the last question shows: its bubble grows with it, so the answer

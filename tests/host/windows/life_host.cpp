@@ -66,7 +66,7 @@ bool runRound(LoadedModule& module) {
     if (!module.load() || !module.openPanel())
         return false;
     LoadedModule::ask(QStringLiteral("怎样画圆"));
-    const bool answered = LoadedModule::waitForAnswer();
+    const bool answered = LoadedModule::waitForAnswer() && TestProgram::pumpUntil(&LoadedModule::isIdle);
     // What the end of the answer has posted.
     TestProgram::settle();
     return answered && LoadedModule::unload();
