@@ -28,7 +28,7 @@ void note(const char* fact, int value) {
     std::fflush(stdout);
 }
 
-/// Takes messages up to the wanted one, which is left undispatched: only the hook has seen it.
+/// Takes messages up to the wanted one.
 void takeUpTo(UINT wanted) {
     MSG message;
     while (GetMessageW(&message, nullptr, 0, 0) > 0 && message.message != wanted)
@@ -65,8 +65,16 @@ int main() {
 
     post();
     note("delivered before a message", delivered());
-    takeOneStep();
+    PostThreadMessageW(GetCurrentThreadId(), kStep, 0, 0);
+    MSG message;
+    GetMessageW(&message, nullptr, 0, 0);
+    // Only hooks have seen it so far.
     note("delivered with a message", delivered());
+    if (message.message != kStep) {
+        DispatchMessageW(&message);
+        takeUpTo(kStep);
+    }
+    note("delivered twice", delivered() - 1);
 
     postModalLoop(kLoopEnd);
     PostThreadMessageW(GetCurrentThreadId(), kStep, 0, 0);

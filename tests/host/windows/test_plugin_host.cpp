@@ -35,6 +35,7 @@ TEST_F(PluginHost, GetsOneApplication) {
 TEST_F(PluginHost, DeliversPostedEventsWithItsMessages) {
     EXPECT_EQ(fact("delivered before a message"), 0);
     EXPECT_EQ(fact("delivered with a message"), 1);
+    EXPECT_EQ(fact("delivered twice"), 0);
 }
 
 TEST_F(PluginHost, DeliversPostedEventsInAModalLoop) {
