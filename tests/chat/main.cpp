@@ -3,10 +3,11 @@
 #include <QCoreApplication>
 
 #include "tests/chat/LogFile.h"
+#include "tests/support/LastingApplication.h"
 
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
-    const QCoreApplication application(argc, argv);
+    makeLastingApplication<QCoreApplication>(argc, argv);
     LogFile::install();
     return RUN_ALL_TESTS();
 }

@@ -3,6 +3,7 @@
 #include <QGuiApplication>
 
 #include "tests/chat/LogFile.h"
+#include "tests/support/LastingApplication.h"
 
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
@@ -10,7 +11,7 @@ int main(int argc, char** argv) {
     if (testing::GTEST_FLAG(list_tests)) {
         return RUN_ALL_TESTS();
     }
-    const QGuiApplication application(argc, argv);
+    makeLastingApplication<QGuiApplication>(argc, argv);
     LogFile::install();
     return RUN_ALL_TESTS();
 }

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QLoggingCategory>
 
+#include "tests/support/LastingApplication.h"
 #include "tests/support/ModuleFont.h"
 
 // Takes --scale=PERCENT, which the platform reads once when it starts.
@@ -19,7 +20,7 @@ int main(int argc, char** argv) {
             qputenv("QT_SCALE_FACTOR", QByteArray::number(percent / 100.0));
         }
     }
-    const QApplication application(argc, argv);
+    makeLastingApplication<QApplication>(argc, argv);
     QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
     useModuleFont();
     return RUN_ALL_TESTS();

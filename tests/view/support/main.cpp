@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QLoggingCategory>
 
+#include "tests/support/LastingApplication.h"
 #include "tests/support/ModuleFont.h"
 
 // The font of the resource set, as the module loads it. Traces are off unless a test wants them.
@@ -12,7 +13,7 @@ int main(int argc, char** argv) {
     if (testing::GTEST_FLAG(list_tests)) {
         return RUN_ALL_TESTS();
     }
-    const QApplication application(argc, argv);
+    makeLastingApplication<QApplication>(argc, argv);
     QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
     useModuleFont();
     return RUN_ALL_TESTS();
