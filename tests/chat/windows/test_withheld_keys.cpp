@@ -4,13 +4,10 @@
 #include <QElapsedTimer>
 #include <QKeyEvent>
 #include <QTest>
-#include <QTimer>
 #include <QWindow>
 #include <functional>
 
-#include "chat/ZR_AiChatService.h"
-#include "tests/chat/FakeChat.h"
-#include "tests/support/http/FakeHttpServer.h"
+#include "tests/chat/WithheldCall.h"
 
 // On Windows Qt's loop takes the messages of the whole thread, the host's too. Those of the user that come
 // while a call is under way on the main thread wait in Qt, and the host's own loop never asks Qt for them.
@@ -58,32 +55,8 @@ private:
     HWND m_window;
 };
 
-class WithheldKeys : public ChatTest {
+class WithheldKeys : public WithheldCall {
 protected:
-    WithheldKeys() { setServiceAddress(m_server.address()); }
-
-    /// Calls the service; once the call has reached it, `input` is given, and the reply follows after that.
-    void callMeanwhile(const std::function<void()>& input) {
-        bool given = false;
-        QTimer during;
-        QObject::connect(&during, &QTimer::timeout, &during, [&] {
-            if (m_server.requestCount() == 0) {
-                return;
-            }
-            if (!given) {
-                given = true;
-                input();
-                return;
-            }
-            // The loop has gone round with the input waiting.
-            during.stop();
-            m_server.sendEmptyReply(0, 404);
-        });
-        during.start(1);
-        EXPECT_TRUE(createSessionOnServer().IsEmpty());
-        EXPECT_TRUE(given);
-    }
-
     /// The host's loop, until the condition holds or its time is up.
     static bool pumpUntil(const std::function<bool()>& condition) {
         QElapsedTimer limit;
@@ -104,8 +77,6 @@ protected:
             PostMessageW(window, WM_CHAR, character.unicode(), 1);
         }
     }
-
-    FakeHttpServer m_server;
 };
 
 }  // namespace
