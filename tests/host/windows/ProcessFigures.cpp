@@ -11,6 +11,7 @@
 namespace {
 
 constexpr int kHandleIndexes = 0x10000;
+constexpr ULONG_PTR kFirstUserIndex = 0x20;
 constexpr NTSTATUS kLengthMismatch = static_cast<NTSTATUS>(0xC0000004);
 
 /// The system's own record of this process. GetProcessHandleCount would do for the handles, but Wine always
@@ -65,6 +66,28 @@ unsigned long countWindows() {
     return g_windows;
 }
 
+bool isIcon(HICON handle) {
+    ICONINFO parts = {};
+    if (GetIconInfo(handle, &parts) == FALSE)
+        return false;
+    // They are copies.
+    DeleteObject(parts.hbmMask);
+    DeleteObject(parts.hbmColor);
+    return true;
+}
+
+unsigned long countUserObjects(unsigned long windows) {
+    const DWORD counted = GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS);
+    if (counted != 0)
+        return counted;
+    // As with the objects of GDI below; a window of another process has its index here too.
+    unsigned long count = windows;
+    for (ULONG_PTR index = kFirstUserIndex; index < kHandleIndexes; index += 2)
+        count +=
+            IsMenu(reinterpret_cast<HMENU>(index)) != FALSE || isIcon(reinterpret_cast<HICON>(index)) ? 1 : 0;
+    return count;
+}
+
 unsigned long countGdiObjects() {
     const DWORD counted = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS);
     if (counted != 0)
@@ -82,6 +105,7 @@ ProcessFigures ProcessFigures::now() {
     ProcessFigures figures;
     readProcessRecord(figures);
     figures.windows = countWindows();
+    figures.userObjects = countUserObjects(figures.windows);
     figures.gdiObjects = countGdiObjects();
     PROCESS_MEMORY_COUNTERS memory = {};
     memory.cb = sizeof memory;
@@ -93,7 +117,7 @@ ProcessFigures ProcessFigures::now() {
 
 std::string ProcessFigures::text() const {
     std::ostringstream out;
-    out << "handles " << kernelHandles << " threads " << threads << " windows " << windows << " gdi "
-        << gdiObjects << " bytes " << privateBytes;
+    out << "handles " << kernelHandles << " threads " << threads << " windows " << windows << " user "
+        << userObjects << " gdi " << gdiObjects << " bytes " << privateBytes;
     return out.str();
 }

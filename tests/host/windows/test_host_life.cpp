@@ -30,21 +30,23 @@ class HostEnding : public ChildHost, public testing::WithParamInterface<Ending> 
 /// What the host has written of itself after some rounds.
 struct Figures {
     explicit Figures(const QString& line) {
-        static const QRegularExpression form(
-            QStringLiteral("^handles (\\d+) threads (\\d+) windows (\\d+) gdi (\\d+) bytes (\\d+)$"));
+        static const QRegularExpression form(QStringLiteral(
+            "^handles (\\d+) threads (\\d+) windows (\\d+) user (\\d+) gdi (\\d+) bytes (\\d+)$"));
         const QRegularExpressionMatch match = form.match(line);
         valid = match.hasMatch();
         handles = match.captured(1).toInt();
         threads = match.captured(2).toInt();
         windows = match.captured(3).toInt();
-        gdi = match.captured(4).toInt();
-        bytes = match.captured(5).toLongLong();
+        user = match.captured(4).toInt();
+        gdi = match.captured(5).toInt();
+        bytes = match.captured(6).toLongLong();
     }
 
     bool valid;
     int handles;
     int threads;
     int windows;
+    int user;
     int gdi;
     qint64 bytes;
 };
@@ -95,6 +97,7 @@ TEST_F(HostRounds, LoadingAskingAndUnloadingFiftyTimesLeavesNothingBehind) {
 
     EXPECT_EQ(after.windows, warm.windows);
     EXPECT_LE(after.threads, warm.threads);
+    EXPECT_LE(after.user, warm.user);
     EXPECT_LE(after.gdi, warm.gdi);
     EXPECT_LE(after.handles, warm.handles);
     EXPECT_LE(after.bytes, warm.bytes + kHeapSlack);
