@@ -76,15 +76,27 @@ protected:
               box["y"].get<int>() + box["height"].get<int>() / 2);
     }
 
-    bool caretIsSeen() {
+    /// What is black in the first row of the input box.
+    Json inputStrokes() {
         const Json box = inputBox();
         const Json palette = host->window("palette")["rect"];
         const Json inside = {box["x"].get<int>() - palette["x"].get<int>() + kFrame,
                              box["y"].get<int>() - palette["y"].get<int>() + kFrame, box["width"], kInputRow};
-        const Json strokes = found("#000000", {{"window", "palette"}, {"rect", inside}, {"tolerance", 60}});
+        return found("#000000", {{"window", "palette"}, {"rect", inside}, {"tolerance", 60}});
+    }
+
+    bool caretIsSeen() {
+        const Json strokes = inputStrokes();
         return std::any_of(strokes.begin(), strokes.end(), [](const Json& stroke) {
             return stroke["width"] <= kCaretWidth && stroke["height"] >= kCaretHeight;
         });
+    }
+
+    /// A text is seen in the input box, beside the caret.
+    bool textIsSeen() {
+        const Json strokes = inputStrokes();
+        return std::count_if(strokes.begin(), strokes.end(),
+                             [](const Json& stroke) { return stroke["height"] < kCaretHeight; }) > 1;
     }
 
     /// Longer than a caret is away in its blinking.
@@ -164,6 +176,35 @@ TEST_F(EndToEnd, TheCaretStandsInTheInputBoxWhileThePanelHasTheKeys) {
         EXPECT_TRUE(host->waitForPrompt("LINE")) << typed;
         host->ask("key", {{"key", "Escape"}});
     }
+}
+
+TEST_F(EndToEnd, TheKeysAreThePanelsUntilTheCommandLineIsClickedAndTheMenusWithAlt) {
+    const auto press = [&](const std::string& characters) {
+        for (const char character : characters) {
+            host->ask("key",
+                      {{"key", character == ' ' ? "Space" : std::string(1, character)}, {"real", true}});
+        }
+    };
+    const std::string noCommand = activeCommand();
+    clickInputBox();
+    ASSERT_EQ(host->ask("focus")["kind"], "palette");
+    ASSERT_FALSE(textIsSeen());
+    press("line ");
+    EXPECT_TRUE(HostProcess::waitUntil([&] { return textIsSeen(); }));
+    host->idle();
+    EXPECT_EQ(host->ask("commandLine")["input"], "");
+    EXPECT_EQ(activeCommand(), noCommand);
+
+    host->ask("key", {{"key", "d"}, {"alt", true}, {"real", true}});
+    press("c");
+    EXPECT_TRUE(host->waitForPrompt("CIRCLE"));
+    EXPECT_EQ(host->ask("focus")["kind"], "palette");
+
+    host->ask("clickWindow", {{"window", "commandLine"}});
+    host->ask("key", {{"key", "Escape"}, {"real", true}});
+    EXPECT_TRUE(HostProcess::waitUntil([&] { return activeCommand() == noCommand; }));
+    press("line ");
+    EXPECT_TRUE(host->waitForPrompt("LINE 指定第一个点"));
 }
 
 TEST_F(EndToEnd, TheAnswerGoesOnBehindAMessageBox) {
