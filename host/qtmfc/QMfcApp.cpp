@@ -4,11 +4,14 @@
 
 #include <QAbstractEventDispatcher>
 #include <QByteArray>
+#include <QEvent>
 #include <QPointer>
 #include <QString>
 #include <QStringList>
 #include <QWidget>
 #include <cstring>
+#include <utility>
+#include <vector>
 
 #include "host/core/ZR_ZentriText.h"
 
@@ -17,10 +20,43 @@ int QMfcApp::s_modalLoops = 0;
 
 namespace {
 
-// What sendPostedEvents delivers.
+// What sendPostedEvents delivers. To Qt 5 they are alike, see DeferredDeletes.
 constexpr int kAllEvents = -1;
 constexpr int kWithoutDeferredDeletes = 0;
 
+/// Puts deletes off while a plug-in's modal loop is counted. Qt 5 would go on with those asked for before the
+/// loop began, whatever it is told to deliver.
+class DeferredDeletes : public QObject {
+public:
+    using QObject::QObject;
+
+    bool eventFilter(QObject* object, QEvent* event) override {
+        if (event->type() != QEvent::DeferredDelete || !QMfcApp::modalLoopRuns())
+            return false;
+        m_objects.push_back(object);
+        return true;
+    }
+
+    /// Asks for them again, from within an event: asked for outside of any, a delete waits for a loop of
+    /// Qt's.
+    void resume() {
+        QMetaObject::invokeMethod(
+            this,
+            [this] {
+                for (const QPointer<QObject>& object : std::exchange(m_objects, {})) {
+                    if (object != nullptr)
+                        object->deleteLater();
+                }
+            },
+            Qt::QueuedConnection);
+    }
+
+private:
+    std::vector<QPointer<QObject>> m_objects;
+};
+
+/// The plug-in's; null for other applications.
+QPointer<DeferredDeletes> g_deferredDeletes;
 HHOOK g_messageHook = nullptr;
 /// QApplication keeps a reference to it.
 int g_argumentCount = 0;
@@ -111,13 +147,15 @@ bool QMfcApp::pluginInstance(HINSTANCE plugin) {
     const HOOKPROC deliverPostedEvents = [](int code, WPARAM wParam, LPARAM lParam) -> LRESULT {
         if (QCoreApplication::instance() != nullptr)
             QCoreApplication::sendPostedEvents(nullptr,
-                                               s_modalLoops > 0 ? kWithoutDeferredDeletes : kAllEvents);
+                                               modalLoopRuns() ? kWithoutDeferredDeletes : kAllEvents);
         return CallNextHookEx(g_messageHook, code, wParam, lParam);
     };
     g_messageHook = SetWindowsHookExW(WH_GETMESSAGE, deliverPostedEvents, nullptr, GetCurrentThreadId());
 
     g_argumentCount = 0;
-    new QApplication(g_argumentCount, nullptr);
+    auto* const application = new QApplication(g_argumentCount, nullptr);
+    g_deferredDeletes = new DeferredDeletes(application);
+    application->installEventFilter(g_deferredDeletes);
 
     if (plugin != nullptr) {
         char fileName[MAX_PATH] = {};
@@ -125,6 +163,12 @@ bool QMfcApp::pluginInstance(HINSTANCE plugin) {
             LoadLibraryA(fileName);
     }
     return true;
+}
+
+void QMfcApp::exitModalLoop() {
+    --s_modalLoops;
+    if (!modalLoopRuns() && g_deferredDeletes != nullptr)
+        g_deferredDeletes->resume();
 }
 
 int QMfcApp::run(CWinApp* mfcApp) {

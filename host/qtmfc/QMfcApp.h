@@ -24,10 +24,11 @@ public:
     /// Runs Qt's loop, with a Qt application of its own when there is none yet; returns exec()'s result.
     static int run(CWinApp* mfcApp);
 
-    // A plug-in's modal loops, which count: while one runs, the hook of pluginInstance keeps deferred
-    // deletes.
+    // A plug-in's modal loops, which count: while one runs, objects that are to be deleted later stay. That
+    // holds for the application of pluginInstance only.
     static void enterModalLoop() { ++s_modalLoops; }
-    static void exitModalLoop() { --s_modalLoops; }
+    static void exitModalLoop();
+    static bool modalLoopRuns() { return s_modalLoops > 0; }
 
     /// `argc` must live as long as the application, as QApplication demands.
     QMfcApp(CWinApp* mfcApp, int& argc, char** argv);

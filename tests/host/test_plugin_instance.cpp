@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QMetaObject>
+#include <QPointer>
 #include <QTimer>
 
 #include "host/qtmfc/QMfcApp.h"
@@ -49,6 +50,29 @@ TEST(PluginInstance, TheHookWorksInAModalLoopToo) {
         DispatchMessageW(&message);
     QMfcApp::exitModalLoop();
     EXPECT_TRUE(delivered);
+}
+
+TEST(PluginInstance, DeletesAskedForBeforeAModalLoopWaitUntilTheLastHasEnded) {
+    ASSERT_TRUE(QMfcApp::pluginInstance());
+    TestProgram program;
+    QPointer<QObject> object;
+    QMetaObject::invokeMethod(
+        qApp,
+        [&object] {
+            object = new QObject;
+            object->deleteLater();
+            QMfcApp::enterModalLoop();
+            QMfcApp::enterModalLoop();
+        },
+        Qt::QueuedConnection);
+    ASSERT_TRUE(TestProgram::pumpUntil([&object] { return object != nullptr; }));
+    TestProgram::settle();
+    EXPECT_NE(object, nullptr);
+    QMfcApp::exitModalLoop();
+    TestProgram::settle();
+    EXPECT_NE(object, nullptr);
+    QMfcApp::exitModalLoop();
+    EXPECT_TRUE(TestProgram::pumpUntil([&object] { return object == nullptr; }));
 }
 
 TEST(PluginInstance, TheHookPassesOnToTheNextOne) {
