@@ -56,16 +56,18 @@ TEST(PluginInstance, DeletesAskedForBeforeAModalLoopWaitUntilTheLastHasEnded) {
     ASSERT_TRUE(QMfcApp::pluginInstance());
     TestProgram program;
     QPointer<QObject> object;
+    bool asked = false;
     QMetaObject::invokeMethod(
         qApp,
-        [&object] {
+        [&] {
+            asked = true;
             object = new QObject;
             object->deleteLater();
             QMfcApp::enterModalLoop();
             QMfcApp::enterModalLoop();
         },
         Qt::QueuedConnection);
-    ASSERT_TRUE(TestProgram::pumpUntil([&object] { return object != nullptr; }));
+    ASSERT_TRUE(TestProgram::pumpUntil([&asked] { return asked; }));
     TestProgram::settle();
     EXPECT_NE(object, nullptr);
     QMfcApp::exitModalLoop();
