@@ -7,13 +7,12 @@
 #include <QPointer>
 #include <QTimer>
 #include <QWidget>
-#include <QWindow>
 #include <functional>
-#include <memory>
 #include <vector>
 
 #include "host/core/ZR_ZentriText.h"
 #include "host/qtmfc/QMfcApp.h"
+#include "tests/host/PanelInFrame.h"
 #include "tests/support/TestProgram.h"
 
 namespace {
@@ -91,42 +90,15 @@ public:
 };
 
 /// A focused Qt window embedded in a child window of a frame with a menu.
-struct MenuKeys {
-    MenuKeys() : frame(new KeyFrame) {
-        frame->Create(nullptr, _T("Menu keys"), WS_OVERLAPPEDWINDOW, CRect(0, 0, 400, 300));
-        CMenu menu;
-        menu.CreateMenu();
-        menu.AppendMenu(MF_STRING, 1, _T("&File"));
-        frame->SetMenu(&menu);
-        menu.Detach();
-        frame->ShowWindow(SW_SHOW);
-        panel.Create(AfxRegisterWndClass(0), _T("Panel"), WS_CHILD | WS_VISIBLE, CRect(0, 0, 300, 200), frame,
-                     1);
-        nativeParent.reset(QWindow::fromWinId(reinterpret_cast<WId>(panel.m_hWnd)));
-        view.winId();
-        view.windowHandle()->setParent(nativeParent.get());
-        view.show();
+struct MenuKeys : PanelInFrame<KeyFrame> {
+    MenuKeys() {
+        showView();
         TestProgram::pumpUntil([this] { return GetParent(viewHandle()) == panel.m_hWnd; });
         SetFocus(viewHandle());
         TestProgram::settle();
         frame->messages.clear();
         frame->keys.clear();
     }
-    ~MenuKeys() {
-        view.hide();
-        view.windowHandle()->setParent(nullptr);
-        panel.DestroyWindow();
-        frame->DestroyWindow();
-    }
-    MenuKeys(const MenuKeys&) = delete;
-    MenuKeys& operator=(const MenuKeys&) = delete;
-
-    HWND viewHandle() { return reinterpret_cast<HWND>(view.winId()); }
-
-    KeyFrame* frame;
-    CWnd panel;
-    std::unique_ptr<QWindow> nativeParent;
-    QWidget view;
 };
 
 }  // namespace

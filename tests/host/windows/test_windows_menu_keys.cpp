@@ -1,16 +1,15 @@
 #include <gtest/gtest.h>
 #include <win32_control.h>
 
+#include <QApplication>
 #include <QEventLoop>
 #include <QLineEdit>
 #include <QTimer>
-#include <QWidget>
-#include <QWindow>
 #include <functional>
-#include <memory>
 #include <vector>
 
 #include "host/qtmfc/QMfcApp.h"
+#include "tests/host/PanelInFrame.h"
 #include "tests/support/TestProgram.h"
 
 namespace {
@@ -43,38 +42,20 @@ protected:
 /// The user's Alt key while a field of an embedded Qt view has the focus and a loop of Qt's runs.
 class WindowsMenuKeys : public testing::Test {
 protected:
-    WindowsMenuKeys() : frame(new NotingFrame) {
-        QMfcApp::mfc_instance(&testApp());
-        frame->Create(nullptr, _T("Menu keys"), WS_OVERLAPPEDWINDOW, CRect(0, 0, 400, 300));
-        CMenu menu;
-        menu.CreateMenu();
-        menu.AppendMenu(MF_STRING, 1, _T("&File"));
-        frame->SetMenu(&menu);
-        menu.Detach();
-        frame->ShowWindow(SW_SHOW);
-        panel.Create(AfxRegisterWndClass(0), _T("Panel"), WS_CHILD | WS_VISIBLE, CRect(0, 0, 300, 200), frame,
-                     1);
-        nativeParent.reset(QWindow::fromWinId(reinterpret_cast<WId>(panel.m_hWnd)));
-        view = std::make_unique<QWidget>();
-        field = new QLineEdit(view.get());
-        view->winId();
-        view->windowHandle()->setParent(nativeParent.get());
-        view->show();
-        frame->SetForegroundWindow();
-        SetFocus(viewHandle());
-        field->setFocus();
-        TestProgram::pumpUntil([this] { return field->hasFocus() && GetFocus() == viewHandle(); });
-        TestProgram::settle();
-        frame->keys.clear();
-    }
-    ~WindowsMenuKeys() override {
-        view->hide();
-        view->windowHandle()->setParent(nullptr);
-        panel.DestroyWindow();
-        frame->DestroyWindow();
-    }
+    struct FocusedField : PanelInFrame<NotingFrame> {
+        FocusedField() : field(new QLineEdit(&view)) {
+            showView();
+            frame->SetForegroundWindow();
+            SetFocus(viewHandle());
+            field->setFocus();
+            TestProgram::pumpUntil([this] { return field->hasFocus() && GetFocus() == viewHandle(); });
+            TestProgram::settle();
+            frame->keys.clear();
+        }
+        QLineEdit* field;
+    };
 
-    HWND viewHandle() const { return reinterpret_cast<HWND>(view->winId()); }
+    HWND viewHandle() const { return window.viewHandle(); }
 
     /// Runs a loop of Qt's until the condition holds; false when it does not in time.
     static bool inQtsLoop(const std::function<bool()>& condition) {
@@ -95,11 +76,10 @@ protected:
     }
 
     TestProgram program;
-    NotingFrame* frame;
-    CWnd panel;
-    std::unique_ptr<QWindow> nativeParent;
-    std::unique_ptr<QWidget> view;
-    QLineEdit* field;
+    QApplication* application = QMfcApp::mfc_instance(&testApp());
+    FocusedField window;
+    NotingFrame* frame = window.frame;
+    QLineEdit* field = window.field;
 };
 
 }  // namespace
