@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-#include "tests/sim/host/HostProcess.h"
+#include "tests/sim/cad/HostProcess.h"
 #include "tests/support/service/ServiceProcess.h"
 
 namespace {

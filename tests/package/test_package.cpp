@@ -12,7 +12,7 @@
 #include <memory>
 #include <string>
 
-#include "tests/sim/host/HostProcess.h"
+#include "tests/sim/cad/HostProcess.h"
 #include "tests/support/http/FakeHttpServer.h"
 
 namespace fs = std::filesystem;

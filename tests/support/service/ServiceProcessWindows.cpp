@@ -5,7 +5,7 @@
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 
-#include "sim/host/control/Socket.h"
+#include "sim/cad/control/Socket.h"
 #include "tests/support/service/ServiceProcess.h"
 
 class ServiceProcess::Program {
