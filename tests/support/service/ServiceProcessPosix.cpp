@@ -1,6 +1,6 @@
 #include <csignal>
 
-#include "tests/sim/service/ChildProgram.h"
+#include "tests/service/ChildProgram.h"
 #include "tests/support/service/ServiceProcess.h"
 
 class ServiceProcess::Program : public zentri::service::ChildProgram {
