@@ -5,7 +5,7 @@
 #include <QSet>
 #include <QVariant>
 
-#include "view/QNChatMessage.h"
+#include "view/bubble/QNChatMessage.h"
 #include "view/theme/ZR_ZentriThemeStyle.h"
 
 namespace {

@@ -5,10 +5,6 @@
 
 class QNChatMessage;
 
-/// The property in which a bubble finds the list row it stands in (a void* to its QListWidgetItem). It is
-/// taken back before the row goes.
-constexpr char kListItemProperty[] = "ZR_LISTITEM_PTR";
-
 /// The scrolling list of bubbles, oldest first. It sizes rows by the bubbles' own measurement and passes the
 /// colour theme on to them. UI thread.
 class ZR_AiChatListWidget : public QListWidget {

@@ -10,7 +10,7 @@
 #include "host/core/ZR_ZentriPaletteAccess.h"
 #include "host/core/ZR_ZentriText.h"
 #include "ui_ZR_ZentriPaletteView.h"
-#include "view/QNChatMessage.h"
+#include "view/bubble/QNChatMessage.h"
 #include "view/theme/ZR_ZentriThemeStyle.h"
 
 namespace {

@@ -16,8 +16,8 @@
 #include "tests/view/support/PlainBubblePainter.h"
 #include "tests/view/support/PlainTextMeasure.h"
 #include "tests/view/support/RandomText.h"
-#include "view/ChatTextMeasure.h"
-#include "view/QNChatMessage.h"
+#include "view/bubble/ChatTextMeasure.h"
+#include "view/bubble/QNChatMessage.h"
 
 namespace {
 

@@ -19,12 +19,12 @@
 #include "sidebar/ZR_AiChatSideBar.h"
 #include "sidebar/ZR_AiChatSideBarSearchInputDlg.h"
 #include "tests/view/support/ViewTest.h"
-#include "view/QNChatMessage.h"
 #include "view/ZR_AiChatListWidget.h"
-#include "view/ZR_AiChatUserDlg.h"
-#include "view/ZR_AiChatUserEditDlg.h"
-#include "view/ZR_AiChatUserInputDlg.h"
 #include "view/ZR_ZentriPaletteView.h"
+#include "view/bubble/QNChatMessage.h"
+#include "view/dialogs/ZR_AiChatUserDlg.h"
+#include "view/dialogs/ZR_AiChatUserEditDlg.h"
+#include "view/dialogs/ZR_AiChatUserInputDlg.h"
 #include "view/theme/ZR_ZentriThemeStyle.h"
 
 namespace {

@@ -9,8 +9,8 @@
 
 #include "tests/view/support/QtPrinters.h"
 #include "tests/view/support/ViewTest.h"
-#include "view/QNChatMessage.h"
 #include "view/ZR_AiChatListWidget.h"
+#include "view/bubble/QNChatMessage.h"
 #include "view/theme/ZR_ZentriThemeStyle.h"
 
 namespace {

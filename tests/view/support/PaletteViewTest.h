@@ -8,9 +8,9 @@
 #include "sidebar/ZR_AiChatSideBar.h"
 #include "tests/view/support/QtPrinters.h"
 #include "tests/view/support/ServiceTest.h"
-#include "view/QNChatMessage.h"
 #include "view/ZR_AiChatListWidget.h"
 #include "view/ZR_ZentriPaletteView.h"
+#include "view/bubble/QNChatMessage.h"
 
 /// The whole panel on screen, in a fake palette and with a service under the test's command.
 class PaletteViewTest : public ServiceTest {

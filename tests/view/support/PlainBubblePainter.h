@@ -6,7 +6,7 @@
 #include <QTextOption>
 #include <vector>
 
-#include "view/QNChatMessage.h"
+#include "view/bubble/QNChatMessage.h"
 
 /// How a bubble is painted, written down step by step: every character is measured and drawn by itself, every
 /// time. What the module paints must be the same pixels, and what it makes of the links the same rectangles.

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/view/support/QtPrinters.h"
-#include "view/ChatBubbleRects.h"
+#include "view/bubble/ChatBubbleRects.h"
 
 namespace {
 

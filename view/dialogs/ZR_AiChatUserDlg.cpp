@@ -1,4 +1,4 @@
-#include "view/ZR_AiChatUserDlg.h"
+#include "view/dialogs/ZR_AiChatUserDlg.h"
 
 #include <aced.h>
 

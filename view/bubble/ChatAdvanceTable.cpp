@@ -1,4 +1,4 @@
-#include "view/ChatAdvanceTable.h"
+#include "view/bubble/ChatAdvanceTable.h"
 
 namespace {
 

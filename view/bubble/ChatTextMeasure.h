@@ -7,8 +7,8 @@
 #include <memory>
 #include <vector>
 
-#include "view/ChatAdvanceTable.h"
-#include "view/ChatLineScanner.h"
+#include "view/bubble/ChatAdvanceTable.h"
+#include "view/bubble/ChatLineScanner.h"
 
 /// Measures the text of a bubble by two rules: a text without line breaks by a fixed number of characters per
 /// row, any other text line by line. It remembers the text that it measured last, so that a longer one that

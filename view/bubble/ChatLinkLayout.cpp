@@ -1,9 +1,9 @@
-#include "view/ChatLinkLayout.h"
+#include "view/bubble/ChatLinkLayout.h"
 
 #include <QPainter>
 #include <algorithm>
 
-#include "view/ChatLineScanner.h"
+#include "view/bubble/ChatLineScanner.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "view/ChatLineScanner.h"
+#include "view/bubble/ChatLineScanner.h"
 
 #include <QtMath>
 #include <utility>

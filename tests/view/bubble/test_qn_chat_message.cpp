@@ -22,9 +22,9 @@
 #include "tests/view/support/PlainTextMeasure.h"
 #include "tests/view/support/QtPrinters.h"
 #include "tests/view/support/ViewTest.h"
-#include "view/QNChatMessage.h"
 #include "view/ZR_AiChatListWidget.h"
-#include "view/ZR_AiChatUserEditDlg.h"
+#include "view/bubble/QNChatMessage.h"
+#include "view/dialogs/ZR_AiChatUserEditDlg.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "view/ZR_AiChatUserEditDlg.h"
+#include "view/dialogs/ZR_AiChatUserEditDlg.h"
 
 #include <QPainter>
 #include <QStyle>

@@ -3,7 +3,7 @@
 #include <QString>
 #include <memory>
 
-#include "view/ChatAdvanceTable.h"
+#include "view/bubble/ChatAdvanceTable.h"
 
 /// Finds the character at which a line becomes too wide. The rule is "the first character with which the
 /// line's own width exceeds the limit", and the answer is that of the font's metrics, character by character.

@@ -8,7 +8,7 @@
 #include "tests/view/support/PlainBubblePainter.h"
 #include "tests/view/support/QtPrinters.h"
 #include "tests/view/support/RandomText.h"
-#include "view/QNChatMessage.h"
+#include "view/bubble/QNChatMessage.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "view/QNChatMessage.h"
+#include "view/bubble/QNChatMessage.h"
 
 #include <QClipboard>
 #include <QDateTime>
@@ -18,8 +18,7 @@
 #include "host/core/ZR_ZentriColorTheme.h"
 #include "host/core/ZR_ZentriPaletteAccess.h"
 #include "host/core/ZR_ZentriText.h"
-#include "view/ZR_AiChatListWidget.h"
-#include "view/ZR_AiChatUserEditDlg.h"
+#include "view/dialogs/ZR_AiChatUserEditDlg.h"
 #include "view/theme/ZR_ZentriThemeStyle.h"
 
 namespace {

@@ -7,7 +7,7 @@
 #include "tests/view/support/PlainTextMeasure.h"
 #include "tests/view/support/QtPrinters.h"
 #include "tests/view/support/RandomText.h"
-#include "view/ChatTextMeasure.h"
+#include "view/bubble/ChatTextMeasure.h"
 
 namespace {
 

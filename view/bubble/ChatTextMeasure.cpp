@@ -1,4 +1,4 @@
-#include "view/ChatTextMeasure.h"
+#include "view/bubble/ChatTextMeasure.h"
 
 #include <QDebug>
 #include <QLoggingCategory>

@@ -1,11 +1,11 @@
-#include "view/ChatPlainTextLayout.h"
+#include "view/bubble/ChatPlainTextLayout.h"
 
 #include <QFontMetricsF>
 #include <QPainter>
 #include <QTextLayout>
 #include <QtMath>
 
-#include "view/ChatAdvanceTable.h"
+#include "view/bubble/ChatAdvanceTable.h"
 
 namespace {
 

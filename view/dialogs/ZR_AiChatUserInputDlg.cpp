@@ -1,4 +1,4 @@
-#include "view/ZR_AiChatUserInputDlg.h"
+#include "view/dialogs/ZR_AiChatUserInputDlg.h"
 
 #include "ui_ZR_AiChatUserInputDlg.h"
 

@@ -1,4 +1,4 @@
-#include "view/ChatBubbleRects.h"
+#include "view/bubble/ChatBubbleRects.h"
 
 #include <algorithm>
 

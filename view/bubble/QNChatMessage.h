@@ -7,14 +7,18 @@
 #include <vector>
 
 #include "chat/ZR_AiChatAnswerInterface.h"
-#include "view/ChatBubbleRects.h"
-#include "view/ChatLinkLayout.h"
-#include "view/ChatPlainTextLayout.h"
-#include "view/ChatTextMeasure.h"
+#include "view/bubble/ChatBubbleRects.h"
+#include "view/bubble/ChatLinkLayout.h"
+#include "view/bubble/ChatPlainTextLayout.h"
+#include "view/bubble/ChatTextMeasure.h"
 
 class QLabel;
 class QMovie;
 class QPainter;
+
+/// The dynamic property through which a bubble reaches its list row (a void* to its QListWidgetItem). The
+/// list sets it, and clears it before the row is removed.
+constexpr char kListItemProperty[] = "ZR_LISTITEM_PTR";
 
 /// One message of the chat list: a question, an answer that can stream in, or a time line. It measures its
 /// text, paints itself, and makes the command names between 【 and 】 in an answer clickable. UI thread.

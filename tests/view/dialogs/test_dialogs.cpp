@@ -12,9 +12,9 @@
 
 #include "tests/view/support/QtPrinters.h"
 #include "tests/view/support/ViewTest.h"
-#include "view/ZR_AiChatUserDlg.h"
-#include "view/ZR_AiChatUserEditDlg.h"
-#include "view/ZR_AiChatUserInputDlg.h"
+#include "view/dialogs/ZR_AiChatUserDlg.h"
+#include "view/dialogs/ZR_AiChatUserEditDlg.h"
+#include "view/dialogs/ZR_AiChatUserInputDlg.h"
 #include "view/theme/ZR_ZentriThemeStyle.h"
 
 namespace {
