@@ -22,7 +22,7 @@
 namespace {
 
 /// Of a longer buffer only the end is traced, so that a large event does not cost more with every chunk.
-constexpr int tracedBufferSize = 4096;
+constexpr int kTracedBufferSize = 4096;
 
 QByteArray requestBody() {
     const ZR_AiChatExchange exchange = zentriCurrentExchange();
@@ -81,7 +81,7 @@ void ZR_AiChatCSThread::runExchange() {
     const auto onReadyRead = [&] {
         try {
             splitter.append(reply->readAll());
-            qDebug() << "CurrentBuffer:" << splitter.pendingTail(tracedBufferSize);
+            qDebug() << "CurrentBuffer:" << splitter.pendingTail(kTracedBufferSize);
             QString text;
             while (splitter.takeEvent(text)) {
                 qDebug() << "Data Read:" << text;

@@ -4,20 +4,20 @@
 
 namespace {
 
-constexpr char lineFeed = '\n';
-constexpr int terminatorSize = 2;
+constexpr char kLineFeed = '\n';
+constexpr int kTerminatorSize = 2;
 
 /// Index of the first empty line at or behind `from`, or -1.
 int indexOfTerminator(const QByteArray& bytes, int from) {
     const char* const begin = bytes.constData();
     const char* const end = begin + bytes.size();
     const char* at = begin + from;
-    while (end - at >= terminatorSize) {
-        at = static_cast<const char*>(std::memchr(at, lineFeed, static_cast<std::size_t>(end - at - 1)));
+    while (end - at >= kTerminatorSize) {
+        at = static_cast<const char*>(std::memchr(at, kLineFeed, static_cast<std::size_t>(end - at - 1)));
         if (at == nullptr) {
             return -1;
         }
-        if (at[1] == lineFeed) {
+        if (at[1] == kLineFeed) {
             return static_cast<int>(at - begin);
         }
         ++at;
@@ -66,7 +66,7 @@ bool ZR_AiChatEventSplitter::takeEvent(QString& text) {
         return false;
     }
     text = withoutFieldNames(QString::fromUtf8(m_buffer.constData() + m_begin, end - m_begin));
-    m_begin = end + terminatorSize;
+    m_begin = end + kTerminatorSize;
     m_scan = m_begin;
     return true;
 }

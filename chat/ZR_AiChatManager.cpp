@@ -130,7 +130,7 @@ void ZR_AiChatManager::sendInNewSession(const CString& question, bool flag,
         return;
     }
     changeCurrent([&] { m_current.SetSessionId(sessionId); });
-    addToCurrent(chatRoleUser, question);
+    addToCurrent(kChatRoleUser, question);
     m_sessions.put(m_current);
     emit newSessionSet(sessionId);
     startExchange(question, flag, answer);
@@ -153,7 +153,7 @@ void ZR_AiChatManager::sendInKnownSession(const CString& sessionId, const CStrin
             return;
         }
     }
-    addToCurrent(chatRoleUser, question);
+    addToCurrent(kChatRoleUser, question);
     m_sessions.put(m_current);
     emit sessionUpdated(m_current.GetSessionId());
     startExchange(question, flag, answer);
@@ -266,7 +266,7 @@ void ZR_AiChatManager::onStreamProcess(const QString& text) {
 void ZR_AiChatManager::onStreamEnd() {
     // A bubble that is gone took its text along: then there is no answer to store.
     if (ZR_AiChatAnswerInterface* bubble = m_answer.get()) {
-        addToCurrent(chatRoleAssistant, toCString(bubble->answerText()));
+        addToCurrent(kChatRoleAssistant, toCString(bubble->answerText()));
         bubble->stopAnswerLoading();
     }
     if (ZR_AiChatViewInterface* view = zentriChatView()) {

@@ -9,11 +9,11 @@
 
 namespace {
 
-constexpr int successCode = 200;
-constexpr double largestTimeInSeconds = 1e12;
-constexpr std::int64_t millisecondsPerSecond = 1000;
+constexpr int kSuccessCode = 200;
+constexpr double kLargestTimeInSeconds = 1e12;
+constexpr std::int64_t kMillisecondsPerSecond = 1000;
 /// Beyond this a double does not fit a 64-bit integer.
-constexpr double integerLimit = 9.2e18;
+constexpr double kIntegerLimit = 9.2e18;
 
 /// An empty object when the text is not a JSON object.
 QJsonObject parseObject(const QString& body) {
@@ -30,17 +30,17 @@ ZR_AiChatReplyStatus statusOf(const QJsonObject& envelope) {
 /// The service gives times in seconds or milliseconds; the larger numbers are milliseconds.
 std::int64_t timeInSeconds(const QJsonValue& value) {
     const double number = value.toDouble();
-    if (!(number > -integerLimit && number < integerLimit)) {
+    if (!(number > -kIntegerLimit && number < kIntegerLimit)) {
         return 0;
     }
     const auto time = static_cast<std::int64_t>(number);
-    return time > static_cast<std::int64_t>(largestTimeInSeconds) ? time / millisecondsPerSecond : time;
+    return time > static_cast<std::int64_t>(kLargestTimeInSeconds) ? time / kMillisecondsPerSecond : time;
 }
 
 }  // namespace
 
 bool ZR_AiChatReplyStatus::isSuccess() const {
-    return code == successCode && message == QLatin1String("success");
+    return code == kSuccessCode && message == QLatin1String("success");
 }
 
 CString parseCreatedSession(const QString& body) {
@@ -78,7 +78,7 @@ ZR_AiChatReplyStatus parseSessionChats(const QString& body, ZR_AiChatSingleChatR
         if (!fromUser && role != QLatin1String("assistant")) {
             continue;
         }
-        record.AddUnit(fromUser ? chatRoleUser : chatRoleAssistant,
+        record.AddUnit(fromUser ? kChatRoleUser : kChatRoleAssistant,
                        toCString(item.value(QLatin1String("message")).toString()),
                        timeInSeconds(item.value(QLatin1String("createTime"))));
     }

@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr int servicePort = 8001;
+constexpr int kServicePort = 8001;
 
 void logRefusal(const CString& what, const ZR_AiChatReplyStatus& status) {
     const QString details = QStringLiteral("返回码:%1,错误信息:%2").arg(status.code).arg(status.message);
@@ -22,7 +22,7 @@ void logRefusal(const CString& what, const ZR_AiChatReplyStatus& status) {
 CString createSessionOnServer() {
     QString body;
     if (!zentriHasAccess() ||
-        !postToZentriService(QStringLiteral("/zr/ai/session/create"), servicePort, body)) {
+        !postToZentriService(QStringLiteral("/zr/ai/session/create"), kServicePort, body)) {
         return CString();
     }
     return parseCreatedSession(body);
@@ -32,7 +32,7 @@ bool readSessionIds(CStringArray& ids) {
     ids.RemoveAll();
     QString body;
     if (!zentriHasAccess() ||
-        !postToZentriService(QStringLiteral("/zr/ai/session/user"), servicePort, body)) {
+        !postToZentriService(QStringLiteral("/zr/ai/session/user"), kServicePort, body)) {
         return false;
     }
     const ZR_AiChatReplyStatus status = parseSessionIds(body, ids);
@@ -46,7 +46,7 @@ bool readSessionChats(const CString& sessionId, ZR_AiChatSingleChatRecord& recor
     record.Clear();
     QString body;
     const QString path = QStringLiteral("/zr/ai/chat/user/session/") + toQString(sessionId);
-    if (!zentriHasAccess() || !postToZentriService(path, servicePort, body)) {
+    if (!zentriHasAccess() || !postToZentriService(path, kServicePort, body)) {
         return false;
     }
     const ZR_AiChatReplyStatus status = parseSessionChats(body, record);

@@ -4,8 +4,8 @@
 
 namespace {
 
-constexpr DWORD archiveVersion = 1;
-constexpr UINT schema = 1;
+constexpr DWORD kArchiveVersion = 1;
+constexpr UINT kSchema = 1;
 
 std::int64_t secondsSince1970() {
     using namespace std::chrono;
@@ -14,7 +14,7 @@ std::int64_t secondsSince1970() {
 
 }  // namespace
 
-IMPLEMENT_SERIAL(ZR_AiChatSingleChatRecord, CObject, schema)
+IMPLEMENT_SERIAL(ZR_AiChatSingleChatRecord, CObject, kSchema)
 
 // CObject cannot be copied, so the base is begun anew and the members are copied by the assignment.
 ZR_AiChatSingleChatRecord::ZR_AiChatSingleChatRecord(const ZR_AiChatSingleChatRecord& other) : CObject() {
@@ -33,7 +33,7 @@ ZR_AiChatSingleChatRecord& ZR_AiChatSingleChatRecord::operator=(const ZR_AiChatS
 void ZR_AiChatSingleChatRecord::Serialize(CArchive& archive) {
     CObject::Serialize(archive);
     if (archive.IsStoring()) {
-        archive << archiveVersion;
+        archive << kArchiveVersion;
         archive << m_sessionId;
         archive << m_title;
         archive << static_cast<LONGLONG>(m_units.GetCount());
@@ -110,7 +110,7 @@ bool ZR_AiChatSingleChatRecord::GetLastUnit(SingleChatUnit& unit) const {
 
 CString ZR_AiChatSingleChatRecord::GetLastUserInput() const {
     for (INT_PTR i = m_units.GetUpperBound(); i >= 0; --i) {
-        if (m_units[i].role == chatRoleUser) {
+        if (m_units[i].role == kChatRoleUser) {
             return m_units[i].message;
         }
     }

@@ -6,12 +6,12 @@
 #include <cstdint>
 
 /// Who wrote a message.
-constexpr std::uint32_t chatRoleUser = 0;
-constexpr std::uint32_t chatRoleAssistant = 1;
+constexpr std::uint32_t kChatRoleUser = 0;
+constexpr std::uint32_t kChatRoleAssistant = 1;
 
 /// One message of a conversation.
 struct SingleChatUnit {
-    std::uint32_t role = chatRoleUser;
+    std::uint32_t role = kChatRoleUser;
     CString message;
     /// Seconds since 1970, UTC.
     std::int64_t time = 0;

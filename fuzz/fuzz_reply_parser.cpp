@@ -8,9 +8,9 @@ namespace {
 /// The body that the input stands for: itself, or something the envelope check lets through, which chance
 /// alone would hardly make.
 QString bodyOf(unsigned char kind, const QString& text) {
-    constexpr unsigned char kinds = 4;
+    constexpr unsigned char kKinds = 4;
     const QString success = QStringLiteral(R"({"code":200,"msg":"success","data":%1})");
-    switch (kind % kinds) {
+    switch (kind % kKinds) {
         case 0:
             return text;
         case 1:
@@ -47,7 +47,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     SingleChatUnitList units;
     record.GetUnits(units);
     for (INT_PTR i = 0; i < units.GetCount(); ++i) {
-        if (units[i].role > chatRoleAssistant) {
+        if (units[i].role > kChatRoleAssistant) {
             std::abort();
         }
     }

@@ -40,24 +40,27 @@ constexpr unsigned long kThreadStopMilliseconds = 5000;
 /// The host's editor object; null when the registry holds none or something else.
 AcEditor* editor() {
     AcRxObject* const object = acrxSysRegistry()->at(_T("AcEditor"));
-    if (object == nullptr || !object->isA()->isDerivedFrom(AcEditor::desc()))
+    if (object == nullptr || !object->isA()->isDerivedFrom(AcEditor::desc())) {
         return nullptr;
+    }
     return static_cast<AcEditor*>(object);
 }
 
 /// Attaches the reactor unless it is attached already.
 void attach(AcEditorReactor* reactor, bool& attached) {
     AcEditor* const target = editor();
-    if (target == nullptr || attached)
+    if (target == nullptr || attached) {
         return;
+    }
     target->addReactor(reactor);
     attached = true;
 }
 
 void detach(AcEditorReactor* reactor, bool& attached) {
     AcEditor* const target = editor();
-    if (reactor != nullptr && target != nullptr)
+    if (reactor != nullptr && target != nullptr) {
         target->removeReactor(reactor);
+    }
     attached = false;
 }
 
@@ -98,20 +101,24 @@ void CZR_ZentriApp::loadFont() {
         }
         families = m_fontFamilies = QFontDatabase::applicationFontFamilies(m_font);
     }
-    if (!families.isEmpty())
+    if (!families.isEmpty()) {
         QApplication::setFont(QFont(families.first()));
+    }
 }
 
 void CZR_ZentriApp::createThreads(QApplication* application) {
-    if (g_zentriChatThread == nullptr)
+    if (g_zentriChatThread == nullptr) {
         g_zentriChatThread = new ZR_AiChatCSThread(application);
-    if (g_zentriHistoryThread == nullptr)
+    }
+    if (g_zentriHistoryThread == nullptr) {
         g_zentriHistoryThread = new ZR_AiChatReadHistoricalChatThread(application);
+    }
 }
 
 void CZR_ZentriApp::createPalettes() {
-    if (g_zentriPaletteSet != nullptr)
+    if (g_zentriPaletteSet != nullptr) {
         return;
+    }
     auto paletteSet = std::make_unique<ZR_ZentriPaletteSet>();
     const CRect size(0, 0, kPaletteSetWidth, kPaletteSetHeight);
     if (!paletteSet->Create(_T("朔禾CAD Zentri"), kPaletteSetWindowStyle, size, acedGetAcadFrame(),
@@ -135,11 +142,13 @@ void CZR_ZentriApp::createPalettes() {
 }
 
 void CZR_ZentriApp::attachReactors() {
-    if (g_zentriCmdRecorder == nullptr)
+    if (g_zentriCmdRecorder == nullptr) {
         g_zentriCmdRecorder = new ZR_ZentriCmdRecorder;
+    }
     attach(g_zentriCmdRecorder, m_recorderAttached);
-    if (g_zentriSysReactor == nullptr)
+    if (g_zentriSysReactor == nullptr) {
         g_zentriSysReactor = new ZR_ZentriSysReactor;
+    }
     attach(g_zentriSysReactor, m_sysReactorAttached);
 }
 
@@ -154,8 +163,9 @@ void CZR_ZentriApp::deletePaletteSet() {
 
 void CZR_ZentriApp::stopChatThread() {
     ZR_AiChatCSThread* const thread = std::exchange(g_zentriChatThread, nullptr);
-    if (thread == nullptr)
+    if (thread == nullptr) {
         return;
+    }
     thread->quit();
     if (thread->wait(kThreadStopMilliseconds)) {
         delete thread;
@@ -165,6 +175,7 @@ void CZR_ZentriApp::stopChatThread() {
     // the process, so it is let go and deletes itself when it has finished; its code stays mapped.
     thread->setParent(nullptr);
     QObject::connect(thread, &QThread::finished, thread, &QObject::deleteLater);
-    if (thread->isFinished())
+    if (thread->isFinished()) {
         delete thread;
+    }
 }

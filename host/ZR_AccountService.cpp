@@ -23,15 +23,17 @@ Function lookUp(const char* symbol) {
 
 CString ZR_AccountService::accessToken() {
     const auto copyToken = lookUp<AccessTokenFunction>("zrAccountAccessToken");
-    if (copyToken == nullptr)
+    if (copyToken == nullptr) {
         return CString();
+    }
     int capacity = kUsualCapacity;
     while (capacity <= kMaxCapacity) {
         CString token;
         const int length = copyToken(token.GetBuffer(capacity), capacity);
         token.ReleaseBuffer(length > 0 && length < capacity ? length : 0);
-        if (length < capacity)
+        if (length < capacity) {
             return token;
+        }
         capacity = length < kMaxCapacity ? length + 1 : kMaxCapacity + 1;
     }
     return CString();

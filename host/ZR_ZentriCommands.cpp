@@ -39,8 +39,9 @@ void addCommand(AcEdCommandStack& stack, const ACHAR* name, Adesk::Int32 flags, 
 /// signed in.
 bool takeToken() {
     const CString token = ZR_AccountService::accessToken();
-    if (token.IsEmpty())
+    if (token.IsEmpty()) {
         return false;
+    }
     setZentriAccessToken(token);
     setZentriSignedIn(true);
     ZR_AiChatManager::instance().initUserData();
@@ -53,8 +54,9 @@ bool signIn() {
     // The service may show a window of its own, during which the host goes on and may unload the module. Then
     // the next load asks for the user anew.
     const ZR_ZentriModalScope open;
-    if (!ZR_AccountService::signIn() || !g_registered)
+    if (!ZR_AccountService::signIn() || !g_registered) {
         return false;
+    }
     takeToken();
     return true;
 }
@@ -65,8 +67,9 @@ void explainSignIn() {
 }
 
 void togglePanel() {
-    if (ZR_ZentriPalette* const palette = zentriPalette())
+    if (ZR_ZentriPalette* const palette = zentriPalette()) {
         palette->setColorTheme(readColorTheme());
+    }
     const BOOL show = g_zentriPaletteSet->IsVisible() ? FALSE : TRUE;
     acedGetAcadFrame()->ShowControlBar(g_zentriPaletteSet, show, FALSE);
     g_zentriPaletteSet->UpdateWindow();
@@ -74,20 +77,24 @@ void togglePanel() {
 }
 
 void openChat() {
-    if (!zentriHasAccess() && !takeToken() && !signIn())
+    if (!zentriHasAccess() && !takeToken() && !signIn()) {
         return;
+    }
     if (!zentriHasAccess()) {
         explainSignIn();
-        if (!g_registered || !signIn())
+        if (!g_registered || !signIn()) {
             return;
+        }
     }
-    if (g_zentriPaletteSet != nullptr)
+    if (g_zentriPaletteSet != nullptr) {
         togglePanel();
+    }
 }
 
 void refreshChatView() {
-    if (g_zentriPaletteSet != nullptr)
+    if (g_zentriPaletteSet != nullptr) {
         g_zentriPaletteSet->refresh();
+    }
 }
 
 }  // namespace
@@ -95,16 +102,18 @@ void refreshChatView() {
 void registerZentriCommands() {
     g_registered = true;
     AcEdCommandStack* const stack = commandStack();
-    if (stack == nullptr)
+    if (stack == nullptr) {
         return;
+    }
     addCommand(*stack, kOpenChat, ACRX_CMD_MODAL, &openChat);
     addCommand(*stack, kRefresh, ACRX_CMD_NOHISTORY, &refreshChatView);
 }
 
 void removeZentriCommands() {
     g_registered = false;
-    if (AcEdCommandStack* const stack = commandStack())
+    if (AcEdCommandStack* const stack = commandStack()) {
         stack->removeGroup(kGroup);
+    }
     setZentriSignedIn(false);
     setZentriAccessToken(CString());
 }

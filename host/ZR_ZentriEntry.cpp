@@ -7,10 +7,11 @@
 #include "host/ZR_ZentriModule.h"
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID) {
-    if (reason == DLL_PROCESS_ATTACH)
+    if (reason == DLL_PROCESS_ATTACH) {
         theArxDLL.AttachInstance(instance);
-    else if (reason == DLL_PROCESS_DETACH)
+    } else if (reason == DLL_PROCESS_DETACH) {
         theArxDLL.DetachInstance();
+    }
     return TRUE;
 }
 

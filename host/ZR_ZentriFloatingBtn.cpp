@@ -19,20 +19,23 @@ ZR_ZentriFloatingBtn::~ZR_ZentriFloatingBtn() = default;
 
 void ZR_ZentriFloatingBtn::lookUpDrawingView() {
     const CView* const drawingView = acedGetAcadDwgView();
-    if (drawingView != nullptr && m_drawingViewRect.IsRectEmpty())
+    if (drawingView != nullptr && m_drawingViewRect.IsRectEmpty()) {
         drawingView->GetWindowRect(&m_drawingViewRect);
+    }
 }
 
 void ZR_ZentriFloatingBtn::mousePressEvent(QMouseEvent* event) {
-    if (event->button() != Qt::LeftButton)
+    if (event->button() != Qt::LeftButton) {
         return;
+    }
     m_dragOffset = event->globalPos() - pos();
     event->accept();
 }
 
 void ZR_ZentriFloatingBtn::mouseMoveEvent(QMouseEvent* event) {
-    if (!event->buttons().testFlag(Qt::LeftButton))
+    if (!event->buttons().testFlag(Qt::LeftButton)) {
         return;
+    }
     QPoint target = event->globalPos() - m_dragOffset;
     if (const QWidget* const parent = parentWidget()) {
         target.setX(qMax(0, qMin(target.x(), parent->width() - width())));

@@ -30,13 +30,15 @@ ZR_ZentriPalette::ZR_ZentriPalette() : m_view(std::make_unique<ZR_ZentriPaletteV
 }
 
 ZR_ZentriPalette::~ZR_ZentriPalette() {
-    if (zentriPaletteAccess() == this)
+    if (zentriPaletteAccess() == this) {
         setZentriPaletteAccess(nullptr);
+    }
 }
 
 void ZR_ZentriPalette::setColorTheme(int theme) {
-    if (m_view != nullptr)
+    if (m_view != nullptr) {
         m_view->setColorTheme(theme);
+    }
 }
 
 ZR_AiChatViewInterface* ZR_ZentriPalette::chatView() {
@@ -44,8 +46,9 @@ ZR_AiChatViewInterface* ZR_ZentriPalette::chatView() {
 }
 
 void ZR_ZentriPalette::takeKeyboardFocus() {
-    if (GetSafeHwnd() != nullptr)
+    if (GetSafeHwnd() != nullptr) {
         SetFocus();
+    }
 }
 
 BOOL ZR_ZentriPalette::OnSetActive() {
@@ -101,13 +104,15 @@ void ZR_ZentriPalette::OnLButtonDown(UINT flags, CPoint point) {
 
 void ZR_ZentriPalette::OnKillFocus(CWnd* newFocus) {
     CAdUiPalette::OnKillFocus(newFocus);
-    if (m_view != nullptr)
+    if (m_view != nullptr) {
         m_view->clearInputFocus();
+    }
 }
 
 void ZR_ZentriPalette::embedView() {
-    if (m_view == nullptr)
+    if (m_view == nullptr) {
         return;
+    }
     try {
         placeView();
     } catch (const std::exception& error) {
@@ -126,8 +131,9 @@ void ZR_ZentriPalette::placeView() {
     if (m_nativeParent == nullptr) {
         const WId handle = reinterpret_cast<WId>(GetSafeHwnd());
         m_nativeParent.reset(QWindow::fromWinId(handle));
-        if (m_nativeParent == nullptr)
+        if (m_nativeParent == nullptr) {
             throw std::runtime_error("The window system cannot embed the chat view.");
+        }
         m_nativeParent->setProperty("Qt_embedded_native_parent_handle",
                                     QVariant::fromValue(static_cast<qulonglong>(handle)));
     }
@@ -141,8 +147,9 @@ void ZR_ZentriPalette::placeView() {
 
 void ZR_ZentriPalette::typeIntoView(const MSG& character) {
     qDebug().nospace() << "WM_CHAR||" << character.wParam << "||" << character.lParam;
-    if (m_view != nullptr)
+    if (m_view != nullptr) {
         ::SendMessageW(viewHandle(), character.message, character.wParam, character.lParam);
+    }
 }
 
 void ZR_ZentriPalette::typeWaitingCharacters() {
@@ -150,24 +157,28 @@ void ZR_ZentriPalette::typeWaitingCharacters() {
     // Looked at before it is taken: whatever range is asked for, WM_QUIT comes when nothing else waits.
     while (::PeekMessageW(&waiting, GetSafeHwnd(), WM_CHAR, WM_CHAR, PM_NOREMOVE) != FALSE &&
            waiting.message == WM_CHAR &&
-           ::PeekMessageW(&waiting, GetSafeHwnd(), WM_CHAR, WM_CHAR, PM_REMOVE) != FALSE)
+           ::PeekMessageW(&waiting, GetSafeHwnd(), WM_CHAR, WM_CHAR, PM_REMOVE) != FALSE) {
         typeIntoView(waiting);
+    }
 }
 
 void ZR_ZentriPalette::forwardToView(const MSG& message) {
-    if (m_view == nullptr)
+    if (m_view == nullptr) {
         return;
+    }
     const HWND view = viewHandle();
     // A message to the view itself passes by here too, since MFC asks all the parents. It will get there.
-    if (message.hwnd == view || ::IsChild(view, message.hwnd) != FALSE)
+    if (message.hwnd == view || ::IsChild(view, message.hwnd) != FALSE) {
         return;
+    }
     MSG quit = {};
     const bool quitting =
         ::PeekMessageW(&quit, nullptr, WM_QUIT, WM_QUIT, PM_NOREMOVE) != FALSE && quit.message == WM_QUIT;
     ::SendMessageW(view, message.message, message.wParam, message.lParam);
     // Qt, which takes the next WM_CHAR, takes WM_QUIT for one when no other message waits.
-    if (quitting)
+    if (quitting) {
         ::PostQuitMessage(static_cast<int>(quit.wParam));
+    }
 }
 
 HWND ZR_ZentriPalette::viewHandle() const {

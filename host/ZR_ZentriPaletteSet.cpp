@@ -10,8 +10,9 @@ ON_WM_SIZING()
 END_MESSAGE_MAP()
 
 void ZR_ZentriPaletteSet::addPalette(ZR_ZentriPalette* palette) {
-    if (AddPalette(palette) >= 0)
+    if (AddPalette(palette) >= 0) {
         m_palette = palette;
+    }
 }
 
 void ZR_ZentriPaletteSet::GetMinimumSize(CSize& size) {
@@ -32,8 +33,9 @@ bool ZR_ZentriPaletteSet::OnClosing() {
 
 void ZR_ZentriPaletteSet::OnSize(UINT type, int width, int height) {
     CAdUiPaletteSet::OnSize(type, width, height);
-    if (m_palette != nullptr)
+    if (m_palette != nullptr) {
         m_palette->UpdateWindow();
+    }
 }
 
 void ZR_ZentriPaletteSet::OnSizing(UINT, LPRECT) {}

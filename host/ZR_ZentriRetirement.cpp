@@ -21,8 +21,9 @@ bool zentriLoopRuns() {
 }
 
 void retirePaletteSet(ZR_ZentriPaletteSet* paletteSet) {
-    if (paletteSet == nullptr)
+    if (paletteSet == nullptr) {
         return;
+    }
     if (!zentriLoopRuns()) {
         delete paletteSet;
         return;
@@ -30,8 +31,9 @@ void retirePaletteSet(ZR_ZentriPaletteSet* paletteSet) {
     acedGetAcadFrame()->ShowControlBar(paletteSet, FALSE, FALSE);
     auto* const timer = new QTimer(QCoreApplication::instance());
     QObject::connect(timer, &QTimer::timeout, timer, [timer, paletteSet] {
-        if (zentriLoopRuns())
+        if (zentriLoopRuns()) {
             return;
+        }
         timer->stop();
         timer->deleteLater();
         delete paletteSet;

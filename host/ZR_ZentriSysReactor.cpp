@@ -8,7 +8,8 @@
 
 void ZR_ZentriSysReactor::sysVarChanged(const ACHAR* variableName, bool success) {
     ZR_ZentriPalette* const palette = zentriPalette();
-    if (palette == nullptr || _tcscmp(variableName, _T("COLORTHEME")) != 0 || !success)
+    if (palette == nullptr || _tcscmp(variableName, _T("COLORTHEME")) != 0 || !success) {
         return;
+    }
     palette->setColorTheme(readColorTheme());
 }

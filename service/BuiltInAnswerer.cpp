@@ -25,30 +25,35 @@ constexpr std::string_view kGoodStarts[] = {"画圆", "画直线", "删除对象
 
 std::string numbered(const std::vector<std::string>& steps) {
     std::string text;
-    for (std::size_t i = 0; i < steps.size(); ++i)
+    for (std::size_t i = 0; i < steps.size(); ++i) {
         text += std::to_string(i + 1) + ". " + steps[i] + "\n";
+    }
     return text;
 }
 
 std::string asTips(const Topic& topic) {
     std::string text;
-    for (const std::string& tip : topic.tips)
+    for (const std::string& tip : topic.tips) {
         text += "提示：" + tip + "\n";
+    }
     return text;
 }
 
 std::string withoutLastLineEnd(std::string text) {
-    while (!text.empty() && text.back() == '\n')
+    while (!text.empty() && text.back() == '\n') {
         text.pop_back();
+    }
     return text;
 }
 
 std::string explained(const Topic& topic, bool english) {
-    if (topic.isSmallTalk())
+    if (topic.isSmallTalk()) {
         return english ? topic.english : topic.introduction;
+    }
     std::string text;
-    if (english)
+    if (english) {
         text = topic.english + "\n\n";
+    }
     text += topic.introduction + "\n" + numbered(topic.steps) + asTips(topic);
     return withoutLastLineEnd(text);
 }
@@ -58,30 +63,34 @@ std::vector<std::string> offeredTitles(const std::vector<Hit>& hits, const Topic
     std::vector<std::string> titles;
     for (const Hit& hit : hits) {
         if (hit.topic != answered && !hit.topic->isSmallTalk() && hit.coverage >= coverage &&
-            titles.size() < kOffered)
+            titles.size() < kOffered) {
             titles.push_back(hit.topic->title);
+        }
     }
     return titles;
 }
 
 std::string listed(const std::vector<std::string>& titles) {
     std::string text;
-    for (const std::string& title : titles)
+    for (const std::string& title : titles) {
         text += (text.empty() ? "“" : "、“") + title + "”";
+    }
     return text;
 }
 
 std::string related(const std::vector<std::string>& titles, bool english) {
-    if (titles.empty())
+    if (titles.empty()) {
         return {};
+    }
     return (english ? "\n\nRelated topics: " : "\n\n相关话题：") + listed(titles);
 }
 
 std::string notFound(const std::vector<Hit>& hits, bool english) {
     std::vector<std::string> titles = offeredTitles(hits, nullptr, kNearCoverage);
     const bool near = !titles.empty();
-    if (!near)
+    if (!near) {
         titles.assign(std::begin(kGoodStarts), std::end(kGoodStarts));
+    }
     if (english) {
         return "Sorry, I have no topic that answers this. " +
                std::string(near ? "The nearest ones I know are: "
@@ -112,8 +121,9 @@ std::vector<Hit> withContext(std::vector<Hit> hits, const std::vector<Hit>& cont
     for (const Hit& earlier : context) {
         const auto same =
             std::find_if(hits.begin(), hits.end(), [&](const Hit& h) { return h.topic == earlier.topic; });
-        if (same != hits.end())
+        if (same != hits.end()) {
             same->score += earlier.score * kContextWeight;
+        }
     }
     std::stable_sort(hits.begin(), hits.end(), [](const Hit& a, const Hit& b) { return a.score > b.score; });
     return hits;
@@ -127,11 +137,13 @@ void BuiltInAnswerer::answer(const Conversation& conversation, AnswerSink& sink)
     while (!rest.empty()) {
         const std::string_view piece =
             firstCodePoints(rest, static_cast<std::size_t>(std::max(m_pace.piece, 1)));
-        if (!sink.write(piece))
+        if (!sink.write(piece)) {
             return;
+        }
         rest.remove_prefix(piece.size());
-        if (!rest.empty() && !sink.pause(m_pace.delay))
+        if (!rest.empty() && !sink.pause(m_pace.delay)) {
             return;
+        }
     }
 }
 
@@ -140,8 +152,9 @@ std::string BuiltInAnswerer::description() const {
 }
 
 std::string BuiltInAnswerer::textFor(const std::vector<Message>& messages) const {
-    if (messages.empty())
+    if (messages.empty()) {
         return {};
+    }
     const std::string& question = messages.back().text;
     const bool english = isEnglish(question);
     const std::string content = contentOfQuestion(question);
@@ -152,8 +165,9 @@ std::string BuiltInAnswerer::textFor(const std::vector<Message>& messages) const
             const std::vector<Hit> context = m_knowledge.search(earlier->title, kHits);
             hits = withContext(std::move(hits), context);
             const bool saysNothing = hits.empty() || !hits.front().fits();
-            if (saysNothing && (content.empty() || beginsAsFollowUp(question)))
+            if (saysNothing && (content.empty() || beginsAsFollowUp(question))) {
                 return moreAbout(*earlier, context, english);
+            }
             if (!saysNothing && beginsAsFollowUp(question) && hits.front().topic != earlier &&
                 !hits.front().topic->isSmallTalk()) {
                 const Topic& topic = *hits.front().topic;
@@ -164,21 +178,25 @@ std::string BuiltInAnswerer::textFor(const std::vector<Message>& messages) const
             }
         }
     }
-    if (hits.empty() || !hits.front().fits())
+    if (hits.empty() || !hits.front().fits()) {
         return notFound(hits, english);
+    }
     const Topic& topic = *hits.front().topic;
-    if (topic.isSmallTalk())
+    if (topic.isSmallTalk()) {
         return explained(topic, english);
+    }
     return explained(topic, english) + related(offeredTitles(hits, &topic, kRelatedCoverage), english);
 }
 
 const Topic* BuiltInAnswerer::earlierTopic(const std::vector<Message>& messages) const {
     for (auto message = messages.rbegin() + 1; message < messages.rend(); ++message) {
-        if (message->role != Role::User || contentOfQuestion(message->text).empty())
+        if (message->role != Role::User || contentOfQuestion(message->text).empty()) {
             continue;
+        }
         const std::vector<Hit> hits = m_knowledge.search(message->text, 1);
-        if (!hits.empty() && hits.front().fits() && !hits.front().topic->isSmallTalk())
+        if (!hits.empty() && hits.front().fits() && !hits.front().topic->isSmallTalk()) {
             return hits.front().topic;
+        }
     }
     return nullptr;
 }

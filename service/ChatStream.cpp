@@ -23,11 +23,13 @@ ChatStream::ChatStream(Connection connection, StopSignal& stop, const RequestFau
     : m_connection(std::move(connection)), m_stop(stop), m_faults(faults) {}
 
 bool ChatStream::write(std::string_view piece) {
-    if (!begin())
+    if (!begin()) {
         return false;
+    }
     const std::string text = m_lineEnds.feed(piece);
-    if (text.empty())
+    if (text.empty()) {
         return alive();
+    }
     if (m_faults.has(FaultKind::HugeEvent)) {
         m_held += text;
         return alive();
@@ -39,16 +41,18 @@ bool ChatStream::pause(std::chrono::milliseconds time) {
     // In slices, so that a client that leaves does not hold its thread through a long pause.
     while (time.count() > 0 && alive()) {
         const std::chrono::milliseconds slice = std::min(time, kLookForClient);
-        if (m_stop.waitFor(slice))
+        if (m_stop.waitFor(slice)) {
             break;
+        }
         time -= slice;
     }
     return alive();
 }
 
 bool ChatStream::alive() {
-    if (!m_ended && (m_stop.stopped() || !m_connection.alive()))
+    if (!m_ended && (m_stop.stopped() || !m_connection.alive())) {
         m_ended = true;
+    }
     return !m_ended;
 }
 
@@ -61,33 +65,39 @@ ChatStream::End ChatStream::finish() {
         } else if (!rest.empty()) {
             sendText(rest);
         }
-        if (!m_ended && m_faults.has(FaultKind::NeverEnding))
+        if (!m_ended && m_faults.has(FaultKind::NeverEnding)) {
             repeatForEver();
+        }
     }
     return m_ended && !m_endProper ? End::Cut : End::Proper;
 }
 
 bool ChatStream::begin() {
-    if (m_ended || m_begun)
+    if (m_ended || m_begun) {
         return !m_ended;
+    }
     m_begun = true;
-    if (m_faults.has(FaultKind::InvalidUtf8) && !sendBytes(kInvalidUtf8Event))
+    if (m_faults.has(FaultKind::InvalidUtf8) && !sendBytes(kInvalidUtf8Event)) {
         return false;
+    }
     for (long i = m_faults.number(FaultKind::EmptyEvents).value_or(0); i > 0; --i) {
-        if (!sendBytes(kEmptyEvent))
+        if (!sendBytes(kEmptyEvent)) {
             return false;
+        }
     }
     return true;
 }
 
 bool ChatStream::sendText(const std::string& text) {
     if (m_faults.has(FaultKind::CrLf)) {
-        if (!sendEvent(EventWriter::event(text, "\r\n")))
+        if (!sendEvent(EventWriter::event(text, "\r\n"))) {
             return false;
+        }
     } else {
         for (const std::string& event : EventWriter::eventsOf(text)) {
-            if (!sendEvent(event))
+            if (!sendEvent(event)) {
                 return false;
+            }
         }
     }
     m_delivered += text;
@@ -95,22 +105,26 @@ bool ChatStream::sendText(const std::string& text) {
 }
 
 bool ChatStream::sendEvent(std::string_view event) {
-    if (!alive())
+    if (!alive()) {
         return false;
+    }
     if (m_faults.number(FaultKind::CutAfter).value_or(m_events + 1) <= m_events) {
         m_ended = true;
         return false;
     }
     for (const FaultKind kind : {FaultKind::CutInEvent, FaultKind::EndInEvent, FaultKind::CutInChar}) {
-        if (m_faults.number(kind).value_or(m_events + 1) > m_events)
+        if (m_faults.number(kind).value_or(m_events + 1) > m_events) {
             continue;
+        }
         std::size_t cut = event.size() / 2;
         if (kind == FaultKind::CutInChar) {
             cut = 0;
-            while (cut < event.size() && !isContinuation(event[cut]))
+            while (cut < event.size() && !isContinuation(event[cut])) {
                 ++cut;
-            if (cut == event.size())
+            }
+            if (cut == event.size()) {
                 break;  // Plain ASCII: the cut waits for an event with a character to cut.
+            }
         }
         sendBytes(event.substr(0, cut));
         m_endProper = kind == FaultKind::EndInEvent && !m_ended;
@@ -122,16 +136,18 @@ bool ChatStream::sendEvent(std::string_view event) {
 }
 
 bool ChatStream::sendBytes(std::string_view bytes) {
-    if (!m_ended && !m_connection.write(bytes))
+    if (!m_ended && !m_connection.write(bytes)) {
         m_ended = true;
+    }
     return !m_ended;
 }
 
 bool ChatStream::sendHugeEvent() {
     const auto size = static_cast<std::size_t>(m_faults.number(FaultKind::HugeEvent).value_or(0));
     const std::string answer = m_held.empty() ? "。" : m_held;
-    while (m_held.size() < size)
+    while (m_held.size() < size) {
         m_held += answer;
+    }
     return sendText(m_held);
 }
 
@@ -140,8 +156,9 @@ bool ChatStream::repeatForEver() {
     const std::vector<std::string> events = EventWriter::eventsOf(answer);
     for (;;) {
         for (const std::string& event : events) {
-            if (!sendEvent(event) || !pause(kPauseOfNeverEnding))
+            if (!sendEvent(event) || !pause(kPauseOfNeverEnding)) {
                 return false;
+            }
         }
     }
 }

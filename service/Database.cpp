@@ -104,8 +104,9 @@ Database::~Database() = default;
 void Database::prepareSchema() {
     // The journal mode is the first thing to touch the file: a file that is no database fails here.
     m_database->execute("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL; PRAGMA foreign_keys = ON");
-    if (m_database->isReadOnly())
+    if (m_database->isReadOnly()) {
         throw SqliteError("it is read-only");
+    }
     SqliteTransaction transaction(*m_database);
     SqliteStatement readVersion = m_database->prepare("PRAGMA user_version");
     SqliteStatement readTables = m_database->prepare("SELECT count(*) FROM sqlite_schema");
@@ -119,11 +120,13 @@ void Database::prepareSchema() {
         count.step();
         tables = count.integer(0);
     }
-    if (version > kSchemaVersion)
+    if (version > kSchemaVersion) {
         throw SqliteError("it was made by a newer program (schema " + std::to_string(version) + ")");
+    }
     if (version == 0) {
-        if (tables != 0)
+        if (tables != 0) {
             throw SqliteError("it belongs to another program");
+        }
         m_database->execute(std::string(kSchema) + "PRAGMA user_version = " + std::to_string(kSchemaVersion));
     }
     transaction.commit();
@@ -136,8 +139,9 @@ std::int64_t Database::userOfToken(std::string_view token) {
         SqliteStatement::Run run(m_statements->findUser);
         return run.bind(digest).step() ? run.integer(0) : 0;
     };
-    if (const std::int64_t known = find())
+    if (const std::int64_t known = find()) {
         return known;
+    }
     // Another process on the same file may be quicker; the insert is then ignored and its row is found.
     SqliteStatement::Run(m_statements->addUser).bind(digest).step();
     return find();
@@ -167,20 +171,23 @@ std::vector<Session> Database::sessionsOf(std::int64_t user) {
     std::vector<Session> sessions;
     SqliteStatement::Run run(m_statements->listSessions);
     run.bind(user);
-    while (run.step())
+    while (run.step()) {
         sessions.push_back({run.text(0), run.text(1), run.integer(2), run.integer(3)});
+    }
     return sessions;
 }
 
 std::optional<std::vector<Message>> Database::messagesOf(std::int64_t user, std::string_view sessionId) {
     const std::lock_guard lock(m_mutex);
-    if (m_statements->ownerOf(sessionId) != user)
+    if (m_statements->ownerOf(sessionId) != user) {
         return std::nullopt;
+    }
     std::vector<Message> messages;
     SqliteStatement::Run run(m_statements->listMessages);
     run.bind(sessionId);
-    while (run.step())
+    while (run.step()) {
         messages.push_back({run.integer(0) == 0 ? Role::User : Role::Assistant, run.text(1), run.integer(2)});
+    }
     return messages;
 }
 
@@ -189,30 +196,34 @@ void Database::addMessage(std::string_view sessionId, const Message& message) {
     SqliteTransaction transaction(*m_database);
     m_statements->insertMessage(sessionId, message);
     SqliteStatement::Run(m_statements->touchSession).bind(sessionId).bind(message.timeMs).step();
-    if (message.role == Role::User)
+    if (message.role == Role::User) {
         SqliteStatement::Run(m_statements->setTitle)
             .bind(sessionId)
             .bind(titleOfQuestion(message.text))
             .step();
+    }
     transaction.commit();
 }
 
 bool Database::seed(std::int64_t user, std::string_view key, const std::vector<SeededSession>& sessions) {
     const std::lock_guard lock(m_mutex);
     SqliteTransaction transaction(*m_database);
-    if (!SqliteStatement::Run(m_statements->addSeed).bind(user).bind(key).step())
+    if (!SqliteStatement::Run(m_statements->addSeed).bind(user).bind(key).step()) {
         return false;
+    }
     for (const SeededSession& session : sessions) {
-        if (session.messages.empty() || m_statements->ownerOf(session.id) != 0)
+        if (session.messages.empty() || m_statements->ownerOf(session.id) != 0) {
             continue;
+        }
         std::int64_t created = session.messages.front().timeMs;
         std::int64_t used = created;
         std::string title = session.title;
         for (const Message& message : session.messages) {
             created = std::min(created, message.timeMs);
             used = std::max(used, message.timeMs);
-            if (title.empty() && message.role == Role::User)
+            if (title.empty() && message.role == Role::User) {
                 title = titleOfQuestion(message.text);
+            }
         }
         SqliteStatement::Run(m_statements->addSession)
             .bind(session.id)
@@ -222,8 +233,9 @@ bool Database::seed(std::int64_t user, std::string_view key, const std::vector<S
             .bind(created)
             .bind(used)
             .step();
-        for (const Message& message : session.messages)
+        for (const Message& message : session.messages) {
             m_statements->insertMessage(session.id, message);
+        }
     }
     transaction.commit();
     return true;
@@ -249,8 +261,9 @@ std::string titleOfQuestion(std::string_view question) {
     const std::string line = oneLine(question);
     const std::string_view cut = firstCodePoints(line, kTitleLength);
     std::string title(cut);
-    if (cut.size() < line.size())
+    if (cut.size() < line.size()) {
         title += "…";
+    }
     return title.empty() ? kUntitled : title;
 }
 
@@ -265,8 +278,9 @@ std::string newSessionId() {
 std::string sha256Hex(std::string_view bytes) {
     std::array<unsigned char, EVP_MAX_MD_SIZE> digest{};
     unsigned int length = 0;
-    if (EVP_Digest(bytes.data(), bytes.size(), digest.data(), &length, EVP_sha256(), nullptr) != 1)
+    if (EVP_Digest(bytes.data(), bytes.size(), digest.data(), &length, EVP_sha256(), nullptr) != 1) {
         throw std::runtime_error("SHA-256 is not available");
+    }
     constexpr std::string_view kDigits = "0123456789abcdef";
     std::string hex;
     for (unsigned int i = 0; i < length; ++i) {

@@ -70,8 +70,9 @@ constexpr std::array<std::string_view, 4> kEnglishFollowUps{
 
 std::uint64_t seedNumber(std::string_view token) {
     std::uint64_t number = 1469598103934665603U;
-    for (const char c : token)
+    for (const char c : token) {
         number = (number ^ static_cast<unsigned char>(c)) * 1099511628211U;
+    }
     return number;
 }
 
@@ -79,8 +80,9 @@ std::uint64_t seedNumber(std::string_view token) {
 std::int64_t pastMoment(Random& random, std::int64_t nowMs) {
     const std::uint64_t spread = random.below(1000) * random.below(1000) * kDaysOfHistory / 1'000'000;
     std::tm day = localTime(nowMs - static_cast<std::int64_t>(spread + 1) * kDay);
-    if ((day.tm_wday == 0 || day.tm_wday == 6) && !random.percent(kWeekendPercent))
+    if ((day.tm_wday == 0 || day.tm_wday == 6) && !random.percent(kWeekendPercent)) {
         day.tm_mday -= 2;
+    }
     const bool evening = random.percent(9);
     day.tm_hour = evening ? 19 + static_cast<int>(random.below(4)) : 8 + static_cast<int>(random.below(10));
     day.tm_min = static_cast<int>(random.below(60));
@@ -100,8 +102,9 @@ void setTimes(std::vector<Message>& messages, std::int64_t startMs, std::int64_t
     }
     const std::int64_t late = messages.empty() ? 0 : messages.back().timeMs - nowMs;
     if (late > 0) {
-        for (Message& message : messages)
+        for (Message& message : messages) {
             message.timeMs -= late;
+        }
     }
 }
 
@@ -114,12 +117,14 @@ std::vector<SeededSession> DemoHistory::make(std::string_view token, int count, 
     Random random(seedNumber(token));
     std::vector<const Topic*> topics;
     for (const Topic& topic : m_knowledge.topics()) {
-        if (!topic.isSmallTalk() && !topic.questions.empty())
+        if (!topic.isSmallTalk() && !topic.questions.empty()) {
             topics.push_back(&topic);
+        }
     }
     std::vector<const ScriptedConversation*> scripted;
-    for (const ScriptedConversation& conversation : m_scripted)
+    for (const ScriptedConversation& conversation : m_scripted) {
         scripted.push_back(&conversation);
+    }
 
     const auto ask = [&](std::vector<Message>& messages, std::string question) {
         messages.push_back({Role::User, std::move(question), 0});
@@ -128,8 +133,9 @@ std::vector<SeededSession> DemoHistory::make(std::string_view token, int count, 
     const auto questionIn = [&](const Topic& topic, bool english) {
         std::vector<std::string> fitting;
         for (const std::string& question : topic.questions) {
-            if (isEnglish(question) == english)
+            if (isEnglish(question) == english) {
                 fitting.push_back(question);
+            }
         }
         return fitting.empty()
                    ? (english ? topic.commands.empty() ? topic.title : topic.commands.front() : topic.title)

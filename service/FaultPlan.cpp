@@ -64,38 +64,45 @@ const KindRow& rowOf(FaultKind kind) {
 
 Call callNamed(std::string_view name) {
     for (const CallRow& row : kCalls) {
-        if (row.name == name)
+        if (row.name == name) {
             return row.call;
+        }
     }
     throw std::invalid_argument("unknown call '" + std::string(name) + "' (chat, create, list, read or any)");
 }
 
 FaultKind kindNamed(std::string_view name) {
     for (const KindRow& row : kKinds) {
-        if (row.name == name)
+        if (row.name == name) {
             return row.kind;
+        }
     }
     throw std::invalid_argument("unknown fault '" + std::string(name) + "'");
 }
 
 int countFrom(std::string_view name, std::string_view text) {
-    if (!isNumber(text))
+    if (!isNumber(text)) {
         throw std::invalid_argument("'" + std::string(name) + "' needs a number, not '" + std::string(text) +
                                     "'");
+    }
     return std::stoi(std::string(text));
 }
 
 void check(const Fault& fault) {
     const KindRow& row = rowOf(fault.kind);
     const std::string name(row.name);
-    if (row.value == Value::Number && !isNumber(fault.value))
+    if (row.value == Value::Number && !isNumber(fault.value)) {
         throw std::invalid_argument("fault '" + name + "' needs a number, not '" + fault.value + "'");
-    if (row.value == Value::None && !fault.value.empty())
+    }
+    if (row.value == Value::None && !fault.value.empty()) {
         throw std::invalid_argument("fault '" + name + "' takes no value");
-    if (row.value == Value::Json && !nlohmann::json::accept(fault.value))
+    }
+    if (row.value == Value::Json && !nlohmann::json::accept(fault.value)) {
         throw std::invalid_argument("fault '" + name + "' needs JSON, not '" + fault.value + "'");
-    if (fault.kind == FaultKind::Status && (fault.number() < 200 || fault.number() > 599))
+    }
+    if (fault.kind == FaultKind::Status && (fault.number() < 200 || fault.number() > 599)) {
         throw std::invalid_argument("fault 'status' needs a number from 200 to 599");
+    }
 }
 
 }  // namespace
@@ -107,36 +114,41 @@ long Fault::number() const {
 Fault parseFault(std::string_view text) {
     Fault fault;
     const std::size_t colon = text.find(':');
-    if (colon == std::string_view::npos)
+    if (colon == std::string_view::npos) {
         throw std::invalid_argument("a fault is CALL:KIND[=VALUE][,times=N][,skip=N], not '" +
                                     std::string(text) + "'");
+    }
     fault.call = callNamed(text.substr(0, colon));
     text.remove_prefix(colon + 1);
     // Only the tail is looked at, so that a value may hold commas itself.
     for (;;) {
         const std::size_t comma = text.rfind(',');
-        if (comma == std::string_view::npos)
+        if (comma == std::string_view::npos) {
             break;
+        }
         const std::string_view tail = text.substr(comma + 1);
-        if (tail.substr(0, 6) == "times=")
+        if (tail.substr(0, 6) == "times=") {
             fault.times = countFrom("times", tail.substr(6));
-        else if (tail.substr(0, 5) == "skip=")
+        } else if (tail.substr(0, 5) == "skip=") {
             fault.skip = countFrom("skip", tail.substr(5));
-        else
+        } else {
             break;
+        }
         text = text.substr(0, comma);
     }
     const std::size_t equals = text.find('=');
     fault.kind = kindNamed(text.substr(0, equals));
-    if (equals != std::string_view::npos)
+    if (equals != std::string_view::npos) {
         fault.value = text.substr(equals + 1);
+    }
     check(fault);
     return fault;
 }
 
 Fault faultFromJson(const nlohmann::json& object) {
-    if (!object.is_object())
+    if (!object.is_object()) {
         throw std::invalid_argument("a fault is an object");
+    }
     Fault fault;
     bool hasKind = false;
     for (const auto& [key, value] : object.items()) {
@@ -153,8 +165,9 @@ Fault faultFromJson(const nlohmann::json& object) {
             throw std::invalid_argument("bad member '" + key + "' in a fault");
         }
     }
-    if (!hasKind)
+    if (!hasKind) {
         throw std::invalid_argument("a fault needs a kind");
+    }
     check(fault);
     return fault;
 }
@@ -172,12 +185,13 @@ std::string faultHelp() {
     std::string help;
     for (const KindRow& row : kKinds) {
         std::string name(row.name);
-        if (row.value == Value::Number)
+        if (row.value == Value::Number) {
             name += "=N";
-        else if (row.value == Value::Text)
+        } else if (row.value == Value::Text) {
             name += "=TEXT";
-        else if (row.value == Value::Json)
+        } else if (row.value == Value::Json) {
             name += "=JSON";
+        }
         name.resize(std::max<std::size_t>(name.size(), 16), ' ');
         help += "  " + name + " " + std::string(row.help) + "\n";
     }
@@ -218,8 +232,9 @@ RequestFaults FaultPlan::take(Call call) {
                 fault = m_faults.erase(fault);
                 continue;
             }
-            if (fault->times > 1)
+            if (fault->times > 1) {
                 --fault->times;
+            }
         }
         ++fault;
     }

@@ -41,8 +41,9 @@ constexpr const char* kSearch =
 
 std::string joined(const std::vector<std::string>& parts) {
     std::string text;
-    for (const std::string& part : parts)
+    for (const std::string& part : parts) {
         text += part + '\n';
+    }
     return text;
 }
 
@@ -51,24 +52,27 @@ std::string column(std::string_view text) {
     const SearchTokens tokens = tokensOf(text);
     std::string column;
     for (const auto* list : {&tokens.pairs, &tokens.words}) {
-        for (const std::string& token : *list)
+        for (const std::string& token : *list) {
             column += token + ' ';
+        }
     }
     return column;
 }
 
 std::string singlesColumn(std::string_view text) {
     std::string column;
-    for (const std::string& token : tokensOf(text).singles)
+    for (const std::string& token : tokensOf(text).singles) {
         column += token + ' ';
+    }
     return column;
 }
 
 /// Nothing a user types can be taken for search syntax: every token is quoted, and none holds a quote.
 std::string anyOf(const std::vector<std::string>& tokens) {
     std::string query;
-    for (const std::string& token : std::set<std::string>(tokens.begin(), tokens.end()))
+    for (const std::string& token : std::set<std::string>(tokens.begin(), tokens.end())) {
         query += (query.empty() ? "\"" : " OR \"") + token + '"';
+    }
     return query;
 }
 
@@ -76,10 +80,12 @@ std::string searchExpression(const SearchTokens& tokens) {
     std::vector<std::string> exact = tokens.pairs;
     exact.insert(exact.end(), tokens.words.begin(), tokens.words.end());
     std::string query;
-    if (!exact.empty())
+    if (!exact.empty()) {
         query = "{title keywords questions body} : (" + anyOf(exact) + ")";
-    if (!tokens.singles.empty())
+    }
+    if (!tokens.singles.empty()) {
         query += (query.empty() ? "" : " OR ") + std::string("singles : (") + anyOf(tokens.singles) + ")";
+    }
     return query;
 }
 
@@ -95,12 +101,14 @@ void forEachPlace(const std::string& content, const std::string& keyword, Found 
          at = content.find(keyword, at + 1)) {
         std::size_t end = at + keyword.size();
         const bool startsInWord = isWordByte(keyword.front()) && at > 0 && isWordByte(content[at - 1]);
-        if (isWordByte(keyword.back()) && end < content.size() && content[end] == 's')
+        if (isWordByte(keyword.back()) && end < content.size() && content[end] == 's') {
             ++end;
+        }
         const bool endsInWord =
             isWordByte(keyword.back()) && end < content.size() && isWordByte(content[end]);
-        if (!startsInWord && !endsInWord)
+        if (!startsInWord && !endsInWord) {
             found(at, end);
+        }
     }
 }
 
@@ -118,8 +126,9 @@ std::size_t informativeLength(const std::string& content) {
 /// The same measure for the bytes that are marked.
 std::size_t markedLength(const std::string& content, const std::vector<bool>& marked) {
     std::string text;
-    for (std::size_t i = 0; i < content.size(); ++i)
+    for (std::size_t i = 0; i < content.size(); ++i) {
         text += marked[i] ? content[i] : ' ';
+    }
     return informativeLength(text);
 }
 
@@ -132,8 +141,9 @@ struct KnowledgeBase::Index {
 
 KnowledgeBase::KnowledgeBase(std::vector<Topic> topics)
     : m_topics(std::move(topics)), m_index(std::make_unique<Index>()) {
-    if (m_topics.empty())
+    if (m_topics.empty()) {
         throw TopicError("there are no topics");
+    }
     m_index->database.execute(
         "CREATE VIRTUAL TABLE topics USING fts5(title, keywords, questions, body, singles,"
         " tokenize='porter unicode61')");
@@ -146,8 +156,9 @@ KnowledgeBase::KnowledgeBase(std::vector<Topic> topics)
         std::set<std::string> ownedCommands;
         for (std::size_t i = 0; i < m_topics.size(); ++i) {
             const Topic& topic = m_topics[i];
-            if (!titles.insert(topic.title).second)
+            if (!titles.insert(topic.title).second) {
                 throw TopicError("two topics have the title '" + topic.title + "'");
+            }
             const std::string keywords = joined(topic.keywords) + joined(topic.commands);
             const std::string body =
                 topic.introduction + '\n' + topic.english + '\n' + joined(topic.steps) + joined(topic.tips);
@@ -169,8 +180,9 @@ KnowledgeBase::KnowledgeBase(std::vector<Topic> topics)
             }
             folded.push_back(foldForSearch(topic.title));
             // Many topics use a command, but its name alone asks for the first that is about it.
-            if (!topic.commands.empty() && ownedCommands.insert(topic.commands.front()).second)
+            if (!topic.commands.empty() && ownedCommands.insert(topic.commands.front()).second) {
                 folded.push_back(foldForSearch(topic.commands.front()));
+            }
             m_keywords.push_back(std::move(folded));
         }
     }
@@ -185,8 +197,9 @@ std::vector<Topic> KnowledgeBase::builtInTopics() {
     for (const EmbeddedFile& file : embeddedFiles()) {
         const std::string name(file.name);
         if (name.size() < kTopicSuffix.size() ||
-            name.compare(name.size() - kTopicSuffix.size(), kTopicSuffix.size(), kTopicSuffix) != 0)
+            name.compare(name.size() - kTopicSuffix.size(), kTopicSuffix.size(), kTopicSuffix) != 0) {
             continue;
+        }
         std::vector<Topic> part = parseTopics(file.text, name);
         std::move(part.begin(), part.end(), std::back_inserter(topics));
     }
@@ -197,18 +210,22 @@ std::vector<Topic> KnowledgeBase::topicsIn(const std::string& directory) {
     std::error_code error;
     std::set<std::filesystem::path> files;
     for (const auto& entry : std::filesystem::directory_iterator(directory, error)) {
-        if (entry.path().extension() == kTopicSuffix)
+        if (entry.path().extension() == kTopicSuffix) {
             files.insert(entry.path());
+        }
     }
-    if (error)
+    if (error) {
         throw TopicError("cannot read the knowledge folder '" + directory + "': " + error.message());
-    if (files.empty())
+    }
+    if (files.empty()) {
         throw TopicError("no *.topics files in the knowledge folder '" + directory + "'");
+    }
     std::vector<Topic> topics;
     for (const std::filesystem::path& path : files) {
         const std::optional<std::string> text = readFile(path.string());
-        if (!text)
+        if (!text) {
             throw TopicError("cannot read '" + path.string() + "'");
+        }
         std::vector<Topic> part = parseTopics(*text, path.string());
         std::move(part.begin(), part.end(), std::back_inserter(topics));
     }
@@ -218,12 +235,14 @@ std::vector<Topic> KnowledgeBase::topicsIn(const std::string& directory) {
 std::vector<Hit> KnowledgeBase::search(std::string_view question, std::size_t count) const {
     question = firstCodePoints(question, kLongestQuestion);
     std::string content = contentOfQuestion(question);
-    if (content.empty())
+    if (content.empty()) {
         content = foldForSearch(question);  // "你好": all of it is what it is about.
+    }
     const std::string expression = searchExpression(tokensOf(content));
     std::vector<Hit> hits;
-    if (expression.empty())
+    if (expression.empty()) {
         return hits;
+    }
     {
         const std::lock_guard lock(m_mutex);
         SqliteStatement::Run run(*m_index->search);
@@ -243,8 +262,10 @@ std::vector<Hit> KnowledgeBase::search(std::string_view question, std::size_t co
     std::stable_sort(hits.begin(), hits.end(), [](const Hit& a, const Hit& b) { return a.score > b.score; });
     // A greeting must not win over the question that follows it.
     const auto isDrafting = [](const Hit& hit) { return !hit.topic->isSmallTalk(); };
-    if (std::any_of(hits.begin(), hits.end(), [&](const Hit& hit) { return isDrafting(hit) && hit.fits(); }))
+    if (std::any_of(hits.begin(), hits.end(),
+                    [&](const Hit& hit) { return isDrafting(hit) && hit.fits(); })) {
         std::stable_partition(hits.begin(), hits.end(), isDrafting);
+    }
     hits.resize(std::min(hits.size(), count));
     return hits;
 }
@@ -268,8 +289,9 @@ double KnowledgeBase::keywordCoverage(std::size_t topic, const std::string& cont
     for (std::size_t at = 0; at < content.size();) {
         const std::size_t start = at;
         if (isCjk(nextCodePoint(content, at)) && !marked[start] &&
-            all.find(content.data() + start, 0, at - start) != std::string::npos)
+            all.find(content.data() + start, 0, at - start) != std::string::npos) {
             ++lone;
+        }
     }
     return static_cast<double>(markedLength(content, marked)) +
            kLoneCharacterWeight * static_cast<double>(lone);

@@ -30,14 +30,16 @@ void readListenAddress(const std::string& text, Options& options) {
     const std::size_t colon = text.rfind(':');
     std::string host = text.substr(0, colon == std::string::npos ? 0 : colon);
     const std::string port = colon == std::string::npos ? std::string() : text.substr(colon + 1);
-    if (host.size() > 2 && host.front() == '[' && host.back() == ']')
+    if (host.size() > 2 && host.front() == '[' && host.back() == ']') {
         host = host.substr(1, host.size() - 2);
-    else if (host.find(':') != std::string::npos)
+    } else if (host.find(':') != std::string::npos) {
         host.clear();
+    }
     const bool digits =
         !port.empty() && port.size() <= 5 && port.find_first_not_of("0123456789") == std::string::npos;
-    if (host.empty() || !digits || std::stoi(port) > kLargestPort)
+    if (host.empty() || !digits || std::stoi(port) > kLargestPort) {
         throw OptionsError("--listen needs HOST:PORT, not '" + text + "'");
+    }
     options.host = host;
     options.port = std::stoi(port);
 }
@@ -145,15 +147,18 @@ std::optional<Options> parseOptions(int argc, const char* const* argv, std::ostr
 
     readListenAddress(listen, options);
     try {
-        for (const std::string& fault : faults)
+        for (const std::string& fault : faults) {
             options.faults.push_back(parseFault(fault));
-        if (!options.upstreamUrl.empty())
+        }
+        if (!options.upstreamUrl.empty()) {
             upstreamFromUrl(options.upstreamUrl);
+        }
     } catch (const std::invalid_argument& error) {
         throw OptionsError(error.what());
     }
-    if (const char* key = std::getenv(kKeyVariable))
+    if (const char* key = std::getenv(kKeyVariable)) {
         options.upstreamKey = key;
+    }
     return options;
 }
 

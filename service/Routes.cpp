@@ -50,15 +50,19 @@ struct Reply {
 };
 
 void send(httplib::Response& response, Reply reply, const RequestFaults& faults) {
-    if (const auto code = faults.number(FaultKind::Code))
+    if (const auto code = faults.number(FaultKind::Code)) {
         reply.code = static_cast<int>(*code);
-    if (const Fault* message = faults.find(FaultKind::Message))
+    }
+    if (const Fault* message = faults.find(FaultKind::Message)) {
         reply.message = message->value;
-    if (const Fault* data = faults.find(FaultKind::Data))
+    }
+    if (const Fault* data = faults.find(FaultKind::Data)) {
         reply.data = json::parse(data->value);
+    }
     std::string body = envelope(reply.code, reply.message, reply.data);
-    if (faults.has(FaultKind::BrokenJson))
+    if (faults.has(FaultKind::BrokenJson)) {
         body.resize(body.size() / 2);
+    }
     response.set_content(body, kJson);
 }
 
@@ -83,8 +87,9 @@ const char* textOfStatus(int status) {
 
 std::string requiredText(const json& body, const char* member) {
     const auto found = body.find(member);
-    if (found == body.end() || !found->is_string())
+    if (found == body.end() || !found->is_string()) {
         throw std::invalid_argument(std::string("缺少文本成员 ") + member);
+    }
     return found->get<std::string>();
 }
 
@@ -98,15 +103,18 @@ struct ChatRequest {
 /// Throws std::invalid_argument with a text for the client.
 ChatRequest chatRequestOf(const std::string& text) {
     const json body = json::parse(text, nullptr, false);
-    if (!body.is_object())
+    if (!body.is_object()) {
         throw std::invalid_argument("请求不是 JSON 对象");
+    }
     ChatRequest request;
     request.question = requiredText(body, "userInput");
     request.sessionId = requiredText(body, "userChatSessionId");
-    if (body.contains("model"))
+    if (body.contains("model")) {
         request.model = requiredText(body, "model");
-    if (trimmed(request.question).empty())
+    }
+    if (trimmed(request.question).empty()) {
         throw std::invalid_argument("问题是空的");
+    }
     LineEndNormalizer lineEnds;
     request.question = lineEnds.feed(request.question) + lineEnds.finish();
     return request;
@@ -135,8 +143,9 @@ void Routes::addTo(httplib::Server& server) {
         });
     }
     server.set_error_handler([](const Request&, Response& response) {
-        if (response.body.empty())
+        if (response.body.empty()) {
             refuse(response, response.status, textOfStatus(response.status));
+        }
     });
     server.set_exception_handler([](const Request& request, Response& response, std::exception_ptr error) {
         try {
@@ -162,8 +171,9 @@ void Routes::health(httplib::Response& response) {
 }
 
 bool Routes::begin(const RequestFaults& faults, httplib::Response& response) {
-    if (const auto wait = faults.number(FaultKind::SlowHeaders))
+    if (const auto wait = faults.number(FaultKind::SlowHeaders)) {
         m_parts.stop.waitFor(std::chrono::milliseconds(*wait));
+    }
     if (const auto status = faults.number(FaultKind::Status)) {
         refuse(response, static_cast<int>(*status), textOfStatus(static_cast<int>(*status)));
         return false;
@@ -174,26 +184,30 @@ bool Routes::begin(const RequestFaults& faults, httplib::Response& response) {
 std::optional<std::int64_t> Routes::userOf(const httplib::Request& request) {
     // The token comes as it is, with no scheme word before it.
     const std::string token = request.get_header_value("Authorization");
-    if (token.empty())
+    if (token.empty()) {
         return std::nullopt;
+    }
     return m_parts.database.userOfToken(token);
 }
 
 void Routes::createSession(const httplib::Request& request, httplib::Response& response) {
     const RequestFaults faults = m_parts.faults.take(Call::Create);
-    if (!begin(faults, response))
+    if (!begin(faults, response)) {
         return;
+    }
     Reply reply{kUnauthorized, kNoToken, {}};
-    if (const auto user = userOf(request))
+    if (const auto user = userOf(request)) {
         reply = {kOk, kSuccess, m_parts.database.createSession(*user, nowMs())};
+    }
     log(request, std::to_string(reply.code));
     send(response, std::move(reply), faults);
 }
 
 void Routes::listSessions(const httplib::Request& request, httplib::Response& response) {
     const RequestFaults faults = m_parts.faults.take(Call::List);
-    if (!begin(faults, response))
+    if (!begin(faults, response)) {
         return;
+    }
     Reply reply{kUnauthorized, kNoToken, {}};
     if (const auto user = userOf(request)) {
         reply = {kOk, kSuccess, json::array()};
@@ -210,8 +224,9 @@ void Routes::listSessions(const httplib::Request& request, httplib::Response& re
 
 void Routes::readSession(const httplib::Request& request, httplib::Response& response) {
     const RequestFaults faults = m_parts.faults.take(Call::Read);
-    if (!begin(faults, response))
+    if (!begin(faults, response)) {
         return;
+    }
     Reply reply{kUnauthorized, kNoToken, {}};
     if (const auto user = userOf(request)) {
         reply = {kNotFound, kNoSession, {}};
@@ -230,8 +245,9 @@ void Routes::readSession(const httplib::Request& request, httplib::Response& res
 
 void Routes::chat(const httplib::Request& request, httplib::Response& response) {
     const RequestFaults faults = m_parts.faults.take(Call::Chat);
-    if (!begin(faults, response))
+    if (!begin(faults, response)) {
         return;
+    }
     const auto user = userOf(request);
     if (!user) {
         log(request, "401");
@@ -262,8 +278,9 @@ void Routes::chat(const httplib::Request& request, httplib::Response& response) 
                 logLine(request.path + ": " + error.what());
             }
             log(request, proper ? "answered" : "cut");
-            if (proper)
+            if (proper) {
                 sink.done();
+            }
             // False closes the connection without the end mark, so that the client sees that something is
             // missing.
             return proper;
@@ -278,8 +295,9 @@ bool Routes::stream(httplib::DataSink& sink, const Conversation& conversation, c
     ChatStream chat(connection, m_parts.stop, faults);
     const auto store = [&] {
         // An answer that was cut is kept as far as it got, as the client keeps it too.
-        if (!chat.delivered().empty())
+        if (!chat.delivered().empty()) {
             m_parts.database.addMessage(sessionId, {Role::Assistant, chat.delivered(), nowMs()});
+        }
     };
     try {
         m_parts.answerer.answer(conversation, chat);
@@ -301,13 +319,15 @@ void Routes::addFaults(const httplib::Request& request, httplib::Response& respo
         const json body = json::parse(request.body, nullptr, false);
         std::vector<Fault> faults;
         if (body.is_array()) {
-            for (const json& object : body)
+            for (const json& object : body) {
                 faults.push_back(faultFromJson(object));
+            }
         } else {
             faults.push_back(faultFromJson(body));
         }
-        for (Fault& fault : faults)
+        for (Fault& fault : faults) {
             m_parts.faults.add(std::move(fault));
+        }
         send(response, {}, {});
     } catch (const std::exception& error) {
         refuse(response, kBadRequest, error.what());
@@ -315,8 +335,9 @@ void Routes::addFaults(const httplib::Request& request, httplib::Response& respo
 }
 
 void Routes::log(const httplib::Request& request, const std::string& outcome) {
-    if (m_parts.verbose)
+    if (m_parts.verbose) {
         logLine(request.method + " " + request.path + ": " + outcome);
+    }
 }
 
 }  // namespace zentri::service

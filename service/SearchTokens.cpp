@@ -52,14 +52,16 @@ SearchTokens tokensOf(std::string_view text) {
     std::string word;
     bool paired = false;
     const auto endOfRun = [&] {
-        if (!previous.empty() && !paired)
+        if (!previous.empty() && !paired) {
             tokens.pairs.push_back(previous);
+        }
         previous.clear();
         paired = false;
     };
     const auto endOfWord = [&] {
-        if (!word.empty())
+        if (!word.empty()) {
             tokens.words.push_back(word);
+        }
         word.clear();
     };
     for (std::size_t at = 0; at < folded.size();) {
@@ -77,10 +79,11 @@ SearchTokens tokensOf(std::string_view text) {
             continue;
         }
         endOfRun();
-        if (isAsciiWord(c))
+        if (isAsciiWord(c)) {
             word += character;
-        else
+        } else {
             endOfWord();
+        }
     }
     endOfRun();
     endOfWord();
@@ -105,12 +108,14 @@ std::string contentOfQuestion(std::string_view question) {
             content += isCjk(c) ? folded.substr(start, at - start) : " ";
             continue;
         }
-        while (at < folded.size() && isAsciiWord(static_cast<unsigned char>(folded[at])))
+        while (at < folded.size() && isAsciiWord(static_cast<unsigned char>(folded[at]))) {
             ++at;
+        }
         const std::string word = folded.substr(start, at - start);
         content += ' ';
-        if (emptyWords().count(word) == 0)
+        if (emptyWords().count(word) == 0) {
             content += word + ' ';
+        }
     }
     // One blank at most between two words, so that a phrase is found although a little word was taken out of
     // it.
@@ -130,8 +135,9 @@ bool isEnglish(std::string_view text) {
     bool letters = false;
     for (std::size_t at = 0; at < text.size();) {
         const char32_t c = nextCodePoint(text, at);
-        if (isCjk(c))
+        if (isCjk(c)) {
             return false;
+        }
         letters = letters || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
     }
     return letters;

@@ -22,22 +22,26 @@ constexpr std::int64_t kMsPerSecond = 1000;
 constexpr std::int64_t kUntimedStepMs = 20 * kMsPerSecond;
 
 Message messageFromJson(const json& object, std::int64_t fallbackMs) {
-    if (!object.is_object())
+    if (!object.is_object()) {
         throw SeedError("a message is not an object");
+    }
     const json role = object.value("role", json());
     const json text = object.value("message", json());
-    if (!text.is_string() || (role != "user" && role != "assistant"))
+    if (!text.is_string() || (role != "user" && role != "assistant")) {
         throw SeedError("a message needs a role ('user' or 'assistant') and a message text");
+    }
     Message message;
     message.role = role == "user" ? Role::User : Role::Assistant;
     message.text = text.get<std::string>();
     message.timeMs = fallbackMs;
     if (const auto time = object.find("createTime"); time != object.end()) {
-        if (!time->is_number_integer())
+        if (!time->is_number_integer()) {
             throw SeedError("a createTime is not a whole number");
+        }
         message.timeMs = time->get<std::int64_t>();
-        if (message.timeMs <= kLargestSeconds)
+        if (message.timeMs <= kLargestSeconds) {
             message.timeMs *= kMsPerSecond;
+        }
     }
     return message;
 }
@@ -68,39 +72,45 @@ std::vector<ScriptedConversation> parseConversations(std::string_view text, cons
         }
         const std::string_view mark = line.substr(0, 2);
         if (conversations.empty()) {
-            if (!line.empty())
+            if (!line.empty()) {
                 fail("text before the first '== zh' or '== en'");
+            }
             continue;
         }
         std::vector<Message>& messages = conversations.back().messages;
-        if (mark == "Q:" || mark == "A:")
+        if (mark == "Q:" || mark == "A:") {
             messages.push_back(
                 {mark == "Q:" ? Role::User : Role::Assistant, std::string(trimmed(line.substr(2))), 0});
-        else if (!messages.empty() && !line.empty())
+        } else if (!messages.empty() && !line.empty()) {
             messages.back().text.append("\n").append(line);
-        else if (!line.empty())
+        } else if (!line.empty()) {
             fail("text before the first 'Q:'");
+        }
     }
     return conversations;
 }
 
 std::vector<SeededSession> parseSeedFile(std::string_view text, std::string_view token, std::int64_t nowMs) {
     const json root = json::parse(text, nullptr, false);
-    if (root.is_discarded())
+    if (root.is_discarded()) {
         throw SeedError("it is not JSON");
-    if (!root.is_object() || !root.contains("sessions") || !root["sessions"].is_array())
+    }
+    if (!root.is_object() || !root.contains("sessions") || !root["sessions"].is_array()) {
         throw SeedError("it has no list of 'sessions'");
+    }
     const std::string key = sha256Hex(text);
     std::vector<SeededSession> sessions;
     for (const json& object : root["sessions"]) {
         if (!object.is_object() || !object.contains("messages") || !object["messages"].is_array() ||
-            object["messages"].empty())
+            object["messages"].empty()) {
             throw SeedError("a session has no messages");
+        }
         SeededSession session;
         session.id = stableSessionId(key, token, sessions.size());
         if (const auto title = object.find("title"); title != object.end()) {
-            if (!title->is_string())
+            if (!title->is_string()) {
                 throw SeedError("a title is not a text");
+            }
             session.title = title->get<std::string>();
         }
         std::int64_t next = nowMs - kUntimedStepMs * static_cast<std::int64_t>(object["messages"].size());
@@ -124,8 +134,9 @@ void seedHistory(Database& database, const KnowledgeBase& knowledge, const std::
         return;
     }
     const std::optional<std::string> text = readFile(seed);
-    if (!text)
+    if (!text) {
         throw SeedError("cannot read the seed file '" + seed + "'");
+    }
     try {
         database.seed(user, "file:" + sha256Hex(*text), parseSeedFile(*text, token, nowMs()));
     } catch (const SeedError& error) {

@@ -75,11 +75,13 @@ struct Service::Parts {
 Service::Service(const Options& options) : m_options(options) {
     try {
         m_parts = std::make_unique<Parts>(options);
-        for (const Fault& fault : options.faults)
+        for (const Fault& fault : options.faults) {
             m_parts->faults.add(fault);
-        if (!options.seed.empty())
+        }
+        if (!options.seed.empty()) {
             seedHistory(m_parts->database, m_parts->knowledge, options.seed, options.seedToken,
                         options.seedSessions);
+        }
     } catch (const std::exception& error) {
         throw StartError(error.what());
     }
@@ -123,13 +125,15 @@ void Service::start() {
     server.widenBacklog();
     m_parts->listener = std::thread([&server] { server.listen_after_bind(); });
     // A stop before the accepting loop runs would be lost.
-    while (!server.is_running())
+    while (!server.is_running()) {
         std::this_thread::sleep_for(kStartPoll);
+    }
 }
 
 void Service::stop() {
-    if (!m_parts || !m_parts->listener.joinable())
+    if (!m_parts || !m_parts->listener.joinable()) {
         return;
+    }
     m_parts->stop.stop();
     m_parts->server.stop();
     m_parts->listener.join();

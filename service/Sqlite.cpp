@@ -21,8 +21,9 @@ void SqliteStatement::Finalize::operator()(sqlite3_stmt* statement) const {
 SqliteStatement::SqliteStatement(sqlite3* database, std::string_view sql) {
     sqlite3_stmt* statement = nullptr;
     if (sqlite3_prepare_v3(database, sql.data(), static_cast<int>(sql.size()), SQLITE_PREPARE_PERSISTENT,
-                           &statement, nullptr) != SQLITE_OK)
+                           &statement, nullptr) != SQLITE_OK) {
         fail(database);
+    }
     m_statement.reset(statement);
 }
 
@@ -36,33 +37,38 @@ SqliteStatement::Run& SqliteStatement::Run::bind(std::string_view text) {
     // An empty view may have no address, and SQLite would take that for NULL.
     const char* bytes = text.empty() ? "" : text.data();
     if (sqlite3_bind_text64(statement, ++m_bound, bytes, text.size(), SQLITE_TRANSIENT, SQLITE_UTF8) !=
-        SQLITE_OK)
+        SQLITE_OK) {
         fail(sqlite3_db_handle(statement));
+    }
     return *this;
 }
 
 SqliteStatement::Run& SqliteStatement::Run::bind(std::int64_t value) {
     sqlite3_stmt* statement = m_statement.m_statement.get();
-    if (sqlite3_bind_int64(statement, ++m_bound, value) != SQLITE_OK)
+    if (sqlite3_bind_int64(statement, ++m_bound, value) != SQLITE_OK) {
         fail(sqlite3_db_handle(statement));
+    }
     return *this;
 }
 
 bool SqliteStatement::Run::step() {
     sqlite3_stmt* statement = m_statement.m_statement.get();
     const int result = sqlite3_step(statement);
-    if (result == SQLITE_ROW)
+    if (result == SQLITE_ROW) {
         return true;
-    if (result != SQLITE_DONE)
+    }
+    if (result != SQLITE_DONE) {
         fail(sqlite3_db_handle(statement));
+    }
     return false;
 }
 
 std::string SqliteStatement::Run::text(int column) const {
     sqlite3_stmt* statement = m_statement.m_statement.get();
     const auto* bytes = reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
-    if (bytes == nullptr)
+    if (bytes == nullptr) {
         return {};
+    }
     return {bytes, static_cast<std::size_t>(sqlite3_column_bytes(statement, column))};
 }
 
@@ -83,14 +89,16 @@ SqliteDatabase::SqliteDatabase(const std::string& path) {
     const int result =
         sqlite3_open_v2(path.c_str(), &database, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
     m_database.reset(database);
-    if (result != SQLITE_OK)
+    if (result != SQLITE_OK) {
         fail(database);
+    }
     sqlite3_busy_timeout(database, kBusyTimeoutMs);
 }
 
 void SqliteDatabase::execute(const std::string& sql) {
-    if (sqlite3_exec(m_database.get(), sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK)
+    if (sqlite3_exec(m_database.get(), sql.c_str(), nullptr, nullptr, nullptr) != SQLITE_OK) {
         fail(m_database.get());
+    }
 }
 
 std::int64_t SqliteDatabase::lastInsertedRow() const {
@@ -107,8 +115,9 @@ SqliteTransaction::SqliteTransaction(SqliteDatabase& database) : m_database(data
 }
 
 SqliteTransaction::~SqliteTransaction() {
-    if (!m_open)
+    if (!m_open) {
         return;
+    }
     try {
         m_database.execute("ROLLBACK");
     } catch (const SqliteError&) {

@@ -38,16 +38,19 @@ std::size_t decodeAt(std::string_view utf8, std::size_t at, char32_t& codePoint)
     } else {
         return 0;
     }
-    if (at + length > utf8.size())
+    if (at + length > utf8.size()) {
         return 0;
+    }
     for (std::size_t i = 1; i < length; ++i) {
-        if ((byte(at + i) & 0xC0U) != 0x80U)
+        if ((byte(at + i) & 0xC0U) != 0x80U) {
             return 0;
+        }
         codePoint = (codePoint << 6U) | (byte(at + i) & 0x3FU);
     }
     const bool surrogate = codePoint >= 0xD800 && codePoint <= 0xDFFF;
-    if (codePoint < smallest || codePoint > 0x10FFFF || surrogate)
+    if (codePoint < smallest || codePoint > 0x10FFFF || surrogate) {
         return 0;
+    }
     return length;
 }
 
@@ -65,8 +68,9 @@ char32_t nextCodePoint(std::string_view utf8, std::size_t& at) {
 }
 
 void appendUtf8(std::string& text, char32_t codePoint) {
-    if (codePoint > 0x10FFFF || (codePoint >= 0xD800 && codePoint <= 0xDFFF))
+    if (codePoint > 0x10FFFF || (codePoint >= 0xD800 && codePoint <= 0xDFFF)) {
         codePoint = kReplacement;
+    }
     const auto put = [&](char32_t bits) {
         text.push_back(static_cast<char>(static_cast<unsigned char>(bits)));
     };
@@ -92,8 +96,9 @@ bool isValidUtf8(std::string_view bytes) {
     while (at < bytes.size()) {
         char32_t codePoint = 0;
         const std::size_t length = decodeAt(bytes, at, codePoint);
-        if (length == 0)
+        if (length == 0) {
             return false;
+        }
         at += length;
     }
     return true;
@@ -101,8 +106,9 @@ bool isValidUtf8(std::string_view bytes) {
 
 std::size_t codePointCount(std::string_view utf8) {
     std::size_t count = 0;
-    for (std::size_t at = 0; at < utf8.size(); ++count)
+    for (std::size_t at = 0; at < utf8.size(); ++count) {
         nextCodePoint(utf8, at);
+    }
     return count;
 }
 
@@ -126,12 +132,14 @@ std::string foldForSearch(std::string_view utf8) {
     folded.reserve(utf8.size());
     for (std::size_t at = 0; at < utf8.size();) {
         char32_t c = nextCodePoint(utf8, at);
-        if (c >= kFullWidthFirst && c <= kFullWidthLast)
+        if (c >= kFullWidthFirst && c <= kFullWidthLast) {
             c -= kFullWidthOffset;
-        else if (c == kIdeographicSpace)
+        } else if (c == kIdeographicSpace) {
             c = ' ';
-        if (c >= 'A' && c <= 'Z')
+        }
+        if (c >= 'A' && c <= 'Z') {
             c += 'a' - 'A';
+        }
         appendUtf8(folded, c);
     }
     return folded;
@@ -140,8 +148,9 @@ std::string foldForSearch(std::string_view utf8) {
 std::string_view trimmed(std::string_view text) {
     constexpr std::string_view kBlank = " \t\r\n";
     const std::size_t first = text.find_first_not_of(kBlank);
-    if (first == std::string_view::npos)
+    if (first == std::string_view::npos) {
         return {};
+    }
     return text.substr(first, text.find_last_not_of(kBlank) - first + 1);
 }
 
@@ -150,8 +159,9 @@ std::vector<std::string> splitTrimmed(std::string_view text, std::string_view se
     for (std::size_t start = 0; start <= text.size();) {
         const std::size_t end = std::min(text.find(separator, start), text.size());
         const std::string_view part = trimmed(text.substr(start, end - start));
-        if (!part.empty())
+        if (!part.empty()) {
             parts.emplace_back(part);
+        }
         start = end + separator.size();
     }
     return parts;
@@ -160,8 +170,9 @@ std::vector<std::string> splitTrimmed(std::string_view text, std::string_view se
 std::string oneLine(std::string_view text) {
     std::string line{trimmed(text)};
     for (char& c : line) {
-        if (c == '\n' || c == '\r' || c == '\t')
+        if (c == '\n' || c == '\r' || c == '\t') {
             c = ' ';
+        }
     }
     return line;
 }
@@ -173,13 +184,15 @@ std::string LineEndNormalizer::feed(std::string_view piece) {
         if (m_pendingCr) {
             out.push_back('\n');
             m_pendingCr = false;
-            if (c == '\n')
+            if (c == '\n') {
                 continue;
+            }
         }
-        if (c == '\r')
+        if (c == '\r') {
             m_pendingCr = true;
-        else
+        } else {
             out.push_back(c);
+        }
     }
     return out;
 }

@@ -10,8 +10,9 @@ namespace {
 
 /// The text after "prefix" when the line begins with it.
 bool takePrefix(std::string_view line, std::string_view prefix, std::string_view& rest) {
-    if (line.substr(0, prefix.size()) != prefix)
+    if (line.substr(0, prefix.size()) != prefix) {
         return false;
+    }
     rest = trimmed(line.substr(prefix.size()));
     return true;
 }
@@ -19,8 +20,9 @@ bool takePrefix(std::string_view line, std::string_view prefix, std::string_view
 /// The text of a numbered line ("3. text").
 bool takeStep(std::string_view line, std::string_view& rest) {
     const std::size_t dot = line.find_first_not_of("0123456789");
-    if (dot == 0 || dot == std::string_view::npos || line.substr(dot, 2) != ". ")
+    if (dot == 0 || dot == std::string_view::npos || line.substr(dot, 2) != ". ") {
         return false;
+    }
     rest = trimmed(line.substr(dot + 2));
     return true;
 }
@@ -70,19 +72,22 @@ private:
         } else if (takePrefix(line, "- ", rest)) {
             topic.tips.emplace_back(rest);
         } else {
-            if (!topic.introduction.empty())
+            if (!topic.introduction.empty()) {
                 topic.introduction += '\n';
+            }
             topic.introduction += line;
         }
     }
 
     void finishTopic() {
-        if (m_topics.empty())
+        if (m_topics.empty()) {
             return;
+        }
         const Topic& topic = m_topics.back();
         const auto need = [&](bool present, const char* what) {
-            if (!present)
+            if (!present) {
                 fail(m_topicLine, "the topic '" + topic.title + "' has no " + what);
+            }
         };
         need(!topic.title.empty(), "title");
         need(!topic.area.empty(), "area");
@@ -105,8 +110,9 @@ private:
 }  // namespace
 
 std::vector<Topic> parseTopics(std::string_view text, const std::string& name) {
-    if (!isValidUtf8(text))
+    if (!isValidUtf8(text)) {
         throw TopicError(name + ": not UTF-8");
+    }
     TopicReader reader(name);
     for (std::size_t start = 0; start < text.size();) {
         const std::size_t end = std::min(text.find('\n', start), text.size());

@@ -88,29 +88,32 @@ std::string shortened(const std::string& text) {
 /// Text of a foreign server as something that may go into JSON and the database.
 std::string asUtf8(const std::string& bytes) {
     std::string text;
-    for (std::size_t at = 0; at < bytes.size();)
+    for (std::size_t at = 0; at < bytes.size();) {
         appendUtf8(text, nextCodePoint(bytes, at));
+    }
     return text;
 }
 
 std::string explainStatus(int status, const std::string& body) {
     const UpstreamDelta reply = parseCompletion(body);
     std::string why;
-    if (status == 401 || status == 403)
+    if (status == 401 || status == 403) {
         why = "它不接受访问密钥，请检查环境变量 ZENTRI_UPSTREAM_KEY";
-    else if (status == 404)
+    } else if (status == 404) {
         why = "它没有这个地址或模型，请检查 --upstream 和 --upstream-model";
-    else if (status == 429)
+    } else if (status == 429) {
         why = "请求太多或额度用完，请稍后再试";
-    else if (status >= 300 && status < 400)
+    } else if (status >= 300 && status < 400) {
         why = "它要求转到别的地址，请在 --upstream 里直接写那个地址";
-    else if (status >= 500)
+    } else if (status >= 500) {
         why = "它内部出错，请稍后再试";
-    else
+    } else {
         why = "它拒绝了请求";
+    }
     std::string text = "上游模型服务返回 HTTP " + std::to_string(status) + "：" + why;
-    if (!reply.error.empty())
+    if (!reply.error.empty()) {
         text += "（" + shortened(asUtf8(reply.error)) + "）";
+    }
     return text;
 }
 
@@ -149,39 +152,48 @@ public:
             return !m_exchange.aborted();
         };
         request.content_receiver = [this](const char* data, size_t length, std::uint64_t, std::uint64_t) {
-            if (m_streaming)
+            if (m_streaming) {
                 m_parser.feed({data, length});
-            else if (m_body.size() + length <= kLargestPlainBody)
+            } else if (m_body.size() + length <= kLargestPlainBody) {
                 m_body.append(data, length);
+            }
             // After an error in the stream nothing sensible follows.
             return m_error.empty() && !m_exchange.aborted();
         };
         const httplib::Result result = m_client.send(request);
-        if (m_streaming)
+        if (m_streaming) {
             m_parser.finish();
-        if (!m_error.empty())
+        }
+        if (!m_error.empty()) {
             return m_error;
-        if (m_status != 0 && m_status != kHttpOk)
+        }
+        if (m_status != 0 && m_status != kHttpOk) {
             return explainStatus(m_status, m_body);
-        if (m_status == kHttpOk && !m_streaming)
+        }
+        if (m_status == kHttpOk && !m_streaming) {
             return completeReply();
-        if (m_finished)
+        }
+        if (m_finished) {
             return {};
-        if (m_status == 0)
+        }
+        if (m_status == 0) {
             return explainTransport(result.error());
+        }
         return m_anyText ? "上游模型服务中途断开，回答不完整" : "上游模型服务没有给出回答";
     }
 
 private:
     void onEvent(const std::string& data) {
         // Some servers send figures after the end; a second end or text after it would only confuse.
-        if (m_finished || !m_error.empty())
+        if (m_finished || !m_error.empty()) {
             return;
+        }
         const UpstreamDelta delta = parseDelta(data);
-        if (!delta.valid)
+        if (!delta.valid) {
             m_error = "上游模型服务的回答看不懂（" + shortened(asUtf8(data)) + "）";
-        else if (!delta.error.empty())
+        } else if (!delta.error.empty()) {
             m_error = "上游模型服务报告错误（" + shortened(asUtf8(delta.error)) + "）";
+        }
         if (!delta.text.empty()) {
             m_anyText = true;
             m_exchange.push(delta.text);
@@ -191,12 +203,15 @@ private:
 
     std::string completeReply() {
         const UpstreamDelta reply = parseCompletion(m_body);
-        if (!reply.error.empty())
+        if (!reply.error.empty()) {
             return "上游模型服务报告错误（" + shortened(asUtf8(reply.error)) + "）";
-        if (!reply.valid)
+        }
+        if (!reply.valid) {
             return "上游模型服务的回答看不懂（" + shortened(asUtf8(m_body)) + "）";
-        if (reply.text.empty())
+        }
+        if (reply.text.empty()) {
             return "上游模型服务没有给出回答";
+        }
         m_exchange.push(reply.text);
         return {};
     }
@@ -217,21 +232,25 @@ private:
 UpstreamSettings upstreamFromUrl(const std::string& url) {
     const std::size_t scheme = url.find("://");
     const std::string name = url.substr(0, scheme == std::string::npos ? 0 : scheme);
-    if (name != "http" && name != "https")
+    if (name != "http" && name != "https") {
         throw std::invalid_argument("the upstream address must begin with http:// or https://, not '" + url +
                                     "'");
+    }
     const std::size_t hostAt = scheme + 3;
     const std::size_t pathAt = std::min(url.find('/', hostAt), url.size());
     const std::string host = url.substr(hostAt, pathAt - hostAt);
-    if (host.empty() || host.find_first_of("@?# ") != std::string::npos)
+    if (host.empty() || host.find_first_of("@?# ") != std::string::npos) {
         throw std::invalid_argument("no usable host in the upstream address '" + url + "'");
+    }
     UpstreamSettings settings;
     settings.origin = url.substr(0, pathAt);
     std::string path = url.substr(pathAt);
-    while (!path.empty() && path.back() == '/')
+    while (!path.empty() && path.back() == '/') {
         path.pop_back();
-    if (path.empty())
+    }
+    if (path.empty()) {
         path = "/v1";
+    }
     const bool complete =
         path.size() >= kCompletions.size() &&
         path.compare(path.size() - kCompletions.size(), kCompletions.size(), kCompletions) == 0;
@@ -248,9 +267,10 @@ std::string UpstreamAnswerer::requestBody(const Conversation& conversation) cons
     messages.push_back({{"role", "system"}, {"content", kInstructions}});
     const std::vector<Message>& all = conversation.messages;
     const std::size_t first = all.size() > kMostMessages ? all.size() - kMostMessages : 0;
-    for (std::size_t i = first; i < all.size(); ++i)
+    for (std::size_t i = first; i < all.size(); ++i) {
         messages.push_back(
             {{"role", all[i].role == Role::User ? "user" : "assistant"}, {"content", all[i].text}});
+    }
     const nlohmann::json body{{"model", m_settings.model.empty() ? conversation.model : m_settings.model},
                               {"messages", std::move(messages)},
                               {"stream", true}};
@@ -264,16 +284,18 @@ void UpstreamAnswerer::answer(const Conversation& conversation, AnswerSink& sink
     client.set_connection_timeout(std::min(m_settings.timeout, kLongestConnect));
     client.set_read_timeout(m_settings.timeout);
     client.set_write_timeout(m_settings.timeout);
-    if (!m_settings.caFile.empty())
+    if (!m_settings.caFile.empty()) {
         client.set_ca_cert_path(m_settings.caFile);
+    }
 
     httplib::Request request;
     request.method = "POST";
     request.path = m_settings.path;
     request.set_header("Content-Type", "application/json");
     request.set_header("Accept", "text/event-stream");
-    if (!m_settings.key.empty())
+    if (!m_settings.key.empty()) {
         request.set_header("Authorization", "Bearer " + m_settings.key);
+    }
     request.body = requestBody(conversation);
 
     Exchange exchange;
@@ -290,8 +312,9 @@ void UpstreamAnswerer::answer(const Conversation& conversation, AnswerSink& sink
     bool listening = true;
     while (!ended) {
         const std::string text = exchange.take(ended);
-        if (listening)
+        if (listening) {
             listening = text.empty() ? sink.alive() : sink.write(text);
+        }
         any = any || !text.empty();
         if (!listening && !ended) {
             // The request may be anywhere between its start and its end, so it is stopped until it has ended.
@@ -300,8 +323,9 @@ void UpstreamAnswerer::answer(const Conversation& conversation, AnswerSink& sink
         }
     }
     server.join();
-    if (listening && !exchange.error().empty())
+    if (listening && !exchange.error().empty()) {
         sink.write((any ? "\n\n（" : "抱歉，这次没能得到回答：") + exchange.error() + (any ? "）" : "。"));
+    }
 }
 
 }  // namespace zentri::service

@@ -19,10 +19,12 @@ std::string stringAt(const json& object, const char* key) {
 /// "error" is an object with a message with most servers, a bare text with some.
 std::string errorText(const json& object) {
     const auto error = object.find("error");
-    if (error == object.end() || error->is_null())
+    if (error == object.end() || error->is_null()) {
         return {};
-    if (error->is_string())
+    }
+    if (error->is_string()) {
         return error->get<std::string>();
+    }
     const std::string message = error->is_object() ? stringAt(*error, "message") : std::string();
     return message.empty() ? error->dump() : message;
 }
@@ -41,12 +43,14 @@ UpstreamDelta parseReply(const std::string& text, const char* member) {
         return delta;
     }
     // A last event may carry nothing but usage figures: no choices is no fault.
-    if (choices->empty() || !choices->front().is_object())
+    if (choices->empty() || !choices->front().is_object()) {
         return delta;
+    }
     const json& choice = choices->front();
     const auto content = choice.find(member);
-    if (content != choice.end() && content->is_object())
+    if (content != choice.end() && content->is_object()) {
         delta.text = stringAt(*content, "content");
+    }
     delta.finished = !stringAt(choice, "finish_reason").empty();
     return delta;
 }
@@ -57,25 +61,29 @@ void SseParser::feed(std::string_view bytes) {
     for (const char c : bytes) {
         const bool afterCr = m_lastWasCr;
         m_lastWasCr = c == '\r';
-        if (c == '\n' && afterCr)
+        if (c == '\n' && afterCr) {
             continue;
-        if (c == '\r' || c == '\n')
+        }
+        if (c == '\r' || c == '\n') {
             endLine();
-        else
+        } else {
             m_line += c;
+        }
     }
 }
 
 void SseParser::finish() {
-    if (!m_line.empty())
+    if (!m_line.empty()) {
         endLine();
+    }
     dispatch();
 }
 
 void SseParser::endLine() {
     std::string_view line = m_line;
-    if (m_firstLine && line.substr(0, kByteOrderMark.size()) == kByteOrderMark)
+    if (m_firstLine && line.substr(0, kByteOrderMark.size()) == kByteOrderMark) {
         line.remove_prefix(kByteOrderMark.size());
+    }
     m_firstLine = false;
     if (line.empty()) {
         dispatch();
@@ -85,10 +93,12 @@ void SseParser::endLine() {
         if (line.substr(0, colon) == "data") {
             std::string_view value =
                 colon == std::string_view::npos ? std::string_view() : line.substr(colon + 1);
-            if (!value.empty() && value.front() == ' ')
+            if (!value.empty() && value.front() == ' ') {
                 value.remove_prefix(1);
-            if (m_hasData)
+            }
+            if (m_hasData) {
                 m_data += '\n';
+            }
             m_data += value;
             m_hasData = true;
         }
@@ -97,8 +107,9 @@ void SseParser::endLine() {
 }
 
 void SseParser::dispatch() {
-    if (!m_hasData)
+    if (!m_hasData) {
         return;
+    }
     const std::string data = std::move(m_data);
     m_data.clear();
     m_hasData = false;

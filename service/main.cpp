@@ -16,8 +16,9 @@ constexpr long kLookNanoseconds = 200'000'000;
 bool waitForSignal(const zentri::service::Service& service, const sigset_t& signals) {
     const timespec look{0, kLookNanoseconds};
     while (service.isRunning()) {
-        if (sigtimedwait(&signals, nullptr, &look) > 0)
+        if (sigtimedwait(&signals, nullptr, &look) > 0) {
             return true;
+        }
     }
     return false;
 }
@@ -25,8 +26,9 @@ bool waitForSignal(const zentri::service::Service& service, const sigset_t& sign
 int run(int argc, char** argv) {
     using namespace zentri::service;
     std::optional<Options> options = parseOptions(argc, argv, std::cout);
-    if (!options)
+    if (!options) {
         return 0;
+    }
     if (options->ask) {
         options->database = ":memory:";
         std::cout << Service(*options).answerTo(*options->ask) << std::endl;
@@ -47,8 +49,9 @@ int run(int argc, char** argv) {
     std::cout << "zentri-service listening on " << service.url() << std::endl;
     const bool asked = waitForSignal(service, signals);
     service.stop();
-    if (!asked)
+    if (!asked) {
         throw StartError("the listening socket failed");
+    }
     return 0;
 }
 

@@ -33,8 +33,8 @@ QString twoDigits(int number) {
 }
 
 QString monthText(const std::tm& local) {
-    constexpr int firstYear = 1900;
-    return QStringLiteral("%1年%2月").arg(firstYear + local.tm_year).arg(twoDigits(local.tm_mon + 1));
+    constexpr int kFirstYear = 1900;
+    return QStringLiteral("%1年%2月").arg(kFirstYear + local.tm_year).arg(twoDigits(local.tm_mon + 1));
 }
 
 QString dayText(const std::tm& local) {

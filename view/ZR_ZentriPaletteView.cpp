@@ -146,9 +146,9 @@ void ZR_ZentriPaletteView::showChatRecord(const ZR_AiChatSingleChatRecord& recor
     m_ui->label_ChatTitle->setText(toQString(record.GetTitle()));
     for (INT_PTR i = 0; i < units.GetCount(); ++i) {
         const SingleChatUnit& unit = units.GetAt(i);
-        if (unit.role == chatRoleUser) {
+        if (unit.role == kChatRoleUser) {
             m_ui->listWidget_ChatView->addQuestion(toQString(unit.message));
-        } else if (unit.role == chatRoleAssistant) {
+        } else if (unit.role == kChatRoleAssistant) {
             m_ui->listWidget_ChatView->addAnswer(toQString(unit.message));
         }
     }

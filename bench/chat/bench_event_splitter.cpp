@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr int networkChunk = 512;
+constexpr int kNetworkChunk = 512;
 
 /// One event of about a million bytes.
 QByteArray largeEvent() {
@@ -66,12 +66,12 @@ void compare(benchmark::State& state, const QByteArray& stream, int chunkSize) {
 }
 
 void largeEventInNetworkChunks(benchmark::State& state) {
-    compare(state, largeEvent(), networkChunk);
+    compare(state, largeEvent(), kNetworkChunk);
 }
 BENCHMARK(largeEventInNetworkChunks)->Unit(benchmark::kMillisecond);
 
 void smallEventsInNetworkChunks(benchmark::State& state) {
-    compare(state, manySmallEvents(), networkChunk);
+    compare(state, manySmallEvents(), kNetworkChunk);
 }
 BENCHMARK(smallEventsInNetworkChunks)->Unit(benchmark::kMillisecond);
 

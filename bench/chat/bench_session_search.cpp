@@ -13,9 +13,9 @@
 
 namespace {
 
-constexpr int sessionCount = 2000;
-constexpr int messagesPerSession = 20;
-constexpr int answerLength = 400;
+constexpr int kSessionCount = 2000;
+constexpr int kMessagesPerSession = 20;
+constexpr int kAnswerLength = 400;
 
 QByteArray sessionId(int session) {
     return "session-" + QByteArray::number(session);
@@ -27,10 +27,10 @@ QByteArray envelope(const QByteArray& data) {
 
 QByteArray messages(int session) {
     QByteArray data;
-    for (int i = 0; i < messagesPerSession; ++i) {
+    for (int i = 0; i < kMessagesPerSession; ++i) {
         const bool answer = i % 2 != 0;
-        const QByteArray text = answer ? QByteArray("画圆步骤").repeated(answerLength / 4)
-                                       : "问题 " + QByteArray::number(session * messagesPerSession + i);
+        const QByteArray text = answer ? QByteArray("画圆步骤").repeated(kAnswerLength / 4)
+                                       : "问题 " + QByteArray::number(session * kMessagesPerSession + i);
         data += (i > 0 ? ",{\"role\":\"" : "{\"role\":\"") + QByteArray(answer ? "assistant" : "user") +
                 "\",\"createTime\":1700000000,\"message\":\"" + text + "\"}";
     }
@@ -42,7 +42,7 @@ ZR_AiChatManager& filledManager() {
     static ZR_AiChatManager* const manager = [] {
         FakeHttpServer server;
         QByteArray ids;
-        for (int i = 0; i < sessionCount; ++i) {
+        for (int i = 0; i < kSessionCount; ++i) {
             ids +=
                 (i > 0 ? ",{\"userChatSessionId\":\"" : "{\"userChatSessionId\":\"") + sessionId(i) + "\"}";
             server.answer("/zr/ai/chat/user/session/" + sessionId(i), envelope(messages(i)));
@@ -73,7 +73,7 @@ void searchMessages(benchmark::State& state) {
             return;
         }
     }
-    state.SetItemsProcessed(state.iterations() * sessionCount);
+    state.SetItemsProcessed(state.iterations() * kSessionCount);
 }
 BENCHMARK(searchMessages)->Unit(benchmark::kMillisecond);
 
@@ -83,12 +83,12 @@ void searchMessagesOfAll(benchmark::State& state) {
     ZR_AiChatSessionList found;
     for ([[maybe_unused]] auto _ : state) {
         manager.searchSessions(_T("画圆"), found);
-        if (found.GetCount() != sessionCount) {
+        if (found.GetCount() != kSessionCount) {
             state.SkipWithError("every session should be found");
             return;
         }
     }
-    state.SetItemsProcessed(state.iterations() * sessionCount);
+    state.SetItemsProcessed(state.iterations() * kSessionCount);
 }
 BENCHMARK(searchMessagesOfAll)->Unit(benchmark::kMillisecond);
 
@@ -96,7 +96,7 @@ BENCHMARK(searchMessagesOfAll)->Unit(benchmark::kMillisecond);
 void findEverySession(benchmark::State& state) {
     const ZR_AiChatManager& manager = filledManager();
     QList<CString> ids;
-    for (int i = 0; i < sessionCount; ++i) {
+    for (int i = 0; i < kSessionCount; ++i) {
         ids.append(toCString(QString::fromLatin1(sessionId(i))));
     }
     ZR_AiChatSingleChatRecord record;
@@ -108,7 +108,7 @@ void findEverySession(benchmark::State& state) {
             }
         }
     }
-    state.SetItemsProcessed(state.iterations() * sessionCount);
+    state.SetItemsProcessed(state.iterations() * kSessionCount);
 }
 BENCHMARK(findEverySession)->Unit(benchmark::kMillisecond);
 

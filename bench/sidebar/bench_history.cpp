@@ -90,9 +90,9 @@ const ZR_AiChatSessionList& history(int sessions) {
 
 template <typename Box>
 void open(Box& box) {
-    constexpr int width = 250;
-    constexpr int height = 600;
-    box.resize(width, height);
+    constexpr int kWidth = 250;
+    constexpr int kHeight = 600;
+    box.resize(kWidth, kHeight);
     box.show();
     QApplication::processEvents();
 }

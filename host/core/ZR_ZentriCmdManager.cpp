@@ -15,8 +15,9 @@ constexpr const TCHAR* kCancel = _T("\x03\x03");
 /// Queues text on the current document, as if typed there.
 void sendToCurrentDocument(const CString& text) {
     AcApDocument* const document = acDocManager->curDocument();
-    if (document != nullptr)
+    if (document != nullptr) {
         acDocManager->sendStringToExecute(document, text, true, false, true);
+    }
 }
 
 /// Asks whether the command in progress may give way to the requested one.
@@ -39,13 +40,15 @@ ZR_ZentriCmdManager& ZR_ZentriCmdManager::instance() {
 
 void ZR_ZentriCmdManager::runCommand(CString command) {
     const AcApDocument* const document = acDocManager->curDocument();
-    if (document == nullptr)
+    if (document == nullptr) {
         return;
+    }
     // The question box runs the host's loop: when it returns, the document may be gone. So the current one is
     // looked up again for each string.
     if (!document->isQuiescent()) {
-        if (!mayCancelFor(command))
+        if (!mayCancelFor(command)) {
             return;
+        }
         sendToCurrentDocument(kCancel);
     }
     sendToCurrentDocument(command + _T("\n"));

@@ -17,8 +17,9 @@ CString logPath() {
     TCHAR moduleFile[kMaxModulePath + 1] = {};
     const HMODULE module = GetModuleHandleW(kModuleName);
     // A null handle would name the program instead.
-    if (module == nullptr || GetModuleFileNameW(module, moduleFile, kMaxModulePath) == 0)
+    if (module == nullptr || GetModuleFileNameW(module, moduleFile, kMaxModulePath) == 0) {
         return CString();
+    }
     const CString path(moduleFile);
     const int lastBackslash = path.ReverseFind(_T('\\'));
     return lastBackslash < 0 ? CString() : path.Left(lastBackslash + 1) + kLogName;
@@ -29,10 +30,12 @@ CString stamp() {
     const __time64_t now = _time64(nullptr);
     struct tm local = {};
     TCHAR text[kMaxStamp] = {};
-    if (_localtime64_s(&local, &now) != 0)
+    if (_localtime64_s(&local, &now) != 0) {
         return CString();
-    if (_tcsftime(text, kMaxStamp, _T("\n[%Y年%m月%d日  %T]"), &local) == 0)
+    }
+    if (_tcsftime(text, kMaxStamp, _T("\n[%Y年%m月%d日  %T]"), &local) == 0) {
         return CString();
+    }
     return CString(text);
 }
 
@@ -77,31 +80,36 @@ void ZR_ZentriLogger::init() {
         return;
     }
     m_valid = succeeds([&file] {
-        if (file.GetLength() == 0)
+        if (file.GetLength() == 0) {
             file.Write(kByteOrderMark, sizeof(kByteOrderMark));
+        }
         file.Close();
     });
-    if (!m_valid)
+    if (!m_valid) {
         file.Abort();
+    }
 }
 
 bool ZR_ZentriLogger::write(const CString& message) {
     // The file is opened for this entry alone, so entries of two threads must not meet.
     const std::lock_guard<std::mutex> lock(m_mutex);
-    if (!m_valid || m_path.IsEmpty())
+    if (!m_valid || m_path.IsEmpty()) {
         return false;
+    }
 
     CFile file;
-    if (!file.Open(m_path, CFile::modeWrite))
+    if (!file.Open(m_path, CFile::modeWrite)) {
         return false;
+    }
     const bool written = succeeds([&file, &message] {
         file.SeekToEnd();
         const CString entry = stamp() + _T("\n") + message + _T("\n");
         file.Write(entry.GetString(), static_cast<UINT>(entry.GetLength()) * sizeof(TCHAR));
         file.Close();
     });
-    if (!written)
+    if (!written) {
         file.Abort();
+    }
     return written;
 }
 

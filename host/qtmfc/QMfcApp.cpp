@@ -31,8 +31,9 @@ public:
     using QObject::QObject;
 
     bool eventFilter(QObject* object, QEvent* event) override {
-        if (event->type() != QEvent::DeferredDelete || !QMfcApp::modalLoopRuns())
+        if (event->type() != QEvent::DeferredDelete || !QMfcApp::modalLoopRuns()) {
             return false;
+        }
         m_objects.push_back(object);
         return true;
     }
@@ -44,8 +45,9 @@ public:
             this,
             [this] {
                 for (const QPointer<QObject>& object : std::exchange(m_objects, {})) {
-                    if (object != nullptr)
+                    if (object != nullptr) {
                         object->deleteLater();
+                    }
                 }
             },
             Qt::QueuedConnection);
@@ -86,8 +88,9 @@ char** makeArguments(const CWinApp* mfcApp, int& count) {
         toQString(CString(mfcApp->m_pszExeName)) + QLatin1Char(' ') + toQString(CString(mfcApp->m_lpCmdLine));
     const QStringList pieces = line.split(QLatin1Char(' '));
     auto** const arguments = new char*[static_cast<std::size_t>(pieces.size()) + 1];
-    for (int i = 0; i < pieces.size(); ++i)
+    for (int i = 0; i < pieces.size(); ++i) {
         arguments[i] = heapCopy(pieces[i]);
+    }
     arguments[pieces.size()] = nullptr;
     count = pieces.size();
     return arguments;
@@ -107,18 +110,21 @@ void findPluginsBesideThisModule() {
     TCHAR file[MAX_PATH] = {};
     if (GetModuleHandleExW(
             GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
-            reinterpret_cast<LPCWSTR>(&g_messageHook), &module) == FALSE)
+            reinterpret_cast<LPCWSTR>(&g_messageHook), &module) == FALSE) {
         return;
+    }
     const DWORD length = GetModuleFileNameW(module, file, MAX_PATH);
-    if (length == 0 || length == MAX_PATH)
+    if (length == 0 || length == MAX_PATH) {
         return;
+    }
     const QString path = toQString(CString(file));
     QCoreApplication::addLibraryPath(path.left(path.lastIndexOf(QLatin1Char('\\')) + 1));
 }
 
 HWND topLevelAncestor(HWND window) {
-    for (HWND parent = GetParent(window); parent != nullptr; parent = GetParent(parent))
+    for (HWND parent = GetParent(window); parent != nullptr; parent = GetParent(parent)) {
         window = parent;
+    }
     return window;
 }
 
@@ -141,13 +147,15 @@ QApplication* QMfcApp::mfc_instance(CWinApp* mfcApp) {
 }
 
 bool QMfcApp::pluginInstance(HINSTANCE plugin) {
-    if (QCoreApplication::instance() != nullptr)
+    if (QCoreApplication::instance() != nullptr) {
         return false;
+    }
 
     const HOOKPROC deliverPostedEvents = [](int code, WPARAM wParam, LPARAM lParam) -> LRESULT {
-        if (QCoreApplication::instance() != nullptr)
+        if (QCoreApplication::instance() != nullptr) {
             QCoreApplication::sendPostedEvents(nullptr,
                                                modalLoopRuns() ? kWithoutDeferredDeletes : kAllEvents);
+        }
         return CallNextHookEx(g_messageHook, code, wParam, lParam);
     };
     g_messageHook = SetWindowsHookExW(WH_GETMESSAGE, deliverPostedEvents, nullptr, GetCurrentThreadId());
@@ -159,24 +167,27 @@ bool QMfcApp::pluginInstance(HINSTANCE plugin) {
 
     if (plugin != nullptr) {
         char fileName[MAX_PATH] = {};
-        if (GetModuleFileNameA(plugin, fileName, MAX_PATH) != 0)
+        if (GetModuleFileNameA(plugin, fileName, MAX_PATH) != 0) {
             LoadLibraryA(fileName);
+        }
     }
     return true;
 }
 
 void QMfcApp::exitModalLoop() {
     --s_modalLoops;
-    if (!modalLoopRuns() && g_deferredDeletes != nullptr)
+    if (!modalLoopRuns() && g_deferredDeletes != nullptr) {
         g_deferredDeletes->resume();
+    }
 }
 
 int QMfcApp::run(CWinApp* mfcApp) {
     const bool made = QCoreApplication::instance() == nullptr;
     QApplication* const application = mfc_instance(mfcApp);
     const int result = QApplication::exec();
-    if (made)
+    if (made) {
         delete application;
+    }
     return result;
 }
 
@@ -194,13 +205,15 @@ QMfcApp::~QMfcApp() {
 
 bool QMfcApp::winEventFilter(MSG* message, long* result) {
     static bool s_filtering = false;
-    if (s_filtering)
+    if (s_filtering) {
         return false;
+    }
     const FlagScope filtering(s_filtering);
 
     if (widgetOf(message) != nullptr) {
-        if (forwardMenuKey(message, result))
+        if (forwardMenuKey(message, result)) {
             return true;
+        }
     } else {
         doIdleWork(message);
     }
@@ -210,14 +223,17 @@ bool QMfcApp::winEventFilter(MSG* message, long* result) {
 bool QMfcApp::forwardMenuKey(MSG* message, long* result) {
     const bool altReleased = message->message == WM_SYSKEYUP && message->wParam == VK_MENU;
     const bool keyWithAlt = message->message == WM_SYSKEYDOWN && message->wParam != VK_MENU;
-    if (!altReleased && !keyWithAlt)
+    if (!altReleased && !keyWithAlt) {
         return false;
+    }
     QWidget* const widget = widgetOf(message);
-    if (widget == nullptr)
+    if (widget == nullptr) {
         return false;
+    }
     const HWND ancestor = topLevelAncestor(message->hwnd);
-    if (GetMenu(ancestor) == nullptr || GetFocus() != message->hwnd)
+    if (GetMenu(ancestor) == nullptr || GetFocus() != message->hwnd) {
         return false;
+    }
 
     if (altReleased) {
         QWidget* const inner = widget->focusWidget();
@@ -234,18 +250,21 @@ bool QMfcApp::forwardMenuKey(MSG* message, long* result) {
         SendMessageW(ancestor, message->message, message->wParam, message->lParam);
         SendMessageW(ancestor, WM_SYSKEYUP, VK_MENU, message->lParam);
     }
-    if (result != nullptr)
+    if (result != nullptr) {
         *result = 0;
+    }
     return true;
 }
 
 void QMfcApp::doIdleWork(MSG* message) {
-    if (s_winApp == nullptr)
+    if (s_winApp == nullptr) {
         return;
+    }
     MSG waiting = {};
     while (m_doIdle && PeekMessageW(&waiting, nullptr, 0, 0, PM_NOREMOVE) == FALSE) {
-        if (s_winApp->OnIdle(m_idleCount++) == FALSE)
+        if (s_winApp->OnIdle(m_idleCount++) == FALSE) {
             m_doIdle = false;
+        }
     }
     if (s_winApp->IsIdleMessage(message) != FALSE) {
         m_doIdle = true;

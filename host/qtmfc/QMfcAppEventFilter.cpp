@@ -18,10 +18,12 @@
 // Other platforms' events are not MSGs and are left alone.
 bool QMfcAppEventFilter::nativeEventFilter(const QByteArray& eventType, void* message, long* result) {
     auto* const application = qobject_cast<QMfcApp*>(QCoreApplication::instance());
-    if (application == nullptr)
+    if (application == nullptr) {
         return false;
+    }
     const bool pumped = eventType == "windows_generic_MSG" && result == nullptr;
-    if (pumped || eventType == "windows_dispatcher_MSG")
+    if (pumped || eventType == "windows_dispatcher_MSG") {
         return application->winEventFilter(static_cast<MSG*>(message), result);
+    }
     return false;
 }

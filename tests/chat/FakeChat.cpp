@@ -113,7 +113,7 @@ QString ChatTest::takePrinted() {
 }
 
 bool ChatTest::waitFor(const std::function<bool()>& condition) {
-    return QTest::qWaitFor(condition, waitLimitMs);
+    return QTest::qWaitFor(condition, kWaitLimitMs);
 }
 
 QStringList texts(std::initializer_list<const char*> utf8) {

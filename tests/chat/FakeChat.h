@@ -99,7 +99,7 @@ protected:
 };
 
 /// A condition that holds is seen at once; the limit only bounds a failure, also under sanitizers.
-constexpr int waitLimitMs = 30000;
+constexpr int kWaitLimitMs = 30000;
 
 /// Texts of the source code as Qt's.
 QStringList texts(std::initializer_list<const char*> utf8);

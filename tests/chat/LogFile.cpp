@@ -14,7 +14,7 @@ QTemporaryDir& folder() {
     return instance;
 }
 
-constexpr int byteOrderMarkSize = 2;
+constexpr int kByteOrderMarkSize = 2;
 
 }  // namespace
 
@@ -33,7 +33,7 @@ QStringList LogFile::messages() {
     if (!file.open(QIODevice::ReadOnly)) {
         return {};
     }
-    const QByteArray bytes = file.readAll().mid(byteOrderMarkSize);
+    const QByteArray bytes = file.readAll().mid(kByteOrderMarkSize);
     QString text;
     for (int i = 0; i + 1 < bytes.size(); i += 2) {
         text.append(QChar(qFromLittleEndian<quint16>(bytes.constData() + i)));

@@ -2,21 +2,21 @@
 
 #include "host/core/ZR_ZentriText.h"
 
-const QByteArray chatTarget = "/zr/ai/caddraw/chat";
-const QByteArray createTarget = "/zr/ai/session/create";
-const QByteArray listTarget = "/zr/ai/session/user";
-const QByteArray readTarget = "/zr/ai/chat/user/session/";
+const QByteArray kChatTarget = "/zr/ai/caddraw/chat";
+const QByteArray kCreateTarget = "/zr/ai/session/create";
+const QByteArray kListTarget = "/zr/ai/session/user";
+const QByteArray kReadTarget = "/zr/ai/chat/user/session/";
 
-const QString notSignedIn = QStringLiteral("\n尚未登录！");
-const QString noThreads = QStringLiteral("\n通信线程未初始化！");
-const QString busy = QStringLiteral("\n已有正在通信的对话，请等待该通信完成...");
-const QString initialising = QStringLiteral("\n正在初始化用户数据，请等待该操作完成...");
-const QString noChatThread = QStringLiteral("\n对话线程未初始化！");
-const QString notCreated = QStringLiteral("\n创建新对话失败！");
-const QString openRefused = QStringLiteral("\n当前有正在进行的通信,请等待通信结束...");
-const QString readBegins = QStringLiteral("\nZentri:开始初始化用户数据...");
-const QString readDone = QStringLiteral("\nZentri:用户数据初始化完成");
-const QString networkFailure = QStringLiteral(
+const QString kNotSignedIn = QStringLiteral("\n尚未登录！");
+const QString kNoThreads = QStringLiteral("\n通信线程未初始化！");
+const QString kBusy = QStringLiteral("\n已有正在通信的对话，请等待该通信完成...");
+const QString kInitialising = QStringLiteral("\n正在初始化用户数据，请等待该操作完成...");
+const QString kNoChatThread = QStringLiteral("\n对话线程未初始化！");
+const QString kNotCreated = QStringLiteral("\n创建新对话失败！");
+const QString kOpenRefused = QStringLiteral("\n当前有正在进行的通信,请等待通信结束...");
+const QString kReadBegins = QStringLiteral("\nZentri:开始初始化用户数据...");
+const QString kReadDone = QStringLiteral("\nZentri:用户数据初始化完成");
+const QString kNetworkFailure = QStringLiteral(
     "\n网络连接失败!请尝试以下方法解决：\r\n1.检查网络连接；\r\n2.关闭系统、360及杀毒软件的防火墙；\r\n"
     "3.如安装有加密软件，请联系管理员修改加密策略；\r\n4.请检测windows自带IE浏览器是否正常启动。\r\n");
 
@@ -25,18 +25,18 @@ ManagerTest::ManagerTest() {
 }
 
 void ManagerTest::answerCreate(const QByteArray& id) {
-    m_server.answer(createTarget, "{\"code\":200,\"msg\":\"success\",\"data\":\"" + id + "\"}");
+    m_server.answer(kCreateTarget, "{\"code\":200,\"msg\":\"success\",\"data\":\"" + id + "\"}");
 }
 
 void ManagerTest::answerHistory(const QList<QByteArray>& ids) {
     QByteArray data;
     for (const QByteArray& id : ids) {
         data += (data.isEmpty() ? "{" : ",{") + QByteArray("\"userChatSessionId\":\"") + id + "\"}";
-        m_server.answer(readTarget + id,
+        m_server.answer(kReadTarget + id,
                         "{\"code\":200,\"msg\":\"success\",\"data\":[{\"role\":\"user\",\"message\":\"Q " +
                             id + "\",\"createTime\":5}]}");
     }
-    m_server.answer(listTarget, "{\"code\":200,\"msg\":\"success\",\"data\":[" + data + "]}");
+    m_server.answer(kListTarget, "{\"code\":200,\"msg\":\"success\",\"data\":[" + data + "]}");
 }
 
 void ManagerTest::loadHistory(const QList<QByteArray>& ids) {

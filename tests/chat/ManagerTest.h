@@ -9,22 +9,22 @@
 #include "tests/support/http/FakeHttpServer.h"
 
 // What the manager asks the service for.
-extern const QByteArray chatTarget;
-extern const QByteArray createTarget;
-extern const QByteArray listTarget;
-extern const QByteArray readTarget;
+extern const QByteArray kChatTarget;
+extern const QByteArray kCreateTarget;
+extern const QByteArray kListTarget;
+extern const QByteArray kReadTarget;
 
 // What the manager prints.
-extern const QString notSignedIn;
-extern const QString noThreads;
-extern const QString busy;
-extern const QString initialising;
-extern const QString noChatThread;
-extern const QString notCreated;
-extern const QString openRefused;
-extern const QString readBegins;
-extern const QString readDone;
-extern const QString networkFailure;
+extern const QString kNotSignedIn;
+extern const QString kNoThreads;
+extern const QString kBusy;
+extern const QString kInitialising;
+extern const QString kNoChatThread;
+extern const QString kNotCreated;
+extern const QString kOpenRefused;
+extern const QString kReadBegins;
+extern const QString kReadDone;
+extern const QString kNetworkFailure;
 
 /// A manager of the test's own, and a service whose replies the test gives.
 class ManagerTest : public ChatTest {

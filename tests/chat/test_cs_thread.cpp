@@ -17,7 +17,7 @@
 
 namespace {
 
-const QByteArray target = "/zr/ai/caddraw/chat";
+const QByteArray kTarget = "/zr/ai/caddraw/chat";
 
 /// Tells the thread what the test wants sent.
 class FakeSource : public ZR_AiChatExchangeSource {
@@ -84,12 +84,12 @@ protected:
     std::unique_ptr<ZR_AiChatCSThread> m_thread;
 };
 
-const QString errorLogBegin = QStringLiteral("网络请求出错！错误信息为:");
+const QString kErrorLogBegin = QStringLiteral("网络请求出错！错误信息为:");
 
 }  // namespace
 
 TEST_F(CSThread, SendsExactlyTheRequest) {
-    m_server.answer(target, "");
+    m_server.answer(kTarget, "");
     m_thread->start();
     ASSERT_TRUE(finish());
     ASSERT_EQ(m_server.requestCount(), 1);
@@ -120,7 +120,7 @@ TEST_F(CSThread, SendsExactlyTheRequest) {
 
 TEST_F(CSThread, SendsTheTokenAsUtf8WithoutAnyPrefix) {
     signIn(_T("令牌 with blanks=="));
-    m_server.answer(target, "");
+    m_server.answer(kTarget, "");
     m_thread->start();
     ASSERT_TRUE(finish());
     EXPECT_EQ(m_server.request(0).header("Authorization"), "令牌 with blanks==");
@@ -128,7 +128,7 @@ TEST_F(CSThread, SendsTheTokenAsUtf8WithoutAnyPrefix) {
 
 TEST_F(CSThread, EscapesWhatJsonCannotHold) {
     m_source.exchange.userInput = QStringLiteral("a\"b\\c\nd");
-    m_server.answer(target, "");
+    m_server.answer(kTarget, "");
     m_thread->start();
     ASSERT_TRUE(finish());
     EXPECT_TRUE(m_server.request(0).body.contains("\"userInput\": \"a\\\"b\\\\c\\nd\"\n"));
@@ -136,7 +136,7 @@ TEST_F(CSThread, EscapesWhatJsonCannotHold) {
 
 TEST_F(CSThread, SendsEmptyTextsBeforeThereIsAManager) {
     setZentriExchangeSource(nullptr);
-    m_server.answer(target, "data:x\n\n");
+    m_server.answer(kTarget, "data:x\n\n");
     m_thread->start();
     ASSERT_TRUE(finish());
     EXPECT_TRUE(m_server.request(0).body.contains("\"userChatSessionId\": \"\",\n    \"userInput\": \"\"\n"));
@@ -166,21 +166,21 @@ TEST_F(CSThread, GivesAnEventCutInTwoOnceItIsComplete) {
 }
 
 TEST_F(CSThread, KeepsBlankAfterDataColon) {
-    m_server.answer(target, "data: 你好\n\ndata:a\ndata:b\n\n", 200, "text/event-stream");
+    m_server.answer(kTarget, "data: 你好\n\ndata:a\ndata:b\n\n", 200, "text/event-stream");
     m_thread->start();
     ASSERT_TRUE(finish());
     EXPECT_EQ(m_signals, texts({"start", "< 你好", "<a\nb", "end"}));
 }
 
 TEST_F(CSThread, GivesAnEmptyTextForAnEmptyEvent) {
-    m_server.answer(target, "\n\ndata:\n\n");
+    m_server.answer(kTarget, "\n\ndata:\n\n");
     m_thread->start();
     ASSERT_TRUE(finish());
     EXPECT_EQ(m_signals, texts({"start", "<", "<", "end"}));
 }
 
 TEST_F(CSThread, DropsBytesThatEndWithoutAnEmptyLine) {
-    m_server.answer(target, "data:a\n\ndata:lost\r\n\r\n");
+    m_server.answer(kTarget, "data:a\n\ndata:lost\r\n\r\n");
     m_thread->start();
     ASSERT_TRUE(finish());
     EXPECT_EQ(m_signals, texts({"start", "<a", "end"}));
@@ -199,7 +199,7 @@ TEST_F(CSThread, ReadsAChunkedAnswer) {
 }
 
 TEST_F(CSThread, EndsOnceWhenTheFlagIsClear) {
-    m_server.answer(target, "");
+    m_server.answer(kTarget, "");
     m_thread->start();
     ASSERT_TRUE(finish());
     EXPECT_EQ(m_signals, texts({"start", "end"}));
@@ -207,14 +207,14 @@ TEST_F(CSThread, EndsOnceWhenTheFlagIsClear) {
 
 TEST_F(CSThread, EndsTwiceWhileTheFlagIsStillSet) {
     g_zentriCommunicating = true;
-    m_server.answer(target, "data:a\n\n");
+    m_server.answer(kTarget, "data:a\n\n");
     m_thread->start();
     ASSERT_TRUE(finish());
     EXPECT_EQ(m_signals, texts({"start", "<a", "end", "end"}));
 }
 
 TEST_F(CSThread, ReportsAnHttpErrorOnceAndEnds) {
-    m_server.answer(target, "data:half\n\n", 500, "text/event-stream");
+    m_server.answer(kTarget, "data:half\n\n", 500, "text/event-stream");
     const int logged = LogFile::messages().size();
     m_thread->start();
     ASSERT_TRUE(finish());
@@ -226,18 +226,18 @@ TEST_F(CSThread, ReportsAnHttpErrorOnceAndEnds) {
     EXPECT_EQ(MessageBoxes::instance().boxes().first().text, QStringLiteral("Zentri 通信出错！"));
     EXPECT_EQ(MessageBoxes::instance().boxes().first().type, UINT{MB_OK});
     EXPECT_NE(MessageBoxes::instance().boxes().first().thread, std::this_thread::get_id());
-    EXPECT_TRUE(MessageBoxes::instance().boxes().first().lastLogged.startsWith(errorLogBegin));
+    EXPECT_TRUE(MessageBoxes::instance().boxes().first().lastLogged.startsWith(kErrorLogBegin));
     EXPECT_EQ(m_boxesAtEnd, QList<int>{1}) << "the box comes before the end";
 
     const QStringList log = LogFile::messages().mid(logged);
     ASSERT_EQ(log.size(), 1);
-    EXPECT_TRUE(log.first().startsWith(errorLogBegin)) << qPrintable(log.first());
+    EXPECT_TRUE(log.first().startsWith(kErrorLogBegin)) << qPrintable(log.first());
     EXPECT_TRUE(log.first().contains(m_server.address())) << qPrintable(log.first());
 }
 
 TEST_F(CSThread, EndsTwiceOnAnHttpErrorWhileTheFlagIsSet) {
     g_zentriCommunicating = true;
-    m_server.answer(target, "", 404);
+    m_server.answer(kTarget, "", 404);
     m_thread->start();
     ASSERT_TRUE(finish());
     EXPECT_EQ(m_signals, texts({"start", "end", "end"}));
@@ -414,7 +414,7 @@ TEST_F(CSThread, LogsWhatAReceiverThrowsAtTheEndOfAnAnswer) {
     const int logged = LogFile::messages().size();
     QObject::connect(
         m_thread.get(), &ZR_AiChatCSThread::streamEnd, m_thread.get(), [] { throw 7; }, Qt::DirectConnection);
-    m_server.answer(target, "data:a\n\n");
+    m_server.answer(kTarget, "data:a\n\n");
     m_thread->start();
     ASSERT_TRUE(finish());
     EXPECT_EQ(LogFile::messages().mid(logged), QStringList{QStringLiteral("C/S通信线程发生未知错误！")});
@@ -460,7 +460,7 @@ QString CSThread::tracesOfARun() {
 }
 
 TEST_F(CSThread, TracesWhatItReads) {
-    m_server.answer(target, "data:a\n\nrest");
+    m_server.answer(kTarget, "data:a\n\nrest");
     const QString all = tracesOfARun();
     EXPECT_TRUE(all.contains(QStringLiteral("CurrentBuffer: \"data:a\\n\\nrest\""))) << qPrintable(all);
     EXPECT_TRUE(all.contains(QStringLiteral("Data Read: \"a\""))) << qPrintable(all);
@@ -470,9 +470,9 @@ TEST_F(CSThread, TracesWhatItReads) {
 }
 
 TEST_F(CSThread, TracesAnError) {
-    m_server.answer(target, "", 404);
+    m_server.answer(kTarget, "", 404);
     const QString all = tracesOfARun();
-    const QString reason = MessageBoxes::instance().boxes().value(0).lastLogged.mid(errorLogBegin.size());
+    const QString reason = MessageBoxes::instance().boxes().value(0).lastLogged.mid(kErrorLogBegin.size());
     EXPECT_FALSE(reason.isEmpty());
     EXPECT_TRUE(all.contains(QStringLiteral("Connection error: \"") + reason)) << qPrintable(all);
     EXPECT_TRUE(all.contains(QStringLiteral("Loop end: \"") + reason)) << qPrintable(all);
@@ -481,7 +481,7 @@ TEST_F(CSThread, TracesAnError) {
 
 TEST_F(CSThread, TracesOnlyTheEndOfALongBuffer) {
     const int limit = 4096;
-    m_server.answer(target, QByteArray(10 * limit, 'x') + "y");
+    m_server.answer(kTarget, QByteArray(10 * limit, 'x') + "y");
     const QString all = tracesOfARun();
     EXPECT_TRUE(
         all.contains(QLatin1Char('"') + QString(limit - 1, QLatin1Char('x')) + QStringLiteral("y\"")));

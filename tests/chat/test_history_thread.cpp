@@ -10,8 +10,8 @@
 
 namespace {
 
-const QByteArray listTarget = "/zr/ai/session/user";
-const QByteArray readTarget = "/zr/ai/chat/user/session/";
+const QByteArray kListTarget = "/zr/ai/session/user";
+const QByteArray kReadTarget = "/zr/ai/chat/user/session/";
 
 class HistoryThread : public ChatTest {
 protected:
@@ -29,11 +29,11 @@ protected:
         for (const QByteArray& id : ids) {
             data += (data.isEmpty() ? "{" : ",{") + QByteArray("\"userChatSessionId\":\"") + id + "\"}";
         }
-        m_server.answer(listTarget, "{\"code\":200,\"msg\":\"success\",\"data\":[" + data + "]}");
+        m_server.answer(kListTarget, "{\"code\":200,\"msg\":\"success\",\"data\":[" + data + "]}");
     }
 
     void answerSession(const QByteArray& id) {
-        m_server.answer(readTarget + id,
+        m_server.answer(kReadTarget + id,
                         "{\"code\":200,\"msg\":\"success\",\"data\":[{\"role\":\"user\",\"message\":\"Q " +
                             id + "\",\"createTime\":5}]}");
     }
@@ -72,8 +72,8 @@ TEST_F(HistoryThread, ReadsAllSessionsInTheServicesOrder) {
     EXPECT_EQ(idsOf(m_result), texts({"c", "a", "b"}));
     EXPECT_EQ(messagesOf(m_result[1]), texts({"0:Q a"}));
     ASSERT_EQ(m_server.requestCount(), 4);
-    EXPECT_EQ(m_server.request(1).target, readTarget + "c");
-    EXPECT_EQ(m_server.request(3).target, readTarget + "b");
+    EXPECT_EQ(m_server.request(1).target, kReadTarget + "c");
+    EXPECT_EQ(m_server.request(3).target, kReadTarget + "b");
 }
 
 TEST_F(HistoryThread, ReadsOneSessionAfterTheOther) {
@@ -84,14 +84,14 @@ TEST_F(HistoryThread, ReadsOneSessionAfterTheOther) {
     EXPECT_FALSE(m_server.waitForRequests(3, 100)) << "the second read waits for the first one's reply";
     m_server.sendEmptyReply(1, 500);
     ASSERT_TRUE(waitFor([this] { return m_thread->isFinished(); }));
-    EXPECT_EQ(m_server.request(m_server.requestCount() - 1).target, readTarget + "b");
+    EXPECT_EQ(m_server.request(m_server.requestCount() - 1).target, kReadTarget + "b");
 }
 
 TEST_F(HistoryThread, SkipsAnUnreadableSession) {
     answerList({"a", "b", "c", "d"});
     answerSession("a");
-    m_server.answer(readTarget + "b", R"({"code":500,"msg":"坏","data":[]})");
-    m_server.answer(readTarget + "c", "", 500);
+    m_server.answer(kReadTarget + "b", R"({"code":500,"msg":"坏","data":[]})");
+    m_server.answer(kReadTarget + "c", "", 500);
     answerSession("d");
     const int logged = LogFile::messages().size();
     ASSERT_TRUE(run());
@@ -113,7 +113,7 @@ TEST_F(HistoryThread, EmptiesItsResultWhenTheListFails) {
     answerSession("a");
     ASSERT_TRUE(run());
     ASSERT_TRUE(m_hasResult);
-    m_server.answer(listTarget, "", 500);
+    m_server.answer(kListTarget, "", 500);
     ASSERT_TRUE(run());
     EXPECT_FALSE(m_hasResult);
     EXPECT_EQ(m_signals, texts({"start", "end", "start", "end"}));
@@ -136,7 +136,7 @@ TEST_F(HistoryThread, CopiesItsResult) {
     answerList({"a"});
     answerSession("a");
     ASSERT_TRUE(run());
-    m_result[0].AddUnit(chatRoleAssistant, _T("more"));
+    m_result[0].AddUnit(kChatRoleAssistant, _T("more"));
     ZR_AiChatSessionList again;
     ASSERT_TRUE(m_thread->copyResultTo(again));
     EXPECT_EQ(again[0].GetUnitCount(), 1);

@@ -19,7 +19,7 @@ TEST_F(Manager, ComplainsWhenItIsMadeBeforeTheThreadsAndNeverReactsToThem) {
     m_manager = std::make_unique<TestManager>();
     EXPECT_EQ(takePrinted(), QStringLiteral("\n初始化顺序有误,通信线程应先于管理类初始化"));
     makeThreads();
-    m_server.answer(chatTarget, "data:a\n\n");
+    m_server.answer(kChatTarget, "data:a\n\n");
     g_zentriChatThread->start();
     ASSERT_TRUE(waitUntilIdle());
     EXPECT_FALSE(g_zentriCommunicating);
@@ -55,21 +55,21 @@ TEST_F(Manager, RefusesInTheOrderOfItsGuards) {
     g_zentriCommunicating = true;
     signOut();
     EXPECT_FALSE(m_manager->canCommunicate());
-    EXPECT_EQ(takePrinted(), notSignedIn);
+    EXPECT_EQ(takePrinted(), kNotSignedIn);
     signIn(_T(""));
     EXPECT_FALSE(m_manager->canCommunicate());
-    EXPECT_EQ(takePrinted(), notSignedIn);
+    EXPECT_EQ(takePrinted(), kNotSignedIn);
     signIn(_T("token-1"));
     EXPECT_FALSE(m_manager->canCommunicate());
-    EXPECT_EQ(takePrinted(), noThreads);
+    EXPECT_EQ(takePrinted(), kNoThreads);
     makeThreads();
     m_manager->onReadStart();
     takePrinted();
     EXPECT_FALSE(m_manager->canCommunicate());
-    EXPECT_EQ(takePrinted(), busy);
+    EXPECT_EQ(takePrinted(), kBusy);
     g_zentriCommunicating = false;
     EXPECT_FALSE(m_manager->canCommunicate());
-    EXPECT_EQ(takePrinted(), initialising);
+    EXPECT_EQ(takePrinted(), kInitialising);
     m_manager->onReadEnd();
     takePrinted();
     EXPECT_TRUE(m_manager->canCommunicate());
@@ -81,7 +81,7 @@ TEST_F(Manager, RefusesWithOneOfTheThreadsMissing) {
     delete g_zentriHistoryThread;
     g_zentriHistoryThread = nullptr;
     EXPECT_FALSE(m_manager->canCommunicate());
-    EXPECT_EQ(takePrinted(), noThreads);
+    EXPECT_EQ(takePrinted(), kNoThreads);
 }
 
 TEST_F(Manager, RefusesWhileAThreadRuns) {
@@ -90,7 +90,7 @@ TEST_F(Manager, RefusesWhileAThreadRuns) {
     ASSERT_TRUE(m_server.waitForRequests(1));
     g_zentriCommunicating = false;
     EXPECT_FALSE(m_manager->canCommunicate());
-    EXPECT_EQ(takePrinted(), busy);
+    EXPECT_EQ(takePrinted(), kBusy);
     g_zentriChatThread->quit();
     ASSERT_TRUE(waitUntilIdle());
     takePrinted();
@@ -99,7 +99,7 @@ TEST_F(Manager, RefusesWhileAThreadRuns) {
     ASSERT_TRUE(m_server.waitForRequests(2));
     takePrinted();
     EXPECT_FALSE(m_manager->canCommunicate());
-    EXPECT_EQ(takePrinted(), initialising);
+    EXPECT_EQ(takePrinted(), kInitialising);
 }
 
 TEST_F(Manager, ReadsTheHistoryOnceSignedIn) {
@@ -114,7 +114,7 @@ TEST_F(Manager, ReadsTheHistoryOnceSignedIn) {
     answerHistory({"b", "a"});
     m_manager->initUserData();
     ASSERT_TRUE(waitUntilIdle());
-    EXPECT_EQ(takePrinted(), readBegins + readDone);
+    EXPECT_EQ(takePrinted(), kReadBegins + kReadDone);
     EXPECT_EQ(sessionIds(), texts({"b", "a"}));
     EXPECT_EQ(m_calls, texts({"view sessions b a"}));
     EXPECT_TRUE(m_manager->canCommunicate());
@@ -124,7 +124,7 @@ TEST_F(Manager, PrintsWhyTheHistoryCannotBeReadNow) {
     makeManager();
     g_zentriCommunicating = true;
     m_manager->initUserData();
-    EXPECT_EQ(takePrinted(), busy);
+    EXPECT_EQ(takePrinted(), kBusy);
     EXPECT_FALSE(g_zentriHistoryThread->isRunning());
 }
 
@@ -137,7 +137,7 @@ TEST_F(Manager, KeepsItsListWhenTheHistoryIsEmpty) {
     ASSERT_TRUE(waitUntilIdle());
     EXPECT_EQ(sessionIds(), texts({"a", "b"}));
     EXPECT_EQ(m_calls, texts({"view sessions a b"}));
-    EXPECT_EQ(takePrinted(), readBegins + readDone);
+    EXPECT_EQ(takePrinted(), kReadBegins + kReadDone);
 }
 
 TEST_F(Manager, ReadsTheHistoryWithoutAnyView) {
@@ -149,7 +149,7 @@ TEST_F(Manager, ReadsTheHistoryWithoutAnyView) {
 TEST_F(Manager, ReplacesItsListByTheHistoryAndBeginsAnEmptyConversation) {
     makeManager();
     answerCreate("new");
-    m_server.answer(chatTarget, "");
+    m_server.answer(kChatTarget, "");
     m_manager->send(_T("Q"), true, nullptr);
     ASSERT_TRUE(waitUntilIdle());
     EXPECT_EQ(sessionIds(), texts({"new"}));
@@ -181,11 +181,11 @@ TEST_F(Manager, GivesCopiesOfItsSessions) {
 TEST_F(Manager, FindsTheFirstOfTwoSessionsWithOneId) {
     makeManager();
     m_server.answer(
-        listTarget,
+        kListTarget,
         R"({"code":200,"msg":"success","data":[{"userChatSessionId":"a"},{},{"userChatSessionId":"a"}]})");
-    m_server.answer(readTarget + "a",
+    m_server.answer(kReadTarget + "a",
                     R"({"code":200,"msg":"success","data":[{"role":"user","message":"x"}]})");
-    m_server.answer(readTarget, R"({"code":200,"msg":"success","data":[]})");
+    m_server.answer(kReadTarget, R"({"code":200,"msg":"success","data":[]})");
     m_manager->initUserData();
     ASSERT_TRUE(waitUntilIdle());
     EXPECT_EQ(sessionIds(), texts({"a", "", "a"}));
@@ -246,19 +246,19 @@ TEST_F(Manager, IsInitialisingUntilTheSideBarHasTheList) {
     };
     answerHistory({"a"});
     m_manager->initUserData();
-    ASSERT_TRUE(g_zentriHistoryThread->wait(waitLimitMs));
+    ASSERT_TRUE(g_zentriHistoryThread->wait(kWaitLimitMs));
     ASSERT_TRUE(waitUntilIdle());
     EXPECT_FALSE(allowed);
-    EXPECT_EQ(printed, readBegins);
-    EXPECT_EQ(takePrinted(), initialising + readDone);
+    EXPECT_EQ(printed, kReadBegins);
+    EXPECT_EQ(takePrinted(), kInitialising + kReadDone);
 }
 
 TEST_F(Manager, TakesTheLastHistoryWhenTwoWereReadBeforeItHeard) {
     makeManager();
     answerHistory({"a"});
     m_manager->initUserData();
-    // Nothing is delivered meanwhile, so the manager does not know yet that it is initialising.
-    ASSERT_TRUE(g_zentriHistoryThread->wait(waitLimitMs));
+    // Nothing is delivered meanwhile, so the manager does not know yet that it is kInitialising.
+    ASSERT_TRUE(g_zentriHistoryThread->wait(kWaitLimitMs));
     answerHistory({"b", "c"});
     m_manager->initUserData();
     ASSERT_TRUE(waitUntilIdle());

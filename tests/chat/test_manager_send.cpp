@@ -18,7 +18,7 @@ class ManagerSend : public ManagerTest {};
 TEST_F(ManagerSend, CreatesASessionForTheFirstQuestionOnly) {
     makeManager();
     answerCreate("s1");
-    m_server.answer(chatTarget, "data:A\n\n");
+    m_server.answer(kChatTarget, "data:A\n\n");
     QStringList signalled;
     QObject::connect(
         m_manager.get(), &ZR_AiChatManager::newSessionSet, m_manager.get(), [&](const CString& id) {
@@ -33,14 +33,14 @@ TEST_F(ManagerSend, CreatesASessionForTheFirstQuestionOnly) {
     m_manager->send(_T("怎样画圆"), true, nullptr);
     EXPECT_TRUE(g_zentriChatThread->isRunning());
     ASSERT_TRUE(waitUntilIdle());
-    EXPECT_EQ(requestsTo(createTarget), 1);
+    EXPECT_EQ(requestsTo(kCreateTarget), 1);
     EXPECT_EQ(currentId(), QStringLiteral("s1"));
     EXPECT_EQ(m_manager->getLastUserInput(), _T("怎样画圆"));
 
     m_manager->send(_T("两行\n100%s"), false, nullptr);
     ASSERT_TRUE(waitUntilIdle());
-    EXPECT_EQ(requestsTo(createTarget), 1);
-    EXPECT_EQ(requestsTo(chatTarget), 2);
+    EXPECT_EQ(requestsTo(kCreateTarget), 1);
+    EXPECT_EQ(requestsTo(kChatTarget), 2);
     EXPECT_EQ(signalled, texts({"new s10:怎样画圆", "updated s1"}));
     EXPECT_EQ(sessionIds(), texts({"s1"}));
     EXPECT_EQ(listed(_T("s1")), texts({"0:怎样画圆", "0:两行\n100%s"}));
@@ -66,9 +66,9 @@ TEST_F(ManagerSend, RefusesToSendWithoutTheStreamingThread) {
     makeManager();
     deleteThreads();
     m_manager->send(_T("Q"), true, nullptr);
-    EXPECT_EQ(takePrinted(), noChatThread);
+    EXPECT_EQ(takePrinted(), kNoChatThread);
     m_manager->sendInKnownSession(_T("a"), _T("Q"), true, nullptr);
-    EXPECT_EQ(takePrinted(), noChatThread);
+    EXPECT_EQ(takePrinted(), kNoChatThread);
     EXPECT_EQ(m_server.requestCount(), 0);
 }
 
@@ -76,9 +76,9 @@ TEST_F(ManagerSend, RefusesToSendDuringAnotherExchange) {
     makeManager();
     g_zentriCommunicating = true;
     m_manager->send(_T("Q"), true, nullptr);
-    EXPECT_EQ(takePrinted(), busy);
+    EXPECT_EQ(takePrinted(), kBusy);
     m_manager->sendInKnownSession(_T("a"), _T("Q"), true, nullptr);
-    EXPECT_EQ(takePrinted(), busy);
+    EXPECT_EQ(takePrinted(), kBusy);
     EXPECT_EQ(m_server.requestCount(), 0);
 }
 
@@ -87,16 +87,16 @@ TEST_F(ManagerSend, RefusesToSendWithoutNetwork) {
     answerCreate("s1");
     qputenv("ZR_ZENTRI_PROBE", "http://127.0.0.1:1");
     m_manager->send(_T("Q"), true, nullptr);
-    EXPECT_EQ(takePrinted(), networkFailure);
+    EXPECT_EQ(takePrinted(), kNetworkFailure);
     EXPECT_EQ(m_server.requestCount(), 0);
     EXPECT_TRUE(current().isEmpty());
 }
 
 TEST_F(ManagerSend, SaysThatASessionCannotBeCreatedAndIsEmptyThen) {
     makeManager();
-    m_server.answer(createTarget, R"({"code":500,"msg":"坏"})");
+    m_server.answer(kCreateTarget, R"({"code":500,"msg":"坏"})");
     m_manager->send(_T("Q"), true, nullptr);
-    EXPECT_EQ(takePrinted(), notCreated);
+    EXPECT_EQ(takePrinted(), kNotCreated);
     EXPECT_TRUE(current().isEmpty());
     EXPECT_TRUE(currentId().isEmpty());
     EXPECT_TRUE(sessionIds().isEmpty());
@@ -111,7 +111,7 @@ TEST_F(ManagerSend, SendsNothingInAKnownSessionThatIsNotListed) {
     m_manager->sendInKnownSession(_T("gone"), _T("Q"), true, nullptr);
     EXPECT_TRUE(takePrinted().isEmpty());
     EXPECT_FALSE(g_zentriChatThread->isRunning());
-    EXPECT_EQ(requestsTo(chatTarget), 0);
+    EXPECT_EQ(requestsTo(kChatTarget), 0);
     EXPECT_TRUE(currentId().isEmpty());
     EXPECT_EQ(sessionIds(), texts({"a"}));
 }
@@ -120,7 +120,7 @@ TEST_F(ManagerSend, MakesAKnownSessionCurrentBeforeItSends) {
     makeManager();
     loadHistory({"a", "b"});
     m_manager->openSession(_T("a"));
-    m_server.answer(chatTarget, "");
+    m_server.answer(kChatTarget, "");
     m_manager->sendInKnownSession(_T("b"), _T("more"), true, nullptr);
     ASSERT_TRUE(waitUntilIdle());
     EXPECT_EQ(currentId(), QStringLiteral("b"));
@@ -132,7 +132,7 @@ TEST_F(ManagerSend, FilesTheCurrentConversationForANewOne) {
     makeManager();
     FakeAnswer answer(m_calls);
     answerCreate("s1");
-    m_server.answer(chatTarget, "data:A\n\n");
+    m_server.answer(kChatTarget, "data:A\n\n");
     m_manager->send(_T("Q"), true, &answer);
     ASSERT_TRUE(waitUntilIdle());
     EXPECT_EQ(listed(_T("s1")), texts({"0:Q"})) << "the answer reaches the list with the next filing";
@@ -151,7 +151,7 @@ TEST_F(ManagerSend, FilesTheCurrentConversationForANewOne) {
 TEST_F(ManagerSend, FilesTheCurrentConversationInItsPlace) {
     makeManager();
     loadHistory({"a", "b", "c"});
-    m_server.answer(chatTarget, "");
+    m_server.answer(kChatTarget, "");
     m_manager->openSession(_T("b"));
     m_manager->send(_T("more"), true, nullptr);
     ASSERT_TRUE(waitUntilIdle());
@@ -190,7 +190,7 @@ TEST_F(ManagerSend, RefusesToOpenASessionWhileTheStreamRuns) {
     m_calls.clear();
     m_manager->send(_T("Q"), true, nullptr);
     m_manager->openSession(_T("b"));
-    EXPECT_EQ(takePrinted(), openRefused);
+    EXPECT_EQ(takePrinted(), kOpenRefused);
     EXPECT_EQ(currentId(), QStringLiteral("a"));
     EXPECT_FALSE(m_calls.contains(QStringLiteral("view show current")));
 }
@@ -199,12 +199,12 @@ TEST_F(ManagerSend, OpensASessionWhileTheHistoryIsBeingRead) {
     makeManager();
     loadHistory({"a"});
     const int before = m_server.requestCount();
-    m_server.answer(listTarget, R"({"code":200,"msg":"success","data":[{"userChatSessionId":"held"}]})");
+    m_server.answer(kListTarget, R"({"code":200,"msg":"success","data":[{"userChatSessionId":"held"}]})");
     m_manager->initUserData();
     ASSERT_TRUE(m_server.waitForRequests(before + 2));
     m_manager->openSession(_T("a"));
     EXPECT_EQ(currentId(), QStringLiteral("a"));
-    EXPECT_FALSE(takePrinted().contains(openRefused));
+    EXPECT_FALSE(takePrinted().contains(kOpenRefused));
 }
 
 TEST_F(ManagerSend, HoldsOffEverythingWhileItCreatesASession) {
@@ -231,12 +231,12 @@ TEST_F(ManagerSend, HoldsOffEverythingWhileItCreatesASession) {
         m_server.sendBytes(before, body);
     });
     during.start(1);
-    m_server.answer(chatTarget, "");
+    m_server.answer(kChatTarget, "");
     m_manager->send(_T("Q"), true, nullptr);
     ASSERT_TRUE(waitUntilIdle());
     EXPECT_FALSE(allowed);
-    EXPECT_EQ(printed, busy + busy + openRefused + busy);
-    EXPECT_EQ(requestsTo(createTarget), 1);
+    EXPECT_EQ(printed, kBusy + kBusy + kOpenRefused + kBusy);
+    EXPECT_EQ(requestsTo(kCreateTarget), 1);
     EXPECT_EQ(listed(_T("s1")), texts({"0:Q"}));
     EXPECT_EQ(sessionIds(), texts({"a", "s1"}));
 }
@@ -259,7 +259,7 @@ TEST_F(ManagerSend, StopsWhenTheThreadsGoWhileItCreatesASession) {
     });
     during.start(1);
     m_manager->send(_T("Q"), true, answer.get());
-    EXPECT_EQ(takePrinted(), noChatThread);
+    EXPECT_EQ(takePrinted(), kNoChatThread);
     EXPECT_TRUE(current().isEmpty());
     EXPECT_TRUE(m_calls.isEmpty());
 }
@@ -269,10 +269,10 @@ TEST_F(ManagerSend, LooksForTheThreadThenForAnotherExchangeThenForTheNetwork) {
     qputenv("ZR_ZENTRI_PROBE", "http://127.0.0.1:1");
     g_zentriCommunicating = true;
     m_manager->send(_T("Q"), true, nullptr);
-    EXPECT_EQ(takePrinted(), busy);
+    EXPECT_EQ(takePrinted(), kBusy);
     deleteThreads();
     m_manager->send(_T("Q"), true, nullptr);
-    EXPECT_EQ(takePrinted(), noChatThread);
+    EXPECT_EQ(takePrinted(), kNoChatThread);
 }
 
 TEST_F(ManagerSend, ChangesNothingWhenItRefusesToSendInAKnownSession) {
@@ -281,7 +281,7 @@ TEST_F(ManagerSend, ChangesNothingWhenItRefusesToSendInAKnownSession) {
     m_manager->openSession(_T("a"));
     qputenv("ZR_ZENTRI_PROBE", "http://127.0.0.1:1");
     m_manager->sendInKnownSession(_T("b"), _T("Q"), true, nullptr);
-    EXPECT_EQ(takePrinted(), networkFailure);
+    EXPECT_EQ(takePrinted(), kNetworkFailure);
     signOut();
     m_manager->sendInKnownSession(_T("b"), _T("Q"), true, nullptr);
     EXPECT_TRUE(takePrinted().isEmpty());
@@ -293,7 +293,7 @@ TEST_F(ManagerSend, ChangesNothingWhenItRefusesToSendInAKnownSession) {
 TEST_F(ManagerSend, TellsOfTheQuestionBeforeItStartsTheExchange) {
     makeManager();
     answerCreate("s1");
-    m_server.answer(chatTarget, "");
+    m_server.answer(kChatTarget, "");
     QList<bool> running;
     const auto note = [&] { running.append(g_zentriChatThread->isRunning()); };
     QObject::connect(m_manager.get(), &ZR_AiChatManager::newSessionSet, m_manager.get(), note);
@@ -314,7 +314,7 @@ TEST_F(ManagerSend, NeverEmitsTheSignalsOfAStreamOrTheHistoryOnPurpose) {
     const QSignalSpy readEnd(m_manager.get(), &ZR_AiChatManager::historicalChatReadEnd);
     loadHistory({"a"});
     m_manager->openSession(_T("a"));
-    m_server.answer(chatTarget, "data:x\n\n");
+    m_server.answer(kChatTarget, "data:x\n\n");
     m_manager->send(_T("Q"), true, nullptr);
     ASSERT_TRUE(waitUntilIdle());
     EXPECT_EQ(start.size() + process.size() + end.size() + readStart.size() + readEnd.size(), 0);
@@ -343,7 +343,7 @@ TEST_F(ManagerSend, DropsAnAnswerThatArrivesInAConversationWithoutAnId) {
     makeManager();
     FakeAnswer answer(m_calls);
     answerCreate("s1");
-    m_server.answer(chatTarget, "data:A\n\n");
+    m_server.answer(kChatTarget, "data:A\n\n");
     m_manager->send(_T("Q"), true, &answer);
     ASSERT_TRUE(waitUntilIdle());
     m_manager->newSession();

@@ -86,7 +86,7 @@ TEST_F(ManagerStream, EndsTwiceWhenTheThreadIsDoneBeforeTheManagerHears) {
     m_server.close(request);
     // No event of the manager is delivered while this thread waits, so the flag is still set at the run's
     // end.
-    ASSERT_TRUE(g_zentriChatThread->wait(waitLimitMs));
+    ASSERT_TRUE(g_zentriChatThread->wait(kWaitLimitMs));
     ASSERT_TRUE(waitUntilIdle());
     EXPECT_EQ(current(), texts({"0:Q", "1:a", "1:a"}));
 }
@@ -170,7 +170,7 @@ TEST_F(ManagerStream, RefusesASecondQuestionUntilTheAnswerIsStored) {
     m_manager->send(_T("second"), true, nullptr);
     EXPECT_EQ(takePrinted(), QStringLiteral("\n已有正在通信的对话，请等待该通信完成..."));
     m_server.close(request);
-    ASSERT_TRUE(g_zentriChatThread->wait(waitLimitMs));
+    ASSERT_TRUE(g_zentriChatThread->wait(kWaitLimitMs));
     EXPECT_FALSE(m_manager->canCommunicate()) << "the end has not been handled yet";
     ASSERT_TRUE(waitUntilIdle());
     EXPECT_TRUE(m_manager->canCommunicate());
@@ -275,7 +275,7 @@ TEST_F(ManagerStream, HearsWhatAThreadSaidBeforeItWasUnloadedOnlyWithoutTouching
     m_server.sendBytes(request, "data:a\n\n");
     m_server.sendBytes(request, "data:b\n\n");
     m_server.close(request);
-    ASSERT_TRUE(g_zentriChatThread->wait(waitLimitMs));
+    ASSERT_TRUE(g_zentriChatThread->wait(kWaitLimitMs));
     // All of it is in the queue now. Unloading deletes the panel first, then the thread.
     m_answer.reset();
     m_view.reset();

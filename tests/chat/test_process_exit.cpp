@@ -8,15 +8,15 @@
 
 namespace {
 
-constexpr int stillThere = 0;
-constexpr int gone = 3;
+constexpr int kStillThere = 0;
+constexpr int kGone = 3;
 
 /// Made before anything of the module's is, so that it is destroyed after all of that.
 class LastToGo {
 public:
     ~LastToGo() {
         if (asks) {
-            std::_Exit(zentriHasAccess() && zentriAccessToken() == _T("token-1") ? stillThere : gone);
+            std::_Exit(zentriHasAccess() && zentriAccessToken() == _T("token-1") ? kStillThere : kGone);
         }
     }
 
@@ -36,7 +36,7 @@ TEST_F(ProcessExit, LeavesTheAccountToTheThreadsThatStillAskForIt) {
     EXPECT_EXIT(
         {
             g_lastToGo.asks = true;
-            std::exit(gone);
+            std::exit(kGone);
         },
-        testing::ExitedWithCode(stillThere), "");
+        testing::ExitedWithCode(kStillThere), "");
 }

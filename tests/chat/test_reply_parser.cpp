@@ -12,7 +12,7 @@ QString envelope(const char* data) {
 }
 
 /// Texts that are no reply of the service at all, or one of wrong types throughout.
-const char* const hostileBodies[] = {
+const char* const kHostileBodies[] = {
     "",
     " ",
     "null",
@@ -58,7 +58,7 @@ TEST_P(HostileBody, CountsAsAFailureOfEveryCall) {
     EXPECT_EQ(record.GetUnitCount(), 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(Bodies, HostileBody, testing::ValuesIn(hostileBodies));
+INSTANTIATE_TEST_SUITE_P(Bodies, HostileBody, testing::ValuesIn(kHostileBodies));
 
 /// The time that the one message of a session is given.
 std::int64_t timeOf(const std::string& createTime) {
@@ -144,10 +144,10 @@ TEST(ReplyParser, SkipsMessagesOfOtherRolesAndTitlesTheFirstKeptOne) {
     SingleChatUnitList units;
     record.GetUnits(units);
     ASSERT_EQ(units.GetCount(), 2);
-    EXPECT_EQ(units[0].role, chatRoleAssistant);
+    EXPECT_EQ(units[0].role, kChatRoleAssistant);
     EXPECT_EQ(units[0].message, _T("答"));
     EXPECT_EQ(units[0].time, 3);
-    EXPECT_EQ(units[1].role, chatRoleUser);
+    EXPECT_EQ(units[1].role, kChatRoleUser);
     EXPECT_EQ(record.GetTitle(), _T("答"));
 }
 

@@ -11,9 +11,9 @@
 
 namespace {
 
-const QByteArray createTarget = "/zr/ai/session/create";
-const QByteArray listTarget = "/zr/ai/session/user";
-const QByteArray readTarget = "/zr/ai/chat/user/session/";
+const QByteArray kCreateTarget = "/zr/ai/session/create";
+const QByteArray kListTarget = "/zr/ai/session/user";
+const QByteArray kReadTarget = "/zr/ai/chat/user/session/";
 
 class Service : public ChatTest {
 protected:
@@ -36,28 +36,28 @@ protected:
 ZR_AiChatSingleChatRecord usedRecord() {
     ZR_AiChatSingleChatRecord record;
     record.SetSessionId(_T("old"));
-    record.AddUnit(chatRoleUser, _T("old"));
+    record.AddUnit(kChatRoleUser, _T("old"));
     return record;
 }
 
 }  // namespace
 
 TEST_F(Service, CreatesASession) {
-    m_server.answer(createTarget, R"({"code":200,"msg":"success","data":"id-9"})");
+    m_server.answer(kCreateTarget, R"({"code":200,"msg":"success","data":"id-9"})");
     EXPECT_EQ(createSessionOnServer(), _T("id-9"));
     ASSERT_EQ(m_server.requestCount(), 1);
-    expectRequest(0, createTarget);
+    expectRequest(0, kCreateTarget);
 }
 
 TEST_F(Service, CreatesNoSessionQuietlyOnAnyFailure) {
     const int logged = LogFile::messages().size();
-    m_server.answer(createTarget, R"({"code":500,"msg":"success","data":"id-9"})");
+    m_server.answer(kCreateTarget, R"({"code":500,"msg":"success","data":"id-9"})");
     EXPECT_TRUE(createSessionOnServer().IsEmpty());
-    m_server.answer(createTarget, R"({"code":200,"msg":"no","data":"id-9"})");
+    m_server.answer(kCreateTarget, R"({"code":200,"msg":"no","data":"id-9"})");
     EXPECT_TRUE(createSessionOnServer().IsEmpty());
-    m_server.answer(createTarget, R"({"code":200,"msg":"success","data":"id-9"})", 503);
+    m_server.answer(kCreateTarget, R"({"code":200,"msg":"success","data":"id-9"})", 503);
     EXPECT_TRUE(createSessionOnServer().IsEmpty());
-    m_server.answer(createTarget, "no JSON");
+    m_server.answer(kCreateTarget, "no JSON");
     EXPECT_TRUE(createSessionOnServer().IsEmpty());
     EXPECT_EQ(LogFile::messages().size(), logged);
     EXPECT_EQ(m_server.requestCount(), 4);
@@ -65,7 +65,7 @@ TEST_F(Service, CreatesNoSessionQuietlyOnAnyFailure) {
 
 TEST_F(Service, ReadsTheIdsInTheServicesOrder) {
     m_server.answer(
-        listTarget,
+        kListTarget,
         R"({"code":200,"msg":"success","data":[{"userChatSessionId":"b"},{"userChatSessionId":"a"}]})");
     CStringArray ids;
     ids.Add(_T("old"));
@@ -73,11 +73,11 @@ TEST_F(Service, ReadsTheIdsInTheServicesOrder) {
     ASSERT_EQ(ids.GetCount(), 2);
     EXPECT_EQ(ids[0], _T("b"));
     EXPECT_EQ(ids[1], _T("a"));
-    expectRequest(0, listTarget);
+    expectRequest(0, kListTarget);
 }
 
 TEST_F(Service, SucceedsWithAnEmptyList) {
-    m_server.answer(listTarget, R"({"code":200,"msg":"success","data":[]})");
+    m_server.answer(kListTarget, R"({"code":200,"msg":"success","data":[]})");
     CStringArray ids;
     EXPECT_TRUE(readSessionIds(ids));
     EXPECT_EQ(ids.GetCount(), 0);
@@ -85,7 +85,7 @@ TEST_F(Service, SucceedsWithAnEmptyList) {
 
 TEST_F(Service, LogsAListThatTheServiceRefuses) {
     const int logged = LogFile::messages().size();
-    m_server.answer(listTarget, R"({"code":401,"msg":"100%s 未登录","data":[{"userChatSessionId":"b"}]})");
+    m_server.answer(kListTarget, R"({"code":401,"msg":"100%s 未登录","data":[{"userChatSessionId":"b"}]})");
     CStringArray ids;
     ids.Add(_T("old"));
     EXPECT_FALSE(readSessionIds(ids));
@@ -96,7 +96,7 @@ TEST_F(Service, LogsAListThatTheServiceRefuses) {
 
 TEST_F(Service, LogsABodyThatIsNoJsonAsCodeZero) {
     const int logged = LogFile::messages().size();
-    m_server.answer(listTarget, "<html>");
+    m_server.answer(kListTarget, "<html>");
     CStringArray ids;
     EXPECT_FALSE(readSessionIds(ids));
     EXPECT_EQ(LogFile::messages().mid(logged),
@@ -104,7 +104,7 @@ TEST_F(Service, LogsABodyThatIsNoJsonAsCodeZero) {
 }
 
 TEST_F(Service, ReadsASession) {
-    m_server.answer(readTarget + "s-1", R"({"code":200,"msg":"success","data":[
+    m_server.answer(kReadTarget + "s-1", R"({"code":200,"msg":"success","data":[
         {"role":"user","message":"问","createTime":1700000000000},
         {"role":"tool","message":"x","createTime":1},
         {"role":"assistant","message":"答","createTime":1700000005}]})");
@@ -115,12 +115,12 @@ TEST_F(Service, ReadsASession) {
     EXPECT_EQ(messagesOf(record), texts({"0:问", "1:答"}));
     EXPECT_EQ(record.GetCreateTime(), 1700000000);
     EXPECT_EQ(record.GetUseTime(), 1700000005);
-    expectRequest(0, readTarget + "s-1");
+    expectRequest(0, kReadTarget + "s-1");
 }
 
 TEST_F(Service, LogsASessionThatTheServiceRefusesAndLeavesTheRecordEmpty) {
     const int logged = LogFile::messages().size();
-    m_server.answer(readTarget + "s-1", R"({"code":403,"msg":"无权访问","data":[]})");
+    m_server.answer(kReadTarget + "s-1", R"({"code":403,"msg":"无权访问","data":[]})");
     ZR_AiChatSingleChatRecord record = usedRecord();
     EXPECT_FALSE(readSessionChats(_T("s-1"), record));
     EXPECT_TRUE(record.GetSessionId().IsEmpty());
@@ -131,8 +131,8 @@ TEST_F(Service, LogsASessionThatTheServiceRefusesAndLeavesTheRecordEmpty) {
 
 TEST_F(Service, FailsQuietlyOnATransportError) {
     const int logged = LogFile::messages().size();
-    m_server.answer(listTarget, R"({"code":401,"msg":"no"})", 500);
-    m_server.answer(readTarget + "s-1", R"({"code":401,"msg":"no"})", 404);
+    m_server.answer(kListTarget, R"({"code":401,"msg":"no"})", 500);
+    m_server.answer(kReadTarget + "s-1", R"({"code":401,"msg":"no"})", 404);
     CStringArray ids;
     ids.Add(_T("old"));
     EXPECT_FALSE(readSessionIds(ids));

@@ -11,7 +11,7 @@ namespace {
 ZR_AiChatSingleChatRecord record(int id, int mark) {
     ZR_AiChatSingleChatRecord result;
     result.SetSessionId(toCString(QString::number(id)));
-    result.AddUnit(chatRoleUser, toCString(QString::number(mark)));
+    result.AddUnit(kChatRoleUser, toCString(QString::number(mark)));
     return result;
 }
 
@@ -31,12 +31,12 @@ int indexIn(const PlainList& list, int id) {
     return -1;
 }
 
-void expectEqual(const ZR_AiChatSessionStore& store, const PlainList& plain, int ids) {
+void expectEqual(const ZR_AiChatSessionStore& store, const PlainList& plain, int kIds) {
     ASSERT_EQ(store.list().GetCount(), plain.size());
     for (int i = 0; i < plain.size(); ++i) {
         EXPECT_EQ(markOf(store.list()[i]), QString::number(plain[i].second));
     }
-    for (int id = 0; id < ids; ++id) {
+    for (int id = 0; id < kIds; ++id) {
         const ZR_AiChatSingleChatRecord* const found = store.find(toCString(QString::number(id)));
         const int index = indexIn(plain, id);
         ASSERT_EQ(found != nullptr, index >= 0);
@@ -49,9 +49,9 @@ void expectEqual(const ZR_AiChatSessionStore& store, const PlainList& plain, int
 }  // namespace
 
 TEST(SessionStore, FindsWhatAWalkThroughTheListFinds) {
-    constexpr int ids = 12;
+    constexpr int kIds = 12;
     std::mt19937 random(5);
-    std::uniform_int_distribution<int> anyId(0, ids - 1);
+    std::uniform_int_distribution<int> anyId(0, kIds - 1);
     std::uniform_int_distribution<int> anyChoice(0, 9);
     ZR_AiChatSessionStore store;
     PlainList plain;
@@ -75,7 +75,7 @@ TEST(SessionStore, FindsWhatAWalkThroughTheListFinds) {
                 plain.append({id, step});
             }
         }
-        expectEqual(store, plain, ids);
+        expectEqual(store, plain, kIds);
         if (testing::Test::HasFailure()) {
             FAIL() << "step " << step;
         }
@@ -86,6 +86,6 @@ TEST(SessionStore, HoldsCopies) {
     ZR_AiChatSessionStore store;
     ZR_AiChatSingleChatRecord session = record(1, 1);
     store.put(session);
-    session.AddUnit(chatRoleUser, _T("later"));
+    session.AddUnit(kChatRoleUser, _T("later"));
     EXPECT_EQ(markOf(*store.find(_T("1"))), QStringLiteral("1"));
 }

@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr int rounds = 20000;
+constexpr int kRounds = 20000;
 
 /// Does something again and again on a thread of its own while it lives.
 class Repeatedly {
@@ -54,7 +54,7 @@ TEST_F(SharedState, TheFlagIsReadWhileItIsWritten) {
     m_manager = std::make_unique<TestManager>();
     std::atomic<int> seen{0};
     const Repeatedly reading([&] { seen += g_zentriCommunicating ? 1 : 0; });
-    for (int i = 0; i < rounds || (seen == 0 && i < 100 * rounds); ++i) {
+    for (int i = 0; i < kRounds || (seen == 0 && i < 100 * kRounds); ++i) {
         m_manager->onStreamStart();
         m_manager->onStreamEnd();
     }
@@ -66,7 +66,7 @@ TEST_F(SharedState, TheCurrentRecordIsReadWhileItChanges) {
     m_manager = std::make_unique<TestManager>();
     std::atomic<int> wrong{0};
     const Repeatedly reading([&] { wrong += zentriCurrentExchange().userInput.isEmpty() ? 0 : 1; });
-    for (int i = 0; i < rounds; ++i) {
+    for (int i = 0; i < kRounds; ++i) {
         m_manager->newSession();
     }
     EXPECT_EQ(wrong, 0);
@@ -78,7 +78,7 @@ TEST_F(SharedState, ASourceGoesOnlyWhenNobodyAsksIt) {
         const ZR_AiChatExchange exchange = zentriCurrentExchange();
         wrong += exchange.userInput != exchange.sessionId ? 1 : 0;
     });
-    for (int i = 0; i < rounds; ++i) {
+    for (int i = 0; i < kRounds; ++i) {
         const PairSource source;
         setZentriExchangeSource(&source);
         setZentriExchangeSource(nullptr);

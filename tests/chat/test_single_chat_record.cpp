@@ -17,7 +17,7 @@ std::int64_t now() {
 ZR_AiChatSingleChatRecord recordWithTimes(const std::vector<std::int64_t>& times) {
     ZR_AiChatSingleChatRecord record;
     for (const std::int64_t time : times) {
-        record.AddUnit(chatRoleUser, _T("text"), time);
+        record.AddUnit(kChatRoleUser, _T("text"), time);
     }
     return record;
 }
@@ -97,12 +97,12 @@ TEST(SingleChatRecord, IsTheSessionWithAnEmptyIdUntilItGetsOne) {
 
 TEST(SingleChatRecord, TakesTheFirstUnitAsTitleEvenAnAnswer) {
     ZR_AiChatSingleChatRecord record;
-    record.AddUnit(chatRoleAssistant, _T("answer"));
-    record.AddUnit(chatRoleUser, _T("question"));
+    record.AddUnit(kChatRoleAssistant, _T("answer"));
+    record.AddUnit(kChatRoleUser, _T("question"));
     EXPECT_EQ(record.GetTitle(), _T("answer"));
 
     SingleChatUnit unit;
-    unit.role = chatRoleUser;
+    unit.role = kChatRoleUser;
     unit.message = _T("whole unit");
     ZR_AiChatSingleChatRecord other;
     other.AddUnit(unit);
@@ -111,15 +111,15 @@ TEST(SingleChatRecord, TakesTheFirstUnitAsTitleEvenAnAnswer) {
 
 TEST(SingleChatRecord, KeepsAnEmptyFirstTextAsTitle) {
     ZR_AiChatSingleChatRecord record;
-    record.AddUnit(chatRoleUser, _T(""));
-    record.AddUnit(chatRoleUser, _T("second"));
+    record.AddUnit(kChatRoleUser, _T(""));
+    record.AddUnit(kChatRoleUser, _T("second"));
     EXPECT_TRUE(record.GetTitle().IsEmpty());
 }
 
 TEST(SingleChatRecord, StampsAUnitWithTheCurrentSecond) {
     ZR_AiChatSingleChatRecord record;
     const std::int64_t before = now();
-    record.AddUnit(chatRoleUser, _T("text"));
+    record.AddUnit(kChatRoleUser, _T("text"));
     SingleChatUnit unit;
     ASSERT_TRUE(record.GetLastUnit(unit));
     EXPECT_GE(unit.time, before);
@@ -128,27 +128,27 @@ TEST(SingleChatRecord, StampsAUnitWithTheCurrentSecond) {
 
 TEST(SingleChatRecord, FindsTheNewestQuestionBehindAnswers) {
     ZR_AiChatSingleChatRecord record;
-    record.AddUnit(chatRoleUser, _T("first"), 1);
-    record.AddUnit(chatRoleUser, _T("second"), 2);
-    record.AddUnit(chatRoleAssistant, _T("answer"), 3);
+    record.AddUnit(kChatRoleUser, _T("first"), 1);
+    record.AddUnit(kChatRoleUser, _T("second"), 2);
+    record.AddUnit(kChatRoleAssistant, _T("answer"), 3);
     EXPECT_EQ(record.GetLastUserInput(), _T("second"));
     SingleChatUnit last;
     ASSERT_TRUE(record.GetLastUnit(last));
     EXPECT_EQ(last.message, _T("answer"));
-    EXPECT_EQ(last.role, chatRoleAssistant);
+    EXPECT_EQ(last.role, kChatRoleAssistant);
     EXPECT_EQ(last.time, 3);
 }
 
 TEST(SingleChatRecord, HasNoUserInputAmongAnswersOnly) {
     ZR_AiChatSingleChatRecord record;
-    record.AddUnit(chatRoleAssistant, _T("answer"));
+    record.AddUnit(kChatRoleAssistant, _T("answer"));
     EXPECT_TRUE(record.GetLastUserInput().IsEmpty());
 }
 
 TEST(SingleChatRecord, FindsTextInAnyMessageCaseSensitively) {
     ZR_AiChatSingleChatRecord record;
-    record.AddUnit(chatRoleUser, _T("怎样画圆"));
-    record.AddUnit(chatRoleAssistant, _T("Type CIRCLE"));
+    record.AddUnit(kChatRoleUser, _T("怎样画圆"));
+    record.AddUnit(kChatRoleAssistant, _T("Type CIRCLE"));
     EXPECT_TRUE(record.ContainsText(_T("画圆")));
     EXPECT_TRUE(record.ContainsText(_T("CIRC")));
     EXPECT_FALSE(record.ContainsText(_T("circ")));
@@ -158,7 +158,7 @@ TEST(SingleChatRecord, FindsTextInAnyMessageCaseSensitively) {
 TEST(SingleChatRecord, DoesNotFindTextInTheTitleAlone) {
     ZR_AiChatSingleChatRecord record;
     record.SetSessionId(_T("needle"));
-    record.AddUnit(chatRoleUser, _T("hay"));
+    record.AddUnit(kChatRoleUser, _T("hay"));
     EXPECT_FALSE(record.ContainsText(_T("needle")));
 }
 
@@ -179,22 +179,22 @@ TEST(SingleChatRecord, LetsTheNextUnitTakeOverAZeroTime) {
 TEST(SingleChatRecord, ClearsTheIdToo) {
     ZR_AiChatSingleChatRecord record;
     record.SetSessionId(_T("id"));
-    record.AddUnit(chatRoleUser, _T("text"));
+    record.AddUnit(kChatRoleUser, _T("text"));
     record.Clear();
     EXPECT_TRUE(record.GetSessionId().IsEmpty());
     EXPECT_TRUE(record.GetTitle().IsEmpty());
     EXPECT_EQ(record.GetUnitCount(), 0);
-    record.AddUnit(chatRoleUser, _T("again"));
+    record.AddUnit(kChatRoleUser, _T("again"));
     EXPECT_EQ(record.GetTitle(), _T("again"));
 }
 
 TEST(SingleChatRecord, CopiesItsUnits) {
     ZR_AiChatSingleChatRecord source;
     source.SetSessionId(_T("id"));
-    source.AddUnit(chatRoleUser, _T("question"), 5);
+    source.AddUnit(kChatRoleUser, _T("question"), 5);
 
     ZR_AiChatSingleChatRecord copy(source);
-    copy.AddUnit(chatRoleAssistant, _T("answer"), 6);
+    copy.AddUnit(kChatRoleAssistant, _T("answer"), 6);
     copy.SetSessionId(_T("other"));
     EXPECT_EQ(copy.GetUnitCount(), 2);
     EXPECT_EQ(copy.GetTitle(), _T("question"));
@@ -209,7 +209,7 @@ TEST(SingleChatRecord, CopiesItsUnits) {
 
 TEST(SingleChatRecord, ReplacesWhatItHeldOnAssignment) {
     ZR_AiChatSingleChatRecord source;
-    source.AddUnit(chatRoleUser, _T("question"), 5);
+    source.AddUnit(kChatRoleUser, _T("question"), 5);
     ZR_AiChatSingleChatRecord target = recordWithTimes({1, 2, 3});
     target.SetSessionId(_T("old"));
     target = source;
@@ -237,8 +237,8 @@ TEST(SingleChatRecord, CanBeMadeFromItsRunTimeClass) {
 TEST(SingleChatRecord, StoresTheUnitCountWithEightBytes) {
     ZR_AiChatSingleChatRecord record;
     record.SetSessionId(_T("s1"));
-    record.AddUnit(chatRoleUser, _T("问"), 1700000000);
-    record.AddUnit(chatRoleAssistant, _T("ok"), -1);
+    record.AddUnit(kChatRoleUser, _T("问"), 1700000000);
+    record.AddUnit(kChatRoleAssistant, _T("ok"), -1);
 
     std::vector<BYTE> expected;
     append(expected, 1, 4);
@@ -280,14 +280,14 @@ TEST(SingleChatRecord, LoadsAUnitCountOfFourBytes) {
 TEST(SingleChatRecord, DoesNotLoadBackWhatItStored) {
     ZR_AiChatSingleChatRecord record;
     record.SetSessionId(_T("s1"));
-    record.AddUnit(chatRoleAssistant, _T(""), 5);
+    record.AddUnit(kChatRoleAssistant, _T(""), 5);
     // The upper half of the count is taken as the role, so what follows is read four bytes too early.
     std::vector<BYTE> bytes = stored(record);
     ZR_AiChatSingleChatRecord loaded;
     load(bytes, loaded);
     EXPECT_EQ(loaded.GetSessionId(), _T("s1"));
     SingleChatUnit unit;
-    const bool same = loaded.GetLastUnit(unit) && unit.role == chatRoleAssistant && unit.time == 5;
+    const bool same = loaded.GetLastUnit(unit) && unit.role == kChatRoleAssistant && unit.time == 5;
     EXPECT_FALSE(same);
 }
 
@@ -326,7 +326,7 @@ TEST(SessionList, IsCopiedRecordByRecord) {
     ZR_AiChatSessionList target;
     target.Add(recordWithTimes({9}));
     copySessionList(source, target);
-    target[1].AddUnit(chatRoleUser, _T("more"));
+    target[1].AddUnit(kChatRoleUser, _T("more"));
     ASSERT_EQ(target.GetCount(), 2);
     EXPECT_EQ(target[0].GetUseTime(), 1);
     EXPECT_EQ(source[1].GetUnitCount(), 2);

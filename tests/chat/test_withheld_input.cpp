@@ -37,7 +37,7 @@ TEST_F(WithheldInput, ReachesItsWindowOnceACallOnTheMainThreadHasReturned) {
     // The host's loop delivers timers and posted events, but never asks Qt for the input that it holds back.
     QElapsedTimer limit;
     limit.start();
-    while (window.points.isEmpty() && !limit.hasExpired(waitLimitMs)) {
+    while (window.points.isEmpty() && !limit.hasExpired(kWaitLimitMs)) {
         QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
     }
     EXPECT_EQ(window.points, QList<QPoint>{point});

@@ -27,18 +27,21 @@ int FakeAccount::accessToken(ACHAR* buffer, int capacity) {
     ++tokenCalls;
     lastCapacity = capacity;
     const int copied = token.GetLength() < capacity ? token.GetLength() : capacity - 1;
-    for (int i = 0; i < copied; ++i)
+    for (int i = 0; i < copied; ++i) {
         buffer[i] = token[i];
+    }
     buffer[copied] = 0;
     return token.GetLength();
 }
 
 int FakeAccount::signIn() {
     ++signInCalls;
-    if (whileSigningIn)
+    if (whileSigningIn) {
         whileSigningIn();
-    if (!signInSucceeds)
+    }
+    if (!signInSucceeds) {
         return 0;
+    }
     token = tokenAfterSignIn;
     return 1;
 }

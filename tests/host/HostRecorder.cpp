@@ -73,6 +73,7 @@ HostRecorder::HostRecorder()
 HostRecorder::~HostRecorder() = default;
 
 void HostRecorder::note(const QString& call) const {
-    if (onCall)
+    if (onCall) {
         onCall(call);
+    }
 }

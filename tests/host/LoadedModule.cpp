@@ -43,8 +43,9 @@ bool LoadedModule::unload() {
 
 bool LoadedModule::run(const ACHAR* command) {
     AcEdCommand* const found = acedRegCmds->lookupCmd(command, false);
-    if (found == nullptr)
+    if (found == nullptr) {
         return false;
+    }
     found->functionAddr()();
     return true;
 }
@@ -58,8 +59,9 @@ bool LoadedModule::openPanel() {
 
 bool LoadedModule::isIdle() {
     for (const QThread* worker : QCoreApplication::instance()->findChildren<QThread*>()) {
-        if (worker->isRunning())
+        if (worker->isRunning()) {
             return false;
+        }
     }
     return true;
 }
@@ -71,8 +73,9 @@ void LoadedModule::ask(const QString& question) {
 
 bool LoadedModule::waitForAnswer() {
     const QListWidget* const list = chatList();
-    if (list->count() == 0)
+    if (list->count() == 0) {
         return false;
+    }
     // The question's one line is what the empty answer is no higher than.
     const QListWidgetItem* const question = list->item(list->count() - 2);
     const QListWidgetItem* const answer = list->item(list->count() - 1);
@@ -86,18 +89,21 @@ int LoadedModule::bars() const {
 
 CAdUiPaletteSet* LoadedModule::paletteSet() const {
     for (CControlBar* const bar : program.frame()->GetControlBars()) {
-        if (auto* const set = dynamic_cast<CAdUiPaletteSet*>(bar))
+        if (auto* const set = dynamic_cast<CAdUiPaletteSet*>(bar)) {
             return set;
+        }
     }
     return nullptr;
 }
 
 QWidget* LoadedModule::view() {
-    if (QCoreApplication::instance() == nullptr)
+    if (QCoreApplication::instance() == nullptr) {
         return nullptr;
+    }
     for (QWidget* widget : QApplication::allWidgets()) {
-        if (widget->objectName() == QStringLiteral("ZR_ZentriPaletteViewClass"))
+        if (widget->objectName() == QStringLiteral("ZR_ZentriPaletteViewClass")) {
             return widget;
+        }
     }
     return nullptr;
 }

@@ -37,8 +37,9 @@ ModuleFixture::~ModuleFixture() {
 
 bool ModuleFixture::run(const CString& command) {
     AcEdCommand* const found = acedRegCmds->lookupCmd(command, false);
-    if (found == nullptr)
+    if (found == nullptr) {
         return false;
+    }
     found->functionAddr()();
     return true;
 }
@@ -54,8 +55,9 @@ void ModuleFixture::openPanel() {
 
 int ModuleFixture::paletteSetsInFrame() const {
     int count = 0;
-    for (const CControlBar* bar : program.frame()->GetControlBars())
+    for (const CControlBar* bar : program.frame()->GetControlBars()) {
         count += bar->IsKindOf(RUNTIME_CLASS(ZR_ZentriPaletteSet)) ? 1 : 0;
+    }
     return count;
 }
 

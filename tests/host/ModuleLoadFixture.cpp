@@ -3,8 +3,9 @@
 ModuleLoad::ModuleLoad(const QString& file) : module(file), program(module.program) {}
 
 bool ModuleLoad::load() {
-    if (!module.load())
+    if (!module.load()) {
         return false;
+    }
     if (service == nullptr) {
         service = std::make_unique<FakeHttpServer>();
         service->answer("/zr/ai/session/user", R"({"code":200,"msg":"success","data":[]})");

@@ -20,15 +20,17 @@ void TypingFixture::focusInput() {
 
 bool TypingFixture::typed(const QString& text) {
     constexpr int kTimeoutMs = 5000;
-    if (!TestProgram::pumpUntil([&] { return inputBox()->toPlainText() == text; }, kTimeoutMs))
+    if (!TestProgram::pumpUntil([&] { return inputBox()->toPlainText() == text; }, kTimeoutMs)) {
         return false;
+    }
     TestProgram::settle();
     return inputBox()->toPlainText() == text;
 }
 
 void TypingFixture::postCharacters(UINT message, const QString& text) {
-    for (const QChar unit : text)
+    for (const QChar unit : text) {
         PostMessageW(palette(), message, unit.unicode(), 1);
+    }
 }
 
 HWND TypingFixture::palette() {

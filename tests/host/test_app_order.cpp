@@ -31,8 +31,9 @@ HHOOK refusePaletteWindows() {
         [](int code, WPARAM window, LPARAM parameter) -> LRESULT {
             const auto* const creation = reinterpret_cast<CBT_CREATEWNDW*>(parameter);
             if (code == HCBT_CREATEWND && creation->lpcs->lpszName != nullptr &&
-                CString(creation->lpcs->lpszName) == _T("朔禾 Zentri"))
+                CString(creation->lpcs->lpszName) == _T("朔禾 Zentri")) {
                 return 1;
+            }
             return CallNextHookEx(nullptr, code, window, parameter);
         },
         nullptr, GetCurrentThreadId());
@@ -73,20 +74,27 @@ protected:
 
     void note(const QString& what) {
         QString line = what + QLatin1Char(':');
-        if (QCoreApplication::instance() != nullptr)
+        if (QCoreApplication::instance() != nullptr) {
             line += QStringLiteral(" Qt");
-        if (g_zentriChatThread != nullptr)
+        }
+        if (g_zentriChatThread != nullptr) {
             line += QStringLiteral(" chat");
-        if (g_zentriHistoryThread != nullptr)
+        }
+        if (g_zentriHistoryThread != nullptr) {
             line += QStringLiteral(" history");
-        if (g_zentriPaletteSet != nullptr)
+        }
+        if (g_zentriPaletteSet != nullptr) {
             line += QStringLiteral(" set");
-        if (zentriPalette() != nullptr)
+        }
+        if (zentriPalette() != nullptr) {
             line += QStringLiteral(" palette");
-        if (g_zentriCmdRecorder != nullptr)
+        }
+        if (g_zentriCmdRecorder != nullptr) {
             line += QStringLiteral(" recorder");
-        if (g_zentriSysReactor != nullptr)
+        }
+        if (g_zentriSysReactor != nullptr) {
             line += QStringLiteral(" sysReactor");
+        }
         steps << line;
         resourceHandles.push_back(AfxGetResourceHandle());
     }
@@ -115,8 +123,9 @@ TEST_F(AppOrder, LoadingMakesTheObjectsOneAfterTheOther) {
     EXPECT_EQ(recorder.addedReactors,
               (std::vector<AcEditorReactor*>{g_zentriCmdRecorder, g_zentriSysReactor}));
     // The module's resources are the current ones all the while.
-    for (const HINSTANCE handle : resourceHandles)
+    for (const HINSTANCE handle : resourceHandles) {
         EXPECT_EQ(handle, kModule);
+    }
     EXPECT_EQ(AfxGetResourceHandle(), before);
     app.On_kUnloadAppMsg(&app);
 }

@@ -14,8 +14,9 @@ TEST(ModuleFile, ExportsTheTwoEntryPointsAndNothingElse) {
     QStringList names;
     for (const QString& line : QString::fromLocal8Bit(nm.readAllStandardOutput()).split(QLatin1Char('\n'))) {
         const QStringList fields = line.split(QLatin1Char(' '), Qt::SkipEmptyParts);
-        if (!fields.isEmpty())
+        if (!fields.isEmpty()) {
             names << fields.last();
+        }
     }
     names.sort();
     EXPECT_EQ(names, (QStringList{QStringLiteral("acrxEntryPoint"), QStringLiteral("acrxGetApiVersion")}));

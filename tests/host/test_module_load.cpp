@@ -72,8 +72,9 @@ TEST_F(ModuleLoad, EveryOtherMessageOfTheHostSucceeds) {
     const auto entryPoint = reinterpret_cast<EntryPoint>(
         reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(kModuleName), "acrxEntryPoint")));
     ASSERT_NE(entryPoint, nullptr);
-    for (int message = AcRx::kLoadDwgMsg; message <= AcRx::kEndTabGroupMsg; ++message)
+    for (int message = AcRx::kLoadDwgMsg; message <= AcRx::kEndTabGroupMsg; ++message) {
         EXPECT_EQ(entryPoint(static_cast<AcRx::AppMsgCode>(message), nullptr), AcRx::kRetOK) << message;
+    }
     EXPECT_EQ(module.bars(), 1);
     EXPECT_EQ(arxEditorReactorCount(), 2);
 }

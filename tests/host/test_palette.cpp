@@ -147,8 +147,9 @@ TEST_F(Palette, CharactersAreTracedInTheDebugOutput) {
     static QStringList s_traced;
     const QtMessageHandler former =
         qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString& text) {
-            if (type == QtDebugMsg)
+            if (type == QtDebugMsg) {
                 s_traced << text;
+            }
         });
     MSG character = message(WM_CHAR, 'a');
     character.lParam = 3;
@@ -200,8 +201,9 @@ TEST_F(Palette, ATypedCharacterArrivesOnce) {
 TEST_F(Palette, ChineseCharactersArriveOnce) {
     openPanel();
     focusInput();
-    for (const QChar character : QStringLiteral("画圆"))
+    for (const QChar character : QStringLiteral("画圆")) {
         PostMessageW(g_zentriPalette->m_hWnd, WM_CHAR, character.unicode(), 1);
+    }
     EXPECT_TRUE(typed(QStringLiteral("画圆"))) << inputBox()->toPlainText().toStdString();
     TestProgram::settle();
     EXPECT_EQ(inputBox()->toPlainText(), QStringLiteral("画圆"));
@@ -245,8 +247,9 @@ TEST_F(Palette, TheUsersMouseAndKeyboardAskAQuestionOnce) {
     ASSERT_TRUE(win32PointerClick(input.x(), input.y()));
     ASSERT_TRUE(TestProgram::pumpUntil([this] { return view()->focusWidget() == inputBox(); }));
     EXPECT_TRUE(TestProgram::pumpUntil([] { return GetFocus() == g_zentriPalette->m_hWnd; }));
-    for (const int key : std::initializer_list<int>{'A', 'B', 'C', VK_BACK})
+    for (const int key : std::initializer_list<int>{'A', 'B', 'C', VK_BACK}) {
         ASSERT_TRUE(win32KeyStroke(key));
+    }
     ASSERT_TRUE(win32KeyStroke('D', true));
     ASSERT_TRUE(typed(QStringLiteral("abD"))) << inputBox()->toPlainText().toStdString();
 
@@ -272,8 +275,9 @@ TEST_F(Palette, AClickOutsideGivesTheKeysToTheHost) {
     program.drawingView()->GetWindowRect(&drawing);
     int characters = 0;
     testApp().preTranslate = [&](MSG* message) {
-        if (message->message == WM_LBUTTONDOWN && message->hwnd == program.drawingView()->m_hWnd)
+        if (message->message == WM_LBUTTONDOWN && message->hwnd == program.drawingView()->m_hWnd) {
             program.drawingView()->SetFocus();
+        }
         characters += message->message == WM_CHAR && message->hwnd == program.drawingView()->m_hWnd ? 1 : 0;
         return AfxGetApp()->CWinApp::PreTranslateMessage(message);
     };
@@ -346,8 +350,9 @@ TEST_F(Palette, AnExceptionWhileEmbeddingIsShownAndThePaletteStays) {
     class Thrower : public QObject {
     public:
         bool eventFilter(QObject*, QEvent* event) override {
-            if (event->type() == QEvent::Show)
+            if (event->type() == QEvent::Show) {
                 throw std::runtime_error("no room for the view");
+            }
             return false;
         }
     };

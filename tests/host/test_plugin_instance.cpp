@@ -31,8 +31,9 @@ TEST(PluginInstance, PostedEventsAreDeliveredWithTheHostsMessages) {
     PostMessageW(program.frame()->m_hWnd, WM_NULL, 0, 0);
     MSG message;
     // The hook delivers before the message is handed over, whatever Qt's dispatcher does.
-    while (GetMessageW(&message, nullptr, 0, 0) && message.message != WM_NULL)
+    while (GetMessageW(&message, nullptr, 0, 0) && message.message != WM_NULL) {
         DispatchMessageW(&message);
+    }
     EXPECT_TRUE(delivered);
 }
 
@@ -46,8 +47,9 @@ TEST(PluginInstance, TheHookWorksInAModalLoopToo) {
         &object, [&delivered] { delivered = true; }, Qt::QueuedConnection);
     PostMessageW(program.frame()->m_hWnd, WM_NULL, 0, 0);
     MSG message;
-    while (GetMessageW(&message, nullptr, 0, 0) && message.message != WM_NULL)
+    while (GetMessageW(&message, nullptr, 0, 0) && message.message != WM_NULL) {
         DispatchMessageW(&message);
+    }
     QMfcApp::exitModalLoop();
     EXPECT_TRUE(delivered);
 }
@@ -89,8 +91,9 @@ TEST(PluginInstance, TheHookPassesOnToTheNextOne) {
     ASSERT_TRUE(QMfcApp::pluginInstance());
     PostMessageW(nullptr, WM_APP, 0, 0);
     MSG message;
-    while (GetMessageW(&message, nullptr, 0, 0) && message.message != WM_APP)
+    while (GetMessageW(&message, nullptr, 0, 0) && message.message != WM_APP) {
         DispatchMessageW(&message);
+    }
     UnhookWindowsHookEx(earlier);
     EXPECT_GT(s_messages, 0);
 }

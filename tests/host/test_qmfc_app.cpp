@@ -67,8 +67,9 @@ protected:
             messages.push_back(message);
             keys.push_back(wParam);
             hadFocus = ::GetFocus() == m_hWnd;
-            if (onKey)
+            if (onKey) {
                 onKey();
+            }
             return 0;
         }
         return CMDIFrameWnd::WindowProc(message, wParam, lParam);
@@ -81,8 +82,9 @@ public:
     explicit FocusReasons(QObject* watched) { watched->installEventFilter(this); }
 
     bool eventFilter(QObject*, QEvent* event) override {
-        if (event->type() == QEvent::FocusIn)
+        if (event->type() == QEvent::FocusIn) {
             reasons.push_back(static_cast<QFocusEvent*>(event)->reason());
+        }
         return false;
     }
 

@@ -30,10 +30,12 @@ public:
     ~HostWindow() override { DestroyWindow(); }
 
     BOOL PreTranslateMessage(MSG* message) override {
-        if (message->message == kNoted || message->message == kLast)
+        if (message->message == kNoted || message->message == kLast) {
             offered.push_back(message->wParam);
-        if (onOffer)
+        }
+        if (onOffer) {
             onOffer(*message);
+        }
         return message->message == kNoted && message->wParam == taken;
     }
 
@@ -45,10 +47,12 @@ public:
 
 protected:
     LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override {
-        if (message == kNoted || message == kLast)
+        if (message == kNoted || message == kLast) {
             got.push_back(wParam);
-        if (message == kLast && onLast)
+        }
+        if (message == kLast && onLast) {
             onLast();
+        }
         return CWnd::WindowProc(message, wParam, lParam);
     }
 };
@@ -82,18 +86,21 @@ TEST_F(QtLoops, TheHostsLoopAloneBringsTimersPostedAndQueuedEvents) {
     receiver.startTimer(5);
     QCoreApplication::postEvent(&receiver, new QEvent(QEvent::User));
     const std::unique_ptr<QThread> worker(QThread::create([&receiver] {
-        for (int i = 0; i < 3; ++i)
+        for (int i = 0; i < 3; ++i) {
             QMetaObject::invokeMethod(
                 &receiver, [&receiver] { Receiver::note(receiver.queued); }, Qt::QueuedConnection);
+        }
     }));
     worker->start();
     EXPECT_TRUE(TestProgram::pumpUntil([&] {
         return receiver.timer.size() >= 3 && receiver.posted.size() == 1 && receiver.queued.size() == 3;
     }));
     worker->wait();
-    for (const std::vector<int>* levels : {&receiver.timer, &receiver.posted, &receiver.queued})
-        for (const int level : *levels)
+    for (const std::vector<int>* levels : {&receiver.timer, &receiver.posted, &receiver.queued}) {
+        for (const int level : *levels) {
             EXPECT_EQ(level, 0);
+        }
+    }
 }
 
 TEST_F(QtLoops, InTheHostsOwnLoopAMessageIsOfferedOnce) {
@@ -136,8 +143,9 @@ TEST_F(QtLoops, IdleWorkInADialogOfQtsWaitsForTheQueueToRunEmptyAndStartsAnewWit
     std::vector<std::string> trace;
     QDialog dialog;
     testApp().preTranslate = [&](MSG* message) {
-        if (message->hwnd == window.m_hWnd && (message->message == kNoted || message->message == kLast))
+        if (message->hwnd == window.m_hWnd && (message->message == kNoted || message->message == kLast)) {
             trace.push_back("message " + std::to_string(message->wParam));
+        }
         return FALSE;
     };
     // Only our own messages make idle work due.
@@ -155,18 +163,20 @@ TEST_F(QtLoops, IdleWorkInADialogOfQtsWaitsForTheQueueToRunEmptyAndStartsAnewWit
     QTimer later;
     QObject::connect(&later, &QTimer::timeout, &later, [&] {
         const auto done = std::count(trace.begin(), trace.end(), "idle 2");
-        if (done == 1 && trace.back() == "idle 2")
+        if (done == 1 && trace.back() == "idle 2") {
             post(kNoted, 4);
-        else if (done == 2)
+        } else if (done == 2) {
             post(kLast, 5);
+        }
         // A message that is for no window of Qt's is what idle work is done at.
         PostMessageW(program.frame()->m_hWnd, WM_NULL, 0, 0);
     });
     later.start(10);
     window.onLast = [&dialog] { dialog.accept(); };
     dialog.exec();
-    while (!trace.empty() && trace.back() == "message 5")
+    while (!trace.empty() && trace.back() == "message 5") {
         trace.pop_back();
+    }
     EXPECT_EQ(trace, (std::vector<std::string>{"message 1", "message 2", "message 3", "idle 0", "idle 1",
                                                "idle 2", "message 4", "idle 0", "idle 1", "idle 2"}));
 }
@@ -176,8 +186,9 @@ TEST_F(QtLoops, ALoopWithinTheFilterReentersItHarmlessly) {
     bool within = false;
     window.onOffer = [&](const MSG& message) {
         offeredWithin += within ? 1 : 0;
-        if (message.message != kNoted || message.wParam != 1)
+        if (message.message != kNoted || message.wParam != 1) {
             return;
+        }
         // As a dialog that MFC opens for an accelerator key.
         within = true;
         QEventLoop loop;

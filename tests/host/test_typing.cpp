@@ -23,8 +23,9 @@ protected:
     Typing() { focusInput(); }
 
     static void type(const std::initializer_list<int>& keys) {
-        for (const int key : keys)
+        for (const int key : keys) {
             TestProgram::typeKey(palette(), key);
+        }
     }
 
     /// Types a question of one key, sends it and has it answered, which takes that many requests.
@@ -88,8 +89,9 @@ TEST_F(Typing, AQuitThatWaitsIsLeftInTheQueue) {
     down.wParam = VK_RIGHT;
     EXPECT_FALSE(g_zentriPalette->PreTranslateMessage(&down));
     MSG message = {};
-    while (message.message != WM_QUIT && PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != FALSE)
+    while (message.message != WM_QUIT && PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != FALSE) {
         DispatchMessageW(&message);
+    }
     EXPECT_EQ(message.message, WM_QUIT);
     EXPECT_EQ(message.wParam, 7U);
 }

@@ -39,8 +39,9 @@ class PackagedModule : public testing::Test {
 protected:
     PackagedModule() {
         service.answer("/zr/ai/session/user", R"({"code":200,"msg":"success","data":[]})");
-        for (const char* name : {"WINEPATH", "QT_PLUGIN_PATH", "QT_QPA_PLATFORM"})
+        for (const char* name : {"WINEPATH", "QT_PLUGIN_PATH", "QT_QPA_PLATFORM"}) {
             setEnvironment(name, nullptr);
+        }
         char windows[MAX_PATH];
         GetSystemDirectoryA(windows, MAX_PATH);
         setEnvironment("PATH", windows);
@@ -98,8 +99,9 @@ protected:
 
 TEST_F(PackagedModule, OpensThePanelWithWhatItBrings) {
     start();
-    for (const auto& [name, folder] : loadedLibraries())
+    for (const auto& [name, folder] : loadedLibraries()) {
         ASSERT_NE(name.rfind("qt5", 0), 0u) << "the host itself uses " << name;
+    }
     ASSERT_EQ(load(kBundle)["ok"], true);
     expectPanel();
 

@@ -46,8 +46,9 @@ std::string lower(std::string text) {
 std::set<std::string> filesIn(const fs::path& folder) {
     std::set<std::string> files;
     for (const fs::directory_entry& entry : fs::recursive_directory_iterator(folder)) {
-        if (entry.is_regular_file())
+        if (entry.is_regular_file()) {
             files.insert(fs::relative(entry.path(), folder).generic_string());
+        }
     }
     return files;
 }
@@ -55,8 +56,9 @@ std::set<std::string> filesIn(const fs::path& folder) {
 /// The files of a folder but for the licences, which have a test of their own.
 std::set<std::string> programsIn(const fs::path& folder) {
     std::set<std::string> files = filesIn(folder);
-    for (auto file = files.begin(); file != files.end();)
+    for (auto file = files.begin(); file != files.end();) {
         file = fs::path(*file).extension() == ".txt" ? files.erase(file) : std::next(file);
+    }
     return files;
 }
 
@@ -81,14 +83,16 @@ struct Contents {
     explicit Contents(const fs::path& bundle) {
         QXmlStreamReader xml(QByteArray::fromStdString(contentOf(bundle / "PackageContents.xml")));
         while (!xml.atEnd()) {
-            if (xml.readNext() != QXmlStreamReader::StartElement)
+            if (xml.readNext() != QXmlStreamReader::StartElement) {
                 continue;
+            }
             std::map<std::string, std::string>& attributes =
                 elements.emplace(xml.name().toString().toStdString(), std::map<std::string, std::string>())
                     ->second;
-            for (const QXmlStreamAttribute& attribute : xml.attributes())
+            for (const QXmlStreamAttribute& attribute : xml.attributes()) {
                 attributes[attribute.name().toString().toStdString()] =
                     attribute.value().toString().toStdString();
+            }
         }
         error = xml.errorString().toStdString();
     }
@@ -165,11 +169,13 @@ TEST_P(PackageFiles, EveryLicenceIsNamedAndThere) {
     const std::string notice = contentOf(folder / "NOTICE.txt");
     const std::regex name("[A-Za-z0-9-]+\\.txt");
     std::set<std::string> named = {"NOTICE.txt"};
-    for (std::sregex_iterator found(notice.begin(), notice.end(), name), end; found != end; ++found)
+    for (std::sregex_iterator found(notice.begin(), notice.end(), name), end; found != end; ++found) {
         named.insert(found->str());
+    }
     EXPECT_EQ(named, filesIn(folder));
-    for (const std::string& file : named)
+    for (const std::string& file : named) {
         EXPECT_GT(fs::file_size(folder / file), 200u) << file;
+    }
     EXPECT_NE(contentOf(folder / "gcc-copyright.txt").find("GCC RUNTIME LIBRARY EXCEPTION"),
               std::string::npos);
 }
@@ -192,13 +198,15 @@ TEST(PackageLibraries, OfThePackageWithoutQt) {
 TEST(PackageLibraries, GetEveryFunctionTheyWantFromThePackageTheHostOrWindows) {
     auto libraries = exportsIn(kBundle / "Contents");
     // Where both have a file the host's is loaded first.
-    for (const auto& [name, functions] : exportsIn(kHost))
+    for (const auto& [name, functions] : exportsIn(kHost)) {
         libraries[name] = functions;
+    }
     int checked = 0;
     for (const std::string& file : filesIn(kBundle)) {
         const fs::path extension = fs::path(file).extension();
-        if (extension != ".dll" && extension != ".arx")
+        if (extension != ".dll" && extension != ".arx") {
             continue;
+        }
         const PeFile library((kBundle / file).string());
         for (const auto& [dll, functions] : library.imports()) {
             const auto provider = libraries.find(dll);

@@ -19,13 +19,15 @@ public:
     explicit ChildProgram(const std::vector<std::string>& arguments) {
         std::array<int, 2> out{};
         std::array<int, 2> err{};
-        if (pipe2(out.data(), O_CLOEXEC) != 0 || pipe2(err.data(), O_CLOEXEC) != 0)
+        if (pipe2(out.data(), O_CLOEXEC) != 0 || pipe2(err.data(), O_CLOEXEC) != 0) {
             throw std::runtime_error("no pipe");
+        }
         std::string program = ZENTRI_SERVICE_PROGRAM;
         std::vector<std::string> copies = arguments;
         std::vector<char*> argv{program.data()};
-        for (std::string& argument : copies)
+        for (std::string& argument : copies) {
             argv.push_back(argument.data());
+        }
         argv.push_back(nullptr);
         m_pid = fork();
         if (m_pid == 0) {
@@ -78,8 +80,9 @@ private:
         std::string text;
         char c = 0;
         while (read(file, &c, 1) == 1) {
-            if (oneLine && c == '\n')
+            if (oneLine && c == '\n') {
                 break;
+            }
             text += c;
         }
         return text;

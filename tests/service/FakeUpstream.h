@@ -40,15 +40,17 @@ public:
                     const bool proper = script([&](const std::string& bytes) {
                         return sink.is_writable() && sink.write(bytes.data(), bytes.size());
                     });
-                    if (proper)
+                    if (proper) {
                         sink.done();
+                    }
                     return proper;
                 });
             });
         m_port = m_server->bind_to_any_port("127.0.0.1");
         m_thread = std::thread([this] { m_server->listen_after_bind(); });
-        while (!m_server->is_running())
+        while (!m_server->is_running()) {
             std::this_thread::yield();
+        }
     }
 
     ~FakeUpstream() {

@@ -14,8 +14,10 @@ public:
         m_buffer += bytes;
         for (std::size_t end = m_buffer.find("\n\n"); end != std::string::npos; end = m_buffer.find("\n\n")) {
             std::string event = m_buffer.substr(0, end);
-            for (std::size_t at = event.find("data:"); at != std::string::npos; at = event.find("data:", at))
+            for (std::size_t at = event.find("data:"); at != std::string::npos;
+                 at = event.find("data:", at)) {
                 event.erase(at, 5);
+            }
             m_buffer.erase(0, end + 2);
             m_events.push_back(event);
         }
@@ -26,8 +28,9 @@ public:
 
     std::string answer() const {
         std::string text;
-        for (const std::string& event : m_events)
+        for (const std::string& event : m_events) {
             text += event;
+        }
         return text;
     }
 

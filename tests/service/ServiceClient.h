@@ -87,8 +87,9 @@ public:
         Json list;
         do {
             list = messages(session);
-            if (list.size() >= count)
+            if (list.size() >= count) {
                 return list;
+            }
             std::this_thread::yield();
         } while (std::chrono::steady_clock::now() < end);
         ADD_FAILURE() << "only " << list.size() << " messages";

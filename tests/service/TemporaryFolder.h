@@ -13,8 +13,9 @@ class TemporaryFolder {
 public:
     TemporaryFolder() {
         std::string pattern = (std::filesystem::temp_directory_path() / "zentri-service-XXXXXX").string();
-        if (mkdtemp(pattern.data()) == nullptr)
+        if (mkdtemp(pattern.data()) == nullptr) {
             throw std::runtime_error("cannot make " + pattern);
+        }
         m_path = pattern;
     }
     ~TemporaryFolder() {

@@ -142,8 +142,9 @@ TEST(UpstreamFromUrl, CompletesThePath) {
 }
 
 TEST(UpstreamFromUrl, RefusesWhatIsNoAddress) {
-    for (const char* url : {"", "h/v1", "ftp://h", "http://", "http:///v1", "http://user@h", "http://h h"})
+    for (const char* url : {"", "h/v1", "ftp://h", "http://", "http:///v1", "http://user@h", "http://h h"}) {
         EXPECT_THROW(upstreamFromUrl(url), std::invalid_argument) << url;
+    }
 }
 
 }  // namespace

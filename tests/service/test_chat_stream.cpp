@@ -19,8 +19,9 @@ struct MemoryConnection {
 
     ChatStream::Connection link() {
         return {[this](std::string_view data) {
-                    if (gone || writes == breakAfter)
+                    if (gone || writes == breakAfter) {
                         return false;
+                    }
                     bytes += data;
                     ++writes;
                     return true;
@@ -37,8 +38,9 @@ struct MemoryConnection {
 
 RequestFaults faults(std::initializer_list<const char*> texts) {
     std::vector<Fault> list;
-    for (const char* text : texts)
+    for (const char* text : texts) {
         list.push_back(parseFault(std::string("chat:") + text));
+    }
     return RequestFaults(list);
 }
 

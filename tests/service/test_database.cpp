@@ -67,8 +67,9 @@ TEST(Database, ListsTheLastUsedSessionFirst) {
 
 TEST(Database, CutsLongTitlesAtCharacters) {
     std::string question;
-    for (int i = 0; i < 40; ++i)
+    for (int i = 0; i < 40; ++i) {
         question += "圆";
+    }
     const std::string title = titleOfQuestion(question);
     EXPECT_EQ(title, question.substr(0, std::string("圆").size() * 30) + "…");
     EXPECT_EQ(titleOfQuestion(" a\nb "), "a b");
@@ -120,8 +121,9 @@ TEST(Database, TwoProgramsMayUseOneFile) {
     Database second(folder.file("s.sqlite"));
     const auto write = [](Database& database, const char* token) {
         const std::int64_t user = database.userOfToken(token);
-        for (int i = 0; i < 50; ++i)
+        for (int i = 0; i < 50; ++i) {
             database.addMessage(database.createSession(user, i), {Role::User, "x", i});
+        }
     };
     std::thread other([&] { write(first, "anna"); });
     write(second, "bert");
@@ -143,8 +145,9 @@ TEST(Database, ServesManyThreads) {
             }
         });
     }
-    for (std::thread& thread : threads)
+    for (std::thread& thread : threads) {
         thread.join();
+    }
     EXPECT_EQ(database.sessionCount(), 160);
 }
 
@@ -193,8 +196,9 @@ TEST(Database, RefusesAnotherProgramsFileAndANewerSchema) {
 
 TEST(Database, SessionIdsAreUnlikelyToRepeat) {
     std::set<std::string> ids;
-    for (int i = 0; i < 1000; ++i)
+    for (int i = 0; i < 1000; ++i) {
         ids.insert(newSessionId());
+    }
     EXPECT_EQ(ids.size(), 1000U);
     EXPECT_EQ(ids.begin()->size(), 36U);
 }

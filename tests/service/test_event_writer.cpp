@@ -11,8 +11,9 @@ namespace {
 
 std::string bytesOf(const std::vector<std::string>& events) {
     std::string bytes;
-    for (const std::string& event : events)
+    for (const std::string& event : events) {
         bytes += event;
+    }
     return bytes;
 }
 
@@ -38,8 +39,9 @@ TEST(EventWriter, KeepsEmptyLinesApartSoThatTheEventDoesNotEndEarly) {
 }
 
 TEST(EventWriter, LineFeedsAtBothEndsOfAPieceSurvive) {
-    for (const char* text : {"\n", "\n\n", "\n\n\n", "a\n", "a\n\n", "\na", "\n\na\n\n"})
+    for (const char* text : {"\n", "\n\n", "\n\n\n", "a\n", "a\n\n", "\na", "\n\na\n\n"}) {
         EXPECT_EQ(asReceived(text), text);
+    }
 }
 
 TEST(EventWriter, AnEmptyTextIsNoEvent) {
@@ -50,8 +52,9 @@ TEST(EventWriter, ALiteralFieldNameIsCutAcrossTwoEventsAndSurvives) {
     EXPECT_EQ(EventWriter::eventsOf("see data: here"),
               (std::vector<std::string>{"data:see data\n\n", "data:: here\n\n"}));
     for (const char* text :
-         {"data:", "data:data:", "dadata:ta:", "data:\ndata:\n\ndata:", "ddata::", "a data:"})
+         {"data:", "data:data:", "dadata:ta:", "data:\ndata:\n\ndata:", "ddata::", "a data:"}) {
         EXPECT_EQ(asReceived(text), text);
+    }
 }
 
 TEST(EventWriter, OneEventWithALiteralFieldNameWouldLoseIt) {
@@ -71,8 +74,9 @@ TEST(EventWriter, RandomTextsInRandomPiecesArriveAsTheyWereSent) {
     std::mt19937 random(20240531);
     for (int round = 0; round < 4000; ++round) {
         std::string text;
-        for (auto parts = random() % 40; parts > 0; --parts)
+        for (auto parts = random() % 40; parts > 0; --parts) {
             text += kParts[random() % std::size(kParts)];
+        }
         PlainClient client;
         std::string_view rest = text;
         while (!rest.empty()) {
@@ -85,8 +89,9 @@ TEST(EventWriter, RandomTextsInRandomPiecesArriveAsTheyWereSent) {
         }
         ASSERT_EQ(client.answer(), text);
         ASSERT_EQ(client.unfinished(), "");
-        for (const std::string& event : client.events())
+        for (const std::string& event : client.events()) {
             ASSERT_TRUE(isValidUtf8(event));
+        }
     }
 }
 

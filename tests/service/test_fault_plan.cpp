@@ -57,8 +57,9 @@ TEST(FaultPlan, StrikesOnlyItsCallAndAsOftenAsAsked) {
 TEST(FaultPlan, AnyStrikesEveryCallAndZeroTimesMeansAlways) {
     FaultPlan plan;
     plan.add(parseFault("any:code=7,times=0"));
-    for (const Call call : {Call::Chat, Call::Create, Call::List, Call::Read, Call::List})
+    for (const Call call : {Call::Chat, Call::Create, Call::List, Call::Read, Call::List}) {
         EXPECT_EQ(plan.take(call).number(FaultKind::Code), 7);
+    }
     plan.clear();
     EXPECT_FALSE(plan.take(Call::List).has(FaultKind::Code));
 }
@@ -84,16 +85,18 @@ TEST(FaultPlan, ReadsAndWritesJson) {
     EXPECT_EQ(list[0]["times"], 1);
     EXPECT_EQ(list[0]["skip"], 2);
     for (const char* bad : {"[]", "{}", R"({"kind":"x"})", R"({"kind":"crlf","times":-1})", R"({"kind":3})",
-                            R"({"kind":"crlf","other":1})", "null"})
+                            R"({"kind":"crlf","other":1})", "null"}) {
         EXPECT_THROW(faultFromJson(nlohmann::json::parse(bad)), std::invalid_argument) << bad;
+    }
 }
 
 TEST(FaultPlan, HelpNamesEveryKind) {
     const std::string help = faultHelp();
-    for (const char* kind :
-         {"status", "slow-headers", "cut-after", "cut-in-event", "cut-in-char", "end-in-event", "crlf",
-          "empty-events", "huge-event", "never-ending", "invalid-utf8", "broken-json", "code", "msg", "data"})
+    for (const char* kind : {"status", "slow-headers", "cut-after", "cut-in-event", "cut-in-char",
+                             "end-in-event", "crlf", "empty-events", "huge-event", "never-ending",
+                             "invalid-utf8", "broken-json", "code", "msg", "data"}) {
         EXPECT_NE(help.find(std::string("  ") + kind), std::string::npos) << kind;
+    }
 }
 
 }  // namespace

@@ -22,8 +22,9 @@ const KnowledgeBase& builtIn() {
 std::string contentOf(const Topic& topic) {
     std::string text = topic.introduction;
     for (const auto* list : {&topic.steps, &topic.tips}) {
-        for (const std::string& line : *list)
+        for (const std::string& line : *list) {
             text += "\n" + line;
+        }
     }
     return text;
 }
@@ -51,8 +52,9 @@ TEST(KnowledgeBase, HoldsAtLeast120DraftingTopics) {
 
 TEST(KnowledgeBase, EveryDraftingTopicIsComplete) {
     for (const Topic& topic : builtIn().topics()) {
-        if (topic.isSmallTalk())
+        if (topic.isSmallTalk()) {
             continue;
+        }
         SCOPED_TRACE(topic.title);
         EXPECT_GE(topic.steps.size(), 3U);
         EXPECT_GE(topic.tips.size(), 1U);
@@ -106,8 +108,9 @@ TEST(KnowledgeBase, CommandsOfASmallHostAppearInSeveralTopics) {
 TEST(KnowledgeBase, EveryTopicIsFoundByItsTitleAndByItsOwnQuestions) {
     for (const Topic& topic : builtIn().topics()) {
         std::vector<std::string> questions = topic.questions;
-        if (!topic.isSmallTalk())
+        if (!topic.isSmallTalk()) {
             questions.push_back("怎么" + topic.title);
+        }
         for (const std::string& question : questions) {
             const std::vector<Hit> hits = builtIn().search(question, 3);
             ASSERT_FALSE(hits.empty()) << question;
@@ -225,29 +228,33 @@ TEST(KnowledgeBase, NothingCoversAQuestionAboutSomethingElse) {
          {"今天天气怎么样", "推荐一部电影", "股票明天会涨吗", "红烧肉做法", "世界杯谁赢了",
           "写一首关于春天的诗", "what is the capital of France", "recommend a good restaurant",
           "who won the match yesterday", "区块链是什么", "孩子发烧怎么办", "北京到上海的火车票"}) {
-        for (const Hit& hit : builtIn().search(question, 3))
+        for (const Hit& hit : builtIn().search(question, 3)) {
             EXPECT_FALSE(hit.fits()) << question << " -> " << hit.topic->title;
+        }
     }
 }
 
 TEST(KnowledgeBase, SearchTakesAnyTextAndNoneForSearchSyntax) {
     for (const char* question : {"", "   ", "\"", "\" OR \"", "NEAR(a b)", "title : 圆", "*", "圆* AND (",
-                                 "' ; DROP TABLE", "{title} : x", "-圆", "^圆", "😀", "\xEF\xBF\xBD"})
+                                 "' ; DROP TABLE", "{title} : x", "-圆", "^圆", "😀", "\xEF\xBF\xBD"}) {
         EXPECT_NO_THROW(builtIn().search(question, 5)) << question;
+    }
     EXPECT_TRUE(builtIn().search("", 5).empty());
     EXPECT_TRUE(builtIn().search("？！，", 5).empty());
     EXPECT_NO_THROW(builtIn().search(std::string(100000, 'x'), 5));
     std::string longQuestion;
-    for (int i = 0; i < 20000; ++i)
+    for (int i = 0; i < 20000; ++i) {
         appendUtf8(longQuestion, static_cast<char32_t>(0x4E00 + i));
+    }
     EXPECT_NO_THROW(builtIn().search(longQuestion, 5));
 }
 
 TEST(KnowledgeBase, SearchGivesNoMoreThanAskedForBestFirst) {
     const std::vector<Hit> hits = builtIn().search("图层", 4);
     ASSERT_EQ(hits.size(), 4U);
-    for (std::size_t i = 1; i < hits.size(); ++i)
+    for (std::size_t i = 1; i < hits.size(); ++i) {
         EXPECT_GE(hits[i - 1].score, hits[i].score);
+    }
 }
 
 TEST(KnowledgeBase, RefusesTwoTopicsOfOneTitle) {

@@ -12,8 +12,9 @@ std::optional<Options> parse(std::vector<const char*> arguments, std::string* pr
     arguments.insert(arguments.begin(), "zentri-service");
     std::ostringstream out;
     const auto options = parseOptions(static_cast<int>(arguments.size()), arguments.data(), out);
-    if (printed != nullptr)
+    if (printed != nullptr) {
         *printed = out.str();
+    }
     return options;
 }
 
@@ -106,9 +107,10 @@ TEST(Options, TakesTheUpstreamKeyFromTheEnvironmentOnly) {
 
 TEST(Options, RefusesWhatCannotBe) {
     for (const char* address : {"127.0.0.1", "127.0.0.1:", ":8090", "127.0.0.1:65536", "127.0.0.1:80x",
-                                "::1:80", "", "127.0.0.1:-1", "127.0.0.1:999999"})
+                                "::1:80", "", "127.0.0.1:-1", "127.0.0.1:999999"}) {
         EXPECT_EQ(errorOf({"--listen", address}),
                   std::string("--listen needs HOST:PORT, not '") + address + "'");
+    }
     EXPECT_NE(errorOf({"--nonsense"}).find("--nonsense"), std::string::npos);
     EXPECT_FALSE(errorOf({"stray"}).empty());
     EXPECT_FALSE(errorOf({"--threads", "0"}).empty());
@@ -118,9 +120,10 @@ TEST(Options, RefusesWhatCannotBe) {
     EXPECT_FALSE(errorOf({"--database"}).empty());
     EXPECT_FALSE(errorOf({"--upstream-model", "m"}).empty());
     for (const char* option :
-         {"--database", "--knowledge", "--upstream", "--upstream-model", "--seed", "--seed-token"})
+         {"--database", "--knowledge", "--upstream", "--upstream-model", "--seed", "--seed-token"}) {
         EXPECT_EQ(errorOf({"--upstream", "http://x", option, ""}),
                   std::string(option) + ": must not be empty");
+    }
     EXPECT_NE(errorOf({"--fault", "chat:nonsense"}).find("nonsense"), std::string::npos);
     EXPECT_NE(errorOf({"--upstream", "ftp://x"}).find("http://"), std::string::npos);
     EXPECT_FALSE(errorOf({"--upstream", "http://x", "--upstream-ca", "/no/such/file"}).empty());
@@ -128,8 +131,9 @@ TEST(Options, RefusesWhatCannotBe) {
 
 TEST(Options, ErrorsAreOneLine) {
     for (const std::vector<const char*>& arguments :
-         {std::vector<const char*>{"--listen"}, {"--threads", "x\ny"}, {"a", "b", "c"}})
+         {std::vector<const char*>{"--listen"}, {"--threads", "x\ny"}, {"a", "b", "c"}}) {
         EXPECT_EQ(errorOf(arguments).find('\n'), std::string::npos);
+    }
 }
 
 TEST(Options, HelpNamesEveryOption) {
@@ -155,8 +159,9 @@ TEST(Options, HelpNamesEveryOption) {
                                "--verbose",
                                "--ask",
                                "ZENTRI_UPSTREAM_KEY",
-                               "never-ending"})
+                               "never-ending"}) {
         EXPECT_NE(help.find(option), std::string::npos) << option;
+    }
 }
 
 TEST(Options, TellsItsVersion) {

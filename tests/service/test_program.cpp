@@ -55,8 +55,9 @@ TEST(Program, TerminatedDuringAStreamKeepsWhatWasSent) {
         session = client.createSession();
         bool sent = false;
         const ChatReply reply = client.chat(session, "怎么画圆", [&](const ChatReply&) {
-            if (!sent)
+            if (!sent) {
                 program.send(SIGTERM);
+            }
             sent = true;
             return true;
         });

@@ -39,10 +39,12 @@ TEST(SearchTokens, TakesTheEmptyWordsOutOfAQuestion) {
 }
 
 TEST(SearchTokens, AFollowUpLeansOnWhatWasSaid) {
-    for (const char* text : {"那怎么删除?", "还有呢", "然后？", "And how do I undo it", " what else?"})
+    for (const char* text : {"那怎么删除?", "还有呢", "然后？", "And how do I undo it", " what else?"}) {
         EXPECT_TRUE(beginsAsFollowUp(text)) << text;
-    for (const char* text : {"怎么画圆", "andy draws", "how do I undo", ""})
+    }
+    for (const char* text : {"怎么画圆", "andy draws", "how do I undo", ""}) {
         EXPECT_FALSE(beginsAsFollowUp(text)) << text;
+    }
 }
 
 TEST(SearchTokens, TellsEnglishFromChinese) {

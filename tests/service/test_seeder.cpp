@@ -141,8 +141,9 @@ TEST(SeedFile, RefusesWhatIsBroken) {
           R"({"sessions":[{"messages":[{"role":"system","message":"x"}]}]})",
           R"({"sessions":[{"messages":[{"role":"user"}]}]})",
           R"({"sessions":[{"title":1,"messages":[{"role":"user","message":"x"}]}]})",
-          R"({"sessions":[{"messages":[{"role":"user","message":"x","createTime":"now"}]}]})"})
+          R"({"sessions":[{"messages":[{"role":"user","message":"x","createTime":"now"}]}]})"}) {
         EXPECT_THROW(parseSeedFile(text, "t", kNow), SeedError) << text;
+    }
 }
 
 TEST(SeedHistory, FillsTheUserOnce) {

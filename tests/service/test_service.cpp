@@ -18,8 +18,9 @@ using Conversation = std::vector<std::pair<std::string, std::string>>;
 /// Roles and texts of a read call's messages.
 Conversation conversationOf(const Json& messages) {
     Conversation conversation;
-    for (const Json& message : messages)
+    for (const Json& message : messages) {
         conversation.emplace_back(message.at("role"), message.at("message"));
+    }
     return conversation;
 }
 
@@ -41,11 +42,13 @@ std::vector<bool> sendsAtOnce(int port) {
         sockaddr_in other{};
         socklen_t size = sizeof own;
         if (getsockname(socket, reinterpret_cast<sockaddr*>(&own), &size) != 0 || own.sin_family != AF_INET ||
-            ntohs(own.sin_port) != port)
+            ntohs(own.sin_port) != port) {
             continue;
+        }
         size = sizeof other;
-        if (getpeername(socket, reinterpret_cast<sockaddr*>(&other), &size) != 0)
+        if (getpeername(socket, reinterpret_cast<sockaddr*>(&other), &size) != 0) {
             continue;
+        }
         int noDelay = 0;
         size = sizeof noDelay;
         getsockopt(socket, IPPROTO_TCP, TCP_NODELAY, &noDelay, &size);
@@ -253,12 +256,14 @@ TEST(Service, ServesSeveralClientsAtOnce) {
             const std::string session = client.createSession();
             bool first = true;
             const ChatReply reply = client.chat(session, "怎么画圆", [&](const ChatReply&) {
-                if (first)
+                if (first) {
                     ++started;
+                }
                 first = false;
                 const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-                while (started < kClients && std::chrono::steady_clock::now() < end)
+                while (started < kClients && std::chrono::steady_clock::now() < end) {
                     std::this_thread::yield();
+                }
                 return true;
             });
             EXPECT_TRUE(reply.complete);
@@ -266,8 +271,9 @@ TEST(Service, ServesSeveralClientsAtOnce) {
                       (Conversation{{"user", "怎么画圆"}, {"assistant", reply.stream.answer()}}));
         });
     }
-    for (std::thread& thread : threads)
+    for (std::thread& thread : threads) {
         thread.join();
+    }
     EXPECT_EQ(started, kClients);
 }
 
@@ -314,8 +320,9 @@ TEST(Service, StoppingCutsTheRunningStreamsAndKeepsWhatWasSent) {
             return true;
         });
     });
-    while (!streaming)
+    while (!streaming) {
         std::this_thread::yield();
+    }
     service.service().stop();
     reader.join();
     EXPECT_FALSE(reply.complete);
@@ -395,8 +402,9 @@ TEST(Service, ASeededUserFindsHisHistory) {
     const ServiceClient client = service.client("seeded");
     const Json sessions = client.sessions();
     ASSERT_EQ(sessions.size(), 25U);
-    for (const Json& session : sessions)
+    for (const Json& session : sessions) {
         EXPECT_GE(client.messages(session.at("userChatSessionId").get<std::string>()).size(), 2U);
+    }
     EXPECT_EQ(service.client("anna").sessions(), Json::array());
 }
 

@@ -10,8 +10,9 @@ using Json = nlohmann::json;
 
 Options withFaults(std::initializer_list<const char*> faults) {
     Options options = RunningService::quick();
-    for (const char* fault : faults)
+    for (const char* fault : faults) {
         options.faults.push_back(parseFault(fault));
+    }
     return options;
 }
 
@@ -19,8 +20,9 @@ Options withFaults(std::initializer_list<const char*> faults) {
 std::string rawCall(const RunningService& service, const std::string& path, int* status = nullptr) {
     httplib::Client client("127.0.0.1", service.port());
     const httplib::Result result = client.Post(path, {{"Authorization", "anna"}}, "{}", "application/json");
-    if (status != nullptr)
+    if (status != nullptr) {
         *status = result ? result->status : 0;
+    }
     return result ? result->body : std::string();
 }
 

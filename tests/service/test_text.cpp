@@ -18,8 +18,9 @@ TEST(Text, BrokenBytesAreReplacedOneByOne) {
         "a";
     std::size_t at = 0;
     std::u32string decoded;
-    while (at < broken.size())
+    while (at < broken.size()) {
         decoded += nextCodePoint(broken, at);
+    }
     EXPECT_EQ(decoded, U"\uFFFD\uFFFD\uFFFD\uFFFD\uFFFDa");
 }
 
@@ -34,8 +35,9 @@ TEST(Text, KnowsValidUtf8) {
 
 TEST(Text, EncodesEveryLengthAndReplacesSurrogates) {
     std::string text;
-    for (const char32_t c : {U'a', U'é', U'圆', U'😀', char32_t{0xD800}, char32_t{0x110000}})
+    for (const char32_t c : {U'a', U'é', U'圆', U'😀', char32_t{0xD800}, char32_t{0x110000}}) {
         appendUtf8(text, c);
+    }
     EXPECT_EQ(text, "aé圆😀\uFFFD\uFFFD");
 }
 

@@ -32,16 +32,18 @@ std::string answerThrough(const FakeUpstream& upstream, ChatReply* whole = nullp
     const ChatReply reply = client.chat(session, "怎么画圆");
     EXPECT_TRUE(reply.complete);
     EXPECT_EQ(client.messages(session)[1].at("message"), reply.stream.answer());
-    if (whole != nullptr)
+    if (whole != nullptr) {
         *whole = reply;
+    }
     return reply.stream.answer();
 }
 
 TEST(Upstream, PassesTheDeltasOn) {
     FakeUpstream upstream;
     upstream.script = [](const auto& send) {
-        for (const char* text : {"用", "【CIRCLE】", "\n\n1. data: ", "完"})
+        for (const char* text : {"用", "【CIRCLE】", "\n\n1. data: ", "完"}) {
             send(FakeUpstream::delta(text));
+        }
         return send(FakeUpstream::done());
     };
     EXPECT_EQ(answerThrough(upstream), "用【CIRCLE】\n\n1. data: 完");
@@ -60,8 +62,9 @@ TEST(Upstream, PassesEachDeltaOnBeforeTheNextIsThere) {
     RunningService service(forwardingTo(upstream.url()));
     const ServiceClient client = service.client();
     const ChatReply reply = client.chat(client.createSession(), "q", [&](const ChatReply& so) {
-        if (so.stream.answer() == "一")
+        if (so.stream.answer() == "一") {
             seen.open();
+        }
         return true;
     });
     EXPECT_TRUE(opened);
@@ -117,8 +120,9 @@ TEST(Upstream, UnderstandsAStreamCutAnywhere) {
     FakeUpstream upstream;
     upstream.script = [&](const auto& send) {
         for (const char c : bytes) {
-            if (!send(std::string(1, c)))
+            if (!send(std::string(1, c))) {
                 return false;
+            }
         }
         return true;
     };
@@ -243,8 +247,9 @@ TEST(Upstream, AClientThatLeavesEndsTheRequestToASilentServer) {
         send(FakeUpstream::delta("一"));
         // Nothing more to say, only listening whether anybody is there.
         const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-        while (send("") && std::chrono::steady_clock::now() < end)
+        while (send("") && std::chrono::steady_clock::now() < end) {
             std::this_thread::yield();
+        }
         ended.open();
         return false;
     };

@@ -10,8 +10,9 @@ using Events = std::vector<std::string>;
 Events eventsOf(const std::vector<std::string>& chunks) {
     Events events;
     SseParser parser([&](const std::string& data) { events.push_back(data); });
-    for (const std::string& chunk : chunks)
+    for (const std::string& chunk : chunks) {
         parser.feed(chunk);
+    }
     parser.finish();
     return events;
 }
@@ -49,11 +50,13 @@ TEST(SseParser, EveryLineEndAtEveryCutGivesTheSameEvents) {
     for (const std::string end : {"\n", "\r\n", "\r"}) {
         const std::string bytes = ": c" + end + "data: 你好" + end + end + "data: a" + end + "data: b" + end +
                                   end + "data: [DONE]" + end + end;
-        for (std::size_t first = 0; first <= bytes.size(); ++first)
+        for (std::size_t first = 0; first <= bytes.size(); ++first) {
             ASSERT_EQ(eventsOf({bytes.substr(0, first), bytes.substr(first)}), wanted) << first;
+        }
         Events single;
-        for (const char c : bytes)
+        for (const char c : bytes) {
             single.emplace_back(1, c);
+        }
         EXPECT_EQ(eventsOf(single), wanted);
     }
 }
@@ -93,8 +96,9 @@ TEST(ParseDelta, TakesOverTheServersErrors) {
 }
 
 TEST(ParseDelta, KnowsWhatIsNoDelta) {
-    for (const char* data : {"", "{", "[]", "3", "null", "{}", "<html>", R"({"choices":3})", "\xFF"})
+    for (const char* data : {"", "{", "[]", "3", "null", "{}", "<html>", R"({"choices":3})", "\xFF"}) {
         EXPECT_FALSE(parseDelta(data).valid) << data;
+    }
 }
 
 TEST(ParseCompletion, TakesAWholeAnswer) {

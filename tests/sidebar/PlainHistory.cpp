@@ -63,7 +63,7 @@ void PlainHistoryPage::addEntry(const CString& sessionId, const CString& title) 
 }
 
 void PlainHistoryPage::adjustHeight() {
-    constexpr int padding = 18;
+    constexpr int kPadding = 18;
     list()->doItemsLayout();
     int rowHeight = 0;
     int visibleRows = 0;
@@ -71,7 +71,7 @@ void PlainHistoryPage::adjustHeight() {
         rowHeight = std::max(rowHeight, list()->sizeHintForRow(row));
         visibleRows += list()->item(row)->isHidden() ? 0 : 1;
     }
-    list()->setMinimumHeight(rowHeight * visibleRows + padding);
+    list()->setMinimumHeight(rowHeight * visibleRows + kPadding);
 }
 
 void PlainHistoryPage::showAllEntries() {
@@ -98,14 +98,14 @@ QSize PlainHistoryPage::sizeHint() const {
 }
 
 PlainHistory::PlainHistory() : m_ui(std::make_unique<Ui::ZR_AiChatHistoricalChatBoxClass>()) {
-    constexpr int pageSpacing = 2;
+    constexpr int kPageSpacing = 2;
     m_ui->setupUi(this);
     setAttribute(Qt::WA_StyledBackground, true);
     auto* content = new QWidget;
     content->setObjectName(QStringLiteral("pageContents"));
     m_pageLayout = new QVBoxLayout(content);
     m_pageLayout->setContentsMargins(0, 0, 0, 0);
-    m_pageLayout->setSpacing(pageSpacing);
+    m_pageLayout->setSpacing(kPageSpacing);
     m_pageLayout->setAlignment(Qt::AlignTop);
     m_ui->scrollArea->setWidget(content);
     m_ui->scrollArea->viewport()->setObjectName(QStringLiteral("pageViewport"));

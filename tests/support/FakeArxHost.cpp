@@ -20,8 +20,9 @@ std::vector<CString> FakeArxHost::printed() const {
 CString FakeArxHost::printedText() const {
     const std::lock_guard<std::mutex> lock(m_printedMutex);
     CString text;
-    for (const CString& print : m_printed)
+    for (const CString& print : m_printed) {
         text += print;
+    }
     return text;
 }
 
@@ -37,8 +38,9 @@ void FakeArxHost::print(const CString& text) {
 
 bool FakeArxHost::getVar(const ACHAR* name, resbuf& value) {
     const auto found = m_variables.find(name);
-    if (found == m_variables.end())
+    if (found == m_variables.end()) {
         return false;
+    }
     value.rbnext = nullptr;
     value.restype = RTSHORT;
     value.resval.rint = found->second;
@@ -61,16 +63,18 @@ bool FakeArxHost::hasService(const ACHAR* service) {
 
 void* FakeArxHost::serviceSymbol(const ACHAR* service, const char* symbol) {
     const auto symbols = m_services.find(service);
-    if (symbols == m_services.end())
+    if (symbols == m_services.end()) {
         return nullptr;
+    }
     const auto found = symbols->second.find(symbol);
     return found != symbols->second.end() ? found->second : nullptr;
 }
 
 bool FakeArxHost::dockState(const CString& title, ArxDockState& state) {
     const auto found = m_dockStates.find(title);
-    if (found == m_dockStates.end())
+    if (found == m_dockStates.end()) {
         return false;
+    }
     state = found->second;
     return true;
 }

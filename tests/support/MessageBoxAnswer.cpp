@@ -24,21 +24,24 @@ MessageBoxAnswer::~MessageBoxAnswer() {
 }
 
 void CALLBACK MessageBoxAnswer::lookForBoxes(HWND, UINT, UINT_PTR, DWORD) {
-    if (g_answer != nullptr)
+    if (g_answer != nullptr) {
         g_answer->answerOpenBox();
+    }
 }
 
 void MessageBoxAnswer::answerOpenBox() {
     const std::vector<Win32MessageBox> boxes = win32MessageBoxes();
-    if (boxes.empty() || boxes.back().window == m_answered)
+    if (boxes.empty() || boxes.back().window == m_answered) {
         return;
+    }
     const Win32MessageBox& box = boxes.back();
     m_answered = box.window;
     m_text = CString(box.text.c_str());
     m_caption = CString(box.caption.c_str());
     m_type = box.type;
-    if (m_meanwhile)
+    if (m_meanwhile) {
         m_meanwhile();
+    }
     ++m_count;
     win32AnswerMessageBox(m_answered, m_button);
 }

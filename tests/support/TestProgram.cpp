@@ -15,8 +15,9 @@ constexpr LPARAM kKeyUp = static_cast<LPARAM>(0xC0000001);
 /// One message as the program's loop handles it.
 void pumpOne() {
     MSG message;
-    if (GetMessageW(&message, nullptr, 0, 0) == FALSE)
+    if (GetMessageW(&message, nullptr, 0, 0) == FALSE) {
         return;
+    }
     if (!AfxPreTranslateMessage(&message)) {
         TranslateMessage(&message);
         DispatchMessageW(&message);
@@ -40,8 +41,9 @@ BOOL TestApp::PreTranslateMessage(MSG* message) {
 int TestApp::DoMessageBox(LPCTSTR prompt, UINT type, UINT) {
     boxes.emplace_back(prompt);
     boxTypes.push_back(type);
-    if (whileBoxOpen)
+    if (whileBoxOpen) {
         whileBoxOpen();
+    }
     return boxAnswer;
 }
 

@@ -31,11 +31,11 @@ ChatAdvanceTable::ChatAdvanceTable(const QFont& font) : m_metrics(font), m_round
 
 bool ChatAdvanceTable::isPlain(QChar character) {
     const ushort unit = character.unicode();
-    constexpr ushort softHyphen = 0x00AD;
+    constexpr ushort kSoftHyphen = 0x00AD;
     return (isIn(unit, 0x0020, 0x007E) || isIn(unit, 0x00A0, 0x024F) || isIn(unit, 0x2010, 0x2027) ||
             isIn(unit, 0x3000, 0x3029) || isIn(unit, 0x3030, 0x3096) || isIn(unit, 0x309B, 0x30FF) ||
             isIn(unit, 0x3400, 0x4DBF) || isIn(unit, 0x4E00, 0x9FFF) || isIn(unit, 0xFF01, 0xFF60)) &&
-           unit != softHyphen;
+           unit != kSoftHyphen;
 }
 
 bool ChatAdvanceTable::turnsDirection(uint character) {

@@ -17,8 +17,9 @@ END_MESSAGE_MAP()
 CAdUiDockControlBar::CAdUiDockControlBar(short) {}
 
 BOOL CAdUiDockControlBar::createBar(LPCTSTR title, DWORD style, const CRect& size, CWnd* parent) {
-    if (parent == nullptr || parent->GetSafeHwnd() == nullptr)
+    if (parent == nullptr || parent->GetSafeHwnd() == nullptr) {
         return FALSE;
+    }
     m_title = title;
     m_sizeDocked = size.Size();
     m_dwStyle = CBRS_LEFT | CBRS_SIZE_DYNAMIC;
@@ -36,8 +37,9 @@ void CAdUiDockControlBar::RestoreControlBar(int dockBarId, CDockState*) {
         m_sizeDocked.cx = remembered.width;
         OnDockedSizing(m_sizeDocked);
     }
-    if (CFrameWnd* const frame = GetDockingFrame())
+    if (CFrameWnd* const frame = GetDockingFrame()) {
         frame->DockControlBar(this, remembered.dockBarId);
+    }
 }
 
 void CAdUiDockControlBar::GetMinimumSize(CSize& size) {
@@ -63,8 +65,9 @@ bool CAdUiDockControlBar::OnClosing() {
 
 void CAdUiDockControlBar::OnSize(UINT type, int width, int height) {
     CControlBar::OnSize(type, width, height);
-    if (m_nDockBarID != 0)
+    if (m_nDockBarID != 0) {
         arxHost().dockStateChanged(m_title, ArxDockState{m_nDockBarID, static_cast<int>(m_sizeDocked.cx)});
+    }
 }
 
 void CAdUiDockControlBar::OnShowWindow(BOOL show, UINT status) {
@@ -72,6 +75,7 @@ void CAdUiDockControlBar::OnShowWindow(BOOL show, UINT status) {
     // A hidden window must not keep the keys.
     const HWND focus = ::GetFocus();
     if (!show && focus != nullptr && (focus == m_hWnd || ::IsChild(m_hWnd, focus)) &&
-        GetDockingFrame() != nullptr)
+        GetDockingFrame() != nullptr) {
         GetDockingFrame()->SetFocus();
+    }
 }

@@ -13,8 +13,9 @@ CAdUiPalette::~CAdUiPalette() {
 }
 
 BOOL CAdUiPalette::Create(DWORD style, LPCTSTR name, CAdUiPaletteSet* paletteSet, DWORD paletteStyle) {
-    if (paletteSet == nullptr || paletteSet->GetSafeHwnd() == nullptr)
+    if (paletteSet == nullptr || paletteSet->GetSafeHwnd() == nullptr) {
         return FALSE;
+    }
     m_name = name;
     m_paletteSet = paletteSet;
     m_paletteStyle = paletteStyle;

@@ -22,8 +22,9 @@ struct Colors {
 };
 
 Colors colors() {
-    if (arxHost().isDark())
+    if (arxHost().isDark()) {
         return {RGB(59, 68, 83), RGB(45, 52, 64), RGB(232, 234, 237), RGB(30, 35, 44)};
+    }
     return {RGB(222, 227, 234), RGB(240, 242, 245), RGB(40, 44, 52), RGB(190, 196, 205)};
 }
 
@@ -71,8 +72,9 @@ CAdUiPaletteSet::CAdUiPaletteSet(short closeButtonPosition) : CAdUiDockControlBa
 CAdUiPaletteSet::~CAdUiPaletteSet() {
     // The frame hears that the bar goes while this is still a whole object.
     DestroyWindow();
-    for (CAdUiPalette* palette : m_palettes)
+    for (CAdUiPalette* palette : m_palettes) {
         delete palette;
+    }
 }
 
 BOOL CAdUiPaletteSet::Create(LPCTSTR title, DWORD style, const CRect& size, CWnd* parent,
@@ -82,21 +84,24 @@ BOOL CAdUiPaletteSet::Create(LPCTSTR title, DWORD style, const CRect& size, CWnd
 }
 
 int CAdUiPaletteSet::AddPalette(CAdUiPalette* palette) {
-    if (palette == nullptr || palette->GetSafeHwnd() == nullptr)
+    if (palette == nullptr || palette->GetSafeHwnd() == nullptr) {
         return -1;
+    }
     m_palettes.push_back(palette);
     const int index = GetPaletteCount() - 1;
-    if (m_active < 0)
+    if (m_active < 0) {
         SetActivePalette(index);
-    else
+    } else {
         palette->ShowWindow(SW_HIDE);
+    }
     return index;
 }
 
 BOOL CAdUiPaletteSet::RemovePalette(int index) {
     CAdUiPalette* const palette = GetPalette(index);
-    if (palette == nullptr)
+    if (palette == nullptr) {
         return FALSE;
+    }
     const CAdUiPalette* const active = GetActivePalette();
     m_palettes.erase(m_palettes.begin() + index);
     palette->ShowWindow(SW_HIDE);
@@ -115,10 +120,12 @@ CAdUiPalette* CAdUiPaletteSet::GetPalette(int index) const {
 
 BOOL CAdUiPaletteSet::SetActivePalette(int index) {
     CAdUiPalette* const palette = GetPalette(index);
-    if (palette == nullptr)
+    if (palette == nullptr) {
         return FALSE;
-    if (CAdUiPalette* const former = GetActivePalette(); former != nullptr && former != palette)
+    }
+    if (CAdUiPalette* const former = GetActivePalette(); former != nullptr && former != palette) {
         former->ShowWindow(SW_HIDE);
+    }
     m_active = index;
     layOutActivePalette();
     palette->ShowWindow(SW_SHOW);
@@ -135,14 +142,16 @@ CRect CAdUiPaletteSet::clientRect() const {
 CRect CAdUiPaletteSet::PaletteRect() const {
     CRect rect = clientRect();
     rect.top = std::min(rect.top + kCaptionHeight, rect.bottom);
-    if (GetPaletteCount() > 1)
+    if (GetPaletteCount() > 1) {
         rect.bottom = std::max(rect.top, rect.bottom - kTabHeight);
+    }
     return rect;
 }
 
 CRect CAdUiPaletteSet::CloseButtonRect() const {
-    if ((m_paletteSetStyle & PSS_CLOSE_BUTTON) == 0)
+    if ((m_paletteSetStyle & PSS_CLOSE_BUTTON) == 0) {
         return CRect(0, 0, 0, 0);
+    }
     const CRect client = clientRect();
     return CRect(client.right - kCaptionHeight, 0, client.right, kCaptionHeight);
 }
@@ -153,8 +162,9 @@ CRect CAdUiPaletteSet::tabRect(int index) const {
 }
 
 void CAdUiPaletteSet::layOutActivePalette() {
-    if (CAdUiPalette* const palette = GetActivePalette())
+    if (CAdUiPalette* const palette = GetActivePalette()) {
         palette->MoveWindow(PaletteRect());
+    }
 }
 
 BOOL CAdUiPaletteSet::PreTranslateMessage(MSG* message) {
@@ -169,13 +179,15 @@ void CAdUiPaletteSet::drawCaption(HDC dc) const {
     const CRect cross = CloseButtonRect();
     const int textRight = cross.IsRectEmpty() ? caption.right - kMargin : cross.left;
     drawText(dc, m_title, CRect(caption.left + kMargin, caption.top, textRight, caption.bottom), DT_LEFT);
-    if (!cross.IsRectEmpty())
+    if (!cross.IsRectEmpty()) {
         drawCross(dc, cross);
+    }
 }
 
 void CAdUiPaletteSet::drawTabs(HDC dc) const {
-    if (GetPaletteCount() < 2)
+    if (GetPaletteCount() < 2) {
         return;
+    }
     for (int i = 0; i < GetPaletteCount(); ++i) {
         fill(dc, tabRect(i), i == m_active ? colors().caption : colors().background);
         drawText(dc, GetPalette(i)->GetName(), tabRect(i), DT_CENTER);
@@ -207,11 +219,13 @@ void CAdUiPaletteSet::OnSizing(UINT side, LPRECT rect) {
 void CAdUiPaletteSet::OnLButtonDown(UINT flags, CPoint point) {
     CAdUiDockControlBar::OnLButtonDown(flags, point);
     m_closePressed = CloseButtonRect().PtInRect(point) != FALSE;
-    if (GetPaletteCount() < 2)
+    if (GetPaletteCount() < 2) {
         return;
+    }
     for (int i = 0; i < GetPaletteCount(); ++i) {
-        if (tabRect(i).PtInRect(point))
+        if (tabRect(i).PtInRect(point)) {
             SetActivePalette(i);
+        }
     }
 }
 
@@ -219,6 +233,7 @@ void CAdUiPaletteSet::OnLButtonUp(UINT flags, CPoint point) {
     CAdUiDockControlBar::OnLButtonUp(flags, point);
     const bool close = m_closePressed && CloseButtonRect().PtInRect(point) && OnClosing();
     m_closePressed = false;
-    if (close && GetDockingFrame() != nullptr)
+    if (close && GetDockingFrame() != nullptr) {
         GetDockingFrame()->ShowControlBar(this, FALSE, FALSE);
+    }
 }

@@ -33,8 +33,9 @@ void setArxHost(ArxHost* host) {
 }
 
 int acedGetVar(const ACHAR* name, resbuf* result) {
-    if (name == nullptr || result == nullptr)
+    if (name == nullptr || result == nullptr) {
         return RTERROR;
+    }
     return arxHost().getVar(name, *result) ? RTNORM : RTERROR;
 }
 
@@ -49,15 +50,18 @@ int acutPrintf(const ACHAR* format, ...) {
 }
 
 Acad::ErrorStatus acutNewString(const ACHAR* source, ACHAR*& target) {
-    if (source == nullptr)
+    if (source == nullptr) {
         return Acad::eNullPtr;
+    }
     const CString text(source);
     const auto units = static_cast<std::size_t>(text.GetLength()) + 1;
     auto* copy = static_cast<ACHAR*>(std::malloc(units * sizeof(ACHAR)));
-    if (copy == nullptr)
+    if (copy == nullptr) {
         return Acad::eOutOfMemory;
-    for (std::size_t i = 0; i < units; ++i)
+    }
+    for (std::size_t i = 0; i < units; ++i) {
         copy[i] = source[i];
+    }
     target = copy;
     return Acad::eOk;
 }
@@ -88,7 +92,8 @@ bool acrxServiceIsRegistered(const ACHAR* serviceId) {
 }
 
 void* acrxGetServiceSymbolAddr(const ACHAR* serviceId, const char* symbol) {
-    if (serviceId == nullptr || symbol == nullptr)
+    if (serviceId == nullptr || symbol == nullptr) {
         return nullptr;
+    }
     return arxHost().serviceSymbol(serviceId, symbol);
 }

@@ -67,8 +67,9 @@ public:
     bool done() const override { return m_next >= m_commands.size(); }
 
     bool next() override {
-        if (!done())
+        if (!done()) {
             ++m_next;
+        }
         return !done();
     }
 
@@ -86,16 +87,20 @@ public:
                                  Adesk::Int32 flags, AcRxFunctionPtr function, AcEdUIContext* uiContext,
                                  int fcode, const AcRxResourceInstance& resources,
                                  AcEdCommand** added) override {
-        if (groupName == nullptr || globalName == nullptr || localName == nullptr || function == nullptr)
+        if (groupName == nullptr || globalName == nullptr || localName == nullptr || function == nullptr) {
             return Acad::eInvalidInput;
-        if (*groupName == 0 || *globalName == 0 || *localName == 0)
+        }
+        if (*groupName == 0 || *globalName == 0 || *localName == 0) {
             return Acad::eInvalidInput;
+        }
 
         auto group = find(groupName);
         if (group != m_groups.end()) {
             for (const auto& command : group->commands) {
-                if (sameName(command->globalName(), globalName) || sameName(command->localName(), localName))
+                if (sameName(command->globalName(), globalName) ||
+                    sameName(command->localName(), localName)) {
                     return Acad::eDuplicateKey;
+                }
             }
         } else {
             m_groups.push_front(Group{groupName, {}});
@@ -103,63 +108,75 @@ public:
         }
         group->commands.push_back(std::make_unique<Command>(group->name, globalName, localName, flags,
                                                             function, uiContext, fcode, resources));
-        if (added != nullptr)
+        if (added != nullptr) {
             *added = group->commands.back().get();
+        }
         return Acad::eOk;
     }
 
     Acad::ErrorStatus removeCmd(const ACHAR* groupName, const ACHAR* globalName) override {
-        if (groupName == nullptr || globalName == nullptr)
+        if (groupName == nullptr || globalName == nullptr) {
             return Acad::eInvalidInput;
+        }
         const auto group = find(groupName);
-        if (group == m_groups.end())
+        if (group == m_groups.end()) {
             return Acad::eKeyNotFound;
+        }
         auto& commands = group->commands;
         const auto command = std::find_if(
             commands.begin(), commands.end(),
             [globalName](const auto& candidate) { return sameName(candidate->globalName(), globalName); });
-        if (command == commands.end())
+        if (command == commands.end()) {
             return Acad::eKeyNotFound;
+        }
         commands.erase(command);
         return Acad::eOk;
     }
 
     Acad::ErrorStatus removeGroup(const ACHAR* groupName) override {
-        if (groupName == nullptr)
+        if (groupName == nullptr) {
             return Acad::eInvalidInput;
+        }
         const auto group = find(groupName);
-        if (group == m_groups.end())
+        if (group == m_groups.end()) {
             return Acad::eKeyNotFound;
+        }
         m_groups.erase(group);
         return Acad::eOk;
     }
 
     Acad::ErrorStatus popGroupToTop(const ACHAR* groupName) override {
-        if (groupName == nullptr)
+        if (groupName == nullptr) {
             return Acad::eInvalidInput;
+        }
         const auto group = find(groupName);
-        if (group == m_groups.end())
+        if (group == m_groups.end()) {
             return Acad::eKeyNotFound;
+        }
         m_groups.splice(m_groups.begin(), m_groups, group);
         return Acad::eOk;
     }
 
     AcEdCommand* lookupCmd(const ACHAR* name, bool globalLookup, bool allGroups) override {
-        if (name == nullptr || *name == 0)
+        if (name == nullptr || *name == 0) {
             return nullptr;
+        }
         const bool underscored = *name == ACRX_T('_');
         const ACHAR* const plainName = underscored ? name + 1 : name;
         for (const Group& group : m_groups) {
             for (const auto& command : group.commands) {
                 const bool globalMatches = sameName(command->globalName(), name) ||
                                            (underscored && sameName(command->globalName(), plainName));
-                if ((globalLookup || underscored) && globalMatches)
+                if ((globalLookup || underscored) && globalMatches) {
                     return command.get();
-                if (!globalLookup && sameName(command->localName(), name))
+                }
+                if (!globalLookup && sameName(command->localName(), name)) {
                     return command.get();
+                }
             }
-            if (!allGroups)
+            if (!allGroups) {
                 break;
+            }
         }
         return nullptr;
     }
@@ -167,8 +184,9 @@ public:
     AcEdCommandIterator* iterator() override {
         std::vector<const Command*> commands;
         for (const Group& group : m_groups) {
-            for (const auto& command : group.commands)
+            for (const auto& command : group.commands) {
                 commands.push_back(command.get());
+            }
         }
         return new CommandIterator(std::move(commands));
     }

@@ -19,10 +19,12 @@ public:
 
     Acad::ErrorStatus sendStringToExecute(AcApDocument* document, const ACHAR* text, bool activate,
                                           bool wrapUpInactiveDocument, bool echoString) override {
-        if (document == nullptr)
+        if (document == nullptr) {
             return Acad::eNoDocument;
-        if (text == nullptr)
+        }
+        if (text == nullptr) {
             return Acad::eInvalidInput;
+        }
         return arxHost().sendString(document, text, activate, wrapUpInactiveDocument, echoString);
     }
 };

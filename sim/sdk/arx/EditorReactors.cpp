@@ -19,8 +19,9 @@ namespace {
 class Editor : public AcEditor {
 public:
     void addReactor(AcEditorReactor* reactor) override {
-        if (reactor != nullptr && !has(reactor))
+        if (reactor != nullptr && !has(reactor)) {
             m_reactors.push_back(reactor);
+        }
     }
 
     void removeReactor(AcEditorReactor* reactor) override {
@@ -36,8 +37,9 @@ public:
     void tell(Notification notification) {
         const std::vector<AcEditorReactor*> reactors = m_reactors;
         for (AcEditorReactor* reactor : reactors) {
-            if (has(reactor))
+            if (has(reactor)) {
                 notification(*reactor);
+            }
         }
     }
 

@@ -29,8 +29,9 @@ CString baseName(const CString& path) {
     int start = 0;
     for (int i = 0; i < path.GetLength(); ++i) {
         const ACHAR unit = path[i];
-        if (unit == ACRX_T('\\') || unit == ACRX_T('/') || unit == ACRX_T(':'))
+        if (unit == ACRX_T('\\') || unit == ACRX_T('/') || unit == ACRX_T(':')) {
             start = i + 1;
+        }
     }
     return path.Mid(start);
 }
@@ -47,8 +48,9 @@ CString fullPath(const ACHAR* fileName) {
 /// Maps the module. The libraries that came with it stand in its folder, which a name without a folder does
 /// not tell.
 HMODULE map(const ACHAR* fileName) {
-    if (baseName(fileName) == fileName)
+    if (baseName(fileName) == fileName) {
         return LoadLibraryW(fileName);
+    }
     return LoadLibraryExW(fullPath(fileName), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
 }
 
@@ -58,8 +60,9 @@ class FocusKeeper {
 public:
     FocusKeeper() : m_focus(GetFocus()) {}
     ~FocusKeeper() {
-        if (m_focus != nullptr && GetFocus() != m_focus && IsWindow(m_focus))
+        if (m_focus != nullptr && GetFocus() != m_focus && IsWindow(m_focus)) {
             SetFocus(m_focus);
+        }
     }
     FocusKeeper(const FocusKeeper&) = delete;
     FocusKeeper& operator=(const FocusKeeper&) = delete;
@@ -76,8 +79,9 @@ Function symbol(HMODULE handle, const char* name) {
 class DynamicLinker : public AcRxDynamicLinker {
 public:
     bool loadModule(const ACHAR* fileName, bool printIt, bool) override {
-        if (fileName == nullptr || *fileName == 0)
+        if (fileName == nullptr || *fileName == 0) {
             return false;
+        }
         if (find(fileName) != nullptr) {
             say(printIt, ACRX_T("\n%s is already loaded."), fileName);
             return false;
@@ -107,19 +111,22 @@ public:
         if (result != AcRx::kRetOK) {
             say(printIt, ACRX_T("\n%s cannot be initialized."), fileName);
             forget(loaded);
-            if (result)
+            if (result) {
                 FreeLibrary(handle);
+            }
             return false;
         }
-        if (acDocManagerPtr()->curDocument() != nullptr)
+        if (acDocManagerPtr()->curDocument() != nullptr) {
             tell(*loaded, AcRx::kLoadDwgMsg);
+        }
         return true;
     }
 
     bool unloadModule(const ACHAR* fileName, bool) override {
         Module* const module = fileName != nullptr ? find(fileName) : nullptr;
-        if (module == nullptr || module->locked)
+        if (module == nullptr || module->locked) {
             return false;
+        }
         unload(module);
         return true;
     }
@@ -144,24 +151,28 @@ public:
 
     CStringArray* names() const {
         auto* const result = new CStringArray;
-        for (const auto& module : m_modules)
+        for (const auto& module : m_modules) {
             result->Add(baseName(module->fileName));
+        }
         return result;
     }
 
     void send(AcRx::AppMsgCode message) {
         std::vector<Module*> modules;
-        for (const auto& module : m_modules)
+        for (const auto& module : m_modules) {
             modules.push_back(module.get());
+        }
         for (Module* module : modules) {
-            if (isModule(module))
+            if (isModule(module)) {
                 tell(*module, message);
+            }
         }
     }
 
     void unloadAll() {
-        while (!m_modules.empty())
+        while (!m_modules.empty()) {
             unload(m_modules.back().get());
+        }
     }
 
 private:
@@ -177,42 +188,48 @@ private:
     }
 
     static void say(bool printIt, const ACHAR* format, const ACHAR* fileName) {
-        if (printIt)
+        if (printIt) {
             acutPrintf(format, fileName);
+        }
     }
 
     Module* find(const ACHAR* fileName) const {
         const CString wanted = baseName(fileName);
         for (const auto& module : m_modules) {
-            if (baseName(module->fileName).CompareNoCase(wanted) == 0)
+            if (baseName(module->fileName).CompareNoCase(wanted) == 0) {
                 return module.get();
+            }
         }
         return nullptr;
     }
 
     bool isModule(const void* appId) const {
         for (const auto& module : m_modules) {
-            if (module.get() == appId)
+            if (module.get() == appId) {
                 return true;
+            }
         }
         return false;
     }
 
     bool set(void* appId, bool Module::*flag, bool value) const {
-        if (!isModule(appId))
+        if (!isModule(appId)) {
             return false;
+        }
         static_cast<Module*>(appId)->*flag = value;
         return true;
     }
 
     void unload(Module* module) {
         const HMODULE handle = module->handle;
-        if (acDocManagerPtr()->curDocument() != nullptr)
+        if (acDocManagerPtr()->curDocument() != nullptr) {
             tell(*module, AcRx::kUnloadDwgMsg);
+        }
         const bool ended = tell(*module, AcRx::kUnloadAppMsg).has_value();
         forget(module);
-        if (ended)
+        if (ended) {
             FreeLibrary(handle);
+        }
     }
 
     void forget(const Module* module) {

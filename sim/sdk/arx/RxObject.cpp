@@ -19,8 +19,9 @@ AcRxClass* AcRxClass::isA() const {
 
 bool AcRxClass::isDerivedFrom(const AcRxClass* aClass) const {
     for (const AcRxClass* candidate = this; candidate != nullptr; candidate = candidate->m_parent) {
-        if (candidate == aClass)
+        if (candidate == aClass) {
             return true;
+        }
     }
     return false;
 }

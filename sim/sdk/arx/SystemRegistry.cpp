@@ -25,8 +25,9 @@ public:
 
     AcRxObject* remove(const ACHAR* key) override {
         const auto found = m_entries.find(CString(key));
-        if (found == m_entries.end())
+        if (found == m_entries.end()) {
             return nullptr;
+        }
         AcRxObject* const former = found->second;
         m_entries.erase(found);
         return former;

@@ -27,11 +27,13 @@ CreateGuid* importedCreateGuid() {
         auto* name = reinterpret_cast<IMAGE_THUNK_DATA*>(base + library->OriginalFirstThunk);
         auto* address = reinterpret_cast<IMAGE_THUNK_DATA*>(base + library->FirstThunk);
         for (; name->u1.AddressOfData != 0; ++name, ++address) {
-            if (IMAGE_SNAP_BY_ORDINAL(name->u1.Ordinal))
+            if (IMAGE_SNAP_BY_ORDINAL(name->u1.Ordinal)) {
                 continue;
+            }
             const auto& function = *reinterpret_cast<IMAGE_IMPORT_BY_NAME*>(base + name->u1.AddressOfData);
-            if (std::strcmp(reinterpret_cast<const char*>(function.Name), "CoCreateGuid") == 0)
+            if (std::strcmp(reinterpret_cast<const char*>(function.Name), "CoCreateGuid") == 0) {
                 return reinterpret_cast<CreateGuid*>(&address->u1.Function);
+            }
         }
     }
     return nullptr;
@@ -47,8 +49,9 @@ public:
         }
     }
     ~CreateGuidReplaced() {
-        if (m_place != nullptr)
+        if (m_place != nullptr) {
             put(m_former);
+        }
     }
     CreateGuidReplaced(const CreateGuidReplaced&) = delete;
     CreateGuidReplaced& operator=(const CreateGuidReplaced&) = delete;

@@ -62,7 +62,7 @@ protected:
         QElapsedTimer limit;
         limit.start();
         MSG message = {};
-        while (!condition() && !limit.hasExpired(waitLimitMs)) {
+        while (!condition() && !limit.hasExpired(kWaitLimitMs)) {
             MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
             while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != FALSE) {
                 TranslateMessage(&message);

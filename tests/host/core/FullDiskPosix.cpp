@@ -11,8 +11,9 @@ QString aside(const QString& file) {
 
 FullDisk::FullDisk(const QString& file) : m_file(file) {
     QFile::rename(file, aside(file));
-    if (!QFile::link(QStringLiteral("/dev/full"), file))
+    if (!QFile::link(QStringLiteral("/dev/full"), file)) {
         throw std::runtime_error("no device that is always full");
+    }
 }
 
 FullDisk::~FullDisk() {

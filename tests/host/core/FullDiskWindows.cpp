@@ -15,8 +15,9 @@ void** g_import = nullptr;
 void* g_writeFile = nullptr;
 
 BOOL WINAPI failToWrite(HANDLE, LPCVOID, DWORD, LPDWORD written, LPOVERLAPPED) {
-    if (written != nullptr)
+    if (written != nullptr) {
         *written = 0;
+    }
     SetLastError(ERROR_DISK_FULL);
     return FALSE;
 }
@@ -37,8 +38,9 @@ void** importOf(HMODULE module, const char* function) {
         for (; name->u1.AddressOfData != 0; ++name, ++address) {
             const auto place = static_cast<DWORD>(name->u1.AddressOfData);
             if (!IMAGE_SNAP_BY_ORDINAL(name->u1.Ordinal) &&
-                std::strcmp(at<IMAGE_IMPORT_BY_NAME>(module, place)->Name, function) == 0)
+                std::strcmp(at<IMAGE_IMPORT_BY_NAME>(module, place)->Name, function) == 0) {
                 return reinterpret_cast<void**>(&address->u1.Function);
+            }
         }
     }
     return nullptr;
@@ -61,8 +63,9 @@ FullDisk::FullDisk(const QString& file) : m_file(file) {
     GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
                        static_cast<LPCWSTR>(code), &library);
     g_import = library != nullptr ? importOf(library, "WriteFile") : nullptr;
-    if (g_import == nullptr)
+    if (g_import == nullptr) {
         throw std::runtime_error("CFile does not write with WriteFile");
+    }
     g_writeFile = *g_import;
     set(g_import, reinterpret_cast<void*>(&failToWrite));
 }

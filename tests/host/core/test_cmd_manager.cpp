@@ -16,8 +16,9 @@ protected:
 
     CString sentText() const {
         CString text;
-        for (const FakeArxHost::SentString& sent : host.sent())
+        for (const FakeArxHost::SentString& sent : host.sent()) {
             text += sent.text;
+        }
         return text;
     }
 

@@ -33,8 +33,9 @@ TEST(Account, MayBeForgottenWhileAThreadReads) {
             EXPECT_TRUE(token.IsEmpty() || token == _T("a token"));
         }
     });
-    for (int i = 0; i < 10000; ++i)
+    for (int i = 0; i < 10000; ++i) {
         setZentriAccessToken(i % 2 == 0 ? CString(_T("a token")) : CString());
+    }
     reader.join();
 }
 

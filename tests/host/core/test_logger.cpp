@@ -30,8 +30,9 @@ protected:
     }
 
     ~Logger() override {
-        if (m_module != nullptr)
+        if (m_module != nullptr) {
             FreeLibrary(m_module);
+        }
     }
 
     QString logFile() const { return folder.filePath(QStringLiteral("ZR_ZentriLogs.txt")); }
@@ -45,9 +46,10 @@ protected:
     QString text() const {
         const QByteArray content = bytes().mid(kByteOrderMark.size());
         QString result;
-        for (int i = 0; i + 1 < content.size(); i += 2)
+        for (int i = 0; i + 1 < content.size(); i += 2) {
             result += QChar(static_cast<ushort>(static_cast<uchar>(content[i]) |
                                                 (static_cast<uchar>(content[i + 1]) << 8)));
+        }
         return result;
     }
 
@@ -241,12 +243,14 @@ TEST_F(Logger, EntriesOfSeveralThreadsAreAllThere) {
     std::vector<std::thread> threads;
     for (int i = 0; i < kThreads; ++i) {
         threads.emplace_back([&logger] {
-            for (int entry = 0; entry < kEntries; ++entry)
+            for (int entry = 0; entry < kEntries; ++entry) {
                 EXPECT_TRUE(logger.write(_T("entry")));
+            }
         });
     }
-    for (std::thread& thread : threads)
+    for (std::thread& thread : threads) {
         thread.join();
+    }
     EXPECT_EQ(text().count(QRegularExpression(kStamp + QStringLiteral("entry\n"))), kThreads * kEntries);
 }
 

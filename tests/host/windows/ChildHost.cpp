@@ -31,27 +31,31 @@ QString ChildHost::readLine() {
     QElapsedTimer clock;
     clock.start();
     while (!child.canReadLine() && clock.elapsed() < kPatienceMilliseconds) {
-        if (!child.waitForReadyRead(kSliceMilliseconds) && child.state() == QProcess::NotRunning)
+        if (!child.waitForReadyRead(kSliceMilliseconds) && child.state() == QProcess::NotRunning) {
             break;
+        }
     }
     return QString::fromUtf8(child.readLine()).trimmed();
 }
 
 testing::AssertionResult ChildHost::endsWell(int timeoutMs) {
-    if (child.state() != QProcess::NotRunning && !child.waitForFinished(timeoutMs))
+    if (child.state() != QProcess::NotRunning && !child.waitForFinished(timeoutMs)) {
         return testing::AssertionFailure() << "it has not ended after " << timeoutMs << " ms";
+    }
     const QByteArray errors = child.readAllStandardError();
-    if (child.exitStatus() != QProcess::NormalExit || child.exitCode() != 0 || !errors.isEmpty())
+    if (child.exitStatus() != QProcess::NormalExit || child.exitCode() != 0 || !errors.isEmpty()) {
         return testing::AssertionFailure()
                << "exit code " << child.exitCode() << ", stderr: " << errors.constData();
+    }
     return testing::AssertionSuccess();
 }
 
 int ChildHost::waitForQuestion() {
     int known = 0;
     while (service.waitForRequests(known + 1)) {
-        if (service.request(known).target == "/zr/ai/caddraw/chat")
+        if (service.request(known).target == "/zr/ai/caddraw/chat") {
             return known;
+        }
         ++known;
     }
     return -1;

@@ -33,8 +33,9 @@ std::string lower(std::string text) {
 
 PeFile::PeFile(const std::string& path) : m_path(path) {
     std::ifstream file(path, std::ios::binary);
-    if (!file)
+    if (!file) {
         fail("cannot be read");
+    }
     m_bytes.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
     readHeaders();
 }
@@ -53,8 +54,9 @@ void PeFile::fail(const std::string& reason) const {
 
 template <typename Number>
 Number PeFile::at(std::size_t offset) const {
-    if (offset > m_bytes.size() || m_bytes.size() - offset < sizeof(Number))
+    if (offset > m_bytes.size() || m_bytes.size() - offset < sizeof(Number)) {
         fail("is cut off");
+    }
     Number number{};
     std::memcpy(&number, m_bytes.data() + offset, sizeof number);
     return number;
@@ -65,8 +67,9 @@ std::size_t PeFile::offsetOf(std::uint32_t rva, std::size_t count) const {
         if (rva >= section.rva && rva - section.rva <= section.size &&
             count <= section.size - (rva - section.rva)) {
             const std::size_t offset = std::size_t{section.offset} + (rva - section.rva);
-            if (offset > m_bytes.size() || count > m_bytes.size() - offset)
+            if (offset > m_bytes.size() || count > m_bytes.size() - offset) {
                 fail("is cut off");
+            }
             return offset;
         }
     }
@@ -76,19 +79,22 @@ std::size_t PeFile::offsetOf(std::uint32_t rva, std::size_t count) const {
 std::string PeFile::textAt(std::uint32_t rva) const {
     const std::size_t start = offsetOf(rva, 1);
     const std::size_t end = m_bytes.find('\0', start);
-    if (end == std::string::npos)
+    if (end == std::string::npos) {
         fail("is cut off");
+    }
     return m_bytes.substr(start, end - start);
 }
 
 void PeFile::readHeaders() {
     const std::size_t pe = at<std::uint32_t>(kPeHeaderPointer);
-    if (m_bytes.compare(0, 2, "MZ") != 0 || at<std::uint32_t>(pe) != 0x00004550)
+    if (m_bytes.compare(0, 2, "MZ") != 0 || at<std::uint32_t>(pe) != 0x00004550) {
         fail("is no Windows program or DLL");
+    }
     const std::size_t header = pe + kFileHeader;
     const std::size_t optional = header + kFileHeaderSize;
-    if (at<std::uint16_t>(header) != kMachineX64 || at<std::uint16_t>(optional) != kMagicPe32Plus)
+    if (at<std::uint16_t>(header) != kMachineX64 || at<std::uint16_t>(optional) != kMagicPe32Plus) {
         fail("is not for Windows x64");
+    }
     m_characteristics = at<std::uint16_t>(header + 18);
 
     const std::size_t table = optional + at<std::uint16_t>(header + 16);
@@ -103,12 +109,15 @@ void PeFile::readHeaders() {
     const auto directory = [&](std::uint32_t index) {
         return index < directories ? at<std::uint32_t>(optional + kDirectories + index * kDirectorySize) : 0;
     };
-    if (const std::uint32_t rva = directory(kExports))
+    if (const std::uint32_t rva = directory(kExports)) {
         readExports(rva);
-    if (const std::uint32_t rva = directory(kImports))
+    }
+    if (const std::uint32_t rva = directory(kImports)) {
         readImports(rva, 20, 12, 0);
-    if (const std::uint32_t rva = directory(kDelayedImports))
+    }
+    if (const std::uint32_t rva = directory(kDelayedImports)) {
         readImports(rva, 32, 4, 16);
+    }
 }
 
 void PeFile::readExports(std::uint32_t rva) {
@@ -121,16 +130,18 @@ void PeFile::readExports(std::uint32_t rva) {
         const std::size_t name = offsetOf(at<std::uint32_t>(table + 32) + i * 4, 4);
         m_exports.push_back(textAt(at<std::uint32_t>(name)));
     }
-    for (std::uint32_t i = names; i < functions; ++i)
+    for (std::uint32_t i = names; i < functions; ++i) {
         m_exports.push_back("#" + std::to_string(at<std::uint32_t>(table + 16) + i));
+    }
 }
 
 void PeFile::readImports(std::uint32_t rva, std::size_t stride, std::size_t name, std::size_t functions) {
     for (std::uint32_t i = 0;; ++i) {
         const std::size_t entry = offsetOf(rva + i * static_cast<std::uint32_t>(stride), stride);
         const std::uint32_t dll = at<std::uint32_t>(entry + name);
-        if (dll == 0)
+        if (dll == 0) {
             return;
+        }
         Functions& known = m_imports[lower(textAt(dll))];
         const Functions found = functionsAt(at<std::uint32_t>(entry + functions));
         known.insert(known.end(), found.begin(), found.end());
@@ -142,8 +153,9 @@ PeFile::Functions PeFile::functionsAt(std::uint32_t rva) const {
     Functions functions;
     for (;; rva += sizeof(std::uint64_t)) {
         const auto entry = at<std::uint64_t>(offsetOf(rva, sizeof(std::uint64_t)));
-        if (entry == 0)
+        if (entry == 0) {
             return functions;
+        }
         functions.push_back((entry & kImportByNumber) != 0
                                 ? "#" + std::to_string(entry & 0xFFFF)
                                 : textAt(static_cast<std::uint32_t>(entry) + kNameAfterHint));

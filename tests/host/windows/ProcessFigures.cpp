@@ -34,8 +34,9 @@ void readProcessRecord(ProcessFigures& figures) {
             figures.threads = *reinterpret_cast<const ULONG*>(place + sizeof(ULONG));
             return;
         }
-        if (process->NextEntryOffset == 0)
+        if (process->NextEntryOffset == 0) {
             return;
+        }
         place += process->NextEntryOffset;
     }
 }
@@ -61,15 +62,17 @@ unsigned long countWindows() {
     g_windows = 0;
     EnumWindows(countWindow, 0);
     HWND window = FindWindowExW(HWND_MESSAGE, nullptr, nullptr, nullptr);
-    for (; window != nullptr; window = FindWindowExW(HWND_MESSAGE, window, nullptr, nullptr))
+    for (; window != nullptr; window = FindWindowExW(HWND_MESSAGE, window, nullptr, nullptr)) {
         countWindow(window, 0);
+    }
     return g_windows;
 }
 
 bool isIcon(HICON handle) {
     ICONINFO parts = {};
-    if (GetIconInfo(handle, &parts) == FALSE)
+    if (GetIconInfo(handle, &parts) == FALSE) {
         return false;
+    }
     // They are copies.
     DeleteObject(parts.hbmMask);
     DeleteObject(parts.hbmColor);
@@ -78,24 +81,28 @@ bool isIcon(HICON handle) {
 
 unsigned long countUserObjects(unsigned long windows) {
     const DWORD counted = GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS);
-    if (counted != 0)
+    if (counted != 0) {
         return counted;
+    }
     // As with the objects of GDI below; a window of another process has its index here too.
     unsigned long count = windows;
-    for (ULONG_PTR index = kFirstUserIndex; index < kHandleIndexes; index += 2)
+    for (ULONG_PTR index = kFirstUserIndex; index < kHandleIndexes; index += 2) {
         count +=
             IsMenu(reinterpret_cast<HMENU>(index)) != FALSE || isIcon(reinterpret_cast<HICON>(index)) ? 1 : 0;
+    }
     return count;
 }
 
 unsigned long countGdiObjects() {
     const DWORD counted = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS);
-    if (counted != 0)
+    if (counted != 0) {
         return counted;
+    }
     // Wine counts none, but knows each by its index alone.
     unsigned long count = 0;
-    for (ULONG_PTR index = 1; index < kHandleIndexes; ++index)
+    for (ULONG_PTR index = 1; index < kHandleIndexes; ++index) {
         count += GetObjectType(reinterpret_cast<HGDIOBJ>(index)) != 0 ? 1 : 0;
+    }
     return count;
 }
 

@@ -35,8 +35,9 @@ int fail(const char* what) {
 
 /// Traces are no failures; whatever else Qt has to say is one.
 void onQtMessage(QtMsgType type, const QMessageLogContext&, const QString& text) {
-    if (type != QtDebugMsg && type != QtInfoMsg)
+    if (type != QtDebugMsg && type != QtInfoMsg) {
         std::fprintf(stderr, "Qt: %s\n", qPrintable(text));
+    }
 }
 
 bool is(const char* argument, const char* word) {
@@ -46,25 +47,30 @@ bool is(const char* argument, const char* word) {
 int endAs(bool unload, bool streaming, bool returning) {
     // Not deleted: what a host keeps is there until its process has ended.
     auto* const module = new LoadedModule;
-    if (!module->load() || !module->openPanel())
+    if (!module->load() || !module->openPanel()) {
         return fail("the panel does not open");
+    }
     if (streaming) {
         LoadedModule::ask(QStringLiteral("怎样画圆"));
-        if (!LoadedModule::waitForAnswer())
+        if (!LoadedModule::waitForAnswer()) {
             return fail("no answer streams");
+        }
     }
-    if (unload && !LoadedModule::unload())
+    if (unload && !LoadedModule::unload()) {
         return fail("the module does not unload");
+    }
     say("ending");
-    if (!returning)
+    if (!returning) {
         ExitProcess(0);
+    }
     module->program.frame()->DestroyWindow();
     return 0;
 }
 
 bool runRound(LoadedModule& module) {
-    if (!module.load() || !module.openPanel())
+    if (!module.load() || !module.openPanel()) {
         return false;
+    }
     LoadedModule::ask(QStringLiteral("怎样画圆"));
     const bool answered = LoadedModule::waitForAnswer() && TestProgram::pumpUntil(&LoadedModule::isIdle);
     // What the end of the answer has posted.
@@ -76,8 +82,9 @@ int runRounds(int count, char** counts) {
     LoadedModule module;
     for (int i = 0; i < count; ++i) {
         for (int round = std::atoi(counts[i]); round > 0; --round) {
-            if (!runRound(module))
+            if (!runRound(module)) {
                 return fail("a round does not end");
+            }
         }
         TestProgram::settle();
         say(ProcessFigures::now().text().c_str());
@@ -91,9 +98,11 @@ int main(int argc, char** argv) {
     qInstallMessageHandler(onQtMessage);
     CString commandLine;
     AfxWinInit(GetModuleHandleW(nullptr), nullptr, commandLine.GetBuffer(), SW_SHOW);
-    if (argc == 5 && is(argv[1], "exit"))
+    if (argc == 5 && is(argv[1], "exit")) {
         return endAs(is(argv[2], "unload"), is(argv[3], "streaming"), is(argv[4], "return"));
-    if (argc > 2 && is(argv[1], "rounds"))
+    }
+    if (argc > 2 && is(argv[1], "rounds")) {
         return runRounds(argc - 2, argv + 2);
+    }
     return kUsageError;
 }

@@ -26,8 +26,9 @@ void countLater() {
 void runModalLoop(UINT last) {
     QMfcApp::enterModalLoop();
     MSG message;
-    while (GetMessageW(&message, nullptr, 0, 0) > 0 && message.message != last)
+    while (GetMessageW(&message, nullptr, 0, 0) > 0 && message.message != last) {
         DispatchMessageW(&message);
+    }
     QMfcApp::exitModalLoop();
 }
 

@@ -31,8 +31,9 @@ void note(const char* fact, int value) {
 /// Takes messages up to the wanted one.
 void takeUpTo(UINT wanted) {
     MSG message;
-    while (GetMessageW(&message, nullptr, 0, 0) > 0 && message.message != wanted)
+    while (GetMessageW(&message, nullptr, 0, 0) > 0 && message.message != wanted) {
         DispatchMessageW(&message);
+    }
 }
 
 void takeOneStep() {
@@ -45,8 +46,9 @@ void takeOneStep() {
 int main() {
     int count = 0;
     wchar_t** const arguments = CommandLineToArgvW(GetCommandLineW(), &count);
-    if (arguments == nullptr || count != 2)
+    if (arguments == nullptr || count != 2) {
         return kUsageError;
+    }
     const HMODULE plugin = LoadLibraryW(arguments[1]);
     if (plugin == nullptr) {
         std::fprintf(stderr, "the plug-in does not load: %lu\n", GetLastError());

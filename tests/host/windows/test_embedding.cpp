@@ -20,10 +20,11 @@ class Host : public testing::Environment {
 public:
     void SetUp() override {
         const QByteArray awareness = qgetenv("ZENTRI_TEST_AWARENESS");
-        if (awareness == "system")
+        if (awareness == "system") {
             SetProcessDpiAwarenessContext(DPI_AWARENESS_CONTEXT_SYSTEM_AWARE);
-        else if (awareness == "monitor")
+        } else if (awareness == "monitor") {
             SetProcessDpiAwarenessContext(DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE);
+        }
     }
     void TearDown() override {
         const HDC screen = GetDC(nullptr);
@@ -78,10 +79,12 @@ protected:
             return testing::PrintToString(
                 std::vector<long>{rect.left, rect.top, rect.Width(), rect.Height()});
         };
-        if (GetParent(viewWindow()) != palette()->m_hWnd)
+        if (GetParent(viewWindow()) != palette()->m_hWnd) {
             return testing::AssertionFailure() << "the view is not the palette's child";
-        if (TestProgram::pumpUntil(covers, 5000) && (TestProgram::settle(), covers()))
+        }
+        if (TestProgram::pumpUntil(covers, 5000) && (TestProgram::settle(), covers())) {
             return testing::AssertionSuccess();
+        }
         return testing::AssertionFailure() << "palette at " << text(outer) << ", view at " << text(inner)
                                            << ", its client area " << text(client);
     }

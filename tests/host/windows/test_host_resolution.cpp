@@ -26,11 +26,12 @@ public:
         RegSetValueExW(m_key, kValue, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&dpi), sizeof dpi);
     }
     ~ScreenResolution() {
-        if (m_had)
+        if (m_had) {
             RegSetValueExW(m_key, kValue, 0, REG_DWORD, reinterpret_cast<const BYTE*>(&m_former),
                            sizeof m_former);
-        else
+        } else {
             RegDeleteValueW(m_key, kValue);
+        }
         RegCloseKey(m_key);
     }
     ScreenResolution(const ScreenResolution&) = delete;
@@ -49,9 +50,10 @@ protected:
     QString runEmbeddingTests(const QStringList& variables) {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("windows"));
-        for (const QString& variable : variables)
+        for (const QString& variable : variables) {
             environment.insert(variable.section(QLatin1Char('='), 0, 0),
                                variable.section(QLatin1Char('='), 1));
+        }
         child.setProcessEnvironment(environment);
         child.setProcessChannelMode(QProcess::MergedChannels);
         start(kEmbeddingTests, {});
@@ -96,8 +98,9 @@ TEST_P(HostAtResolution, ViewCoversThePalette) {
     const ScreenResolution resolution(static_cast<DWORD>(screen.dpi));
     const QString output =
         runEmbeddingTests({QStringLiteral("ZENTRI_TEST_AWARENESS=") + QLatin1String(screen.awareness)});
-    if (!output.contains(QStringLiteral("screen resolution: %1 dpi").arg(screen.dpi)))
+    if (!output.contains(QStringLiteral("screen resolution: %1 dpi").arg(screen.dpi))) {
         GTEST_SKIP() << "This system takes up another resolution only when the user signs in again.";
+    }
     EXPECT_TRUE(passed(output)) << output.toStdString();
 }
 

@@ -72,8 +72,9 @@ TEST_F(ModuleFile, ImportsFromWindowsTheHostQtAndTheRuntimeOnly) {
 
 TEST_F(ModuleFile, ImportsFromEveryPartOfTheHostAndOfQt) {
     for (const std::set<std::string>& dlls : {kHost, kQt}) {
-        for (const std::string& dll : dlls)
+        for (const std::string& dll : dlls) {
             EXPECT_EQ(module.imports().count(dll), 1u) << dll;
+        }
     }
 }
 
@@ -81,11 +82,13 @@ TEST_F(ModuleFile, CallsTheRealWindows) {
     const auto& imports = module.imports();
     EXPECT_THAT(imports.at("wininet.dll"), Contains("InternetCheckConnectionW"));
     EXPECT_THAT(imports.at("ole32.dll"), Contains("CoCreateGuid"));
-    for (const char* function : {"GetModuleFileNameW", "GetModuleFileNameA", "LoadLibraryA"})
+    for (const char* function : {"GetModuleFileNameW", "GetModuleFileNameA", "LoadLibraryA"}) {
         EXPECT_THAT(imports.at("kernel32.dll"), Contains(function));
+    }
     for (const char* function :
-         {"SetWindowsHookExW", "CallNextHookEx", "PeekMessageW", "SendMessageW", "GetMenu"})
+         {"SetWindowsHookExW", "CallNextHookEx", "PeekMessageW", "SendMessageW", "GetMenu"}) {
         EXPECT_THAT(imports.at("user32.dll"), Contains(function));
+    }
     // MSVC's own; the compiler's older one has not all of the log's date format.
     EXPECT_THAT(imports.at("ucrtbase.dll"), Contains("wcsftime"));
 }
@@ -120,10 +123,11 @@ TEST_F(ModuleResources, HaveADarkTwinOfEveryIconButThree) {
     QStringList light;
     QStringList dark;
     for (const QString& name : QDir(QStringLiteral(":/res/img")).entryList(QDir::Files)) {
-        if (name.endsWith(QStringLiteral("-Dark.png")))
+        if (name.endsWith(QStringLiteral("-Dark.png"))) {
             dark << name;
-        else if (!single.contains(name))
+        } else if (!single.contains(name)) {
             light << QString(name).replace(QStringLiteral(".png"), QStringLiteral("-Dark.png"));
+        }
     }
     EXPECT_EQ(light.size(), 7);
     light.sort();
@@ -169,8 +173,9 @@ protected:
         UINT length = 0;
         // Simplified Chinese, UTF-16.
         const std::wstring path = L"\\StringFileInfo\\080404b0\\" + name;
-        if (VerQueryValueW(m_block.data(), path.c_str(), &value, &length) == FALSE)
+        if (VerQueryValueW(m_block.data(), path.c_str(), &value, &length) == FALSE) {
             return {};
+        }
         return static_cast<const wchar_t*>(value);
     }
 

@@ -94,8 +94,9 @@ protected:
     int errorOfWriting() const {
         const HANDLE file = CreateFileW(toCString(QDir::toNativeSeparators(logFile)), GENERIC_WRITE, 0,
                                         nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-        if (file == INVALID_HANDLE_VALUE)
+        if (file == INVALID_HANDLE_VALUE) {
             return static_cast<int>(GetLastError());
+        }
         CloseHandle(file);
         return 0;
     }

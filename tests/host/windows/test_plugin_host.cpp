@@ -10,8 +10,9 @@ class PluginHost : public ChildHost {
 protected:
     void SetUp() override {
         start(QStringLiteral(PLUGIN_HOST), {QStringLiteral(PLUGIN_FILE)});
-        for (QString line = readLine(); !line.isEmpty(); line = readLine())
+        for (QString line = readLine(); !line.isEmpty(); line = readLine()) {
             m_facts[line.section(QLatin1String(": "), 0, 0)] = line.section(QLatin1String(": "), 1).toInt();
+        }
     }
 
     /// -1 when the host did not come as far.

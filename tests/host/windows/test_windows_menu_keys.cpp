@@ -25,16 +25,19 @@ public:
     std::vector<Key> keys;
 
     bool got(UINT message, WPARAM key) const {
-        for (const Key& each : keys)
-            if (each.message == message && each.key == key)
+        for (const Key& each : keys) {
+            if (each.message == message && each.key == key) {
                 return true;
+            }
+        }
         return false;
     }
 
 protected:
     LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override {
-        if (message == WM_SYSKEYDOWN || message == WM_SYSKEYUP)
+        if (message == WM_SYSKEYDOWN || message == WM_SYSKEYUP) {
             keys.push_back({message, wParam, ::GetFocus() == m_hWnd});
+        }
         return CMDIFrameWnd::WindowProc(message, wParam, lParam);
     }
 };
@@ -66,8 +69,9 @@ protected:
         bool held = false;
         QObject::connect(&tick, &QTimer::timeout, &loop, [&] {
             held = condition();
-            if (held)
+            if (held) {
                 loop.quit();
+            }
         });
         tick.start(kTickMs);
         QTimer::singleShot(kTimeoutMs, &loop, &QEventLoop::quit);

@@ -38,8 +38,9 @@ protected:
         const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, bytes);
         std::memcpy(GlobalLock(memory), text.utf16(), bytes);
         GlobalUnlock(memory);
-        if (OpenClipboard(nullptr) == FALSE)
+        if (OpenClipboard(nullptr) == FALSE) {
             return false;
+        }
         EmptyClipboard();
         const bool done = SetClipboardData(CF_UNICODETEXT, memory) != nullptr;
         CloseClipboard();

@@ -13,14 +13,14 @@
 
 namespace {
 
-constexpr char endOfHead[] = "\r\n\r\n";
-constexpr char lineEnd[] = "\r\n";
+constexpr char kEndOfHead[] = "\r\n\r\n";
+constexpr char kLineEnd[] = "\r\n";
 
 FakeHttpServer::Request parseHead(const QByteArray& head) {
     FakeHttpServer::Request request;
     int lineStart = 0;
     while (lineStart < head.size()) {
-        int end = head.indexOf(lineEnd, lineStart);
+        int end = head.indexOf(kLineEnd, lineStart);
         end = end < 0 ? head.size() : end;
         const QByteArray line = head.mid(lineStart, end - lineStart);
         if (lineStart == 0) {
@@ -37,8 +37,8 @@ FakeHttpServer::Request parseHead(const QByteArray& head) {
 }
 
 QByteArray replyHead(int status, const QByteArray& contentType, const QByteArray& moreHeaders) {
-    return "HTTP/1.1 " + QByteArray::number(status) + " Status" + lineEnd + "Content-Type: " + contentType +
-           lineEnd + moreHeaders + lineEnd;
+    return "HTTP/1.1 " + QByteArray::number(status) + " Status" + kLineEnd + "Content-Type: " + contentType +
+           kLineEnd + moreHeaders + kLineEnd;
 }
 
 }  // namespace
@@ -116,8 +116,8 @@ private:
     void read(QTcpSocket* socket) {
         QByteArray& received = m_received[socket];
         received += socket->readAll();
-        for (int headSize = received.indexOf(endOfHead); headSize >= 0;
-             headSize = received.indexOf(endOfHead)) {
+        for (int headSize = received.indexOf(kEndOfHead); headSize >= 0;
+             headSize = received.indexOf(kEndOfHead)) {
             Request request = parseHead(received.left(headSize));
             const int bodyStart = headSize + 4;
             const int bodySize = request.header("Content-Length").toInt();
@@ -210,7 +210,7 @@ QString FakeHttpServer::address() const {
 
 void FakeHttpServer::answer(const QByteArray& target, const QByteArray& body, int status,
                             const QByteArray& contentType) {
-    const QByteArray length = "Content-Length: " + QByteArray::number(body.size()) + lineEnd;
+    const QByteArray length = "Content-Length: " + QByteArray::number(body.size()) + kLineEnd;
     const QByteArray reply = replyHead(status, contentType, length) + body;
     m_thread->call([&](Worker& worker) { worker.answer(target, reply); });
 }

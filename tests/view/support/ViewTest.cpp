@@ -91,10 +91,10 @@ int pixelsOf(const QImage& image, const QColor& color) {
 ZR_AiChatSingleChatRecord makeRecord(const QString& id, const QStringList& messages, qint64 time) {
     ZR_AiChatSingleChatRecord record;
     record.SetSessionId(toCString(id));
-    std::uint32_t role = chatRoleUser;
+    std::uint32_t role = kChatRoleUser;
     for (const QString& message : messages) {
         record.AddUnit(role, toCString(message), time);
-        role = role == chatRoleUser ? chatRoleAssistant : chatRoleUser;
+        role = role == kChatRoleUser ? kChatRoleAssistant : kChatRoleUser;
     }
     return record;
 }

@@ -28,8 +28,9 @@ public:
     AcRx::AppRetCode On_kInitAppMsg(void* packet) override {
         acutPrintf(_T("[%s init %d]"), name().GetString(), g_instance != nullptr ? 1 : 0);
         AcRxArxApp::On_kInitAppMsg(packet);
-        if (FIXTURE_LOCKED)
+        if (FIXTURE_LOCKED) {
             acrxDynamicLinker->lockApplication(packet);
+        }
         throwOn(AcRx::kInitAppMsg);
         return FIXTURE_INIT_RESULT;
     }
@@ -64,8 +65,9 @@ public:
 
 private:
     static void throwOn(AcRx::AppMsgCode message) {
-        if (message == FIXTURE_THROWS_ON)
+        if (message == FIXTURE_THROWS_ON) {
             throw std::runtime_error("the module cannot");
+        }
     }
 
     static CString name() { return CString(FIXTURE_NAME); }
@@ -74,8 +76,9 @@ private:
 }  // namespace
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID) {
-    if (reason == DLL_PROCESS_ATTACH)
+    if (reason == DLL_PROCESS_ATTACH) {
         g_instance = instance;
+    }
     return TRUE;
 }
 

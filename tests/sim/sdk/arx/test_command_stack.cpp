@@ -114,8 +114,9 @@ TEST_F(CommandStack, IteratesGroupByGroup) {
     add(_T("TWO"), _T("C"), _T("C"));
     CString names;
     const std::unique_ptr<AcEdCommandIterator> commands(stack->iterator());
-    for (; !commands->done(); commands->next())
+    for (; !commands->done(); commands->next()) {
         names += CString(commands->commandGroup()) + _T("/") + commands->command()->globalName() + _T(" ");
+    }
     EXPECT_TRUE(names == _T("TWO/C ONE/A ONE/B "));
     EXPECT_EQ(commands->command(), nullptr);
     EXPECT_FALSE(commands->next());

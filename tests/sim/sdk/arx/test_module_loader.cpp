@@ -16,8 +16,9 @@ CString fixture(const char* name) {
 CString loadedNames() {
     const std::unique_ptr<CStringArray> names(static_cast<CStringArray*>(acrxLoadedApps()));
     CString joined;
-    for (INT_PTR i = 0; i < names->GetCount(); ++i)
+    for (INT_PTR i = 0; i < names->GetCount(); ++i) {
         joined += names->GetAt(i) + _T(" ");
+    }
     return joined;
 }
 

@@ -11,12 +11,14 @@ namespace {
 class TestPalette : public CAdUiPalette {
 public:
     explicit TestPalette(int* living = nullptr) : m_living(living) {
-        if (m_living != nullptr)
+        if (m_living != nullptr) {
             ++*m_living;
+        }
     }
     ~TestPalette() override {
-        if (m_living != nullptr)
+        if (m_living != nullptr) {
             --*m_living;
+        }
     }
 
     BOOL OnSetActive() override {
