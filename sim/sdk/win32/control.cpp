@@ -1,4 +1,4 @@
-// Real input through the X server's test extension, and pictures of the screen.
+// Simulated input through the XTEST extension, and screenshots.
 
 #include "win32_control.h"
 
@@ -73,7 +73,7 @@ bool win32KeyStroke(int virtualKey, bool shift, bool control, bool alt) {
 
 Win32Picture win32Grab(HWND handle) {
     const Display& display = Display::instance();
-    // The root's picture is what is really shown; a window's own lacks what covers it.
+    // Grab the root: it has what is really on the screen, also where something covers the window.
     RECT place = {0, 0, display.screen()->width_in_pixels, display.screen()->height_in_pixels};
     if (handle != nullptr) {
         RECT window;

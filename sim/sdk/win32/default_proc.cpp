@@ -12,7 +12,7 @@ namespace win32 {
 
 namespace {
 
-// The Alt key alone, pressed and let go, opens the menu bar.
+// Alt pressed and released with no other key in between opens the menu bar.
 bool g_altAlone = false;
 
 void setCursor(HCURSOR cursor, HWND window) {
@@ -211,7 +211,7 @@ LRESULT DefWindowProcW(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) 
 }
 
 HCURSOR LoadCursorW(HINSTANCE instance, LPCWSTR name) {
-    // Glyphs of the server's own cursor font.
+    // Resource id of the system cursor, and its glyph in the X server's "cursor" font.
     static const std::map<ULONG_PTR, std::uint16_t> glyphs = {
         {32512, 68},  {32513, 152}, {32514, 150}, {32515, 34}, {32642, 134},
         {32643, 136}, {32644, 108}, {32645, 116}, {32646, 52}, {32649, 60},
@@ -220,7 +220,7 @@ HCURSOR LoadCursorW(HINSTANCE instance, LPCWSTR name) {
     const auto number = reinterpret_cast<ULONG_PTR>(name);
     const auto glyph = glyphs.find(number);
     if (instance != nullptr || glyph == glyphs.end()) {
-        unsupported("LoadCursor", "a cursor that is not one of the system's common ones");
+        unsupported("LoadCursor", "a cursor other than the common system cursors");
     }
     HCURSOR& cursor = made[number];
     if (cursor == nullptr) {

@@ -38,7 +38,7 @@ Display::Display() {
     m_connection = xcb_connect(nullptr, &screenNumber);
     if (xcb_connection_has_error(m_connection) != 0) {
         const char* name = std::getenv("DISPLAY");
-        std::fprintf(stderr, "win32: windows need an X server, and none answers at DISPLAY=\"%s\"\n",
+        std::fprintf(stderr, "win32: windows need an X server, and none can be reached at DISPLAY=\"%s\"\n",
                      name != nullptr ? name : "");
         std::abort();
     }
@@ -49,7 +49,7 @@ Display::Display() {
     m_screen = screens.data;
     m_visual = visualOf(m_screen);
     if (m_visual == nullptr || m_screen->root_depth < 24) {
-        std::fputs("win32: the X server's screen must have 24-bit colour\n", stderr);
+        std::fputs("win32: the X server's screen must have a depth of 24 bits\n", stderr);
         std::abort();
     }
 
@@ -82,8 +82,8 @@ Display::Display() {
         m_atoms.*wanted[i].atom = reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
     }
 
-    // To notice that a window with the input focus went away: nobody is told when the focus falls to the
-    // root.
+    // Reports the unmapping of the window with the input focus: the server sends no FocusIn when the focus
+    // reverts to the root.
     const std::uint32_t rootEvents = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
     xcb_change_window_attributes(m_connection, root(), XCB_CW_EVENT_MASK, &rootEvents);
     g_open = true;
@@ -97,7 +97,7 @@ bool Display::hasWindowManager() const {
     if (!reply || reply->type != XCB_ATOM_WINDOW || xcb_get_property_value_length(reply.get()) < 4) {
         return false;
     }
-    // A property that a dead window manager left behind names a window that is gone.
+    // A window manager that died leaves the property behind, naming a window that no longer exists.
     const auto check = *static_cast<const xcb_window_t*>(xcb_get_property_value(reply.get()));
     const auto attributes = owned(xcb_get_window_attributes_reply(
         m_connection, xcb_get_window_attributes(m_connection, check), nullptr));

@@ -39,7 +39,7 @@ void setError(DWORD error) {
     t_lastError = error;
 }
 
-// On Linux the first thread's id is the process's.
+// On Linux the main thread's id equals the process id.
 DWORD mainThreadId() {
     return GetCurrentProcessId();
 }

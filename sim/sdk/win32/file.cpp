@@ -58,7 +58,7 @@ DWORD errorOf(int number) {
     }
 }
 
-/// A missing folder is a path that is not found, a missing file in a folder that is there a file that is not.
+/// ERROR_PATH_NOT_FOUND when the folder does not exist, ERROR_FILE_NOT_FOUND when only the file is missing.
 DWORD notFoundError(const std::string& path) {
     const std::size_t slash = path.find_last_of('/');
     if (slash == std::string::npos || slash == 0) {

@@ -1,8 +1,8 @@
 // Focus, activation and capture.
 //
-// The server's input focus stays on the proxy of the active top-level window; which window gets the keys is
-// decided here. A window of another toolkit inside one of ours learns that it has the focus by the XEMBED
-// protocol.
+// The X server's input focus stays on the focus proxy of the active top-level window; which window gets the
+// keys is decided here. Another toolkit's window embedded in one of ours is notified of the focus through the
+// XEMBED protocol.
 
 #include "win32_focus.h"
 
@@ -18,7 +18,7 @@ HWND g_focus = nullptr;
 HWND g_active = nullptr;
 HWND g_lastActive = nullptr;
 HWND g_capture = nullptr;
-// Number of the last request for the server's focus: events from before it are history.
+// Sequence number of our last SetInputFocus request: focus events from before it are stale.
 unsigned g_focusRequest = 0;
 
 enum XembedMessage : std::uint32_t {
@@ -65,7 +65,7 @@ HWND moveFocus(HWND window) {
     g_focus = window;
     if (old != nullptr) {
         tellFocus(old, false, window);
-        // What was told may itself have moved the focus on.
+        // The WM_KILLFOCUS handler may itself have moved the focus.
         if (g_focus != window) {
             return old;
         }
@@ -92,7 +92,8 @@ bool inside(HWND window, HWND ancestor) {
     return window != nullptr && (window == ancestor || IsChild(ancestor, window) != FALSE);
 }
 
-/// The window that becomes active when this one goes: its owner, or any other that can.
+/// The window to activate when this one is hidden or destroyed: its owner, or else any top-level window that
+/// can be activated.
 HWND successorOf(const Window& window) {
     if (const Window* owner = findWindow(window.parent);
         owner != nullptr && owner->isTopLevel() && isViewable(*owner) && owner->isEnabled()) {
@@ -136,7 +137,7 @@ void activateWindow(HWND topLevel, int how) {
     }
     g_active = g_lastActive = topLevel;
     callWindow(topLevel, WM_NCACTIVATE, TRUE, 0);
-    // The default handling gives it the focus.
+    // DefWindowProc sets the focus to it.
     callWindow(topLevel, WM_ACTIVATE, MAKEWPARAM(how, 0), reinterpret_cast<LPARAM>(old));
 }
 
@@ -160,7 +161,7 @@ void serverFocusOut(Window& topLevel, unsigned sequence) {
     if (g_active == nullptr) {
         moveFocus(nullptr);
     }
-    // The ups of keys that are held now go to another program.
+    // Release every key: the key-up events of those held now go to another program.
     auto& keys = Queue::main().keyState();
     for (BYTE& key : keys) {
         key = static_cast<BYTE>(key & 0x01);

@@ -37,7 +37,7 @@ GdiObject& stockObject(int index) {
     };
     const auto found = objects.find(index);
     if (found == objects.end()) {
-        unsupported("GetStockObject", "an object that the slice does not have");
+        unsupported("GetStockObject", "a stock object that the slice does not provide");
     }
     return found->second;
 }
@@ -69,10 +69,10 @@ void fillAndStroke(const DeviceContext& context) {
     cairo_new_path(context.cairo);
 }
 
-/// The centre of a pixel, where a line one pixel wide is sharp.
+/// Offset to the centre of a pixel, where a line one pixel wide is sharp.
 constexpr double kPixelCentre = 0.5;
 
-/// "&" marks an access key, "&&" is a "&".
+/// Removes the "&" before an access key and turns "&&" into "&".
 std::u16string withoutPrefixes(std::u16string_view text) {
     std::u16string plain;
     for (std::size_t i = 0; i < text.size(); ++i) {
@@ -199,7 +199,7 @@ HFONT CreateFontW(int height, int, int, int, int weight, DWORD italic, DWORD, DW
         pango_font_description_set_family(object->font, families.c_str());
     }
     if (height != 0) {
-        // A line is about a fifth higher than its letters' em.
+        // A positive height is that of the cell: the em is about 0.82 of it.
         constexpr double kEmOfLine = 0.82;
         pango_font_description_set_absolute_size(object->font,
                                                  (height < 0 ? -height : height * kEmOfLine) * PANGO_SCALE);
@@ -379,7 +379,7 @@ BOOL Polyline(HDC dc, const POINT* points, int count) {
     if (context == nullptr || count < 2) {
         return FALSE;
     }
-    cairo_new_path(context->cairo);  // text leaves a current point
+    cairo_new_path(context->cairo);  // drawing text leaves a current point
     for (int i = 0; i < count; ++i) {
         cairo_line_to(context->cairo, points[i].x + kPixelCentre, points[i].y + kPixelCentre);
     }

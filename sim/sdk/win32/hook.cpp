@@ -7,14 +7,14 @@ namespace win32 {
 
 namespace {
 
-/// Where the thread stands in a chain of hooks; nested when a hook's own calls run hooks.
+/// The hook that this thread is running; nested when a hook procedure's own calls run hooks.
 struct ChainPosition {
     std::shared_ptr<Hook> hook;
     ChainPosition* outer;
 };
 thread_local ChainPosition* t_position = nullptr;
 
-/// Calls the newest hook of the kind that is older than the given one (null: the newest of all).
+/// Calls the next hook of this kind: the newest one installed before `newer`, or the newest of all for null.
 LRESULT callHook(int kind, const Hook* newer, int code, WPARAM wParam, LPARAM lParam) {
     std::shared_ptr<Hook> next;
     for (const auto& hook : Queue::current().hooks()) {
@@ -109,7 +109,7 @@ BOOL UnhookWindowsHookEx(HHOOK handle) {
     return TRUE;
 }
 
-// The handle is ignored, as on Windows: the chain goes on from the hook that is running.
+// The handle is ignored, as on Windows: the chain continues from the hook that is running.
 LRESULT CallNextHookEx(HHOOK, int code, WPARAM wParam, LPARAM lParam) {
     if (t_position == nullptr) {
         return 0;

@@ -22,7 +22,7 @@ struct Target {
     std::string port;
 };
 
-/// Host and port of "scheme://user@host:port/path"; an empty host when the text is no such address.
+/// Host and port of "scheme://user@host:port/path"; the host is empty when the URL is malformed.
 Target targetOf(const std::string& url) {
     const std::size_t schemeEnd = url.find("://");
     if (schemeEnd == std::string::npos) {

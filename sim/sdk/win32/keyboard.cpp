@@ -13,7 +13,7 @@ namespace win32 {
 
 namespace {
 
-/// The X server's numbers of keys are those of the kernel and eight.
+/// An X key code is the kernel's key code plus eight.
 constexpr int kCodeOffset = 8;
 
 struct KeyboardMap {
@@ -37,11 +37,11 @@ KeyboardMap& keyboard() {
                 xkb_x11_keymap_new_from_device(map.context, connection, device, XKB_KEYMAP_COMPILE_NO_FLAGS);
         }
         if (map.keymap == nullptr) {
-            // A server without the keyboard extension: a US keyboard.
+            // No XKB extension: use xkbcommon's default layout (US).
             map.keymap = xkb_keymap_new_from_names(map.context, nullptr, XKB_KEYMAP_COMPILE_NO_FLAGS);
         }
         if (map.keymap == nullptr) {
-            unsupported("keyboard", "the X server tells no keyboard layout, and there is no default one");
+            unsupported("keyboard", "the X server reports no keyboard layout, and there is no default one");
         }
         map.state = xkb_state_new(map.keymap);
     }
@@ -146,7 +146,8 @@ int virtualKeyOf(xkb_keysym_t symbol) {
     return 0;
 }
 
-/// The kernel's numbers are the PC's scan codes up to 88; those behind the extended prefix follow here.
+/// The scan code and the extended bit as they are in a key message's lParam. Up to 88 the kernel's key codes
+/// equal the PC's scan codes; the table has those with the extended prefix.
 DWORD scanBitsOf(xcb_keycode_t code) {
     constexpr DWORD kExtended = 1U << 24;
     constexpr std::pair<int, DWORD> kExtendedKeys[] = {
@@ -164,13 +165,13 @@ DWORD scanBitsOf(xcb_keycode_t code) {
 }
 
 void setModifiers(const KeyboardMap& map, std::uint16_t state) {
-    // The event tells modifiers and, in two bits, the layout; what is locked and what is held makes no
-    // difference.
+    // The event's state has the effective modifiers and, in two bits, the layout; held and locked modifiers
+    // need not be told apart.
     const xkb_layout_index_t layout = (state >> 13) & 0x3U;
     xkb_state_update_mask(map.state, state & 0xFFU, 0, 0, layout, 0, 0);
 }
 
-// What a US keyboard types, for key messages that a program made.
+// What a US keyboard types, for key messages that a program posted.
 struct TypedKey {
     int virtualKey;
     TCHAR plain;
@@ -237,7 +238,7 @@ std::u16string typedText(int virtualKey, bool shift, bool control, bool capsLock
     return {};
 }
 
-/// The message that TranslateMessage was given is the real key that was last taken from the queue.
+/// Whether TranslateMessage was passed the real key event that was last retrieved from the queue.
 bool isLastRealKey(const MSG& message, const MSG& last) {
     return last.message == message.message && last.wParam == message.wParam &&
            last.lParam == message.lParam && last.time == message.time;
@@ -258,8 +259,8 @@ Key keyOf(xcb_keycode_t code, std::uint16_t state) {
     key.scanBits = scanBitsOf(code);
     const xkb_layout_index_t layout = xkb_state_key_get_layout(map.state, code);
 
-    // Letters and digits are named by what the key types alone; a layout without Latin letters (or a keypad
-    // in its number state) is asked further.
+    // The unmodified symbol determines the virtual key, except on the keypad (Num Lock). A layout without
+    // Latin letters falls back to the first layout.
     const xkb_keysym_t current = xkb_state_key_get_one_sym(map.state, code);
     if (isKeypadSymbol(current)) {
         key.virtualKey = virtualKeyOf(current);
@@ -284,7 +285,7 @@ Key keyOf(xcb_keycode_t code, std::uint16_t state) {
         utf8.resize(static_cast<std::size_t>(size));
         key.text = toUtf16(utf8);
         if (key.text == u"\x7F" && key.virtualKey == VK_DELETE) {
-            // On Windows the Delete key types nothing.
+            // On Windows the Delete key produces no character.
             key.text.clear();
         }
     }
@@ -350,6 +351,6 @@ SHORT GetKeyState(int virtualKey) {
 }
 
 SHORT GetAsyncKeyState(int virtualKey) {
-    // The keyboard itself is not asked: what no message has told yet is not known here.
+    // The physical keyboard is not queried: a key event that has not been retrieved is not reflected.
     return static_cast<SHORT>(GetKeyState(virtualKey) & 0x8000);
 }

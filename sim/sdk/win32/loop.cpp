@@ -1,10 +1,10 @@
-// The main thread's side of GLib's default main context.
+// Integration of the main thread's queue with GLib's default main context.
 //
-// One source stands for the slice: it is ready when the X server or another thread has something. Two
-// situations are told apart by the depth of dispatching. While the slice itself waits (GetMessage), the
-// source only collects: GetMessage then finds the messages. While somebody else's loop runs (Qt's, for a
-// dialog), nobody calls GetMessage, so the source takes messages from the queue and dispatches them, as that
-// toolkit's own loop does with the real thing.
+// One GSource represents the slice: it is ready when the X server or another thread has something for us.
+// g_main_depth() tells two situations apart. While the slice itself waits (in GetMessage), the source only
+// collects X events into the queue, where GetMessage finds them. While a foreign event loop runs (Qt's, for a
+// dialog), nobody calls GetMessage, so the source retrieves messages from the queue and dispatches them, as
+// that toolkit's event loop does on Windows.
 
 #include "win32_display.h"
 #include "win32_queue.h"
@@ -22,9 +22,9 @@ namespace win32 {
 
 namespace {
 
-// Messages dispatched in one turn of a foreign loop before its other sources get theirs.
+// Messages dispatched in one iteration of a foreign loop before its other sources get their turn.
 constexpr int kMessagesPerTurn = 16;
-// How long a stream of messages may keep the other sources waiting.
+// How long a steady stream of messages may starve the other sources.
 constexpr ULONGLONG kYieldMilliseconds = 8;
 
 struct SliceSource {
@@ -34,19 +34,19 @@ struct SliceSource {
 };
 
 SliceSource* g_source = nullptr;
-// Made when the library is loaded, so that any thread may use it at any time.
+// Created when the library is loaded, so that any thread may use it at any time.
 const int g_wakeFd = eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC);
 int g_displayFd = -1;
 Win32ForeignToolkit* g_toolkit = nullptr;
 ULONGLONG g_lastTurn = 0;
 
 bool g_waiting = false;
-// Whether the wait is for messages, or only a turn for the other sources, which a due timer must not keep
-// back.
+// Whether the wait is for messages. Otherwise it is one iteration for the other sources, which a due timer of
+// ours must not starve.
 bool g_blocks = false;
 int g_waitDepth = 0;
 
-// Within a source's dispatch the depth is one more than around the iteration that dispatches it.
+// Within dispatch() the depth is one more than around the iteration that calls it.
 bool sliceWaitsAround() {
     return g_waiting && g_main_depth() == g_waitDepth;
 }
@@ -58,7 +58,8 @@ gboolean prepare(GSource*, gint* timeout) {
     *timeout = -1;
     if (Display::isOpen()) {
         Display::instance().flush();
-        // Events may have come from the socket together with a reply, and then nothing is left to poll for.
+        // xcb may have read events from the socket together with a reply; then the socket has nothing to poll
+        // for.
         if (bufferXEvents()) {
             *timeout = 0;
             return TRUE;
@@ -138,7 +139,7 @@ void ensureMainLoop() {
         return;
     }
     if (!onMainThread()) {
-        unsupported("main loop", "set up by another thread than the main thread");
+        unsupported("main loop", "set up by a thread other than the main thread");
     }
     g_source = reinterpret_cast<SliceSource*>(g_source_new(&g_functions, sizeof(SliceSource)));
     g_source->wakeTag = g_source_add_unix_fd(&g_source->base, g_wakeFd, G_IO_IN);
@@ -162,7 +163,7 @@ void watchDisplay(int fileDescriptor) {
 
 void wakeMainLoop() {
     const std::uint64_t one = 1;
-    // A full counter means that the loop is already woken.
+    // If the counter is full, a wake-up is pending anyway.
     const auto written = write(g_wakeFd, &one, sizeof one);
     static_cast<void>(written);
 }
@@ -173,8 +174,8 @@ void runMainContext(bool block) {
         g_toolkit->aboutToWait();
     }
     if (!block) {
-        // The queue is looked at afterwards anyway; and a source that is ready keeps those of lower priority
-        // back.
+        // The caller checks the queue afterwards anyway; and if our source were ready, GLib would not
+        // dispatch those of lower priority.
         takeWakeUps();
     }
     const bool waitedBefore = g_waiting;

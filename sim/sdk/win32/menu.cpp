@@ -1,4 +1,4 @@
-// Menus' contents.
+// Menus and their items.
 
 #include "win32_menu.h"
 #include "win32_queue.h"
@@ -23,7 +23,7 @@ struct FoundItem {
     MenuItem& item() const { return menu->items[position]; }
 };
 
-/// By position in the menu itself; by command also in its popups.
+/// By position in the menu itself; by command id also in its submenus.
 FoundItem findItem(HMENU handle, UINT item, UINT flags) {
     Menu* menu = findMenu(handle);
     if (menu == nullptr) {

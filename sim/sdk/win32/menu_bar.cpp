@@ -1,5 +1,5 @@
-// What the slice draws of a top-level window itself: the menu bar and, where no window manager does, the
-// caption.
+// The non-client area that the slice itself draws for a top-level window: the menu bar and, if no window
+// manager runs, the caption.
 
 #include "win32_menu.h"
 #include "win32_paint.h"
@@ -21,7 +21,7 @@ constexpr double kCloseMark = 4.5;
 HWND g_openWindow = nullptr;
 int g_openItem = -1;
 
-/// Where the bar's items are, in window coordinates.
+/// The rectangles of the bar's items, in window coordinates.
 std::vector<RECT> itemRectangles(const Window& window) {
     std::vector<RECT> rectangles;
     const Menu* menu = window.menu != nullptr ? findMenu(window.menu) : nullptr;
@@ -106,7 +106,7 @@ void setOpenItem(HWND handle, int item) {
     }
 }
 
-/// Lets the user go through the bar from one of its items on.
+/// Runs the modal menu loop, starting with the popup of the given item.
 void runBar(HWND handle, int item) {
     SendMessageW(handle, WM_ENTERMENULOOP, FALSE, 0);
     if (const Window* window = findWindow(handle)) {

@@ -172,8 +172,8 @@ BOOL PeekMessageW(LPMSG message, HWND window, UINT first, UINT last, UINT remove
         readXEvents();
     }
     if (!queue.take(*message, filter, removes)) {
-        // A loop that polls is a message loop too: what else lives in the main context gets its turn, as it
-        // does from messages of its own on Windows. A mere look at the queue runs nothing.
+        // A polling message loop has to run the main context's other sources too: on Windows they would be
+        // driven by messages of their own. A peek (PM_NOREMOVE, or with a filter) runs nothing.
         if (!main || !removes || !filter.everything()) {
             return FALSE;
         }
@@ -357,7 +357,7 @@ UINT_PTR SetTimer(HWND window, UINT_PTR id, UINT milliseconds, TIMERPROC procedu
     timer->period = period;
     timer->procedure = procedure;
     timer->due = ticks() + period;
-    // For a window, any non-zero value says that it worked, also for a timer numbered 0.
+    // For a window's timer any non-zero result means success, also if its id is 0.
     return window == nullptr ? id : std::max<UINT_PTR>(id, 1);
 }
 

@@ -1,4 +1,4 @@
-// Message boxes: a window of their own in a modal loop.
+// Message boxes: each is a window with a modal message loop.
 
 #include "win32_control.h"
 #include "win32_paint.h"
@@ -30,7 +30,7 @@ struct ButtonKind {
     LPCWSTR text;
 };
 
-// The texts of the Chinese system that the host runs on.
+// The button texts of Chinese Windows, on which the host runs.
 constexpr ButtonKind kOk = {IDOK, u"确定"};
 constexpr ButtonKind kCancel = {IDCANCEL, u"取消"};
 constexpr ButtonKind kAbort = {IDABORT, u"中止(&A)"};
@@ -54,7 +54,7 @@ std::vector<ButtonKind> buttonsOf(UINT type) {
         case MB_RETRYCANCEL:
             return {kRetry, kCancel};
         default:
-            unsupported("MessageBox", "an unknown set of buttons");
+            unsupported("MessageBox", "an unknown button type (MB_TYPEMASK)");
     }
 }
 
@@ -129,7 +129,7 @@ void registerBoxClass() {
 
 MessageBoxSession::MessageBoxSession(HWND owner, LPCWSTR text, LPCWSTR caption, UINT type)
     : m_text(text != nullptr ? text : u""),
-      // The caption that Windows gives a box without one.
+      // The default caption, "Error", as on Chinese Windows.
       m_caption(caption != nullptr ? caption : u"错误"),
       m_type(type) {
     if (const Window* topLevel = topLevelOf(owner)) {
@@ -165,7 +165,7 @@ MessageBoxSession::MessageBoxSession(HWND owner, LPCWSTR text, LPCWSTR caption, 
 MessageBoxSession::~MessageBoxSession() {
     auto& open = sessions();
     open.erase(std::remove(open.begin(), open.end(), this), open.end());
-    // Enabled again before the box goes, so that the owner can become active in its place.
+    // Re-enable the others before the box is destroyed, so that the owner can be activated in its place.
     for (HWND disabled : m_disabled) {
         EnableWindow(disabled, TRUE);
     }
@@ -382,7 +382,7 @@ LRESULT MessageBoxSession::handle(UINT message, WPARAM wParam, LPARAM lParam) {
             key(static_cast<int>(wParam));
             return 0;
         case WM_SYSKEYDOWN:
-            // Alt and a button's letter; the rest (Alt+F4) is the system's.
+            // Alt with a button's access key; the rest (Alt+F4) is left to DefWindowProc.
             return wParam != VK_MENU && key(static_cast<int>(wParam))
                        ? 0
                        : DefWindowProcW(m_window, message, wParam, lParam);
@@ -413,7 +413,8 @@ int MessageBoxSession::run() {
     while (m_result == 0 && findWindow(m_window) != nullptr) {
         MSG message;
         if (GetMessageW(&message, nullptr, 0, 0) == FALSE) {
-            // The program's own loop must see it too; the box answers as if it had been dismissed.
+            // Re-post WM_QUIT for the program's own message loop; the box returns as if it had been
+            // cancelled.
             PostQuitMessage(static_cast<int>(message.wParam));
             return IDCANCEL;
         }

@@ -1,4 +1,4 @@
-// Loaded modules.
+// Loading and looking up modules (shared libraries).
 
 #include "win32_support.h"
 #include "winbase.h"
@@ -26,7 +26,7 @@ struct LoadedModule {
     std::string path;
 };
 
-// What LoadLibrary loaded and FreeLibrary has not given back: one reference of the dynamic linker for each.
+// One dlopen handle for each LoadLibrary that no FreeLibrary has balanced yet.
 std::mutex g_referencesMutex;
 std::map<HMODULE, std::vector<void*>>& references() {
     static std::map<HMODULE, std::vector<void*>> all;
@@ -47,7 +47,7 @@ std::string absolutePath(const char* path) {
     return realpath(path, resolved) != nullptr ? resolved : path;
 }
 
-/// Everything mapped, the program first.
+/// All loaded modules, the executable first.
 std::vector<LoadedModule> loadedModules() {
     std::vector<LoadedModule> modules;
     const auto add = [](dl_phdr_info* info, std::size_t, void* target) {
@@ -72,7 +72,7 @@ std::u16string baseName(std::u16string_view path) {
     return std::u16string(slash != std::u16string_view::npos ? path.substr(slash + 1) : path);
 }
 
-/// Without an extension the default one is added; a dot at the end says that there is none.
+/// Adds the default extension ".dll" if there is none; a trailing dot means no extension and is removed.
 std::u16string withExtension(std::u16string name) {
     const std::u16string base = baseName(name);
     if (!base.empty() && base.back() == u'.') {
@@ -111,7 +111,7 @@ bool isFile(const std::string& path) {
     return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
 }
 
-/// Where a module that is not loaded is; empty when nowhere but perhaps where the system looks.
+/// The path of a module that is not loaded yet; empty to leave the search to the dynamic linker.
 std::string searchModule(const std::u16string& name) {
     if (hasFolder(name)) {
         const std::string path = win32::toUnixPath(name);
@@ -140,8 +140,8 @@ DWORD loadError(const char* text) {
     return ERROR_BAD_EXE_FORMAT;
 }
 
-/// Whether the file holds all that its headers tell of. The dynamic linker maps a file that was cut off too,
-/// and the process ends when it touches what is missing.
+/// Whether the file has all segments that its headers declare. The dynamic linker maps a truncated file too,
+/// and the process dies of SIGBUS as soon as it touches a missing page.
 bool isWhole(const std::string& path) {
     std::ifstream file(path, std::ios::binary | std::ios::ate);
     if (!file) {
@@ -170,7 +170,7 @@ HMODULE handleOf(void* loaded) {
     if (dlinfo(loaded, RTLD_DI_LINKMAP, &map) != 0) {
         return nullptr;
     }
-    // The address of the dynamic section lies in the module.
+    // The dynamic section lies inside the module, so dladdr finds the module's base by its address.
     Dl_info info{};
     return dladdr(map->l_ld, &info) != 0 ? static_cast<HMODULE>(static_cast<void*>(info.dli_fbase)) : nullptr;
 }
@@ -237,7 +237,7 @@ HMODULE LoadLibraryA(LPCSTR name) {
 
 HMODULE LoadLibraryExW(LPCWSTR name, HANDLE reserved, DWORD flags) {
     if (reserved != nullptr || (flags & ~LOAD_WITH_ALTERED_SEARCH_PATH) != 0) {
-        win32::unsupported("LoadLibraryEx", "flags but LOAD_WITH_ALTERED_SEARCH_PATH");
+        win32::unsupported("LoadLibraryEx", "flags other than LOAD_WITH_ALTERED_SEARCH_PATH");
     }
     return LoadLibraryW(name);
 }
@@ -258,7 +258,7 @@ BOOL FreeLibrary(HMODULE handle) {
     if (loaded != nullptr) {
         return dlclose(loaded) == 0 ? TRUE : failWith<BOOL>(ERROR_MOD_NOT_FOUND, FALSE);
     }
-    // What the program was linked with stays as long as the program.
+    // A library that the program was linked with is never unloaded; FreeLibrary still succeeds.
     return findByHandle(loadedModules(), handle) != nullptr ? TRUE
                                                             : failWith<BOOL>(ERROR_MOD_NOT_FOUND, FALSE);
 }
@@ -275,7 +275,7 @@ FARPROC GetProcAddress(HMODULE handle, LPCSTR name) {
     const bool program = module == &modules.front();
     void* loaded = dlopen(program ? nullptr : module->path.c_str(), RTLD_LAZY | RTLD_NOLOAD);
     void* symbol = loaded != nullptr ? dlsym(loaded, name) : nullptr;
-    // The linker looks into the libraries that the module needs too; Windows does not.
+    // dlsym also searches the libraries that the module depends on; GetProcAddress does not.
     Dl_info info{};
     if (symbol != nullptr &&
         (dladdr(symbol, &info) == 0 || info.dli_fbase != static_cast<void*>(module->handle))) {
@@ -288,7 +288,7 @@ FARPROC GetProcAddress(HMODULE handle, LPCSTR name) {
         return failWith<FARPROC>(ERROR_PROC_NOT_FOUND, nullptr);
     }
     FARPROC procedure = nullptr;
-    static_assert(sizeof procedure == sizeof symbol, "a function's address is an address");
+    static_assert(sizeof procedure == sizeof symbol, "function and object pointers must have the same size");
     std::memcpy(&procedure, &symbol, sizeof procedure);
     return procedure;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-// Of COM, only the making of GUIDs.
+// Simplified: of COM, only CoCreateGuid.
 
 #include "guiddef.h"
 #include "winerror.h"

@@ -1,4 +1,4 @@
-// What must be painted, and device contexts.
+// Update rectangles, painting and device contexts.
 
 #include "win32_paint.h"
 
@@ -43,7 +43,7 @@ DeviceContext* openContext(const Window& window) {
 void closeContext(DeviceContext* context) {
     cairo_surface_t* surface = cairo_surface_reference(cairo_get_target(context->cairo));
     cairo_destroy(context->cairo);
-    // Finished now: the window may be destroyed before cairo would let go of the surface.
+    // Finish it now: somebody may still hold a reference to the surface when the window is destroyed.
     cairo_surface_finish(surface);
     cairo_surface_destroy(surface);
     auto& all = contexts();
@@ -53,7 +53,7 @@ void closeContext(DeviceContext* context) {
     Display::instance().flush();
 }
 
-/// The family name of a font file that is added to those of the system.
+/// Adds a font file to the system's fonts; returns its family name, empty on failure.
 std::string addFontFile(const char* path) {
     if (FcConfigAppFontAddFile(FcConfigGetCurrent(), reinterpret_cast<const FcChar8*>(path)) == FcFalse) {
         std::fprintf(stderr, "win32: ZR_SIM_FONT: no font can be read from %s\n", path);
@@ -91,7 +91,7 @@ cairo_surface_t* windowSurface(xcb_window_t window, int width, int height) {
 const PangoFontDescription* interfaceFont() {
     static const PangoFontDescription* const font = [] {
         std::string families = "sans-serif";
-        // Lets a machine without any fonts of its own show Chinese.
+        // Lets a machine without installed fonts display Chinese.
         const char* path = std::getenv("ZR_SIM_FONT");
         if (path != nullptr && *path != '\0') {
             const std::string family = addFontFile(path);
@@ -142,7 +142,7 @@ BOOL InvalidateRect(HWND handle, const RECT* rectangle, BOOL erase) {
         return FALSE;
     }
     if (!onMainThread()) {
-        unsupported("InvalidateRect", "on another thread than the window's");
+        unsupported("InvalidateRect", "on a thread other than the window's");
     }
     invalidate(*window, rectangle, erase != FALSE);
     return TRUE;
@@ -153,7 +153,7 @@ BOOL ValidateRect(HWND handle, const RECT* rectangle) {
     if (window == nullptr) {
         return FALSE;
     }
-    // One rectangle is kept, not a region: what does not cover it whole validates nothing.
+    // The update region is one rectangle, so a call that covers only part of it validates nothing.
     RECT common{};
     if (rectangle == nullptr || (IntersectRect(&common, rectangle, &window->update) != FALSE &&
                                  EqualRect(&common, &window->update) != FALSE)) {
@@ -225,7 +225,7 @@ HDC BeginPaint(HWND handle, LPPAINTSTRUCT paint) {
     const RECT& area = paint->rcPaint;
     cairo_rectangle(context->cairo, area.left, area.top, area.right - area.left, area.bottom - area.top);
     cairo_clip(context->cairo);
-    // Everything shows at once at the end, so that nothing flickers.
+    // Double-buffer: EndPaint shows everything at once, so nothing flickers.
     cairo_push_group_with_content(context->cairo, CAIRO_CONTENT_COLOR);
     paint->hdc = reinterpret_cast<HDC>(context);
     if (erase) {
@@ -251,7 +251,7 @@ BOOL EndPaint(HWND, const PAINTSTRUCT* paint) {
 
 HDC GetDC(HWND handle) {
     if (handle == nullptr) {
-        unsupported("GetDC", "the whole screen");
+        unsupported("GetDC", "the screen's device context");
     }
     const Window* window = requireWindow(handle);
     return window != nullptr ? reinterpret_cast<HDC>(openContext(*window)) : nullptr;

@@ -15,7 +15,7 @@ bool exists(const std::string& path) {
     return stat(path.c_str(), &status) == 0;
 }
 
-/// The name in the folder that is the wanted one but for case; empty when there is none.
+/// The folder's entry that equals the wanted name ignoring case; empty if there is none.
 std::string findIgnoringCase(const std::string& folder, const std::string& wanted) {
     const std::unique_ptr<DIR, int (*)(DIR*)> entries(opendir(folder.empty() ? "." : folder.c_str()),
                                                       closedir);
@@ -31,7 +31,7 @@ std::string findIgnoringCase(const std::string& folder, const std::string& wante
     return {};
 }
 
-/// The path with every part spelt as the disk has it, as far as that can be found.
+/// The path with the case of every component as it is on disk; components that do not exist are unchanged.
 std::string asOnDisk(const std::string& path) {
     std::string found = path.front() == '/' ? "/" : "";
     std::size_t start = found.size();

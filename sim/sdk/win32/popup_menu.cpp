@@ -1,4 +1,4 @@
-// Popup menus: windows of their own in a modal loop.
+// Popup menus: each level is a window; a modal message loop runs them.
 
 #include "win32_menu.h"
 #include "win32_paint.h"
@@ -24,7 +24,7 @@ struct Level {
     HWND window = nullptr;
     HMENU menu = nullptr;
     int selected = -1;
-    /// The items' places in the window.
+    /// The items' rectangles, in client coordinates.
     std::vector<RECT> items;
 };
 
@@ -45,8 +45,8 @@ public:
 
     void open(HMENU menu, POINT screen);
     PopupChoice run();
-    /// Ends the menu without a choice. It may stand in the middle of something, so the windows only disappear
-    /// here.
+    /// Ends the menu without a choice. May be called re-entrantly while the session uses its windows, so it
+    /// only hides them; the destructor destroys them.
     void cancel();
     PopupSession* outer() const { return m_outer; }
     void paint(HWND window, HDC dc) const;
@@ -145,7 +145,7 @@ void PopupSession::open(HMENU handle, POINT screen) {
         top = bottom;
     }
     const int height = top + kBorder;
-    // Wholly on the screen.
+    // Keep the popup on the screen.
     const int x = std::max(0, std::min(screen.x, GetSystemMetrics(SM_CXSCREEN) - width));
     const int y = std::max(0, std::min(screen.y, GetSystemMetrics(SM_CYSCREEN) - height));
     level.window = CreateWindowExW(WS_EX_NOACTIVATE | WS_EX_TOOLWINDOW, kPopupClass, u"", WS_POPUP, x, y,
@@ -358,7 +358,7 @@ PopupChoice PopupSession::run() {
            findWindow(m_levels.front().window) != nullptr) {
         MSG message;
         if (GetMessageW(&message, nullptr, 0, 0) == FALSE) {
-            // The program's own loop must see it too.
+            // Re-post WM_QUIT for the program's own message loop.
             PostQuitMessage(static_cast<int>(message.wParam));
             break;
         }
@@ -371,7 +371,7 @@ PopupChoice PopupSession::run() {
         } else {
             DispatchMessageW(&message);
         }
-        // Another part of the program took the pointer (a message box came up).
+        // The capture was lost, for example to a message box.
         if (GetCapture() == nullptr) {
             break;
         }

@@ -115,8 +115,8 @@ std::size_t _tcsftime(TCHAR* target, std::size_t size, const TCHAR* format, cons
     if (target == nullptr || size == 0 || format == nullptr) {
         win32::unsupported("_tcsftime", "a null argument or an empty buffer");
     }
-    // The narrow function leaves the bytes of other characters than % directives as they are. A directive's
-    // text is short, so this much room is always enough; how much the caller has is found afterwards.
+    // strftime copies the bytes of everything but % directives unchanged. A directive expands to a short
+    // text, so this buffer is always large enough; the caller's size is checked afterwards.
     constexpr std::size_t kRoomPerUnit = 64;
     const std::string pattern = win32::toUtf8(format);
     std::string narrow(pattern.size() * kRoomPerUnit + 1, '\0');

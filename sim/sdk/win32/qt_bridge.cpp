@@ -16,14 +16,14 @@ HWND toHwnd(const QWindow* window) {
     return reinterpret_cast<HWND>(static_cast<std::uintptr_t>(window->winId()));
 }
 
-/// Qt's window of that handle; windows that Qt only knows of (QWindow::fromWinId) are not Qt's.
+/// The QWindow with this handle; null also for a foreign window that Qt has wrapped (QWindow::fromWinId).
 QWindow* findQtWindow(HWND handle) {
     if (qobject_cast<QGuiApplication*>(QCoreApplication::instance()) == nullptr) {
         return nullptr;
     }
     const auto windows = QGuiApplication::allWindows();
     for (QWindow* window : windows) {
-        // Without a native window yet, asking for the id would make one.
+        // winId() would create the native window if there is none yet.
         if (window->handle() != nullptr && window->type() != Qt::ForeignWindow && toHwnd(window) == handle) {
             return window;
         }
@@ -31,8 +31,8 @@ QWindow* findQtWindow(HWND handle) {
     return nullptr;
 }
 
-/// The window itself or the one around it that stands directly in a window of another maker; null when it is
-/// in a top-level window of Qt.
+/// The window itself or its ancestor whose parent is a foreign window; null when the top-level window is
+/// Qt's.
 QWindow* embeddedRoot(QWindow* window) {
     for (; window != nullptr; window = window->parent()) {
         if (window->parent() != nullptr && window->parent()->type() == Qt::ForeignWindow) {
@@ -59,7 +59,7 @@ bool isPointerEvent(QEvent::Type type) {
     }
 }
 
-/// Whether a click there gives the focus to some widget, by Qt's own rule.
+/// Whether a click there gives a widget the focus, by the rule that QApplication uses.
 bool takesClickFocus(QWidget* root, const QPoint& position) {
     QWidget* widget = root->childAt(position);
     for (widget = widget != nullptr ? widget : root; widget != nullptr; widget = widget->parentWidget()) {
@@ -74,8 +74,7 @@ bool takesClickFocus(QWidget* root, const QPoint& position) {
     return false;
 }
 
-/// The parts of a pointer event of the X server's input extension that matter here, which has no installed
-/// header.
+/// The first fields of an XInput 2 pointer event. Declared here so that the build needs no XInput headers.
 struct ExtensionButtonEvent {
     std::uint8_t responseType;
     std::uint8_t extension;
@@ -91,7 +90,7 @@ struct ExtensionButtonEvent {
 constexpr std::uint16_t kExtensionButtonPress = 4;
 constexpr std::uint32_t kLastRealButton = 3;
 
-/// The window in which a button went down, if the event says so; wheels are not buttons.
+/// The window of a button press, XCB_NONE for any other event; wheel steps (buttons 4 and up) do not count.
 xcb_window_t pressedWindow(const void* event) {
     const auto type = static_cast<const xcb_generic_event_t*>(event)->response_type & 0x7F;
     if (type == XCB_BUTTON_PRESS) {
@@ -107,7 +106,7 @@ xcb_window_t pressedWindow(const void* event) {
     return XCB_NONE;
 }
 
-/// Lives as long as the application object.
+/// Owned by the application object.
 class ApplicationFilter : public QObject, public QAbstractNativeEventFilter {
 public:
     using QObject::QObject;
@@ -137,11 +136,11 @@ const struct Registration {
 
 }  // namespace
 
-// Runs in the constructor of every application object.
+// Runs in the constructor of every QCoreApplication.
 Q_COREAPP_STARTUP_FUNCTION(startUp)
 
 QtBridge& QtBridge::instance() {
-    // Never destroyed: windows may still be closed when the process ends.
+    // Never destroyed: windows may still be closed during static destruction.
     static auto* const bridge = new QtBridge;
     return *bridge;
 }
@@ -191,14 +190,15 @@ LRESULT QtBridge::deliver(const MSG& message) {
     MSG filtered = message;
     long result = 0;
     QAbstractEventDispatcher* dispatcher = QAbstractEventDispatcher::instance();
-    // Input is not shown on its way into a window: the port leaves that to the loop that has pumped it.
+    // As in Qt's Windows port, the window procedure does not pass input through the native event filters: the
+    // event loop that retrieved the message has done so.
     const bool input = (message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST) ||
                        (message.message >= WM_MOUSEFIRST && message.message <= WM_MOUSELAST);
     if (!input && dispatcher != nullptr &&
         dispatcher->filterNativeEvent("windows_generic_MSG", &filtered, &result)) {
         return result;
     }
-    // The filter may have closed it.
+    // Look the window up only now: the filter may have closed it.
     QWindow* window = findQtWindow(message.hwnd);
     if (window == nullptr) {
         return 0;
@@ -211,8 +211,8 @@ LRESULT QtBridge::deliver(const MSG& message) {
     return 0;
 }
 
-// Qt hears of it when it next handles events, as on Windows: what is told while a widget just gets the focus
-// must not take it away again underneath.
+// Deferred to Qt's event loop, as on Windows: a notification while a widget is just gaining the focus must
+// not take it away again.
 void QtBridge::focusChanged(HWND, bool) {
     followFocusLater();
 }
@@ -230,9 +230,8 @@ void QtBridge::followFocusLater() {
     }
 }
 
-/// Makes Qt's idea of its active window agree with where the focus is now. The embedding protocol's own
-/// messages would tell where it was when each of them was sent, and Qt takes back the focus on an outdated
-/// one.
+/// Synchronizes Qt's active window with the current focus. XEMBED messages would carry the focus at the time
+/// each was sent, and on an outdated one Qt would grab the focus again.
 void QtBridge::followFocus() {
     const HWND focus = GetFocus();
     QWindow* window = findQtWindow(focus);
@@ -240,7 +239,7 @@ void QtBridge::followFocus() {
         if (QWidget* widget = QWidget::find(window->winId())) {
             QApplication::setActiveWindow(widget->window());
         }
-        // The widget that got the focus by it may have given it away.
+        // The widget that was focused by this may have passed the focus on.
         if (GetFocus() == focus && QGuiApplication::focusWindow() != window) {
             window->requestActivate();
         }
@@ -248,8 +247,9 @@ void QtBridge::followFocus() {
     }
     const QWidget* active = QApplication::activeWindow();
     const QWindow* root = active != nullptr ? embeddedRoot(active->windowHandle()) : nullptr;
-    // On Windows a click into a field need not bring Qt's window the focus, so Qt does not hear when a window
-    // around it takes the keys to forward them: the field stays the focused one, with its caret.
+    // On Windows a click into a text field need not move the native focus to Qt's window, so Qt is not
+    // notified either when a window around it takes the keys in order to forward them: the field keeps Qt's
+    // focus and its caret.
     if (root != nullptr && IsChild(focus, toHwnd(root)) == FALSE) {
         QApplication::setActiveWindow(nullptr);
     }
@@ -257,7 +257,7 @@ void QtBridge::followFocus() {
 
 void QtBridge::dispatchInForeignLoop(MSG& message) {
     QAbstractEventDispatcher* dispatcher = QAbstractEventDispatcher::instance();
-    // The missing result is what tells a filter that nobody has dispatched the message yet.
+    // A null result pointer tells the filters that the message has not been dispatched yet.
     if (dispatcher == nullptr || !dispatcher->filterNativeEvent("windows_generic_MSG", &message, nullptr)) {
         TranslateMessage(&message);
         DispatchMessageW(&message);
@@ -271,7 +271,7 @@ void QtBridge::quitForeignLoop() {
 }
 
 void QtBridge::aboutToWait() {
-    // Qt's X11 port writes its requests out on this signal, which only Qt's own loop sends.
+    // Qt's xcb plugin flushes its connection on this signal, which only Qt's own event loop emits.
     if (QCoreApplication* application = QCoreApplication::instance()) {
         if (QThread::currentThread() == application->thread()) {
             if (QAbstractEventDispatcher* dispatcher = QAbstractEventDispatcher::instance()) {
@@ -281,9 +281,9 @@ void QtBridge::aboutToWait() {
     }
 }
 
-// Qt's X11 port makes a window active on every click into it. On Windows a click does so only when it gives
-// the focus to a widget, and buttons that take none leave the keyboard where it is. So the port is held back,
-// and pressed() does what Windows does.
+// Qt's xcb plugin activates a window on every click into it. On Windows a click does so only if a widget
+// takes the focus; one that does not, such as a button, leaves the keyboard focus where it is. So the plugin
+// is kept from activating the window, and pressed() does what Windows does.
 void QtBridge::filterServerEvent(const void* event) {
     const xcb_window_t id = pressedWindow(event);
     QWindow* window =
@@ -295,7 +295,7 @@ void QtBridge::filterServerEvent(const void* event) {
     letActivate();
     m_heldBack = window;
     window->setFlag(Qt::WindowDoesNotAcceptFocus);
-    // At the latest when Qt is through with the event: it may not deliver the click at all.
+    // Reset it at the latest after Qt has processed the event, which it may not deliver at all.
     QTimer::singleShot(0, window, [this] { letActivate(); });
 }
 
@@ -316,8 +316,8 @@ void QtBridge::pressed(QWindow* window, const QPoint& position) {
     if (widget == nullptr || GetFocus() == toHwnd(root) || !takesClickFocus(widget, position)) {
         return;
     }
-    // On Windows Qt counts as active as long as the window around it is, and takes the focus for its window
-    // before the widget gets its own. Here it has to be made active for that.
+    // On Windows Qt's window counts as active while the top-level window around it is, and gets the native
+    // focus before the widget gets Qt's. Here it has to be activated explicitly for that.
     SetFocus(toHwnd(root));
     QApplication::setActiveWindow(widget->window());
 }
@@ -331,7 +331,7 @@ bool QtBridge::filterEvent(QWindow* window, QEvent* event) {
         followFocusLater();
         return false;
     }
-    // The pointer does nothing in a disabled window, nor in the windows inside it.
+    // A disabled window receives no pointer input, nor do the windows inside it.
     if (IsWindowEnabled(surroundingTopLevel(root)) == FALSE) {
         return true;
     }

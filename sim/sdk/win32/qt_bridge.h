@@ -1,12 +1,11 @@
 #pragma once
 
-// Linux only: what Qt's Windows port does between Qt and the message loop, done between Qt's X11 port and the
-// slice. The library registers itself when it is loaded, and everybody who links zentri_sdk_win32 gets it; a
-// program that never makes a QApplication does not notice it.
+// Linux only: connects Qt's xcb plugin with the slice's message loop, as Qt's Windows port is connected with
+// that of Windows. The library registers itself when it is loaded; whoever links zentri_sdk_win32 gets it. It
+// has no effect in a program that creates no QApplication.
 //
-// Simplified: of the messages sent to Qt's windows only those of the keyboard (and WM_CLOSE) mean something
-// to Qt; pointer and paint events come to Qt from the X server, and input methods and dead keys are not
-// covered.
+// Simplified: of the messages to Qt's windows only keyboard messages and WM_CLOSE are translated to Qt
+// events; pointer and expose events reach Qt directly from the X server. No input methods, no dead keys.
 
 #include "qt_key_mapper.h"
 #include "win32_foreign.h"
@@ -21,12 +20,12 @@ class QtBridge : public Win32ForeignToolkit {
 public:
     static QtBridge& instance();
 
-    /// Called when the application object is made, and when it goes.
+    /// Called when the application object is created and when it is destroyed.
     void attach();
     void detach();
-    /// Sees every event of the application; true takes it away from its window.
+    /// Called for the application's input and focus events; true keeps the event from its window.
     bool filterEvent(QWindow* window, QEvent* event);
-    /// Sees every event of the X server before Qt does.
+    /// Called for every event from the X server before Qt processes it.
     void filterServerEvent(const void* event);
 
     bool owns(HWND window) override;
@@ -46,6 +45,6 @@ private:
 
     QtKeyMapper m_keys;
     bool m_followQueued = false;
-    /// The window that Qt must not make active because of the click it is about to see.
+    /// The window that Qt must not activate for the click that it is about to receive.
     QPointer<QWindow> m_heldBack;
 };

@@ -7,7 +7,7 @@
 
 #include <algorithm>
 
-// Exported by Qt Gui for Qt Test, which has it in no header either. Delivers at once.
+// Exported by Qt Gui for Qt Test but declared in no public header. Delivers the event synchronously.
 Q_GUI_EXPORT bool qt_handleKeyEvent(QWindow* window, QEvent::Type type, int key,
                                     Qt::KeyboardModifiers modifiers, const QString& text = QString(),
                                     bool autoRepeat = false, ushort count = 1);
@@ -75,7 +75,7 @@ struct PrintableKey {
     char plain;
     char shifted;
 };
-// A US keyboard, as that of the slice's TranslateMessage.
+// A US keyboard, the same as in the slice's TranslateMessage.
 constexpr PrintableKey kPrintableKeys[] = {
     {VK_SPACE, ' ', ' '},    {'0', '0', ')'},          {'1', '1', '!'},          {'2', '2', '@'},
     {'3', '3', '#'},         {'4', '4', '$'},          {'5', '5', '%'},          {'6', '6', '^'},
@@ -86,7 +86,7 @@ constexpr PrintableKey kPrintableKeys[] = {
     {VK_ADD, '+', '+'},      {VK_SUBTRACT, '-', '-'},  {VK_DECIMAL, '.', '.'},   {VK_DIVIDE, '/', '/'},
 };
 
-/// What the key types without any modifier, letters in upper case; 0 for nothing.
+/// The character of the key without modifiers, letters in upper case; 0 for none.
 ushort plainCharacter(int virtualKey) {
     if (virtualKey >= 'A' && virtualKey <= 'Z') {
         return static_cast<ushort>(virtualKey);
@@ -99,7 +99,7 @@ ushort plainCharacter(int virtualKey) {
         case VK_TAB:
         case VK_RETURN:
         case VK_ESCAPE:
-            // Their virtual keys are their control characters.
+            // The virtual key equals the control character.
             return static_cast<ushort>(virtualKey);
         case VK_DELETE:
             return 0x7F;
@@ -114,7 +114,7 @@ ushort plainCharacter(int virtualKey) {
     return 0;
 }
 
-/// The Qt key; Shift changes the keys that type something else with it.
+/// The Qt::Key. With Shift, a printable key gives its shifted character.
 int qtKey(int virtualKey, Qt::KeyboardModifiers modifiers) {
     for (const NamedKey& key : kNamedKeys) {
         if (key.virtualKey == virtualKey) {
@@ -155,7 +155,8 @@ bool isKeypadKey(int key) {
     }
 }
 
-/// The keypad's keys are told from their twins by the extended bit.
+/// Adds Qt::KeypadModifier for keypad keys: the extended bit distinguishes them from their main-block
+/// counterparts.
 Qt::KeyboardModifiers withKeypad(Qt::KeyboardModifiers modifiers, int key, const MSG& message) {
     const int virtualKey = static_cast<int>(message.wParam);
     bool keypad = false;
@@ -187,7 +188,7 @@ void QtKeyMapper::forget(int virtualKey) {
 bool QtKeyMapper::deliver(QWindow* window, const MSG& message) {
     Qt::KeyboardModifiers modifiers = currentModifiers();
     if (message.message == WM_CHAR) {
-        // A character without its key: key 0 with the text, pressed and released.
+        // A WM_CHAR without a WM_KEYDOWN: key 0 with the text, pressed and released.
         const QChar character(static_cast<ushort>(message.wParam));
         const QString text = character.isNull() ? QString() : QString(character);
         const QPointer<QWindow> alive(window);
@@ -205,7 +206,7 @@ bool QtKeyMapper::deliver(QWindow* window, const MSG& message) {
         return true;
     }
     int key = qtKey(virtualKey, modifiers);
-    // A modifier key does not modify itself.
+    // The event of a modifier key does not include its own modifier.
     switch (key) {
         case Qt::Key_Control:
             modifiers ^= Qt::ControlModifier;
@@ -234,12 +235,12 @@ bool QtKeyMapper::keyDown(QWindow* window, const MSG& message, int key, Qt::Keyb
     const bool system = message.message == WM_SYSKEYDOWN;
     const HeldKey* held = find(virtualKey);
     if (held != nullptr && held->modifiers != modifiers) {
-        // Its release went elsewhere.
+        // Its release was not delivered to Qt.
         forget(virtualKey);
         held = nullptr;
     }
-    // A character that stands in the queue is taken for this key's, as the port does: TranslateMessage has
-    // put it there before the key is dispatched.
+    // As Qt's Windows port does, take a character message in the queue for this key's: TranslateMessage
+    // posted it before the key was dispatched.
     QChar character;
     MSG translated;
     const UINT characterMessage = system ? WM_SYSCHAR : WM_CHAR;
@@ -266,7 +267,7 @@ bool QtKeyMapper::keyDown(QWindow* window, const MSG& message, int key, Qt::Keyb
         key = Qt::Key_Backtab;
     }
     if (held != nullptr) {
-        // Pressed again without a release: the key repeats.
+        // Pressed again without a release: auto-repeat.
         if (key < Qt::Key_Shift || key > Qt::Key_ScrollLock) {
             const QString text = held->text;
             const QPointer<QWindow> alive(window);
@@ -289,7 +290,7 @@ bool QtKeyMapper::keyUp(QWindow* window, const MSG& message, int key, Qt::Keyboa
     const bool modifierKey =
         key == Qt::Key_Shift || key == Qt::Key_Control || key == Qt::Key_Meta || key == Qt::Key_Alt;
     if (held == nullptr && !modifierKey) {
-        // Its press went elsewhere.
+        // Its press was not delivered to Qt.
         return false;
     }
     const QString text = held != nullptr ? held->text : QString();
@@ -298,6 +299,6 @@ bool QtKeyMapper::keyUp(QWindow* window, const MSG& message, int key, Qt::Keyboa
         key = Qt::Key_Backtab;
     }
     qt_handleKeyEvent(window, QEvent::KeyRelease, key, modifiers, text);
-    // The Alt key may open the menu bar of the window around.
+    // Let Alt open the menu bar of the surrounding window.
     return key != Qt::Key_Alt;
 }

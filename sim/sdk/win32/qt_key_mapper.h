@@ -1,6 +1,7 @@
 #pragma once
 
-// Keyboard messages to Qt key events, by the rules of Qt's Windows port.
+// Translates keyboard messages to Qt key events, by the rules of Qt's Windows port.
+// Simplified: a US keyboard for the virtual keys; no input methods, no dead keys.
 
 #include "winuser.h"
 
@@ -13,12 +14,12 @@ class QWindow;
 
 class QtKeyMapper {
 public:
-    /// Delivers a WM_CHAR, WM_KEYDOWN, WM_KEYUP or one of their WM_SYS forms to the window; false for one
-    /// that Qt leaves to Windows.
+    /// Delivers a WM_CHAR, WM_KEYDOWN, WM_KEYUP or one of their WM_SYS forms to the window; false for a
+    /// message that Qt would leave to DefWindowProc.
     bool deliver(QWindow* window, const MSG& message);
 
 private:
-    /// A key that is down: its release has the text of its press.
+    /// A key that is down: its release event repeats the text of the press.
     struct HeldKey {
         int virtualKey;
         Qt::KeyboardModifiers modifiers;

@@ -27,7 +27,7 @@ std::shared_ptr<Queue> makeQueue(DWORD threadId) {
 }
 
 const std::shared_ptr<Queue>& mainQueue() {
-    // Never freed: another thread may post while the process ends.
+    // Never destroyed: another thread may post while the process exits.
     static const auto* const queue = new std::shared_ptr<Queue>(makeQueue(mainThreadId()));
     return *queue;
 }
@@ -151,7 +151,7 @@ bool Queue::take(MSG& message, const MessageFilter& filter, bool remove) {
         takePaint(message, filter) || takeTimer(message, filter, remove)) {
         return true;
     }
-    // WM_QUIT passes every filter, but only when nothing else is left for it.
+    // WM_QUIT ignores the filter, but comes only when no other message matches it.
     const std::lock_guard<std::mutex> lock(m_mutex);
     if (!m_quit) {
         return false;
@@ -168,8 +168,8 @@ bool Queue::take(MSG& message, const MessageFilter& filter, bool remove) {
 }
 
 bool Queue::takePosted(MSG& message, const MessageFilter& filter, bool remove) {
-    // A copy is searched: whether a window is a child of the filter's may need the X server, and the lock is
-    // held by every thread that posts.
+    // Copy each candidate and match it without the lock: IsChild may query the X server, and every thread
+    // that posts needs the lock.
     std::size_t position = 0;
     for (;; ++position) {
         MSG candidate;
@@ -186,7 +186,7 @@ bool Queue::takePosted(MSG& message, const MessageFilter& filter, bool remove) {
         }
     }
     if (remove) {
-        // Others only add at the end.
+        // The position is still valid: other threads only append.
         const std::lock_guard<std::mutex> lock(m_mutex);
         m_posted.erase(m_posted.begin() + static_cast<std::ptrdiff_t>(position));
     }
@@ -247,7 +247,7 @@ bool Queue::takeTimer(MSG& message, const MessageFilter& filter, bool remove) {
     message.time = static_cast<DWORD>(now);
     message.pt = m_lastPosition;
     if (remove) {
-        // Periods that went by unnoticed are one message, not several.
+        // Periods that have been missed coalesce into one message.
         due->due = now + due->period;
     }
     return true;
@@ -286,7 +286,7 @@ void Queue::forgetWindow(HWND window) {
     }
     for (auto input = m_input.begin(); input != m_input.end();) {
         if (input->message.hwnd == window) {
-            // A key that went up is up, also when nobody is told.
+            // Keep the key state right although the message is discarded.
             followKeyState(input->message);
             input = m_input.erase(input);
         } else {
@@ -324,7 +324,8 @@ void callOnMainThread(const Errand& errand) {
     bool done = false;
     Queue::main().send([&] {
         errand();
-        // The notice is given under the lock: the waiting thread takes all of this with it when it goes on.
+        // Notify under the lock: as soon as the waiting thread continues, it destroys the mutex and the
+        // condition variable.
         const std::lock_guard<std::mutex> lock(mutex);
         done = true;
         finished.notify_all();

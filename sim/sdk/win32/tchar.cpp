@@ -14,7 +14,7 @@ namespace {
 
 using Traits = std::char_traits<TCHAR>;
 
-/// The ASCII beginning of a text, for the number functions: no number has other characters.
+/// The leading ASCII characters, for the numeric conversions: a number has no others.
 std::string narrowPrefix(const TCHAR* text) {
     std::string narrow;
     for (; *text > 0 && *text < 0x80; ++text) {

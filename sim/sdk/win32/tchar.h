@@ -1,9 +1,10 @@
 #pragma once
 
 // The C run-time's generic-text and 64-bit time functions for UTF-16 text. On Windows the time functions are
-// in time.h, which tchar.h does not replace: include both. Simplified: the "C" locale only; case is folded
-// for ASCII, Latin-1, Greek and Cyrillic letters; the _s functions end the program on a bad argument, as the
-// Windows run-time does by default.
+// in time.h, which tchar.h does not include: include both.
+//
+// Simplified: the "C" locale only; case mapping covers ASCII, Latin-1, Greek and Cyrillic letters; the _s
+// functions abort on an invalid argument, as the Windows run-time's default handler does.
 
 #include "windef.h"
 
@@ -41,8 +42,8 @@ WIN32API int _istalpha(TCHAR character);
 
 WIN32API errno_t _tcscpy_s(TCHAR* target, std::size_t size, const TCHAR* source);
 WIN32API errno_t _tcscat_s(TCHAR* target, std::size_t size, const TCHAR* source);
-/// Copies at most count units and terminates. With _TRUNCATE for count, cuts to the buffer (and returns
-/// STRUNCATE).
+/// Copies at most count code units and terminates the result. With _TRUNCATE for count, copies what fits and
+/// returns STRUNCATE if that is not everything.
 WIN32API errno_t _tcsncpy_s(TCHAR* target, std::size_t size, const TCHAR* source, std::size_t count);
 #define _TRUNCATE (static_cast<std::size_t>(-1))
 constexpr errno_t STRUNCATE = 80;
@@ -50,13 +51,13 @@ constexpr errno_t STRUNCATE = 80;
 WIN32API int _ttoi(const TCHAR* text);
 WIN32API std::int64_t _ttoi64(const TCHAR* text);
 WIN32API double _ttof(const TCHAR* text);
-/// As wcstol; long has 32 bits on Windows, so the result stays in that range.
+/// As wcstol; long has 32 bits on Windows, so the result is clamped to that range.
 WIN32API LONG _tcstol(const TCHAR* text, TCHAR** end, int base);
 WIN32API double _tcstod(const TCHAR* text, TCHAR** end);
 
-/// Formats as the Windows run-time's wide printf: %s and %c are UTF-16, %hs, %S and %hc 8-bit text (UTF-8);
-/// %l is 32 bits as long is on Windows; %I64, %ll, %z and %I 64 bits. Returns the length, or -1 when it does
-/// not fit.
+/// Formats as the Windows run-time's wide printf: %s and %c take UTF-16, %hs and %S take UTF-8; %ld has 32
+/// bits as long has on Windows, %I64d, %lld, %zd and %Id have 64. Returns the length; -1 when the text does
+/// not fit (the _s forms abort).
 WIN32API int _vsctprintf(const TCHAR* format, va_list arguments);
 WIN32API int _vsntprintf(TCHAR* target, std::size_t size, const TCHAR* format, va_list arguments);
 WIN32API int _vstprintf_s(TCHAR* target, std::size_t size, const TCHAR* format, va_list arguments);
@@ -65,7 +66,7 @@ WIN32API int _stprintf_s(TCHAR* target, std::size_t size, const TCHAR* format, .
 
 #define WIN32CPPAPI __attribute__((visibility("default")))
 
-// Overloads for const, as the C++ run-time has them; and array forms of the _s functions.
+// Const and non-const overloads, as in C++ on Windows, and the array forms of the _s functions.
 WIN32CPPAPI const TCHAR* _tcschr(const TCHAR* text, TCHAR character);
 WIN32CPPAPI TCHAR* _tcschr(TCHAR* text, TCHAR character);
 WIN32CPPAPI const TCHAR* _tcsrchr(const TCHAR* text, TCHAR character);
@@ -92,11 +93,12 @@ int _stprintf_s(TCHAR (&target)[Size], const TCHAR* format, Arguments... argumen
 
 // Time.
 
-/// Seconds since 1970; stored through the pointer too when it is not null.
+/// Seconds since 1970-01-01 UTC; also stored in *result unless that is null.
 WIN32API __time64_t _time64(__time64_t* result);
-/// Local time; EINVAL for a null argument or a time outside 1970 to 3000 (and the result's fields are -1).
+/// Local time; EINVAL for a null argument or a time outside 1970 to 3000, and all fields of the result are
+/// -1.
 WIN32API errno_t _localtime64_s(std::tm* result, const __time64_t* time);
 WIN32API errno_t _gmtime64_s(std::tm* result, const __time64_t* time);
 WIN32API __time64_t _mktime64(std::tm* time);
-/// As strftime; 0 when the text with its terminator does not fit, or is empty.
+/// As strftime: the length, 0 when the text and its terminator do not fit (or the text is empty).
 WIN32API std::size_t _tcsftime(TCHAR* target, std::size_t size, const TCHAR* format, const std::tm* time);

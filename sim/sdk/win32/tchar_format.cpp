@@ -1,4 +1,4 @@
-// The wide printf of the Windows run-time.
+// The Windows run-time's wide printf.
 
 #include "tchar.h"
 #include "win32_support.h"
@@ -22,7 +22,7 @@ struct Directive {
     TCHAR conversion = 0;
 };
 
-/// va_list cannot be passed on by reference portably when it is an array; a member can.
+/// Where va_list is an array type it cannot be passed by reference portably; a struct member can.
 struct Arguments {
     va_list list;
 };
@@ -117,7 +117,7 @@ void pad(std::u16string& out, const Directive& directive, const std::u16string& 
     }
 }
 
-/// Numbers are left to the narrow run-time: their text is ASCII.
+/// Formats the number with snprintf: the text is ASCII.
 template <typename Value>
 void appendNumber(std::u16string& out, const Directive& directive, const char* length, Value value) {
     std::string format = "%" + directive.flags;
@@ -229,7 +229,7 @@ std::u16string format(const TCHAR* pattern, va_list list) {
                 appendNumber(out, directive, "", va_arg(arguments.list, double));
                 break;
             case u'p': {
-                // Sixteen upper-case digits, as on a 64-bit Windows.
+                // Sixteen upper-case digits, as on 64-bit Windows.
                 Directive pointer = directive;
                 pointer.conversion = u'X';
                 pointer.precision = 16;

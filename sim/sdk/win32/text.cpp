@@ -1,4 +1,4 @@
-// UTF-16 and UTF-8, and comparing text.
+// Conversion between UTF-16 and UTF-8, and string comparison.
 
 #include "win32_support.h"
 #include "winbase.h"
@@ -39,7 +39,8 @@ void appendUtf8(std::string& target, char32_t character) {
     }
 }
 
-/// Takes one character off the text; false in valid when the bytes are none, of which at least one is taken.
+/// Removes one character from the front of the text. For malformed UTF-8 it removes at least one byte,
+/// returns U+FFFD and sets valid to false.
 char32_t nextCharacter(std::string_view& text, bool& valid) {
     const auto byteAt = [&text](std::size_t i) { return static_cast<unsigned char>(text[i]); };
     const unsigned first = byteAt(0);
@@ -55,8 +56,8 @@ char32_t nextCharacter(std::string_view& text, bool& valid) {
     std::size_t taken = 1;
     for (; taken < length && taken < text.size(); ++taken) {
         const unsigned byte = byteAt(taken);
-        // What follows the first byte is bounded further where overlong forms, surrogates and numbers beyond
-        // the last character would be.
+        // The second byte has a narrower range where it would make an overlong form, a surrogate or a code
+        // point above U+10FFFF.
         const unsigned low = taken != 1 ? 0x80 : first == 0xE0 ? 0xA0 : first == 0xF0 ? 0x90 : 0x80;
         const unsigned high = taken != 1 ? 0xBF : first == 0xED ? 0x9F : first == 0xF4 ? 0x8F : 0xBF;
         if (byte < low || byte > high) {
@@ -142,7 +143,8 @@ DWORD copySized(const std::u16string& text, LPWSTR buffer, DWORD size) {
 
 namespace {
 
-/// Copies the result of a conversion; the size needed when the buffer has none.
+/// Copies the result of a conversion to the buffer and returns its length; for size 0 only returns the
+/// length.
 template <typename Text, typename Unit>
 int deliver(const Text& text, bool terminated, Unit* buffer, int size) {
     const int count = static_cast<int>(text.size()) + (terminated ? 1 : 0);
@@ -189,7 +191,7 @@ int MultiByteToWideChar(UINT codePage, DWORD flags, LPCSTR text, int bytes, LPWS
 int WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR text, int units, LPSTR buffer, int size,
                         LPCSTR defaultChar, LPBOOL usedDefault) {
     requireUtf8(codePage, "WideCharToMultiByte");
-    // UTF-8 has every character, and so has no use for a default one.
+    // For UTF-8 the default-character arguments must be null, as documented.
     if (text == nullptr || units == 0 || size < 0 || defaultChar != nullptr || usedDefault != nullptr) {
         return failWith(ERROR_INVALID_PARAMETER, 0);
     }

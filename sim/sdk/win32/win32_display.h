@@ -1,6 +1,6 @@
 #pragma once
 
-// The slice's own connection to the X server. Main thread, but for the connection itself, which xcb locks.
+// The slice's connection to the X server. Main thread, except the connection itself: xcb is thread-safe.
 
 #include "windef.h"
 
@@ -11,7 +11,7 @@
 
 namespace win32 {
 
-/// xcb hands out replies and events allocated with malloc.
+/// Takes ownership of an xcb reply or event, which has to be released with free().
 template <typename Reply>
 using XcbOwned = std::unique_ptr<Reply, decltype(&std::free)>;
 template <typename Reply>
@@ -27,27 +27,27 @@ struct Atoms {
 
 class Display {
 public:
-    /// The connection, opened on first use; ends the program with a message when there is no X server.
+    /// The connection, opened on first use; aborts with a message when there is no X server.
     static Display& instance();
-    /// Whether it has been opened; asks for nothing.
+    /// Whether it has been opened; does not open it.
     static bool isOpen();
 
     xcb_connection_t* connection() const { return m_connection; }
     const xcb_screen_t* screen() const { return m_screen; }
     xcb_window_t root() const { return m_screen->root; }
-    /// The visual of the root window, which all windows of the slice have.
+    /// The visual of the root window, used for all of the slice's windows.
     xcb_visualtype_t* visual() const { return m_visual; }
     const Atoms& atoms() const { return m_atoms; }
 
-    /// Whether a window manager runs: looked up at every call, since one may come and go.
+    /// Whether a window manager is running. Queried at every call, since it may be started or ended any time.
     bool hasWindowManager() const;
 
-    /// Writes out requests and waits until the server has carried them out, so that another connection (Qt's)
-    /// that is told a window's id finds the window.
+    /// Flushes the requests and waits until the server has processed them, so that another connection (Qt's)
+    /// can use a window's id at once.
     void sync() const;
     void flush() const { xcb_flush(m_connection); }
 
-    /// Time of the last event seen; for requests that want one.
+    /// Timestamp of the last input event, for requests that take one.
     xcb_timestamp_t time() const { return m_time; }
     void setTime(xcb_timestamp_t time) { m_time = time; }
 

@@ -1,17 +1,17 @@
 #pragma once
 
-// How events of the X server reach the focus and the capture. Main thread.
+// Focus and capture as the X event handling uses them. Main thread.
 
 #include "win32_window.h"
 
 namespace win32 {
 
-/// The server's focus came to the top-level window (onProxy: to its proxy, where it belongs). The event's
-/// sequence number tells events that our own later request has overtaken.
+/// FocusIn: the X input focus has moved to the top-level window (onProxy: to its focus proxy, as it should).
+/// The event's sequence number reveals a stale one, superseded by our own later request.
 void serverFocusIn(Window& topLevel, unsigned sequence, bool onProxy);
 void serverFocusOut(Window& topLevel, unsigned sequence);
-/// Some window of the screen went away: where no window manager cares for it, the focus may have fallen to
-/// the root (a dialog of Qt was closed), and then our last active window takes it.
+/// A top-level window on the screen was unmapped or destroyed. Without a window manager the X focus may then
+/// have reverted to the root (when a Qt dialog was closed); our last active window takes it back.
 void reclaimServerFocus();
 
 HWND focusWindow();

@@ -1,35 +1,35 @@
 #pragma once
 
-// Linux only: what a toolkit that shares the process's GLib loop tells the slice, so that its windows behave
-// as HWNDs. The Qt bridge (qt_bridge.h) is the one user.
+// Linux only: the interface that a toolkit on the same GLib main loop implements so that its windows work as
+// HWNDs. The Qt bridge (qt_bridge.h) is the only implementation.
 
 #include "winuser.h"
 
-/// All calls come on the main thread.
+/// All functions are called on the main thread.
 class Win32ForeignToolkit {
 public:
     virtual ~Win32ForeignToolkit() = default;
 
     /// Whether the window belongs to the toolkit.
     virtual bool owns(HWND window) = 0;
-    /// The window's parent (or owner), which may be one of the slice's; null when it has none.
+    /// The window's parent or owner, which may be one of the slice's windows; null for none.
     virtual HWND parent(HWND window) = 0;
-    /// Where the window is on the screen; false when it has no place yet.
+    /// The window's rectangle in screen pixels; false for a window that is not the toolkit's.
     virtual bool rectangle(HWND window, RECT& screen) = 0;
-    /// A message sent or dispatched to one of the toolkit's windows.
+    /// Processes a message sent or dispatched to one of the toolkit's windows, as its window procedure.
     virtual LRESULT deliver(const MSG& message) = 0;
-    /// The slice's focus went to one of the toolkit's windows, or left it. Called in the middle of the
-    /// change.
+    /// One of the toolkit's windows has gained or lost the focus. Called while the focus change is in
+    /// progress.
     virtual void focusChanged(HWND window, bool focused) = 0;
-    /// A message taken from the queue while a loop of the toolkit runs. The default of the slice, when there
-    /// is no toolkit, is TranslateMessage and DispatchMessage.
+    /// Translates and dispatches a message retrieved while one of the toolkit's event loops runs. Without a
+    /// toolkit the slice calls TranslateMessage and DispatchMessage.
     virtual void dispatchInForeignLoop(MSG& message) = 0;
-    /// WM_QUIT stands in the queue while a loop of the toolkit runs: that loop should end. The message stays
-    /// for the program's own loop. Called once for each PostQuitMessage.
+    /// WM_QUIT is in the queue while one of the toolkit's event loops runs: that loop should exit. The
+    /// message stays in the queue for the program's own message loop. Called once for each PostQuitMessage.
     virtual void quitForeignLoop() = 0;
-    /// The slice is about to wait: what the toolkit has buffered must go out.
+    /// The slice is about to wait: the toolkit must flush its buffered requests.
     virtual void aboutToWait() = 0;
 };
 
-/// Installs the toolkit; null takes it away. The caller keeps ownership. Main thread.
+/// Installs the toolkit; null removes it. The caller keeps ownership. Main thread.
 WIN32API void win32SetForeignToolkit(Win32ForeignToolkit* toolkit);

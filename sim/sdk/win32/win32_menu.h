@@ -1,6 +1,6 @@
 #pragma once
 
-// Menus as the slice keeps them, and what of a top-level window it draws itself. Main thread.
+// The slice's internal menu structures, and the non-client area that it draws itself. Main thread.
 
 #include "win32_window.h"
 
@@ -23,40 +23,39 @@ struct Menu {
     std::vector<MenuItem> items;
 };
 
-/// The menu, or null for a handle that is none (then with ERROR_INVALID_MENU_HANDLE as the last error).
+/// The menu; null and ERROR_INVALID_MENU_HANDLE as the last error for an invalid handle.
 Menu* findMenu(HMENU menu);
 
-/// A text without its "&" marks; what follows a tab goes to shortcut.
+/// The text without its "&" marks; `shortcut` receives what follows a tab.
 std::u16string menuLabel(const std::u16string& text, std::u16string* shortcut = nullptr);
-/// The access key's letter in lower case, 0 for none.
+/// The access key in lower case, 0 for none.
 TCHAR menuAccessKey(const std::u16string& text);
 
-/// What of the window's own part (above the client area) is at a point in window coordinates: HTCAPTION,
-/// HTCLOSE or HTMENU.
+/// Hit test for a point above the client area, in window coordinates: HTCAPTION, HTCLOSE or HTMENU.
 int frameHitTest(const Window& window, POINT point);
-/// The left button went down there; screen coordinates.
+/// Handles a press of the left button there; screen coordinates.
 void frameButtonDown(Window& window, int hit, POINT screen);
-/// Runs the window's menu bar from the keyboard; key is an access key's letter or 0.
+/// Runs the window's menu bar from the keyboard; key is an access key in lower case, or 0 for the first item.
 void openMenuBar(Window& window, TCHAR key);
 
-/// A menu bar that a popup hangs from.
+/// The menu bar from which a popup was opened.
 struct BarTracking {
     int current;
-    /// Where the bar's items are on the screen.
+    /// The rectangles of the bar's items, in screen coordinates.
     std::vector<RECT> items;
 };
 
 struct PopupChoice {
-    /// The chosen item, 0 for none.
+    /// The chosen item's id, 0 for none.
     UINT_PTR id = 0;
-    /// The bar's item that the user went on to, -1 for none.
+    /// The bar item that the user moved on to, -1 for none.
     int nextBarItem = -1;
 };
 
-/// Runs a popup in a modal loop; the owner gets WM_INITMENUPOPUP, but no WM_COMMAND.
+/// Runs a popup in a modal loop. The owner gets WM_INITMENUPOPUP; WM_COMMAND is left to the caller.
 PopupChoice trackPopup(HMENU menu, POINT screen, HWND owner, const BarTracking* bar = nullptr);
 
-/// Ends all open popups without a choice.
+/// Closes all open popups without a choice.
 void cancelPopups();
 
 }  // namespace win32

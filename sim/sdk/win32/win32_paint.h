@@ -1,6 +1,6 @@
 #pragma once
 
-// Device contexts, fonts and drawing objects as the slice keeps them. Main thread.
+// The slice's internal device contexts and GDI objects. Main thread.
 
 #include "win32_window.h"
 #include "wingdi.h"
@@ -43,15 +43,15 @@ struct DeviceContext {
     std::vector<State> saved;
 };
 
-/// Null for a handle that is no device context.
+/// Null for an invalid handle.
 DeviceContext* findContext(HDC dc);
-/// The object a handle stands for; a small number is a system colour's brush. Null for null.
+/// The object of a handle; a system colour index plus one means that colour's brush. Null for null.
 const GdiObject* gdiObject(HGDIOBJ handle);
 
-/// A drawing surface of a whole X window.
+/// A cairo surface for a whole X window; the caller destroys it.
 cairo_surface_t* windowSurface(xcb_window_t window, int width, int height);
 
-/// The user-interface font. The fonts' set-up happens on the first call.
+/// The user-interface font. The first call sets up the fonts (ZR_SIM_FONT).
 const PangoFontDescription* interfaceFont();
 PangoLayout* makeLayout(cairo_t* cairo, std::u16string_view text, const PangoFontDescription* font = nullptr);
 void setColor(cairo_t* cairo, COLORREF color);

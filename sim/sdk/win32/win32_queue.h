@@ -1,6 +1,6 @@
 #pragma once
 
-// Message queues, one for each thread, and the main thread's loop.
+// Message queues, one for each thread, and the main thread's message loop.
 
 #include "win32_foreign.h"
 #include "winuser.h"
@@ -16,7 +16,7 @@
 
 namespace win32 {
 
-/// Which messages GetMessage and PeekMessage want.
+/// The filter arguments of GetMessage and PeekMessage.
 struct MessageFilter {
     HWND window = nullptr;
     UINT first = 0;
@@ -37,7 +37,7 @@ struct Timer {
 /// A message made from an event of the X server.
 struct InputMessage {
     MSG message{};
-    /// The text of a real key, for TranslateMessage; empty when it has none.
+    /// The text of a real key event, for TranslateMessage; empty when it has none.
     std::u16string keyText;
 };
 
@@ -45,18 +45,18 @@ struct Hook {
     int kind;
     HOOKPROC procedure;
     DWORD threadId;
-    /// Rises with every hook installed.
+    /// Increases with every hook installed.
     unsigned order;
 };
 
-/// Something that another thread has the main thread do, while it waits or not.
+/// A function that another thread has the queue's thread call, as it does for a sent message.
 using Errand = std::function<void()>;
 
 class Queue {
 public:
     explicit Queue(DWORD threadId) : m_threadId(threadId) {}
 
-    /// The calling thread's queue, made on first use.
+    /// The calling thread's queue, created on first use.
     static Queue& current();
     static Queue& main();
     /// The queue of a thread that has one; the main thread always has.
@@ -66,23 +66,23 @@ public:
 
     // Any thread.
     void post(const MSG& message);
-    /// Has the queue's thread do something the next time it looks for messages, before any of them.
+    /// Has the queue's thread call the function when it next checks for messages, before it retrieves any.
     void send(Errand errand);
     void quit(int exitCode);
     bool quitPending();
 
     // The queue's own thread.
     void addInput(InputMessage input);
-    /// The last queued input message when it has that window and number, for merging; else null.
+    /// The last queued input message if it has this window and message number, for coalescing; else null.
     MSG* lastInput(HWND window, UINT message);
     bool runErrands();
-    /// The first message that the filter takes, in the documented order.
+    /// Retrieves the first message that matches the filter, in the documented order; false for none.
     bool take(MSG& message, const MessageFilter& filter, bool remove);
-    /// Milliseconds until a message may turn up by itself: 0 now, -1 never.
+    /// Milliseconds until the next timer is due: 0 for now, -1 without timers.
     int untilDue();
     bool hasMessage();
     void forgetWindow(HWND window);
-    /// Blocks a thread other than the main thread until something comes in or a timer is due.
+    /// Blocks until a message is posted or sent, or a timer is due. For threads other than the main thread.
     void waitAlone();
 
     std::vector<Timer>& timers() { return m_timers; }
@@ -130,34 +130,35 @@ bool callCbtHooks(int code, HWND window, LPARAM lParam);
 
 Win32ForeignToolkit* foreignToolkit();
 
-// The main thread's loop.
-/// Wakes the main thread's loop. Any thread.
+// The main thread's message loop.
+/// Wakes the main thread from its wait. Any thread.
 void wakeMainLoop();
 /// Attaches the slice to GLib's default main context; main thread.
 void ensureMainLoop();
-/// Watches the X connection too, once there is one.
+/// Adds the X connection to what the loop polls.
 void watchDisplay(int fileDescriptor);
-/// Lets the main context run: blocking until something happened, or one turn of what is ready.
+/// Runs one iteration of the main context: waits until a source is ready, or only dispatches what is ready.
 void runMainContext(bool block);
-/// As runMainContext(false), but at most once in a few milliseconds: a stream of messages must not keep the
-/// other sources of the main context from running.
+/// As runMainContext(false), but at most every few milliseconds: a steady stream of messages must not starve
+/// the main context's other sources.
 void yieldToMainContext();
 
-/// Takes over what the X server has sent, without acting on it; whether anything is there.
+/// Buffers the events received from the X server without handling them; whether any are buffered.
 bool bufferXEvents();
-/// Reads what the X server has sent and turns it into messages.
+/// Handles all events received from the X server: turns them into messages.
 void readXEvents();
-/// A message is about to be given to the program: follows key and pointer state, activates the window that
-/// was clicked, runs the WH_GETMESSAGE hooks.
+/// To be called with each message that is about to be returned to the program: updates the key state,
+/// activates a window that was clicked, runs the WH_GETMESSAGE hooks.
 void retrieved(MSG& message, UINT remove);
-/// The part of it that follows the state of keys and buttons.
+/// The part of retrieved() that updates the state of keys and buttons.
 void followKeyState(const MSG& message);
-/// The part of it that acts on windows, for a button press.
+/// The part of retrieved() that activates the window of a button press.
 void activateClicked(const MSG& message);
-/// The part of it that sets the pointer's shape.
+/// The part of retrieved() that has the cursor set.
 void pointerMoved(const MSG& message);
 
-/// Has the main thread run something while the caller waits; on the main thread itself, just runs it.
+/// Runs the function on the main thread and waits until it has returned; the main thread must be running a
+/// message loop. On the main thread itself it is a plain call.
 void callOnMainThread(const Errand& errand);
 
 }  // namespace win32

@@ -1,6 +1,6 @@
 #pragma once
 
-// What the slice's own files share. Not for programs.
+// Helpers shared by the slice's own files; not part of the API.
 
 #include "windef.h"
 #include "winerror.h"
@@ -10,10 +10,10 @@
 
 namespace win32 {
 
-/// Ends the program: a use of the API that the slice does not cover must not pass unnoticed.
+/// Aborts with a message: an unsupported use of the API must not go unnoticed.
 [[noreturn]] void unsupported(const char* call, const char* use);
 
-/// Sets the last error and gives the value that reports the failure.
+/// Set the last error; failWith also returns the value that reports the failure.
 void setError(DWORD error);
 template <typename Result>
 Result failWith(DWORD error, Result result) {
@@ -21,7 +21,7 @@ Result failWith(DWORD error, Result result) {
     return result;
 }
 
-/// The process's first thread, the only one that may own windows.
+/// The main thread is the process's first thread, the only one that may create windows.
 bool onMainThread();
 DWORD mainThreadId();
 
@@ -32,13 +32,14 @@ TCHAR foldCase(TCHAR character);
 bool equalIgnoringCase(std::u16string_view left, std::u16string_view right);
 
 // Paths.
-/// The Unix path of a Windows-looking or Unix one, relative ones as they stand; empty when its drive does not
-/// exist. Parts that do not exist as spelt are looked for without regard to case.
+/// The Unix path of a path in Windows or Unix syntax; a relative one stays relative. Empty when the drive
+/// does not exist. Components that do not exist as spelt are looked up ignoring case.
 std::string toUnixPath(std::u16string_view path);
 /// "Z:\…" for an absolute Unix path.
 std::u16string toWindowsPath(std::string_view path);
 
-/// Copies as GetEnvironmentVariable and its kin do: the length, or the size needed.
+/// Copies the text and returns its length; if the buffer is too small, copies nothing and returns the size
+/// needed with the terminator (the convention of GetEnvironmentVariable).
 DWORD copySized(const std::u16string& text, LPWSTR buffer, DWORD size);
 
 }  // namespace win32

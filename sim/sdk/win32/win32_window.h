@@ -1,6 +1,6 @@
 #pragma once
 
-// The slice's windows as it keeps them. Main thread, but for the functions that say otherwise.
+// The slice's internal window structures. Main thread, except where a function says otherwise.
 
 #include "win32_display.h"
 #include "winuser.h"
@@ -34,15 +34,16 @@ struct Window {
     HINSTANCE instance = nullptr;
     /// The parent of a child window, the owner of any other.
     HWND parent = nullptr;
-    /// Child windows, the topmost first.
+    /// Child windows in Z order, topmost first.
     std::vector<HWND> children;
-    /// The whole window: in the parent's client coordinates, or in the screen's for a top-level window.
+    /// The window rectangle: in the parent's client coordinates, or in screen coordinates for a top-level
+    /// window.
     RECT rectangle{};
-    /// Where a maximized or minimized window goes back to.
+    /// The rectangle to restore a maximized or minimized window to.
     RECT normalRectangle{};
-    /// Height of what stands above the client area (caption, menu bar).
+    /// Height of the non-client area above the client area (caption, menu bar).
     int topInset = 0;
-    /// Height of the caption, when the slice has to draw it because no window manager does.
+    /// Height of the caption, if the slice draws it because no window manager does; else 0.
     int captionHeight = 0;
     bool maximizedByManager = false;
     HMENU menu = nullptr;
@@ -52,13 +53,14 @@ struct Window {
     std::u16string text;
     std::map<std::u16string, HANDLE> properties;
 
-    /// What of the client area must be painted; empty when nothing.
+    /// The update region, one rectangle in client coordinates; empty when nothing needs painting.
     RECT update{};
     bool erase = false;
     bool frameUpdate = false;
 
-    /// Receives the keyboard's events for a top-level window: the X server gives keys to the window under the
-    /// pointer when that is inside the focus window, and so would give Qt's windows keys meant for others.
+    /// Invisible window that holds the X focus for its top-level window. The X server sends key events to the
+    /// window under the pointer if that is inside the focus window, so Qt's windows would get keys meant for
+    /// others.
     xcb_window_t focusProxy = XCB_NONE;
     bool destroying = false;
 
@@ -72,22 +74,22 @@ struct Window {
     bool needsPaint() const { return update.right > update.left && update.bottom > update.top; }
 };
 
-/// The window, or null for a handle that is not (or no longer) one of the slice's.
+/// The window; null for a handle that is not, or no longer, one of the slice's.
 Window* findWindow(HWND handle);
-/// The same, with ERROR_INVALID_WINDOW_HANDLE as the last error when there is none.
+/// The same; sets ERROR_INVALID_WINDOW_HANDLE when it returns null.
 Window* requireWindow(HWND handle);
-/// Whether the handle is a window of the slice. Any thread.
+/// Whether the handle is one of the slice's windows. Any thread.
 bool isOwnWindow(HWND handle);
-/// All windows, in the order they were made.
+/// All windows, in order of creation.
 const std::vector<std::unique_ptr<Window>>& allWindows();
 Window& addWindow(std::unique_ptr<Window> window);
 void removeWindow(HWND handle);
 
 std::shared_ptr<WindowClass> findClass(LPCWSTR nameOrAtom);
 
-/// The top-level window that the window is in; works for windows inside ours that are not ours.
+/// The top-level window that contains the window; also for a foreign window embedded in one of ours.
 Window* topLevelOf(HWND handle);
-/// Position of the client area's origin on the screen.
+/// The client area's origin in screen coordinates.
 POINT clientOrigin(const Window& window);
 RECT screenRectangle(const Window& window);
 RECT clientRectangle(const Window& window);
@@ -96,36 +98,36 @@ bool isViewable(const Window& window);
 /// Whether neither the window nor an ancestor is disabled.
 bool acceptsInput(HWND handle);
 
-/// Calls the window's procedure, through the WH_CALLWNDPROC hooks. The window may be gone afterwards.
+/// Runs the WH_CALLWNDPROC hooks and calls the window procedure. The window may be destroyed afterwards.
 LRESULT callWindow(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
-// Parts of the window functions that others call.
-/// Sets the rectangle and sends what has changed; toServer tells the X server too.
+// Parts of the window functions that other files use.
+/// Sets the rectangle and sends WM_WINDOWPOSCHANGED; toServer also moves the X window.
 void applyRectangle(HWND handle, const RECT& rectangle, bool toServer);
 /// Recomputes the height above the client area after a change of menu or caption, and moves the children.
 void updateInset(Window& window);
 void invalidate(Window& window, const RECT* rectangle, bool erase);
-/// Draws caption and menu bar.
+/// Draws the caption and the menu bar.
 void paintFrame(Window& window);
 void destroyWindowTree(HWND handle);
-/// Keeps the text and shows it in the caption.
+/// Stores the window text and shows it in the caption.
 void storeText(Window& window, LPCWSTR text);
 
 // Focus (focus.cpp).
-/// The window is going away or being hidden: focus, activation and capture leave it.
+/// Moves focus, activation and capture away from a window that is being hidden or destroyed.
 void releaseFocus(Window& window);
-/// Makes a top-level window the active one; how is WA_ACTIVE or WA_CLICKACTIVE.
+/// Activates a top-level window; how is WA_ACTIVE or WA_CLICKACTIVE.
 void activateWindow(HWND topLevel, int how);
-/// Gives the X server's input focus to the top-level window's proxy.
+/// Sets the X input focus to the top-level window's focus proxy.
 void takeServerFocus(const Window& topLevel);
 
 // Menu bar (menu_bar.cpp).
 int menuBarHeight(const Window& window);
-/// Colours and sizes of what the slice itself draws.
+/// Heights in pixels of the non-client area that the slice itself draws.
 constexpr int kCaptionHeight = 26;
 constexpr int kMenuBarHeight = 24;
 
-// Geometry from the server for windows that are not ours.
+// Queries about foreign windows: answered by the toolkit that owns them, else by the X server.
 bool foreignExists(HWND handle);
 HWND foreignParent(HWND handle);
 bool foreignRectangle(HWND handle, RECT& screen);

@@ -1,11 +1,12 @@
 #pragma once
 
-// Kernel calls: errors, modules, files, environment, time, code pages.
+// Base functions: errors, modules, files, environment, time, code pages.
 //
-// Paths: drive Z: is the root directory, as Wine has it; "Z:\home\me\a.txt" and "/home/me/a.txt" name the
-// same file, and names that are not found as spelt are looked for without regard to case. Other drives do not
-// exist. Simplified: share modes are enforced among the handles of this process only; no overlapped input and
-// output; no security attributes, attributes or templates.
+// Paths: drive Z: is the root directory, as in Wine; "Z:\home\me\a.txt" and "/home/me/a.txt" name the same
+// file, and names that do not exist as spelt are looked up ignoring case. There are no other drives.
+//
+// Simplified: share modes are enforced among this process's handles only; no overlapped I/O, no security, no
+// template files, no file attributes but FILE_ATTRIBUTE_READONLY; lstrcmp compares code units.
 
 #include "windef.h"
 #include "winerror.h"
@@ -14,25 +15,26 @@
 WIN32API DWORD GetLastError();
 WIN32API void SetLastError(DWORD error);
 
-// Modules. A handle is the address the image is mapped at. Shared libraries of any name are modules, .arx
-// ones too.
+// Modules. A handle is the base address of the mapped image. Any shared library is a module, whatever its
+// extension (.arx too).
 
-/// Loads by path, or by name from the program's folder, the current folder and the system's; a name without
-/// an extension gets ".dll". Null and ERROR_MOD_NOT_FOUND (no such file), ERROR_BAD_EXE_FORMAT (not a
-/// library) or ERROR_PROC_NOT_FOUND (a symbol it needs is missing). Each success adds a reference.
+/// Loads by path, or by name from the program's folder, the current folder and the system's library path;
+/// ".dll" is added to a name without an extension. On failure null and ERROR_MOD_NOT_FOUND (no such file),
+/// ERROR_BAD_EXE_FORMAT (not a library) or ERROR_PROC_NOT_FOUND (undefined symbol). Each successful call adds
+/// a reference.
 WIN32API HMODULE LoadLibraryW(LPCWSTR fileName);
 WIN32API HMODULE LoadLibraryA(LPCSTR fileName);
-/// The module's own folder is searched first for the libraries it needs, where LoadLibrary searches the
-/// program's.
+/// Dependencies are searched for in the module's own folder first instead of the program's.
 constexpr DWORD LOAD_WITH_ALTERED_SEARCH_PATH = 0x8;
-/// Simplified: a module brings its search path itself, so the flag changes nothing; there are no others.
+/// Simplified: a module's own RUNPATH determines where its dependencies are found, so the flag has no effect;
+/// no other flags.
 WIN32API HMODULE LoadLibraryExW(LPCWSTR fileName, HANDLE reserved, DWORD flags);
-/// Drops one reference made by LoadLibrary; the last one unloads. FALSE and ERROR_MOD_NOT_FOUND for a handle
-/// that is no module.
+/// Releases one reference added by LoadLibrary; the last one unloads the module. FALSE and
+/// ERROR_MOD_NOT_FOUND for a handle that is not a module.
 WIN32API BOOL FreeLibrary(HMODULE module);
 WIN32API FARPROC GetProcAddress(HMODULE module, LPCSTR name);
-/// The loaded module with that base name (without regard to case; ".dll" added when there is no extension) or
-/// that path; null names the program. Adds no reference.
+/// The loaded module with that base name (ignoring case; ".dll" is added if there is no extension) or that
+/// path; the program for null. Adds no reference.
 WIN32API HMODULE GetModuleHandleW(LPCWSTR name);
 WIN32API HMODULE GetModuleHandleA(LPCSTR name);
 
@@ -41,15 +43,15 @@ constexpr DWORD GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT = 0x2;
 constexpr DWORD GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS = 0x4;
 WIN32API BOOL GetModuleHandleExW(DWORD flags, LPCWSTR nameOrAddress, HMODULE* module);
 
-// The reasons that a module's DllMain is given.
+// The values of DllMain's reason argument.
 constexpr DWORD DLL_PROCESS_DETACH = 0;
 constexpr DWORD DLL_PROCESS_ATTACH = 1;
 constexpr DWORD DLL_THREAD_ATTACH = 2;
 constexpr DWORD DLL_THREAD_DETACH = 3;
 
-/// The module's path as "Z:\…"; null is the program. Returns the length without the terminator. A buffer that
-/// is too small is filled with a terminated, cut path, size is returned and the last error is
-/// ERROR_INSUFFICIENT_BUFFER. 0 on failure. The A form gives UTF-8.
+/// The module's path as "Z:\…"; the program's for null. Returns the length without the terminator, 0 on
+/// failure. If the buffer is too small it receives a truncated, terminated path, `size` is returned and the
+/// last error is ERROR_INSUFFICIENT_BUFFER. The A form returns UTF-8.
 WIN32API DWORD GetModuleFileNameW(HMODULE module, LPWSTR buffer, DWORD size);
 WIN32API DWORD GetModuleFileNameA(HMODULE module, LPSTR buffer, DWORD size);
 
@@ -87,9 +89,9 @@ using LPSECURITY_ATTRIBUTES = SECURITY_ATTRIBUTES*;
 struct OVERLAPPED;
 using LPOVERLAPPED = OVERLAPPED*;
 
-/// INVALID_HANDLE_VALUE on failure. CREATE_ALWAYS and OPEN_ALWAYS leave ERROR_ALREADY_EXISTS when the file
-/// was there, else 0. Security is ignored; of the attributes only FILE_ATTRIBUTE_READONLY means something
-/// here.
+/// INVALID_HANDLE_VALUE on failure. CREATE_ALWAYS and OPEN_ALWAYS set the last error to ERROR_ALREADY_EXISTS
+/// if the file existed, else to 0. The security attributes are ignored, as are all attributes but
+/// FILE_ATTRIBUTE_READONLY.
 WIN32API HANDLE CreateFileW(LPCWSTR fileName, DWORD access, DWORD shareMode, LPSECURITY_ATTRIBUTES security,
                             DWORD creation, DWORD attributes, HANDLE templateFile);
 WIN32API BOOL ReadFile(HANDLE file, LPVOID buffer, DWORD count, LPDWORD read, LPOVERLAPPED overlapped);
@@ -104,27 +106,27 @@ WIN32API BOOL CloseHandle(HANDLE handle);
 WIN32API BOOL DeleteFileW(LPCWSTR fileName);
 WIN32API DWORD GetFileAttributesW(LPCWSTR fileName);
 WIN32API BOOL CreateDirectoryW(LPCWSTR path, LPSECURITY_ATTRIBUTES security);
-/// The full path as "Z:\…", with "." and ".." resolved; the result as GetEnvironmentVariableW's.
+/// The full path as "Z:\…", with "." and ".." resolved. The result is as for GetEnvironmentVariableW.
 WIN32API DWORD GetFullPathNameW(LPCWSTR fileName, DWORD size, LPWSTR buffer, LPWSTR* filePart);
 WIN32API DWORD GetCurrentDirectoryW(DWORD size, LPWSTR buffer);
 
 // Process, threads, environment, time.
-/// The command line, each argument quoted when it holds a blank. The program's path is as it was given.
+/// The command line; arguments with blanks are quoted. The program's name is as it was typed.
 WIN32API LPWSTR GetCommandLineW();
 WIN32API DWORD GetCurrentThreadId();
 WIN32API DWORD GetCurrentProcessId();
-/// The value's length without the terminator; when the buffer is too small, the size it must have with it
-/// (and the buffer is left alone). 0 and ERROR_ENVVAR_NOT_FOUND when there is no such variable.
+/// The value's length without the terminator. If the buffer is too small it is left unchanged and the size
+/// needed, with the terminator, is returned. 0 and ERROR_ENVVAR_NOT_FOUND if there is no such variable.
 WIN32API DWORD GetEnvironmentVariableW(LPCWSTR name, LPWSTR buffer, DWORD size);
 /// A null value removes the variable. As on Unix, not safe while another thread reads the environment.
 WIN32API BOOL SetEnvironmentVariableW(LPCWSTR name, LPCWSTR value);
 WIN32API void Sleep(DWORD milliseconds);
 WIN32API DWORD GetTickCount();
 WIN32API ULONGLONG GetTickCount64();
-/// Writes to the standard error output.
+/// Writes to standard error.
 WIN32API void OutputDebugStringW(LPCWSTR text);
 
-// Code pages. The system's own is UTF-8.
+// Code pages. The ANSI code page is UTF-8.
 constexpr UINT CP_ACP = 0;
 constexpr UINT CP_UTF8 = 65001;
 constexpr DWORD MB_ERR_INVALID_CHARS = 0x8;

@@ -1,12 +1,13 @@
 #pragma once
 
-// Basic Win32 types for Linux. Wide text is UTF-16 (char16_t). LONG and DWORD have 32 bits, as on Windows;
+// Basic Win32 types for Linux. WCHAR is char16_t (UTF-16). LONG and DWORD have 32 bits, as on Windows;
 // WPARAM, LPARAM and LRESULT have the width of a pointer. A window handle is the X window's id.
+// Simplified: a selection of the types and macros; the calling conventions are empty.
 
 #include <cstddef>
 #include <cstdint>
 
-/// Every call of the slice is a C function of the shared library.
+/// The API functions are exported from the shared library with C linkage.
 #define WIN32API extern "C" __attribute__((visibility("default")))
 
 #define CALLBACK
@@ -15,7 +16,7 @@
 #define FAR
 #define CONST const
 
-// Declaration attributes of the Windows compiler that our sources use.
+// The __declspec attributes that our sources use.
 #define __declspec(attribute) WIN32_DECLSPEC_##attribute
 #define WIN32_DECLSPEC_dllexport __attribute__((visibility("default")))
 #define WIN32_DECLSPEC_dllimport
@@ -202,7 +203,7 @@ constexpr LRESULT MAKELRESULT(Low low, High high) {
     return static_cast<LRESULT>(static_cast<DWORD>(MAKELONG(low, high)));
 }
 
-/// A numbered resource name, told from text by its small value.
+/// A numeric resource id in place of a name; IS_INTRESOURCE recognizes it by its high word of 0.
 #define MAKEINTRESOURCEW(id) (reinterpret_cast<LPWSTR>(static_cast<ULONG_PTR>(static_cast<WORD>(id))))
 #define MAKEINTRESOURCE MAKEINTRESOURCEW
 #define IS_INTRESOURCE(name) ((reinterpret_cast<ULONG_PTR>(name) >> 16) == 0)

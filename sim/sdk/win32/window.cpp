@@ -1,4 +1,4 @@
-// Window classes; making, showing and destroying windows.
+// Window classes; creating and destroying windows.
 
 #include "win32_queue.h"
 #include "win32_support.h"
@@ -56,7 +56,7 @@ void setText(xcb_window_t id, const std::u16string& text) {
                         display.atoms().utf8String, 8, length, utf8.data());
 }
 
-/// What window managers want to know of a top-level window, and its focus proxy.
+/// Sets a top-level window's properties for the window manager and creates its focus proxy.
 void prepareTopLevel(Window& window) {
     const Display& display = Display::instance();
     xcb_connection_t* connection = display.connection();
@@ -72,7 +72,7 @@ void prepareTopLevel(Window& window) {
         xcb_change_property(connection, XCB_PROP_MODE_REPLACE, id, display.atoms().netWmWindowType,
                             XCB_ATOM_ATOM, 32, 1, &display.atoms().netWmWindowTypeDialog);
     }
-    // Instance and class, each with its end.
+    // WM_CLASS: the instance and the class name, each null-terminated.
     const std::string name = program_invocation_short_name;
     const std::string classes = name + '\0' + name + '\0';
     xcb_icccm_set_wm_class(connection, id, static_cast<std::uint32_t>(classes.size()), classes.data());
@@ -114,8 +114,8 @@ xcb_window_t createServerWindow(const Window& window) {
     return id;
 }
 
-/// Takes windows of others out before ours goes: the server would destroy them with it, and their makers (Qt)
-/// go on using them until they notice.
+/// Reparents foreign child windows to the root before their parent is destroyed: the X server would destroy
+/// them with it, and their owner (Qt) would go on using them until it noticed.
 void letForeignChildrenGo(xcb_window_t id) {
     const Display& display = Display::instance();
     const auto tree =
@@ -270,7 +270,7 @@ BOOL GetClassInfoW(HINSTANCE, LPCWSTR className, LPWNDCLASSW description) {
 HWND CreateWindowExW(DWORD exStyle, LPCWSTR className, LPCWSTR windowName, DWORD style, int x, int y,
                      int width, int height, HWND parent, HMENU menu, HINSTANCE instance, LPVOID parameter) {
     if (!onMainThread()) {
-        unsupported("CreateWindowEx", "on another thread than the process's first");
+        unsupported("CreateWindowEx", "on a thread other than the main thread");
     }
     const auto windowClass = findClass(className);
     if (windowClass == nullptr) {
@@ -284,7 +284,7 @@ HWND CreateWindowExW(DWORD exStyle, LPCWSTR className, LPCWSTR windowName, DWORD
         if (requireWindow(parent) == nullptr) {
             return nullptr;
         }
-        // A window that is no child is owned by a top-level window.
+        // The owner of a window that is not a child is always a top-level window.
         parent = child ? parent : topLevelOf(parent)->handle;
     }
 
@@ -319,7 +319,7 @@ HWND CreateWindowExW(DWORD exStyle, LPCWSTR className, LPCWSTR windowName, DWORD
         prepareTopLevel(window);
     }
     ++windowClass->windows;
-    // Others, Qt above all, may be told the window's id from here on.
+    // From here on other X clients, Qt above all, may use the window's id.
     display.sync();
 
     CREATESTRUCTW create{};

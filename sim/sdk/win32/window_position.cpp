@@ -13,7 +13,7 @@ namespace win32 {
 
 namespace {
 
-/// Where a window manager is to put the window, and that it has one size only when it has no frame to drag.
+/// Sets WM_NORMAL_HINTS: position and size, and a fixed size for a window without a sizing frame.
 void tellSizeHints(const Window& window) {
     xcb_size_hints_t hints{};
     xcb_icccm_size_hints_set_position(&hints, 1, window.rectangle.left, window.rectangle.top);
@@ -79,7 +79,7 @@ void setMaximized(Window& window, bool maximized) {
         return;
     }
     if (window.isTopLevel() && display.hasWindowManager()) {
-        // For a window that is not on the screen yet the wish is a property, later a message to the manager.
+        // EWMH: a property as long as the window is not mapped, after that a message to the window manager.
         const xcb_atom_t states[] = {display.atoms().netWmStateMaximizedHorz,
                                      display.atoms().netWmStateMaximizedVert};
         if (!window.isShown()) {
@@ -156,7 +156,7 @@ void hide(Window& window) {
     }
     current->style &= ~WS_VISIBLE;
     if (current->isTopLevel()) {
-        // Tells a window manager too, which a plain unmap does not.
+        // ICCCM: withdrawing a window takes a synthetic UnmapNotify to the root besides the unmap.
         const Display& display = Display::instance();
         xcb_unmap_notify_event_t event{};
         event.response_type = XCB_UNMAP_NOTIFY;
@@ -240,7 +240,7 @@ BOOL ShowWindow(HWND handle, int command) {
         return FALSE;
     }
     if (!onMainThread()) {
-        unsupported("ShowWindow", "on another thread than the window's");
+        unsupported("ShowWindow", "on a thread other than the window's");
     }
     const BOOL wasShown = window->isShown() ? TRUE : FALSE;
     switch (command) {
@@ -275,7 +275,7 @@ BOOL SetWindowPos(HWND handle, HWND insertAfter, int x, int y, int width, int he
         return FALSE;
     }
     if (!onMainThread()) {
-        unsupported("SetWindowPos", "on another thread than the window's");
+        unsupported("SetWindowPos", "on a thread other than the window's");
     }
     WINDOWPOS position{handle, insertAfter, x, y, width, height, flags};
     if ((flags & SWP_NOMOVE) != 0) {
@@ -338,7 +338,7 @@ HWND SetParent(HWND handle, HWND newParent) {
         return nullptr;
     }
     if (newParent == nullptr || !window->isChild()) {
-        unsupported("SetParent", "anything but a child window to another parent window");
+        unsupported("SetParent", "anything but moving a child window to another parent window");
     }
     Window* target = requireWindow(newParent);
     if (target == nullptr) {
@@ -354,7 +354,7 @@ HWND SetParent(HWND handle, HWND newParent) {
     xcb_reparent_window(Display::instance().connection(), toXid(handle), toXid(newParent),
                         static_cast<std::int16_t>(window->rectangle.left),
                         static_cast<std::int16_t>(window->rectangle.top + target->topInset));
-    // A window of the server keeps being shown or hidden when it gets another parent, and so does ours.
+    // Reparenting an X window maps it again if it was mapped, so the visibility does not change.
     Display::instance().sync();
     invalidate(*window, nullptr, true);
     return oldParent;

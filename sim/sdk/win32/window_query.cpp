@@ -1,4 +1,4 @@
-// Questions about windows, ours and others'.
+// Queries about windows, ours and foreign ones.
 
 #include "win32_queue.h"
 #include "win32_support.h"
@@ -131,7 +131,7 @@ LONG_PTR setWindowLong(HWND handle, int index, LONG_PTR value, std::size_t size)
             window->id = value;
             break;
         case GWL_STYLE:
-            // Showing and hiding is ShowWindow's; here the bit only says what it finds.
+            // WS_VISIBLE cannot be changed here: showing and hiding takes ShowWindow.
             window->style = (static_cast<DWORD>(value) & ~WS_VISIBLE) | (window->style & WS_VISIBLE);
             break;
         case GWL_EXSTYLE:
@@ -213,7 +213,7 @@ BOOL IsWindowEnabled(HWND handle) {
 
 HWND GetParent(HWND handle) {
     if (const Window* window = findWindow(handle)) {
-        // An owner is told for popups only.
+        // An owner is returned for WS_POPUP windows only.
         return window->isChild() || (window->style & WS_POPUP) != 0 ? window->parent : nullptr;
     }
     if (handle == nullptr || !foreignExists(handle)) {
@@ -539,6 +539,6 @@ int GetSystemMetrics(int index) {
         case SM_CYDRAG:
             return 4;
         default:
-            unsupported("GetSystemMetrics", "a metric that the slice does not know");
+            unsupported("GetSystemMetrics", "a metric that the slice does not provide");
     }
 }

@@ -9,8 +9,7 @@ namespace win32 {
 
 namespace {
 
-// The lock is for threads that only ask whether a handle is a window; the main thread alone changes the
-// table.
+// For isOwnWindow, which any thread may call; only the main thread modifies the table, under the lock.
 std::mutex g_tableMutex;
 std::vector<std::unique_ptr<Window>>& table() {
     static std::vector<std::unique_ptr<Window>> windows;

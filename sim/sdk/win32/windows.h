@@ -1,10 +1,11 @@
 #pragma once
 
-// A slice of the Win32 API for Linux: what our own sources use, with the documented names, values and
-// behaviour, over X11 (xcb), GLib's default main context and cairo/pango. What is missing fails at link time;
-// a use that is not supported ends the program with the call's name. Text calls exist in their wide form only
-// (as if UNICODE were defined), but for the module functions. The C run-time's wide and time functions are in
-// tchar.h, which on Windows are spread over tchar.h and time.h.
+// A slice of the Win32 API for Linux, over X11 (xcb), GLib's default main context and cairo/Pango: what our
+// own sources use, with the documented names, values and behaviour.
+//
+// Simplified: a function that is missing fails at link time, and an unsupported use of one aborts with its
+// name. String functions exist in their wide form only (as if UNICODE were defined), except for the module
+// functions. tchar.h has the C run-time's wide and time functions, the latter in time.h on Windows.
 
 #include "guiddef.h"
 #include "tchar.h"

@@ -2,7 +2,8 @@
 
 #include "windef.h"
 
-// Error codes and result codes with their documented values; only those the slice reports or our code tests.
+// Error codes and HRESULTs with their documented values.
+// Simplified: only those that the slice reports or our code checks.
 
 constexpr DWORD NO_ERROR = 0;
 constexpr DWORD ERROR_SUCCESS = 0;

@@ -1,8 +1,10 @@
 #pragma once
 
-// A little of GDI: brushes, pens, fonts, filled rectangles, lines and text, drawn with cairo and pango. A
-// device context is a cairo context (win32_cairo.h gives it); window contexts are clipped to the client area.
-// Simplified: no bitmaps, regions or mapping modes; colours are always 24 bits; lines are not anti-aliased.
+// Basic GDI: brushes, pens, fonts, filled shapes, lines and text, drawn with cairo and Pango. A device
+// context wraps a cairo context (see win32_cairo.h) and is clipped to the window's client area.
+//
+// Simplified: no bitmaps, regions or mapping modes; colours are always 24-bit; slanted lines, curves and text
+// are anti-aliased.
 
 #include "windef.h"
 
@@ -63,18 +65,18 @@ constexpr int COLOR_BTNTEXT = 18;
 
 WIN32API HBRUSH CreateSolidBrush(COLORREF color);
 WIN32API HPEN CreatePen(int style, int width, COLORREF color);
-/// A negative height is the letters' height in pixels, a positive one that of the line. Other properties than
-/// weight, italic and face name are taken from the face.
+/// The height is in pixels: that of the characters if negative, that of the cell (the line) if positive.
+/// Simplified: of the other arguments only weight, italic and face name have an effect.
 WIN32API HFONT CreateFontW(int height, int width, int escapement, int orientation, int weight, DWORD italic,
                            DWORD underline, DWORD strikeOut, DWORD charSet, DWORD outPrecision,
                            DWORD clipPrecision, DWORD quality, DWORD pitchAndFamily, LPCWSTR faceName);
 WIN32API HGDIOBJ GetStockObject(int index);
 WIN32API BOOL DeleteObject(HGDIOBJ object);
-/// The object of that kind that was selected before.
+/// Returns the previously selected object of the same kind.
 WIN32API HGDIOBJ SelectObject(HDC dc, HGDIOBJ object);
 WIN32API COLORREF GetSysColor(int index);
 WIN32API HBRUSH GetSysColorBrush(int index);
-/// Sends WM_SYSCOLORCHANGE to the top-level windows. Here the colours are this program's own.
+/// Sends WM_SYSCOLORCHANGE to the top-level windows. Simplified: changes this process's colours only.
 WIN32API BOOL SetSysColors(int count, const INT* indices, const COLORREF* colors);
 
 WIN32API COLORREF SetTextColor(HDC dc, COLORREF color);

@@ -1,6 +1,7 @@
 #pragma once
 
-// Constants of the window calls, with their documented values: messages, virtual keys, styles, flags.
+// Constants of the window functions, with their documented values: messages, virtual keys, styles, flags.
+// Simplified: a selection.
 
 #include "windef.h"
 
@@ -131,7 +132,7 @@ constexpr UINT MK_CONTROL = 0x0008;
 constexpr UINT MK_MBUTTON = 0x0010;
 constexpr int WHEEL_DELTA = 120;
 
-// Virtual keys. '0' to '9' and 'A' to 'Z' are themselves.
+// Virtual keys. Digits and letters have their ASCII codes, '0' to '9' and 'A' to 'Z'.
 constexpr int VK_LBUTTON = 0x01;
 constexpr int VK_RBUTTON = 0x02;
 constexpr int VK_CANCEL = 0x03;
@@ -206,7 +207,7 @@ constexpr int VK_OEM_102 = 0xE2;
 constexpr int VK_PROCESSKEY = 0xE5;
 constexpr int VK_PACKET = 0xE7;
 
-// Bits of a key message's lParam (its upper word).
+// Flags in the high word of a key message's lParam.
 constexpr WORD KF_EXTENDED = 0x0100;
 constexpr WORD KF_ALTDOWN = 0x2000;
 constexpr WORD KF_REPEAT = 0x4000;

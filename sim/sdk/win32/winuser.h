@@ -2,14 +2,15 @@
 
 // Windows, messages, input, timers, hooks, menus and message boxes.
 //
-// Windows are X windows and may be made on the process's main thread only; every thread has a message queue.
-// GetMessage waits in GLib's default main context, so what else lives there (Qt's timers, posted events and
-// windows) runs from it. HWNDs of other makers (Qt's) are X ids too: the query calls ask the X server about
-// them, and messages for them go to whoever registered for them (win32_foreign.h).
+// Windows are X windows and can be created on the main thread only; every thread has a message queue.
+// GetMessage waits in GLib's default main context, so the context's other sources (Qt's timers, posted events
+// and windows) are dispatched from it. The HWND of a foreign window (Qt's) is an X id too: the query
+// functions ask the X server about it, and messages to it are delivered to the registered toolkit
+// (win32_foreign.h).
 //
-// Simplified: no dialogs, no controls, no accelerators, no minimizing, no input methods or dead keys; no
-// non-client area but a menu bar and, where no window manager runs, a caption that cannot be dragged; no
-// WM_NCCALCSIZE; an HWND_MESSAGE window is a hidden top-level window; what must be painted is one rectangle.
+// Simplified: no dialogs, no controls, no accelerators, no minimizing, no input methods or dead keys; the
+// non-client area is a menu bar and, if no window manager runs, a caption that cannot be dragged; no
+// WM_NCCALCSIZE; an HWND_MESSAGE window is a hidden top-level window; the update region is one rectangle.
 
 #include "winbase.h"
 #include "windef.h"
@@ -127,14 +128,13 @@ struct PAINTSTRUCT {
 };
 using LPPAINTSTRUCT = PAINTSTRUCT*;
 
-// Classes and windows. Main thread, but for the queries that say otherwise on Windows.
+// Classes and windows. Main thread.
 WIN32API ATOM RegisterClassW(const WNDCLASSW* windowClass);
 WIN32API ATOM RegisterClassExW(const WNDCLASSEXW* windowClass);
 WIN32API BOOL UnregisterClassW(LPCWSTR className, HINSTANCE instance);
 WIN32API BOOL GetClassInfoW(HINSTANCE instance, LPCWSTR className, LPWNDCLASSW windowClass);
 WIN32API int GetClassNameW(HWND window, LPWSTR buffer, int size);
-/// Sends WM_NCCREATE, WM_CREATE, WM_SIZE and WM_MOVE before it returns, after the WH_CBT hook's
-/// HCBT_CREATEWND.
+/// Calls the WH_CBT hooks with HCBT_CREATEWND, then sends WM_NCCREATE, WM_CREATE, WM_SIZE and WM_MOVE.
 WIN32API HWND CreateWindowExW(DWORD exStyle, LPCWSTR className, LPCWSTR windowName, DWORD style, int x, int y,
                               int width, int height, HWND parent, HMENU menu, HINSTANCE instance,
                               LPVOID parameter);
@@ -185,14 +185,13 @@ WIN32API int GetWindowTextW(HWND window, LPWSTR buffer, int size);
 WIN32API int GetWindowTextLengthW(HWND window);
 WIN32API BOOL SetWindowTextW(HWND window, LPCWSTR text);
 
-// Messages. GetMessage and PeekMessage give sent messages first, then posted ones, input, WM_PAINT and
-// WM_TIMER; WM_QUIT when nothing else is left.
+// Messages. GetMessage and PeekMessage process sent messages first, then retrieve posted messages, input,
+// WM_PAINT and WM_TIMER, in this order, and WM_QUIT when nothing else is left.
 WIN32API BOOL GetMessageW(LPMSG message, HWND window, UINT first, UINT last);
 WIN32API BOOL PeekMessageW(LPMSG message, HWND window, UINT first, UINT last, UINT remove);
 WIN32API BOOL WaitMessage();
-/// Posts WM_CHAR or WM_SYSCHAR for a key message that has a character: a real key's own text, or what a US
-/// keyboard gives for the virtual key and the Shift, Ctrl and Caps Lock states when the message was made by a
-/// program.
+/// Posts WM_CHAR or WM_SYSCHAR for a key message that has a character: for a real key event its text, for a
+/// message that a program made what a US keyboard types with the current Shift, Ctrl and Caps Lock states.
 WIN32API BOOL TranslateMessage(const MSG* message);
 WIN32API LRESULT DispatchMessageW(const MSG* message);
 WIN32API BOOL PostMessageW(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
@@ -216,7 +215,7 @@ WIN32API HWND GetForegroundWindow();
 WIN32API HWND SetCapture(HWND window);
 WIN32API BOOL ReleaseCapture();
 WIN32API HWND GetCapture();
-/// The state as of the last key message retrieved by the calling thread, posted ones included.
+/// The state as of the last key message that the calling thread retrieved, whether real or posted.
 WIN32API SHORT GetKeyState(int virtualKey);
 WIN32API SHORT GetAsyncKeyState(int virtualKey);
 WIN32API BOOL GetCursorPos(LPPOINT point);
@@ -225,19 +224,19 @@ WIN32API HCURSOR LoadCursorW(HINSTANCE instance, LPCWSTR name);
 WIN32API HCURSOR SetCursor(HCURSOR cursor);
 WIN32API UINT GetDoubleClickTime();
 
-// Timers, of windows and of threads.
+// Timers, with or without a window.
 constexpr UINT USER_TIMER_MINIMUM = 0x0000000A;
 WIN32API UINT_PTR SetTimer(HWND window, UINT_PTR id, UINT milliseconds, TIMERPROC procedure);
 WIN32API BOOL KillTimer(HWND window, UINT_PTR id);
 
-// Hooks of a thread of this process: WH_GETMESSAGE, WH_CALLWNDPROC and, of WH_CBT, HCBT_CREATEWND and
-// HCBT_DESTROYWND. The last one installed is called first and passes on with CallNextHookEx.
+// Hooks of the calling thread: WH_GETMESSAGE, WH_CALLWNDPROC and, of WH_CBT, HCBT_CREATEWND and
+// HCBT_DESTROYWND. The last one installed is called first; it calls the next one with CallNextHookEx.
 WIN32API HHOOK SetWindowsHookExW(int kind, HOOKPROC procedure, HINSTANCE module, DWORD threadId);
 WIN32API BOOL UnhookWindowsHookEx(HHOOK hook);
 WIN32API LRESULT CallNextHookEx(HHOOK hook, int code, WPARAM wParam, LPARAM lParam);
 
-// Menus: a bar at the top of a frame, popups, WM_COMMAND on a choice. "&" marks the access key, "\t" the
-// shortcut.
+// Menus: menu bars and popups; a choice posts WM_COMMAND. In an item's text "&" marks the access key, and
+// "\t" separates the shortcut.
 WIN32API HMENU CreateMenu();
 WIN32API HMENU CreatePopupMenu();
 WIN32API BOOL DestroyMenu(HMENU menu);
@@ -254,7 +253,7 @@ WIN32API DWORD CheckMenuItem(HMENU menu, UINT item, UINT flags);
 WIN32API BOOL SetMenu(HWND window, HMENU menu);
 WIN32API HMENU GetMenu(HWND window);
 WIN32API BOOL DrawMenuBar(HWND window);
-/// Runs the popup in a modal loop of its own. With TPM_RETURNCMD gives the chosen id, else posts WM_COMMAND.
+/// Runs the popup in a modal loop. With TPM_RETURNCMD returns the chosen id, else posts WM_COMMAND.
 WIN32API BOOL TrackPopupMenu(HMENU menu, UINT flags, int x, int y, int reserved, HWND window,
                              const RECT* unused);
 
@@ -265,9 +264,9 @@ WIN32API HDC GetDC(HWND window);
 WIN32API int ReleaseDC(HWND window, HDC dc);
 WIN32API HWND WindowFromDC(HDC dc);
 
-/// Shows a box and runs a modal loop until a button is chosen; the owner is disabled meanwhile. From a thread
-/// other than the main thread, the box is shown by the main thread, whose loop must be running, and the
-/// caller waits.
+/// Shows a message box and runs a modal loop until a button is chosen; the owner is disabled meanwhile. For a
+/// caller on another thread the main thread shows the box (its message loop must be running) while the caller
+/// waits.
 WIN32API int MessageBoxW(HWND owner, LPCWSTR text, LPCWSTR caption, UINT type);
 WIN32API BOOL MessageBeep(UINT type);
 
@@ -298,7 +297,7 @@ constexpr WORD GET_KEYSTATE_WPARAM(WPARAM wParam) {
     return LOWORD(wParam);
 }
 
-// The names that UNICODE programs use.
+// The generic names, which map to the wide functions.
 using WNDCLASS = WNDCLASSW;
 using WNDCLASSEX = WNDCLASSEXW;
 using CREATESTRUCT = CREATESTRUCTW;

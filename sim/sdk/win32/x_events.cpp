@@ -1,4 +1,4 @@
-// From events of the X server to messages.
+// Turns X events into messages.
 
 #include "win32_display.h"
 #include "win32_focus.h"
@@ -24,16 +24,16 @@ constexpr std::uint32_t kXembedRequestFocus = 3;
 
 std::deque<XcbOwned<xcb_generic_event_t>> g_buffered;
 
-// The pointer as the last event told it.
+// The pointer position in the last event, in screen coordinates.
 POINT g_pointer{};
-// For telling double clicks.
+// For detecting double clicks.
 struct {
     HWND window = nullptr;
     int button = 0;
     DWORD time = 0;
     POINT position{};
 } g_lastPress;
-// Keys that are held, to tell repetition.
+// Keys that are down, for detecting auto-repeat.
 std::array<bool, 256> g_held{};
 
 UINT mouseKeys(std::uint16_t state) {
@@ -57,8 +57,8 @@ void addMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, DWORD t
     Queue::main().addInput(std::move(input));
 }
 
-/// The window that gets a pointer event at a window: a disabled one passes it to its parent, a disabled
-/// top-level window swallows it.
+/// The window that receives a pointer event over the given one: the capture window, or the nearest enabled
+/// ancestor; null if the top-level window is disabled.
 Window* pointerTarget(Window* window) {
     if (Window* capture = findWindow(captureWindow())) {
         return capture;
@@ -88,7 +88,7 @@ void buttonEvent(const xcb_button_press_event_t& event, bool down) {
         }
         const bool vertical = event.detail < 6;
         const int delta = event.detail == 4 || event.detail == 7 ? WHEEL_DELTA : -WHEEL_DELTA;
-        // The window under the pointer, as in later Windows versions; older ones ask the focus.
+        // To the window under the pointer, as since Windows 10; older versions send it to the focus window.
         addMessage(window->handle, vertical ? WM_MOUSEWHEEL : WM_MOUSEHWHEEL,
                    MAKEWPARAM(mouseKeys(event.state), delta), MAKELPARAM(g_pointer.x, g_pointer.y),
                    event.time);
@@ -131,7 +131,7 @@ void buttonEvent(const xcb_button_press_event_t& event, bool down) {
         g_lastPress.time = event.time;
         g_lastPress.position = g_pointer;
     }
-    // The event's state is the one before the button changed, the message's the one after.
+    // The X event has the state before the button changed, the message needs the one after.
     const UINT keys = down ? mouseKeys(event.state) | button.key : mouseKeys(event.state) & ~button.key;
     addMessage(window->handle, message, keys, clientPosition(*window), event.time);
 }
@@ -146,7 +146,7 @@ void motionEvent(const xcb_motion_notify_event_t& event) {
     if (captureWindow() == nullptr && GET_Y_LPARAM(position) < 0) {
         return;
     }
-    // Moves that nobody has looked at yet are one.
+    // Coalesce with a move that has not been retrieved yet.
     if (MSG* last = Queue::main().lastInput(window->handle, WM_MOUSEMOVE)) {
         last->wParam = mouseKeys(event.state);
         last->lParam = position;
@@ -171,7 +171,7 @@ void keyEvent(const xcb_key_press_event_t& event, bool down) {
     }
     const bool altDown = (event.state & XCB_MOD_MASK_1) != 0 || key.virtualKey == VK_MENU;
     const bool control = (event.state & XCB_MOD_MASK_CONTROL) != 0;
-    // Keys with Alt, F10, and keys that no window has the focus for are the system's.
+    // Keys with Alt, F10, and keys without a focus window are sent as WM_SYSKEY messages.
     const bool system = noFocus || (altDown && !control) || key.virtualKey == VK_F10;
     DWORD bits = 1 | key.scanBits;
     if (altDown) {
@@ -185,7 +185,7 @@ void keyEvent(const xcb_key_press_event_t& event, bool down) {
     }
     const UINT message = down ? (system ? WM_SYSKEYDOWN : WM_KEYDOWN) : (system ? WM_SYSKEYUP : WM_KEYUP);
     if (target == nullptr || !acceptsInput(target)) {
-        // Nobody is told, but the key is up or down all the same.
+        // No window receives the message, but the key state changes all the same.
         MSG untold{};
         untold.message = message;
         untold.wParam = static_cast<WPARAM>(key.virtualKey);
@@ -197,7 +197,7 @@ void keyEvent(const xcb_key_press_event_t& event, bool down) {
                static_cast<LPARAM>(static_cast<LONG>(bits)), event.time, key.text);
 }
 
-/// The top-level window whose proxy that is.
+/// The top-level window that has this focus proxy.
 Window* windowOfProxy(xcb_window_t proxy) {
     for (const auto& window : allWindows()) {
         if (window->focusProxy == proxy && proxy != XCB_NONE) {
@@ -217,7 +217,7 @@ void focusEvent(const xcb_focus_in_event_t& event, unsigned sequence, bool in) {
     if (window == nullptr) {
         return;
     }
-    // Between the window and its proxy nothing really moves.
+    // A move between the window and its focus proxy is no focus change.
     if (event.detail == XCB_NOTIFY_DETAIL_INFERIOR) {
         if (in) {
             takeServerFocus(*window);
@@ -240,17 +240,17 @@ void configureEvent(const xcb_configure_notify_event_t& event) {
         return;
     }
     const Display& display = Display::instance();
-    // The event's position may be the one inside a window manager's frame.
+    // The event's position may be relative to the window manager's frame.
     const auto origin = owned(xcb_translate_coordinates_reply(
         display.connection(),
         xcb_translate_coordinates(display.connection(), event.window, display.root(), 0, 0), nullptr));
-    // Asked for as it is now: events of sizes that are no more must not undo a later SetWindowPos.
+    // Query the current size: a stale event must not undo a later SetWindowPos.
     const auto geometry = owned(xcb_get_geometry_reply(
         display.connection(), xcb_get_geometry(display.connection(), event.window), nullptr));
     if (!origin || !geometry) {
         return;
     }
-    // The server has no windows without extent; ours may.
+    // An X window is at least one pixel wide and high; ours may be empty.
     const int width = geometry->width == 1 && window->width() == 0 ? 0 : geometry->width;
     const int height = geometry->height == 1 && window->height() == 0 ? 0 : geometry->height;
     applyRectangle(window->handle,
@@ -268,8 +268,8 @@ void clientMessage(const xcb_client_message_event_t& event) {
             PostMessageW(window->handle, WM_SYSCOMMAND, SC_CLOSE, MAKELPARAM(g_pointer.x, g_pointer.y));
         }
     } else if (event.type == display.atoms().xembed && event.data.data32[1] == kXembedRequestFocus) {
-        // A window inside ours was clicked. A toolkit of this process moves the focus itself, where its own
-        // rules say so; for any other the click is enough.
+        // An embedded window was clicked. The toolkit of this process moves the focus itself, by its own
+        // rules; a window of another process gets it.
         const auto tree = owned(xcb_query_tree_reply(
             display.connection(), xcb_query_tree(display.connection(), event.window), nullptr));
         const int count = tree ? xcb_query_tree_children_length(tree.get()) : 0;
@@ -302,8 +302,8 @@ void exposeEvent(const xcb_expose_event_t& event) {
 
 void handle(const xcb_generic_event_t& generic) {
     Display& display = Display::instance();
-    // Errors come as events too. The windows of others go when they like, and so a request may name one that
-    // is no more; nothing here depends on such a request.
+    // X errors arrive as events too and are ignored: a foreign window may be destroyed any time, so a request
+    // may name one that no longer exists.
     switch (generic.response_type & ~kSentByClient) {
         case XCB_BUTTON_PRESS:
         case XCB_BUTTON_RELEASE: {
@@ -364,18 +364,19 @@ bool bufferXEvents() {
         g_buffered.push_back(owned(event));
     }
     if (xcb_connection_has_error(connection) != 0) {
-        std::fputs("win32: the connection to the X server broke\n", stderr);
+        std::fputs("win32: lost the connection to the X server\n", stderr);
         std::_Exit(1);
     }
     return !g_buffered.empty();
 }
 
 void readXEvents() {
-    // One at a time: handling one may run a loop that reads the others.
+    // One at a time: handling an event may run a modal loop that reads the others.
     while (bufferXEvents()) {
         const auto event = std::move(g_buffered.front());
         g_buffered.pop_front();
-        // A key that is held comes as pairs of up and down at the same time; Windows repeats the down only.
+        // X reports auto-repeat as a release and a press with the same timestamp; Windows repeats only the
+        // key-down message. Drop the release.
         if ((event->response_type & ~kSentByClient) == XCB_KEY_RELEASE && !g_buffered.empty()) {
             const auto& up = reinterpret_cast<const xcb_key_press_event_t&>(*event);
             const auto& next = reinterpret_cast<const xcb_key_press_event_t&>(*g_buffered.front());
