@@ -1,10 +1,12 @@
 #pragma once
 
-// The part of MFC that has no windows: strings, run-time classes, exceptions, files and archives.
+// The part of MFC without windows: strings, run-time classes, exceptions, files and archives.
 //
-// This slice declares what the module and its stand-in host use, under the documented names. It is written
-// over documented Win32 only. Left out: ANSI builds, memory diagnostics, CTime, CStdioFile, the TRY/CATCH
-// macros (use C++ try and catch, and Delete() what was caught).
+// The slice declares what the module and the simulated CAD host use, with the documented names, and is
+// written over documented Win32 functions only.
+//
+// Simplified: no ANSI builds, memory diagnostics, CTime, CStdioFile or TRY/CATCH macros (use C++ try and
+// catch, and call Delete() on the caught exception).
 
 #include "afxdefs_.h"
 
@@ -15,7 +17,7 @@ class CArchive;
 class CFile;
 class CObject;
 
-/// Reports a failed ASSERT (debug output and standard error) and ends the program.
+/// Reports a failed ASSERT (debug output and standard error) and aborts.
 [[noreturn]] void AFXAPI AfxAssertFailedLine(const char* file, int line, const char* expression);
 /// Writes a formatted line to the debug output. Formats as CString::Format does.
 void AFX_CDECL AfxTrace(const char* format, ...);
@@ -55,6 +57,6 @@ void AFX_CDECL AfxTrace(LPCTSTR format, ...);
 
 #include "atltypes.h"
 
-/// A name that means the same in every MFC header: the least and the most useful element positions.
+/// An opaque position in a collection.
 struct __POSITION;
 typedef __POSITION* POSITION;

@@ -2,7 +2,7 @@
 
 // CWinThread and CWinApp. Include <afxwin.h>.
 //
-// Simplified: no threads of MFC's own (one CWinThread, the application), no documents, no registry, no
+// Simplified: no AfxBeginThread (the application is the only CWinThread), no documents, no registry, no
 // accelerators and no modeless state.
 
 #include "afxtarget_.h"
@@ -11,7 +11,7 @@
 
 class CWnd;
 
-/// The message loop.
+/// A thread with a message loop.
 class CWinThread : public CCmdTarget {
     DECLARE_DYNAMIC(CWinThread)
 
@@ -25,23 +25,24 @@ public:
 
     virtual BOOL InitInstance();
     virtual int ExitInstance();
-    /// Pumps until WM_QUIT, doing idle work whenever the queue is empty; returns what ExitInstance does.
+    /// Runs the message loop until WM_QUIT, with idle processing while the queue is empty; returns
+    /// ExitInstance's result.
     virtual int Run();
-    /// Gets one message, offers it to PreTranslateMessage and dispatches it. False at WM_QUIT.
+    /// Retrieves one message and, unless PreTranslateMessage handles it, dispatches it. False at WM_QUIT.
     virtual BOOL PumpMessage();
     /// Offers the message to its window and that window's parents, up to the main window.
     virtual BOOL PreTranslateMessage(MSG* msg);
-    /// Work for a quiet time. `count` is how often it was called since the last message; false: no more is
-    /// needed.
+    /// Idle processing. `count` is the number of calls since the last message; false ends the idle processing
+    /// until the next message.
     virtual BOOL OnIdle(LONG count);
-    /// Whether idle work is due again after this message: not after painting, not after the caret's timer
-    /// (0x118) and not after a mouse move that moves nothing.
+    /// Whether this message restarts idle processing: not WM_PAINT, not the caret's timer (0x118), and not a
+    /// mouse move to the same position.
     virtual BOOL IsIdleMessage(MSG* msg);
-    /// Called with an exception that left a message handler; the result becomes the message's.
+    /// Called with an exception that a message handler has let escape; returns the message's result.
     virtual LRESULT ProcessWndProcException(CException* e, const MSG* msg);
     virtual CWnd* GetMainWnd();
 
-    /// The message that PumpMessage got last.
+    /// The message that PumpMessage has retrieved last.
     const MSG& GetCurrentMsg() const { return m_msgCur; }
 
 protected:
@@ -52,7 +53,7 @@ private:
     UINT m_nMsgLast = WM_NULL;
 };
 
-/// The application: one object for the process, a static of the program.
+/// The application: the process has exactly one, usually a global object.
 class CWinApp : public CWinThread {
     DECLARE_DYNAMIC(CWinApp)
 
@@ -63,8 +64,8 @@ public:
     HINSTANCE m_hInstance = nullptr;
     LPTSTR m_lpCmdLine = nullptr;
     int m_nCmdShow = 0;
-    LPCTSTR m_pszAppName = nullptr;  ///< As in message boxes' captions.
-    LPCTSTR m_pszExeName = nullptr;  ///< The program's file name, without folder and extension.
+    LPCTSTR m_pszAppName = nullptr;  ///< The caption of message boxes.
+    LPCTSTR m_pszExeName = nullptr;  ///< The program's file name without folder and extension.
 
     virtual BOOL InitApplication();
     BOOL InitInstance() override;
@@ -72,10 +73,10 @@ public:
     int Run() override;
     BOOL OnIdle(LONG count) override;
     LRESULT ProcessWndProcException(CException* e, const MSG* msg) override;
-    /// What AfxMessageBox shows.
+    /// Shows AfxMessageBox's message box.
     virtual int DoMessageBox(LPCTSTR prompt, UINT type, UINT helpId);
 
-    /// Fills the names in; called by AfxWinInit.
+    /// Sets the names and the module state's handles; called by AfxWinInit.
     void SetCurrentHandles();
 
 private:
@@ -83,23 +84,23 @@ private:
     CString m_exeName;
 };
 
-/// Null before there is an application.
+/// Null before the application object exists.
 CWinApp* AFXAPI AfxGetApp();
-/// The calling thread's CWinThread; null on threads that MFC does not know.
+/// The calling thread's CWinThread; null on a thread without one.
 CWinThread* AFXAPI AfxGetThread();
 /// The calling thread's main window, or null.
 CWnd* AFXAPI AfxGetMainWnd();
 LPCTSTR AFXAPI AfxGetAppName();
 
-/// Shows a message box over the main window; callable from any thread, and then without an owner. An icon
-/// that is not asked for is chosen by the buttons.
+/// Shows a message box owned by the main window. Any thread; on other than the main thread the box has no
+/// owner. Without an icon in `type` the buttons determine the icon.
 int AFXAPI AfxMessageBox(LPCTSTR text, UINT type = MB_OK, UINT helpId = 0);
 
 BOOL AFXAPI AfxPreTranslateMessage(MSG* msg);
 BOOL AFXAPI AfxPumpMessage();
 void AFXAPI AfxPostQuitMessage(int exitCode);
 
-/// Tells MFC and the application object how the program was started.
+/// Initializes MFC and the application object with WinMain's arguments.
 BOOL AFXAPI AfxWinInit(HINSTANCE instance, HINSTANCE previous, LPTSTR commandLine, int show);
-/// Runs the application object: AfxWinInit, InitApplication, InitInstance, Run. What main or WinMain returns.
+/// Runs the application: AfxWinInit, InitApplication, InitInstance, Run. Returns the exit code for WinMain.
 int AFXAPI AfxWinMain(HINSTANCE instance, HINSTANCE previous, LPTSTR commandLine, int show);

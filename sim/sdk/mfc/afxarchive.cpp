@@ -9,13 +9,13 @@ namespace {
 
 const UINT kMinBufferSize = 128;
 
-// What the bytes in front of an archived text mean.
+// Markers in the length prefix of an archived string.
 const BYTE kLengthFollows = 0xFF;
 const WORD kWideTextFollows = 0xFFFE;
 const WORD kLongLengthFollows = 0xFFFF;
 const DWORD kHugeCountFollows = 0xFFFFFFFFU;
 
-static_assert(sizeof(TCHAR) == 2, "texts are archived as UTF-16 units");
+static_assert(sizeof(TCHAR) == 2, "strings are archived as UTF-16 code units");
 
 }  // namespace
 
@@ -38,7 +38,7 @@ CArchive::~CArchive() {
     try {
         Close();
     } catch (CException* e) {
-        // A destructor may run while another exception passes; call Close to learn of failures.
+        // A destructor must not throw: whoever wants to know of a failure calls Close.
         e->Delete();
     }
 }
@@ -73,7 +73,7 @@ void CArchive::Flush() {
         return;
     }
     if (IsLoading()) {
-        // Give back what was read ahead, so that the file stands where the archive's user does.
+        // Seek back over what was read ahead, so that the file position is the archive's.
         if (m_position != m_filled) {
             m_file->Seek(-static_cast<LONGLONG>(m_filled - m_position), CFile::current);
         }
@@ -134,7 +134,7 @@ void CArchive::Write(const void* buffer, UINT count) {
     }
 }
 
-// Values are little-endian wherever the archive is written.
+// Values are little-endian on every platform.
 template <typename T>
 CArchive& CArchive::put(T value) {
     using Unsigned = std::make_unsigned_t<T>;
@@ -338,7 +338,7 @@ BOOL CArchive::ReadString(CString& text) {
         const auto unit = static_cast<TCHAR>(bytes[0] | bytes[1] << 8);
         if (unit == _T('\n') || unit == _T('\r')) {
             if (unit == _T('\r')) {
-                Read(bytes, sizeof bytes);  // the line feed that goes with it
+                Read(bytes, sizeof bytes);  // the line feed after it
             }
             break;
         }
@@ -365,7 +365,7 @@ CArchive& AFXAPI operator<<(CArchive& ar, const CString& text) {
 
 namespace {
 
-/// The length in front of a text; `wide` tells whether bytes or UTF-16 units follow.
+/// Reads the length prefix of a string; sets `wide` if UTF-16 code units follow instead of bytes.
 ULONGLONG readTextLength(CArchive& ar, bool& wide) {
     wide = false;
     BYTE small = 0;
@@ -401,7 +401,7 @@ ULONGLONG readTextLength(CArchive& ar, bool& wide) {
 CArchive& AFXAPI operator>>(CArchive& ar, CString& text) {
     bool wide = false;
     ULONGLONG left = readTextLength(ar, wide);
-    // Read piecewise: a broken length must not take memory that the data behind it does not fill.
+    // Read piecewise: a corrupt length must not allocate more memory than there is data.
     const ULONGLONG piece = 0x8000;
     CString result;
     std::unique_ptr<BYTE[]> bytes(new BYTE[piece * sizeof(TCHAR)]);

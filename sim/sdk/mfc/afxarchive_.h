@@ -1,8 +1,9 @@
 #pragma once
 
-// CArchive: MFC's binary form of objects, little-endian, byte for byte. Include <afx.h>.
+// CArchive: MFC's binary serialization format, little-endian, byte for byte. Include <afx.h>.
 //
-// Simplified: no document, no direct buffer access of the file (the archive always has a buffer of its own).
+// Simplified: no document, and the archive always has its own buffer (no direct access to a CMemFile's, and
+// the constructor ignores the caller's).
 
 #include "afxobject_.h"
 
@@ -12,9 +13,9 @@
 
 class CFile;
 
-/// Stores objects in a file or loads them from one; a given archive does one or the other. What goes wrong
-/// raises CArchiveException: endOfFile when the data ends too soon, badIndex, badClass and badSchema for data
-/// that no archive wrote, readOnly and writeOnly for the wrong direction.
+/// Stores objects in a file or loads them from one; one archive does one or the other. Errors throw
+/// CArchiveException: endOfFile for truncated data, badIndex, badClass and badSchema for corrupt data,
+/// readOnly and writeOnly for an operation in the wrong direction.
 class CArchive {
 public:
     enum Mode : UINT { store = 0, load = 1, bNoFlushOnDelete = 2, bNoByteSwap = 4 };
@@ -29,29 +30,30 @@ public:
     BOOL IsStoring() const { return (m_mode & load) == 0; }
     CFile* GetFile() const { return m_file; }
 
-    /// The schema number of the object being read; callable once, from Serialize. -1 when there is none.
+    /// The schema number of the object being read. To be called once, from Serialize; the next call returns
+    /// -1.
     UINT GetObjectSchema();
     void SetObjectSchema(UINT schema) { m_objectSchema = schema; }
 
-    /// Fewer bytes than asked for come back at the end of the file only.
+    /// Returns the number of bytes read; fewer than requested only at the end of the file.
     UINT Read(void* buffer, UINT count);
     void EnsureRead(void* buffer, UINT count);
     void Write(const void* buffer, UINT count);
     void Flush();
     void Close();
-    /// Ends the archive without writing what is buffered.
+    /// Detaches the archive from the file and discards the buffer.
     void Abort();
 
     void WriteString(LPCTSTR text);
-    /// A line without its end; false when there is none left.
+    /// Reads a line without its terminator; false at the end of the data.
     BOOL ReadString(CString& text);
 
-    /// Counts of collections: 16 bits below FFFF, else FFFF and 32 bits below FFFFFFFF, else that and 64
-    /// bits.
+    /// The element count of a collection: 16 bits if below FFFF; else FFFF and 32 bits if below FFFFFFFF;
+    /// else FFFF, FFFFFFFF and 64 bits.
     void WriteCount(DWORD_PTR count);
     DWORD_PTR ReadCount();
 
-    /// Objects with their class; an object met twice is stored once and loaded once.
+    /// Objects with their class. An object that is referenced several times is stored once and loaded once.
     void WriteObject(const CObject* object);
     CObject* ReadObject(const CRuntimeClass* requestedClass);
     void MapObject(const CObject* object);
@@ -73,11 +75,11 @@ public:
     CArchive& operator<<(short value);
     CArchive& operator<<(bool value);
 #ifdef _WIN32
-    // LONG and DWORD are long there.
+    // LONG and DWORD are long on Windows, so int and unsigned need their own overloads.
     CArchive& operator<<(int value);
     CArchive& operator<<(unsigned value);
 #else
-    // LONGLONG and ULONGLONG are long here.
+    // LONGLONG and ULONGLONG are long on Linux, so long long needs its own overloads.
     CArchive& operator<<(long long value);
     CArchive& operator<<(unsigned long long value);
 #endif
@@ -119,14 +121,15 @@ private:
     CString m_fileName;
     std::unique_ptr<BYTE[]> m_buffer;
     UINT m_bufferSize;
-    UINT m_position = 0;  ///< Next byte to read, or end of what is written.
-    UINT m_filled = 0;    ///< End of what was read ahead.
+    UINT m_position = 0;  ///< The next byte in the buffer to read or write.
+    UINT m_filled = 0;    ///< The end of the data read ahead.
     UINT m_objectSchema = 0xFFFFFFFFU;
     std::unique_ptr<Maps> m_maps;
 };
 
 CArchive& AFXAPI operator<<(CArchive& ar, const CObject* object);
 CArchive& AFXAPI operator>>(CArchive& ar, CObject*& object);
-/// FF FFFE, the length in one, three or seven bytes, then the UTF-16 units. Reading takes narrow strings too.
+/// Writes FF FFFE, the length in one, three or seven bytes, and the UTF-16 code units. Reading accepts narrow
+/// strings too.
 CArchive& AFXAPI operator<<(CArchive& ar, const CString& text);
 CArchive& AFXAPI operator>>(CArchive& ar, CString& text);

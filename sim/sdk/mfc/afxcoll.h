@@ -1,10 +1,11 @@
 #pragma once
 
-// CStringArray. Simplified: the other ready-made collections are left out.
+// CStringArray.
+// Simplified: none of the other non-template collections.
 
 #include <afxtempl.h>
 
-/// An array of texts. Add and SetAt take texts of both kinds.
+/// An array of strings. Add and SetAt take a CString or an LPCTSTR.
 class CStringArray : public CArray<CString, const CString&> {
     DECLARE_SERIAL(CStringArray)
 };

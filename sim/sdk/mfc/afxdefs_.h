@@ -1,6 +1,6 @@
 #pragma once
 
-// Words that stand in MFC's declarations and mean nothing here. Include <afx.h>.
+// Decorations of MFC's declarations (calling conventions, afx_msg), all empty here. Include <afx.h>.
 
 #include <windows.h>
 

@@ -16,7 +16,7 @@ IMPLEMENT_DYNAMIC(CArchiveException, CException)
 
 namespace {
 
-/// The text of a cause; those that are not listed are "unknown".
+/// The message for a cause; "unknown error" for a cause that is not in the table.
 template <size_t Count>
 CString causeText(const LPCTSTR (&texts)[Count], int cause, const CString& fileName) {
     LPCTSTR format = cause >= 0 && static_cast<size_t>(cause) < Count
@@ -153,7 +153,7 @@ CString CArchiveException::errorText() const {
     return causeText(texts, m_cause, m_strFileName);
 }
 
-// What may have to be thrown when there is no memory is made beforehand.
+// CMemoryException and the other simple exceptions are static objects: throwing one must not allocate.
 void AFXAPI AfxThrowMemoryException() {
     static CMemoryException exception;
     throw &exception;

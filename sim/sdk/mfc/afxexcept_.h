@@ -1,9 +1,9 @@
 #pragma once
 
-// Exceptions of MFC: thrown by pointer, caught as `catch (CFileException* e)` and given back with
-// e->Delete(). Include <afx.h>.
+// MFC's exceptions: thrown by pointer, caught with `catch (CFileException* e)` and released with e->Delete().
+// Include <afx.h>.
 //
-// Simplified: the texts of GetErrorMessage are fixed and English, with no help contexts.
+// Simplified: GetErrorMessage's messages are always English; no help contexts.
 
 #include "afxobject_.h"
 
@@ -15,21 +15,22 @@ class CException : public CObject {
 public:
     explicit CException(BOOL autoDelete = TRUE);
 
-    /// Frees the exception, if it was made on the heap.
+    /// Deletes the exception if it was allocated on the heap.
     void Delete();
-    /// Fills `error` with a text, cut to `maxError` characters with the terminator. False when there is none.
+    /// Copies the message to `error`, truncated to `maxError` characters including the terminator. False if
+    /// there is no message.
     virtual BOOL GetErrorMessage(LPTSTR error, UINT maxError, UINT* helpContext = nullptr) const;
-    /// Shows the text in a message box.
+    /// Shows the message in a message box.
     virtual int ReportError(UINT type = MB_OK, UINT messageId = 0);
 
     BOOL m_bAutoDelete;
 
 protected:
-    /// The text of GetErrorMessage; empty for none.
+    /// GetErrorMessage's message; empty for none.
     virtual CString errorText() const;
 };
 
-/// Exceptions that live as statics, because making one could fail.
+/// Base of the exceptions that are static objects, since allocating one could fail.
 class CSimpleException : public CException {
     DECLARE_DYNAMIC(CSimpleException)
 
@@ -71,7 +72,7 @@ public:
     CResourceException();
 };
 
-/// Ends an operation that the user has already been told about.
+/// Ends an operation whose failure has already been reported to the user.
 class CUserException : public CSimpleException {
     DECLARE_DYNAMIC(CUserException)
 
@@ -103,7 +104,7 @@ public:
 
     explicit CFileException(int cause = none, LONG osError = -1, LPCTSTR fileName = nullptr);
 
-    /// The cause that a GetLastError code stands for.
+    /// The cause that corresponds to a GetLastError code.
     static int PASCAL OsErrorToException(LONG osError);
     static void PASCAL ThrowOsError(LONG osError, LPCTSTR fileName = nullptr);
 

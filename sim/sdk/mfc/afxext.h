@@ -1,11 +1,12 @@
 #pragma once
 
-// CControlBar. Simplified: the base only (no tool, status or dialog bars), no floating bars, and a docked bar
+// CControlBar.
+// Simplified: the base class only (no toolbars, status bars or dialog bars); no floating bars. A docked bar
 // with CBRS_SIZE_DYNAMIC can be resized by dragging its inner edge, which MFC leaves to derived classes.
 
 #include <afxwin.h>
 
-// Styles of bars.
+// Control bar styles.
 #define CBRS_NOALIGN 0x00000000U
 #define CBRS_ALIGN_LEFT 0x00001000U
 #define CBRS_ALIGN_TOP 0x00002000U
@@ -35,7 +36,7 @@
 #define CBRS_RIGHT (CBRS_ALIGN_RIGHT | CBRS_BORDER_LEFT)
 #define CBRS_BOTTOM (CBRS_ALIGN_BOTTOM | CBRS_BORDER_TOP)
 
-// What CalcDynamicLayout is asked for.
+// CalcDynamicLayout's mode.
 #define LM_STRETCH 0x01U
 #define LM_HORZ 0x02U
 #define LM_MRUWIDTH 0x04U
@@ -46,7 +47,7 @@
 
 class CDockState;
 
-/// A bar along an edge of its frame. It joins the frame when its window is created as the frame's child.
+/// A bar along an edge of its frame. Creating its window as a child of the frame registers it with the frame.
 class CControlBar : public CWnd {
     DECLARE_DYNAMIC(CControlBar)
 
@@ -54,30 +55,32 @@ public:
     ~CControlBar() override;
 
     BOOL m_bAutoDelete = FALSE;  ///< Delete the object when its window is destroyed.
-    DWORD m_dwStyle = 0;         ///< CBRS_… of creation, with the edge the bar is at.
-    DWORD m_dwDockStyle = 0;     ///< Edges the bar may dock at; not 0 after EnableDocking.
+    DWORD m_dwStyle = 0;         ///< CBRS_… style, including the edge (CBRS_ALIGN_…) where the bar is.
+    DWORD m_dwDockStyle = 0;     ///< EnableDocking's argument: the edges where the bar may dock.
     CFrameWnd* m_pDockSite = nullptr;
-    UINT m_nDockBarID = 0;  ///< AFX_IDW_DOCKBAR_… where the bar is docked; 0 for a fixed bar.
-    CSize m_sizeDocked;     ///< Width when docked left or right, height at the top or bottom; pixels.
+    UINT m_nDockBarID = 0;  ///< The AFX_IDW_DOCKBAR_… where the bar is docked; 0 for a fixed bar.
+    CSize m_sizeDocked;     ///< cx: width when docked left or right; cy: height at the top or bottom. Pixels.
 
     DWORD GetBarStyle() const { return m_dwStyle; }
     void SetBarStyle(DWORD style) { m_dwStyle = style & CBRS_ALL; }
     void EnableDocking(DWORD dockStyle);
     CFrameWnd* GetDockingFrame() const { return m_pDockSite; }
-    /// Shown, or about to be shown in idle time.
+    /// Whether the bar is visible, or will be after a pending DelayShow.
     BOOL IsVisible() const;
     BOOL IsFloating() const { return FALSE; }
 
-    /// The size wanted along an edge; stretching bars give 32767 for the edge's length.
+    /// The size along an edge; a stretched bar returns 32767 for the direction along the edge.
     virtual CSize CalcFixedLayout(BOOL stretch, BOOL horizontal);
-    /// The same for docked bars; the base gives m_sizeDocked, or CalcFixedLayout when that is not set.
+    /// The same for docked bars. The base class returns m_sizeDocked, or CalcFixedLayout's size if that is
+    /// not set.
     virtual CSize CalcDynamicLayout(int length, DWORD mode);
-    /// May limit the size that the user gives a docked bar by its edge. The base keeps it positive.
+    /// May limit the size while the user drags a docked bar's edge. The base class enforces a minimum of 20
+    /// pixels.
     virtual void OnDockedSizing(CSize& size);
 
-    /// Shows or hides the bar in the next idle time.
+    /// Shows or hides the bar in the next idle processing.
     void DelayShow(BOOL show);
-    /// Does what DelayShow put off; true when the layout changes.
+    /// Applies a pending DelayShow; true if the layout changes.
     BOOL ApplyDelayedShow();
 
 protected:

@@ -4,7 +4,7 @@ IMPLEMENT_DYNAMIC(CFile, CObject)
 
 namespace {
 
-/// Raises the exception of the last error.
+/// Throws CFileException for GetLastError.
 [[noreturn]] void throwLastError(const CString& fileName) {
     const auto error = static_cast<LONG>(GetLastError());
     AfxThrowFileException(CFileException::OsErrorToException(error), error, fileName.GetString());
@@ -16,7 +16,7 @@ LARGE_INTEGER largeInteger(LONGLONG value) {
     return large;
 }
 
-/// The path as the system writes it in full; the name itself when it cannot be resolved.
+/// The full path; the name itself if it cannot be resolved.
 CString fullPath(LPCTSTR fileName) {
     CString path;
     const DWORD needed = GetFullPathNameW(fileName, 0, nullptr, nullptr);
@@ -153,7 +153,8 @@ void CFile::Write(const void* buffer, UINT count) {
 }
 
 ULONGLONG CFile::Seek(LONGLONG offset, UINT from) {
-    static_assert(begin == FILE_BEGIN && current == FILE_CURRENT && end == FILE_END, "passed on unchanged");
+    static_assert(begin == FILE_BEGIN && current == FILE_CURRENT && end == FILE_END,
+                  "the values are passed to Win32 unchanged");
     if (m_hFile == fileNull()) {
         AfxThrowFileException(CFileException::invalidFile, -1, m_strFileName.GetString());
     }

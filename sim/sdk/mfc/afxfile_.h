@@ -2,7 +2,7 @@
 
 // Files on disk and in memory. Include <afx.h>.
 //
-// Simplified: no text mode, no file times and status, no Duplicate, no locking of ranges, no transactions.
+// Simplified: no text mode, no CFileStatus and file times, no Duplicate, no range locking, no transactions.
 
 #include "afxobject_.h"
 
@@ -10,7 +10,7 @@
 
 class CFileException;
 
-/// An unbuffered binary file. Failures raise CFileException, but for Open, which reports.
+/// An unbuffered binary file. Failures throw CFileException, except in Open, which returns FALSE.
 class CFile : public CObject {
     DECLARE_DYNAMIC(CFile)
 
@@ -19,15 +19,15 @@ public:
         modeRead = 0x00000,
         modeWrite = 0x00001,
         modeReadWrite = 0x00002,
-        shareCompat = 0x00000,  ///< Means shareExclusive.
+        shareCompat = 0x00000,  ///< The same as shareExclusive.
         shareExclusive = 0x00010,
         shareDenyWrite = 0x00020,
         shareDenyRead = 0x00030,
         shareDenyNone = 0x00040,
         modeNoInherit = 0x00080,
-        typeUnicode = 0x00400,     ///< Accepted; a CFile is binary all the same.
-        modeCreate = 0x01000,      ///< Creates the file, or empties it.
-        modeNoTruncate = 0x02000,  ///< With modeCreate: an existing file keeps its contents.
+        typeUnicode = 0x00400,     ///< Accepted and ignored: a CFile is always binary.
+        modeCreate = 0x01000,      ///< Creates the file, or truncates an existing one.
+        modeNoTruncate = 0x02000,  ///< With modeCreate: does not truncate an existing file.
         typeText = 0x04000,
         typeBinary = 0x08000,
         osNoBuffer = 0x10000,
@@ -37,21 +37,21 @@ public:
     };
     enum SeekPosition { begin = 0, current = 1, end = 2 };
 
-    /// The handle of a file that is not open.
+    /// The value of m_hFile while no file is open.
     static HANDLE fileNull() { return INVALID_HANDLE_VALUE; }
 
     CFile();
-    /// Takes an open file over.
+    /// Wraps an open file; the destructor does not close it.
     explicit CFile(HANDLE file);
-    /// Opens, or raises CFileException.
+    /// Opens the file or throws CFileException.
     CFile(LPCTSTR fileName, UINT openFlags);
     ~CFile() override;
 
     operator HANDLE() const { return m_hFile; }  // NOLINT(google-explicit-constructor)
 
-    /// False on failure, with the reason in `error` when given; GetLastError still tells it too.
+    /// False on failure; `error`, unless null, receives the reason. GetLastError is valid too.
     virtual BOOL Open(LPCTSTR fileName, UINT openFlags, CFileException* error = nullptr);
-    /// Fewer bytes than asked for come back at the end of the file only.
+    /// Returns the number of bytes read; fewer than requested only at the end of the file.
     virtual UINT Read(void* buffer, UINT count);
     virtual void Write(const void* buffer, UINT count);
     virtual ULONGLONG Seek(LONGLONG offset, UINT from);
@@ -60,13 +60,13 @@ public:
     virtual ULONGLONG GetPosition() const;
     virtual void Flush();
     virtual void Close();
-    /// Closes and ignores errors.
+    /// Closes the file, ignoring errors.
     virtual void Abort();
 
     ULONGLONG SeekToEnd() { return Seek(0, end); }
     void SeekToBegin() { Seek(0, begin); }
 
-    /// The name without its folder, and the full path.
+    /// GetFileName returns the name without its folder, GetFilePath the full path.
     virtual CString GetFileName() const;
     virtual CString GetFilePath() const;
     virtual void SetFilePath(LPCTSTR newName);
@@ -80,17 +80,18 @@ protected:
     BOOL m_bCloseOnDelete;
 };
 
-/// A file in memory that grows by steps of `growBytes`.
+/// A file in memory that grows in multiples of `growBytes`.
 class CMemFile : public CFile {
     DECLARE_DYNAMIC(CMemFile)
 
 public:
     explicit CMemFile(UINT growBytes = 1024);
-    /// Over a buffer of the caller's; with growBytes 0 it cannot grow.
+    /// Uses a buffer that the caller keeps owning. With growBytes 0 the file has the buffer's contents and
+    /// cannot grow; otherwise it starts empty.
     CMemFile(BYTE* buffer, UINT size, UINT growBytes = 0);
     ~CMemFile() override;
 
-    /// Gives the buffer away (free it with free()) and leaves the file empty.
+    /// Returns the buffer, which the caller then owns (release it with free()), and leaves the file empty.
     BYTE* Detach();
 
     UINT Read(void* buffer, UINT count) override;

@@ -1,10 +1,9 @@
 #pragma once
 
-// Frames and views. Include <afxwin.h>.
+// Frame windows and views. Include <afxwin.h>.
 //
-// Simplified: bars dock in rows of their own, directly in the frame, and never float; no documents, no MDI
-// children (a CMDIFrameWnd is a frame with one pane), no frame resources (make the window and its menu with
-// Create).
+// Simplified: bars are docked directly in the frame, each in its own row, and never float; no documents, no
+// MDI children (a CMDIFrameWnd is a frame with one pane), no LoadFrame (use Create and SetMenu).
 
 #include <vector>
 
@@ -13,10 +12,11 @@
 class CControlBar;
 class CView;
 
-/// Sent to frames in idle time.
+/// Sent to frames during idle processing.
 #define WM_IDLEUPDATECMDUI 0x0363
 
-/// A main window: a pane in the middle, bars along its edges. Deletes itself when its window is destroyed.
+/// A frame window: a pane in the middle and bars along its edges. Deletes itself when its window is
+/// destroyed.
 class CFrameWnd : public CWnd {
     DECLARE_DYNCREATE(CFrameWnd)
 
@@ -24,7 +24,7 @@ public:
     CFrameWnd();
     ~CFrameWnd() override;
 
-    /// Lets the system choose the place.
+    /// Lets the system choose position and size.
     static const CRect rectDefault;
 
     using CWnd::Create;
@@ -38,17 +38,18 @@ public:
 
     /// Allows docking at these edges (CBRS_ALIGN_…).
     void EnableDocking(DWORD dockStyle);
-    /// Docks at an edge (AFX_IDW_DOCKBAR_…); 0 takes the first that the bar's style and the frame allow.
+    /// Docks the bar at an edge (AFX_IDW_DOCKBAR_…); 0 means the first edge that the bar's style and the
+    /// frame allow. CInvalidArgException if there is none.
     void DockControlBar(CControlBar* bar, UINT dockBarId = 0, LPCRECT rect = nullptr);
-    /// With `delay` the bar is shown or hidden in the next idle time.
+    /// With `delay` the bar is shown or hidden in the next idle processing.
     void ShowControlBar(CControlBar* bar, BOOL show, BOOL delay);
     void AddControlBar(CControlBar* bar);
     void RemoveControlBar(CControlBar* bar);
     CControlBar* GetControlBar(UINT id) const;
     const std::vector<CControlBar*>& GetControlBars() const { return m_controlBars; }
 
-    /// Places the bars - fixed ones in their order, then docked ones at the top, bottom, left and right - and
-    /// gives the rest to the child with the id AFX_IDW_PANE_FIRST.
+    /// Positions the bars (fixed ones in order of creation, then docked ones at the top, bottom, left and
+    /// right) and gives the remaining area to the child window with the id AFX_IDW_PANE_FIRST.
     virtual void RecalcLayout(BOOL notify = TRUE);
     void DelayRecalcLayout(BOOL notify = TRUE);
 
@@ -72,7 +73,7 @@ protected:
     DECLARE_MESSAGE_MAP()
 
 private:
-    /// The strip beside a resizable bar, by which its edge is dragged; in client coordinates.
+    /// The strip beside a resizable bar that drags its edge; in client coordinates.
     struct Splitter {
         CControlBar* bar;
         CRect rect;
@@ -100,7 +101,7 @@ class CMDIFrameWnd : public CFrameWnd {
     DECLARE_DYNCREATE(CMDIFrameWnd)
 };
 
-/// The window that shows the drawing. Deletes itself when its window is destroyed.
+/// The view in a frame's pane. Deletes itself when its window is destroyed.
 class CView : public CWnd {
     DECLARE_DYNAMIC(CView)
 
@@ -110,9 +111,9 @@ public:
 protected:
     CView() = default;
 
-    /// Called from WM_PAINT. Simplified: not pure, and there is no document to draw.
+    /// Called for WM_PAINT. Simplified: not pure virtual; there is no document.
     virtual void OnDraw(CDC* dc);
-    /// The view became, or stopped being, its frame's active view.
+    /// Called when the view becomes, or is no longer, its frame's active view.
     virtual void OnActivateView(BOOL activate, CView* activateView, CView* deactiveView);
     void PostNcDestroy() override;
 

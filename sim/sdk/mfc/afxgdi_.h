@@ -1,9 +1,9 @@
 #pragma once
 
-// Device contexts and menus as thin owners of their handles. Include <afxwin.h>.
+// Device contexts and menus: thin wrappers of their handles. Include <afxwin.h>.
 //
-// Simplified: no drawing functions (draw with Win32's on the handle), and FromHandle of a menu gives the
-// object that owns the handle or a temporary one.
+// Simplified: no drawing functions (call Win32's with the handle); there is no permanent handle map of menus,
+// so CMenu::FromHandle always returns a temporary object.
 
 #include "afxobject_.h"
 
@@ -26,7 +26,7 @@ public:
     HDC m_hDC = nullptr;
 };
 
-/// Paints within WM_PAINT: BeginPaint while it lives.
+/// For WM_PAINT: calls BeginPaint in its constructor and EndPaint in its destructor.
 class CPaintDC : public CDC {
     DECLARE_DYNAMIC(CPaintDC)
 
@@ -40,7 +40,7 @@ private:
     HWND m_hWnd;
 };
 
-/// The client area's context, released with the object.
+/// A window's client area: calls GetDC in its constructor and ReleaseDC in its destructor.
 class CClientDC : public CDC {
     DECLARE_DYNAMIC(CClientDC)
 
@@ -52,7 +52,7 @@ private:
     HWND m_hWnd;
 };
 
-/// Destroys the menu it owns.
+/// Owns its menu; the destructor destroys it.
 class CMenu : public CObject {
     DECLARE_DYNCREATE(CMenu)
 
@@ -62,7 +62,7 @@ public:
 
     HMENU GetSafeHmenu() const { return m_hMenu; }
     operator HMENU() const { return m_hMenu; }  // NOLINT(google-explicit-constructor)
-    /// Null for a null handle. A temporary object lives until the next idle time.
+    /// A temporary object, valid until the next idle processing; null for a null handle.
     static CMenu* PASCAL FromHandle(HMENU menu);
 
     BOOL CreateMenu();

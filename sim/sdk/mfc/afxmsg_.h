@@ -2,9 +2,9 @@
 
 // Message maps. Include <afxwin.h>.
 //
-// An entry holds a small function that unpacks the message's arguments, instead of MFC's signature number and
-// member pointer; the macros check a handler's signature exactly as MFC's do. Left out: ON_UPDATE_COMMAND_UI,
-// control notifications and reflection.
+// Simplified: an entry has a function that unpacks the message's arguments, instead of MFC's signature code
+// and member function pointer (the macros check a handler's signature as MFC's do); no ON_UPDATE_COMMAND_UI,
+// no WM_NOTIFY entries, no message reflection.
 
 #include "afxdefs_.h"
 
@@ -12,7 +12,7 @@ class CCmdTarget;
 class CDC;
 class CWnd;
 
-/// Calls a handler with what wParam and lParam hold.
+/// Unpacks wParam and lParam and calls the handler.
 typedef LRESULT (*AFX_PMSG)(CCmdTarget* target, WPARAM wParam, LPARAM lParam);
 
 struct AFX_MSGMAP_ENTRY {
@@ -20,7 +20,7 @@ struct AFX_MSGMAP_ENTRY {
     UINT nCode;               ///< For WM_COMMAND: the notification code.
     UINT nID;                 ///< For WM_COMMAND: the first id.
     UINT nLastID;             ///< For WM_COMMAND: the last id.
-    const UINT* pRegistered;  ///< A registered message's number, which is known only at run time.
+    const UINT* pRegistered;  ///< For a registered message: its number, known only at run time.
     AFX_PMSG pfn;
 };
 
@@ -54,7 +54,7 @@ protected:                                               \
     return &messageMap;                                                                          \
     }
 
-/// Fails to compile unless the handler has that type, whichever base declares it.
+/// Does not compile unless the handler converts to that type; a base class may declare it.
 #define AFX_CHECK_HANDLER(type, handler) static_cast<void>(static_cast<type>(handler))
 
 #define AFX_HANDLER(type, handler, call)                              \
@@ -69,7 +69,7 @@ protected:                                               \
 #define AFX_WM_ENTRY(message, type, handler, call) \
     {message, 0, 0, 0, nullptr, AFX_HANDLER(type, handler, call)},
 
-/// Temporary CWnd of a handle, and a device context that is not owned: see afxwin.h.
+/// CWnd::FromHandle, and a call with a temporary CDC that does not own the handle. For the macros below.
 CWnd* AFXAPI AfxWndFromHandle(HWND window);
 LRESULT AFXAPI AfxWithDC(HDC dc, BOOL (*call)(CWnd* target, CDC* dc), CWnd* target);
 
@@ -203,7 +203,7 @@ constexpr WORD AfxLow(LPARAM lParam) {
 constexpr WORD AfxHigh(LPARAM lParam) {
     return HIWORD(static_cast<DWORD_PTR>(lParam));
 }
-/// Coordinates are signed.
+/// Signed coordinates from lParam's words.
 constexpr int AfxX(LPARAM lParam) {
     return static_cast<short>(AfxLow(lParam));
 }

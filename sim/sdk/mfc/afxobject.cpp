@@ -10,13 +10,13 @@ struct ClassList {
     CRuntimeClass* first = nullptr;
 };
 
-// Never destroyed: modules leave the list while the process ends, in an order nobody controls.
+// Never destroyed: at exit modules unregister their classes in an unspecified order.
 ClassList& classList() {
     static auto* const list = new ClassList;
     return *list;
 }
 
-const WORD kMaxClassName = 64;  // longer names in an archive are broken data
+const WORD kMaxClassName = 64;  // a longer name in an archive is corrupt data
 
 }  // namespace
 

@@ -2,15 +2,15 @@
 
 // CObject and run-time classes. Include <afx.h>.
 //
-// Simplified: no diagnostics (AssertValid, Dump), and one list of classes for the whole process. A module
-// that is unloaded takes its classes off the list.
+// Simplified: no diagnostics (AssertValid, Dump); one class list for the whole process instead of one for
+// each module. A module's classes are removed from it when the module is unloaded.
 
 #include "afxdefs_.h"
 
 class CArchive;
 class CObject;
 
-/// What is known about a class at run time.
+/// Run-time information about a class.
 struct CRuntimeClass {
     LPCSTR m_lpszClassName;
     int m_nObjectSize;
@@ -23,16 +23,16 @@ struct CRuntimeClass {
     CObject* CreateObject();
     BOOL IsDerivedFrom(const CRuntimeClass* baseClass) const;
 
-    /// The creatable class of that name, or null.
+    /// The serializable class (IMPLEMENT_SERIAL) of that name, or null.
     static CRuntimeClass* PASCAL FromName(LPCSTR className);
     static CObject* PASCAL CreateObject(LPCSTR className);
 
-    /// Writes and reads the class in an archive: schema, length of the name, name.
+    /// Writes or reads the class in an archive: schema, length of the name, name.
     void Store(CArchive& ar) const;
     static CRuntimeClass* PASCAL Load(CArchive& ar, UINT* schema);
 };
 
-/// Puts a serializable class on the list that archives look names up in, for as long as it lives.
+/// Registers a serializable class for FromName; the destructor unregisters it.
 struct AFX_CLASSINIT {
     explicit AFX_CLASSINIT(CRuntimeClass* newClass);
     ~AFX_CLASSINIT();
@@ -47,7 +47,7 @@ class CObject {
 public:
     virtual CRuntimeClass* GetRuntimeClass() const;
     virtual ~CObject();
-    /// Loads or stores the object, as the archive says.
+    /// Loads or stores the object, depending on the archive's direction.
     virtual void Serialize(CArchive& ar);
 
     CObject(const CObject&) = delete;
@@ -67,10 +67,11 @@ protected:
 #define RUNTIME_CLASS(class_name) (class_name::GetThisClass())
 #define ASSERT_KINDOF(class_name, object) ASSERT((object)->IsKindOf(RUNTIME_CLASS(class_name)))
 
-/// A schema number with this bit accepts every older schema; the object asks GetObjectSchema which it is.
+/// With this bit in its schema number a class also loads objects of other schemas; its Serialize calls
+/// CArchive::GetObjectSchema to find out which.
 #define VERSIONABLE_SCHEMA (0x80000000U)
 
-// NOLINTBEGIN(bugprone-macro-parentheses): the arguments are names of classes.
+// NOLINTBEGIN(bugprone-macro-parentheses): the arguments are class names.
 
 #define DECLARE_DYNAMIC(class_name)               \
 public:                                           \
@@ -121,7 +122,8 @@ public:                                           \
         return ar;                                                                          \
     }
 
-/// Casts that check the run-time class. DYNAMIC_DOWNCAST gives null for another class.
+/// DYNAMIC_DOWNCAST checks the run-time class and returns null for another one; STATIC_DOWNCAST does not
+/// check.
 CObject* AFXAPI AfxDynamicDownCast(CRuntimeClass* runtimeClass, CObject* object);
 #define DYNAMIC_DOWNCAST(class_name, object) \
     (static_cast<class_name*>(AfxDynamicDownCast(RUNTIME_CLASS(class_name), object)))

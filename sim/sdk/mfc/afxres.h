@@ -1,6 +1,7 @@
 #pragma once
 
-// Window ids and command ids that MFC gives a meaning. Only those in use here.
+// MFC's predefined window and command ids.
+// Simplified: a selection.
 
 #define AFX_IDW_CONTROLBAR_FIRST 0xE800
 #define AFX_IDW_TOOLBAR 0xE800

@@ -2,8 +2,8 @@
 
 // Module state. Include <afxwin.h>.
 //
-// Simplified: modules are extension libraries of the program, so they all share the program's one state.
-// AFX_MANAGE_STATE can still make another state current for a while.
+// Simplified: modules are extension DLLs, so they all share the application's state. AFX_MANAGE_STATE can
+// still make another state current for a scope.
 
 #include "afxdefs_.h"
 
@@ -16,15 +16,15 @@ struct AFX_MODULE_STATE {
     LPCTSTR m_lpszCurrentAppName = nullptr;
 };
 
-/// The calling thread's current state: the application's, unless AFX_MANAGE_STATE has set another.
+/// The calling thread's current module state: the application's, unless AFX_MANAGE_STATE has set another.
 AFX_MODULE_STATE* AFXAPI AfxGetModuleState();
-/// The state of the code that asks: the application's.
+/// The calling module's state, here always the application's.
 AFX_MODULE_STATE* AFXAPI AfxGetStaticModuleState();
 AFX_MODULE_STATE* AFXAPI AfxGetAppModuleState();
-/// Sets the calling thread's state and returns the one before.
+/// Sets the calling thread's current module state and returns the previous one.
 AFX_MODULE_STATE* AFXAPI AfxSetModuleState(AFX_MODULE_STATE* newState);
 
-/// Makes a state current while it lives.
+/// Makes a module state current for its own lifetime.
 struct AFX_MAINTAIN_STATE2 {
     explicit AFX_MAINTAIN_STATE2(AFX_MODULE_STATE* newState);
     ~AFX_MAINTAIN_STATE2();

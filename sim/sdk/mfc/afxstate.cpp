@@ -4,8 +4,8 @@ namespace {
 
 thread_local AfxThreadState* t_state = nullptr;
 
-// Frees the state when its thread ends. Static objects of the program may still ask for one after that, on
-// the main thread: they get a new one, which the end of the process frees.
+// Deletes the state when its thread ends. On the main thread static destructors may still need a state after
+// that: they get a new one, which is never deleted.
 struct StateGuard {
     bool armed = false;
 

@@ -1,7 +1,8 @@
 #pragma once
 
-// CArray. Simplified: the other template collections are left out, and elements move by their constructors
-// when the array grows (MFC moves their bytes).
+// CArray.
+// Simplified: no other template collections; a growing array move-constructs its elements, where MFC moves
+// their bytes.
 
 #include <afx.h>
 
@@ -11,7 +12,7 @@
 
 // NOLINTBEGIN(bugprone-sizeof-expression): elements may be pointers.
 
-/// How CArray copies elements that exist in both arrays.
+/// How CArray copies elements: by assignment to existing ones.
 template <class TYPE>
 void AFXAPI CopyElements(TYPE* destination, const TYPE* source, INT_PTR count) {
     for (INT_PTR i = 0; i < count; ++i) {
@@ -19,8 +20,9 @@ void AFXAPI CopyElements(TYPE* destination, const TYPE* source, INT_PTR count) {
     }
 }
 
-/// How CArray stores and loads its elements: by default their bytes. Bytes of anything but plain data mean
-/// nothing to a later reader, so loading such a type raises CNotSupportedException; overload for it instead.
+/// How CArray stores and loads its elements: by default as raw bytes. Those are useless for a type that is
+/// not trivially copyable, so loading one throws CNotSupportedException; specialize the template for such a
+/// type.
 template <class TYPE>
 void AFXAPI SerializeElements(CArchive& ar, TYPE* elements, INT_PTR count) {
     const INT_PTR piece = 0x10000;
@@ -42,8 +44,8 @@ void AFXAPI SerializeElements(CArchive& ar, TYPE* elements, INT_PTR count) {
 template <>
 void AFXAPI SerializeElements<CString>(CArchive& ar, CString* elements, INT_PTR count);
 
-/// A growing array of values. Like every CObject it is not copyable: use Copy. An index out of range raises
-/// CInvalidArgException. Adding an element of the array itself is allowed.
+/// A dynamic array. Like every CObject it is not copyable: use Copy. An index out of range throws
+/// CInvalidArgException. The argument of Add and its like may be an element of the array itself.
 template <class TYPE, class ARG_TYPE = const TYPE&>
 class CArray : public CObject {
 public:
@@ -55,8 +57,8 @@ public:
     BOOL IsEmpty() const { return m_size == 0; }
     INT_PTR GetUpperBound() const { return m_size - 1; }
 
-    /// New elements are value-initialised. `growBy` is how many places are added at once; 0 lets the array
-    /// choose.
+    /// New elements are value-initialized. `growBy` is the step in which the capacity grows; 0 lets the array
+    /// choose, -1 leaves the step as it is.
     void SetSize(INT_PTR newSize, INT_PTR growBy = -1) {
         if (newSize < 0) {
             AfxThrowInvalidArgException();
@@ -129,7 +131,8 @@ public:
         }
         return m_size - 1;
     }
-    /// Returns the index of the first element appended. Both raise CInvalidArgException for the array itself.
+    /// Returns the index of the first appended element. Append and Copy throw CInvalidArgException if the
+    /// source is the array itself.
     INT_PTR Append(const CArray& source) {
         if (this == &source) {
             AfxThrowInvalidArgException();
@@ -195,7 +198,7 @@ private:
             AfxThrowInvalidArgException();
         }
     }
-    /// The capacity to take when at least `needed` places are wanted: MFC's rule, an eighth more at a time.
+    /// The new capacity if at least `needed` is required: by default an eighth of the size more, as in MFC.
     INT_PTR grown(INT_PTR needed) const {
         INT_PTR step = m_growBy;
         if (step <= 0) {

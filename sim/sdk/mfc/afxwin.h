@@ -1,7 +1,7 @@
 #pragma once
 
-// The part of MFC with windows: message maps, windows, frames, the application. Over documented Win32 only.
-// Each of the headers below says what it simplifies.
+// The part of MFC with windows: message maps, windows, frames, the application, written over documented Win32
+// functions only. Each of the headers below says what it simplifies.
 
 #include <afx.h>
 

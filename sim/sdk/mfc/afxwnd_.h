@@ -2,8 +2,8 @@
 
 // CWnd. Include <afxwin.h>.
 //
-// Simplified: no dialogs and controls, no tool tips, no scrolling, no data exchange. Handle maps are per
-// thread, as MFC's are.
+// Simplified: no dialogs, controls, tooltips, scrolling or data exchange. The handle maps are per thread, as
+// MFC's are.
 
 #include "afxgdi_.h"
 #include "afxtarget_.h"
@@ -13,8 +13,8 @@
 class CFrameWnd;
 struct CCreateContext;
 
-/// A window. The object exists before and after its handle: creating or attaching joins the two, WM_NCDESTROY
-/// parts them and then calls PostNcDestroy.
+/// A window. The object is separate from its handle: Create or Attach connects the two, WM_NCDESTROY detaches
+/// the handle and calls PostNcDestroy.
 class CWnd : public CCmdTarget {
     DECLARE_DYNCREATE(CWnd)
 
@@ -27,41 +27,42 @@ public:
     HWND GetSafeHwnd() const { return m_hWnd; }
     operator HWND() const { return m_hWnd; }  // NOLINT(google-explicit-constructor)
 
-    /// The object of a handle; a temporary one, until the next idle time, when there is none. Null for null.
+    /// The handle's object, or a temporary one, which is valid until the next idle processing. Null for null.
     static CWnd* PASCAL FromHandle(HWND window);
-    /// The object that created or attached the handle on this thread, or null.
+    /// The handle's permanent object on this thread (created or attached), or null.
     static CWnd* PASCAL FromHandlePermanent(HWND window);
     static void PASCAL DeleteTempMap();
     BOOL Attach(HWND window);
     HWND Detach();
-    /// Attach, and see the window's messages first.
+    /// Attaches the handle and replaces its window procedure, so that the message map gets its messages
+    /// first.
     BOOL SubclassWindow(HWND window);
     HWND UnsubclassWindow();
-    /// Called as soon as the handle is there, before its first message.
+    /// Called as soon as the handle is attached, before its first message.
     virtual void PreSubclassWindow();
 
-    /// A child window. A null class name takes MFC's own class.
+    /// Creates a child window. A null class name means MFC's default class.
     virtual BOOL Create(LPCTSTR className, LPCTSTR windowName, DWORD style, const RECT& rect, CWnd* parent,
                         UINT id, CCreateContext* context = nullptr);
     BOOL CreateEx(DWORD exStyle, LPCTSTR className, LPCTSTR windowName, DWORD style, int x, int y, int width,
                   int height, HWND parent, HMENU idOrMenu, LPVOID parameter = nullptr);
     BOOL CreateEx(DWORD exStyle, LPCTSTR className, LPCTSTR windowName, DWORD style, const RECT& rect,
                   CWnd* parent, UINT id, LPVOID parameter = nullptr);
-    /// May change how the window will be created, or refuse.
+    /// May change the creation parameters; false cancels the creation.
     virtual BOOL PreCreateWindow(CREATESTRUCT& cs);
-    /// Only on the thread that created the window.
+    /// To be called on the thread that created the window.
     virtual BOOL DestroyWindow();
 
     // Messages.
     LRESULT SendMessage(UINT message, WPARAM wParam = 0, LPARAM lParam = 0);
     BOOL PostMessage(UINT message, WPARAM wParam = 0, LPARAM lParam = 0);
-    /// True when the message is done with and must not be dispatched.
+    /// True if the message has been handled and must not be dispatched.
     virtual BOOL PreTranslateMessage(MSG* msg);
-    /// Offers a message to its window, then to that window's parents up to `stop`.
+    /// Calls PreTranslateMessage of the message's window and then of its parents, up to `stop`.
     static BOOL PASCAL WalkPreTranslateTree(HWND stop, MSG* msg);
     BOOL OnCmdMsg(UINT id, int code, void* extra, AFX_CMDHANDLERINFO* handlerInfo) override;
 
-    // Place and looks.
+    // Position, style and state.
     void MoveWindow(int x, int y, int width, int height, BOOL repaint = TRUE);
     void MoveWindow(LPCRECT rect, BOOL repaint = TRUE);
     BOOL SetWindowPos(const CWnd* insertAfter, int x, int y, int cx, int cy, UINT flags);
@@ -117,17 +118,17 @@ public:
     int MessageBox(LPCTSTR text, LPCTSTR caption = nullptr, UINT type = MB_OK);
 
 protected:
-    /// What a message first meets: the message maps, then DefWindowProc.
+    /// The entry point for each message: tries the message maps, then DefWindowProc.
     virtual LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam);
     virtual BOOL OnWndMsg(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* result);
     virtual LRESULT DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam);
-    /// The default handling of the message being handled, with its own arguments.
+    /// Calls DefWindowProc for the message being handled, with its original arguments.
     LRESULT Default();
     static const MSG* PASCAL GetCurrentMessage();
     virtual BOOL OnCommand(WPARAM wParam, LPARAM lParam);
     virtual void PostNcDestroy();
 
-    // Default handlers, for derived classes to call; each does Default().
+    // Default handlers, for derived classes to call; each calls Default().
     afx_msg int OnCreate(LPCREATESTRUCT createStruct);
     afx_msg void OnDestroy();
     afx_msg void OnClose();
@@ -168,24 +169,24 @@ protected:
     friend LRESULT AFXAPI AfxCallWndProc(CWnd*, HWND, UINT, WPARAM, LPARAM);
 
 private:
-    /// Catches the next window that this thread creates and joins it to the object.
+    /// CBT hook that attaches the next window created on this thread to its object.
     static LRESULT CALLBACK cbtFilter(int code, WPARAM wParam, LPARAM lParam);
-    /// Makes AfxWndProc the handle's procedure and keeps the one it had.
+    /// Sets AfxWndProc as the window procedure and remembers the previous one.
     void hookWindow();
 
     WNDPROC m_pfnSuper = nullptr;
     bool m_temporary = false;
 };
 
-/// Routes a message to its object: the window procedure of every window of MFC.
+/// The window procedure of all MFC windows: passes the message to the window's object.
 LRESULT CALLBACK AfxWndProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-/// Calls the object's WindowProc; a CException that leaves it ends in AfxProcessWndProcException.
+/// Calls the object's WindowProc; a CException that it lets escape goes to AfxProcessWndProcException.
 LRESULT AFXAPI AfxCallWndProc(CWnd* window, HWND handle, UINT message, WPARAM wParam, LPARAM lParam);
 LRESULT AFXAPI AfxProcessWndProcException(CException* e, const MSG* msg);
 
-/// Registers a window class with these traits, once, and returns its name (valid until the thread's next
-/// call).
+/// Registers a window class with these attributes, unless it exists, and returns its name (valid until the
+/// thread's next call).
 LPCTSTR AFXAPI AfxRegisterWndClass(UINT style, HCURSOR cursor = nullptr, HBRUSH background = nullptr,
                                    HICON icon = nullptr);
-/// Registers a class unless it is registered already.
+/// Registers a class unless it is already registered.
 BOOL AFXAPI AfxRegisterClass(WNDCLASS* windowClass);

@@ -7,7 +7,7 @@ IMPLEMENT_DYNAMIC(CWinApp, CWinThread)
 
 namespace {
 
-// The timer message of the text caret, which no header names.
+// The caret's blink timer, an undocumented message that MFC also filters out.
 const UINT kCaretTimerMessage = 0x0118;
 
 }  // namespace
@@ -65,7 +65,7 @@ BOOL CWinThread::PreTranslateMessage(MSG* msg) {
     if (CWnd::WalkPreTranslateTree(mainWindow == nullptr ? nullptr : mainWindow->m_hWnd, msg)) {
         return TRUE;
     }
-    // A last chance for the main window's keys when the message is for a window of another tree.
+    // The main window also gets the messages of windows that are not in its own window tree.
     if (mainWindow != nullptr && msg->hwnd != nullptr) {
         const CWnd* const window = CWnd::FromHandle(msg->hwnd);
         if (window->GetTopLevelParent() != mainWindow) {
@@ -78,7 +78,7 @@ BOOL CWinThread::PreTranslateMessage(MSG* msg) {
 BOOL CWinThread::OnIdle(LONG count) {
     AfxThreadState& state = afxThreadState();
     if (count <= 0) {
-        // A frame may end, and so leave the list, in what it does here.
+        // Iterate over a copy: a frame may be destroyed, and removed from the list, by its handler.
         const std::vector<CFrameWnd*> frames = state.frames;
         for (CFrameWnd* frame : frames) {
             if (std::find(state.frames.begin(), state.frames.end(), frame) != state.frames.end() &&
@@ -94,7 +94,7 @@ BOOL CWinThread::OnIdle(LONG count) {
 
 BOOL CWinThread::IsIdleMessage(MSG* msg) {
     if (msg->message == WM_MOUSEMOVE || msg->message == WM_NCMOUSEMOVE) {
-        // Windows repeats moves that move nothing, when windows change under the pointer.
+        // Windows generates mouse moves without motion when windows change under the pointer.
         if (m_ptCursorLast == msg->pt && msg->message == m_nMsgLast) {
             return FALSE;
         }
@@ -110,7 +110,7 @@ LRESULT CWinThread::ProcessWndProcException(CException* /*e*/, const MSG* msg) {
         return -1;
     }
     if (msg->message == WM_PAINT) {
-        // Or it would come again for ever.
+        // Otherwise WM_PAINT would be generated forever.
         ::ValidateRect(msg->hwnd, nullptr);
     }
     return 0;
@@ -128,7 +128,7 @@ CWnd* CWinThread::GetMainWnd() {
 
 CWinApp::CWinApp(LPCTSTR appName) : m_appName(appName) {
     AFX_MODULE_STATE* const state = AfxGetAppModuleState();
-    ASSERT(state->m_pCurrentWinApp == nullptr);  // there is one application object
+    ASSERT(state->m_pCurrentWinApp == nullptr);  // only one application object
     state->m_pCurrentWinApp = this;
     afxThreadState().currentThread = this;
     m_pszAppName = appName == nullptr ? nullptr : m_appName.GetString();
@@ -147,7 +147,7 @@ void CWinApp::SetCurrentHandles() {
     state->m_hCurrentResourceHandle = m_hInstance;
 
     CString path;
-    const DWORD size = 32768;  // the longest path there is
+    const DWORD size = 32768;  // the maximum length of a path
     const DWORD length = ::GetModuleFileNameW(m_hInstance, path.GetBuffer(static_cast<int>(size)), size);
     path.ReleaseBuffer(static_cast<int>(length));
     m_exeName = path.Mid(path.ReverseFind(_T('\\')) + 1);
@@ -175,7 +175,7 @@ int CWinApp::ExitInstance() {
 
 int CWinApp::Run() {
     if (m_pMainWnd == nullptr) {
-        // Nobody could ever end it.
+        // Without a main window nothing would ever end the message loop.
         AfxPostQuitMessage(0);
     }
     return CWinThread::Run();
@@ -212,8 +212,8 @@ int CWinApp::DoMessageBox(LPCTSTR prompt, UINT type, UINT /*helpId*/) {
                 break;
         }
     }
-    // Only the main window's own thread may lend it; a box over one that is already disabled belongs to
-    // nobody.
+    // The main window can be the owner on its own thread only. If it is disabled (another modal box is open),
+    // the new box has no owner.
     const CWnd* const mainWindow = AfxGetMainWnd();
     HWND owner = mainWindow == nullptr ? nullptr : mainWindow->m_hWnd;
     if (owner != nullptr && !::IsWindowEnabled(owner)) {

@@ -5,7 +5,8 @@
 
 #include "afxarchive_.h"
 
-/// What an archive has met so far. Objects and classes share one numbering; 0 stands for no object.
+/// The objects and classes that an archive has stored or loaded so far. They share one numbering; 0 is the
+/// null pointer.
 struct CArchive::Maps {
     DWORD next = 1;
     std::unordered_map<const void*, DWORD> stored;

@@ -3,8 +3,8 @@
 
 namespace {
 
-// Tags in front of an object. A tag with the class bit names a class, else it is the number of an object
-// already met. Numbers that 15 bits cannot hold follow in 32 bits.
+// The tag before an object. With the class bit it identifies a class, otherwise it is the number of an object
+// that is already in the archive. A number that does not fit in 15 bits follows in 32 bits.
 const WORD kNullTag = 0;
 const WORD kNewClassTag = 0xFFFF;
 const WORD kClassTag = 0x8000;
@@ -156,7 +156,7 @@ CObject* CArchive::ReadObject(const CRuntimeClass* requestedClass) {
     if (object == nullptr) {
         AfxThrowMemoryException();
     }
-    // Known before it is read, because its parts may point back at it.
+    // Map the object before reading it: its members may refer to it.
     MapObject(object.get());
     const size_t place = maps().loaded.size() - 1;
     const UINT outerSchema = m_objectSchema;

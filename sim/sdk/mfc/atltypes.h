@@ -1,6 +1,7 @@
 #pragma once
 
-// CPoint, CSize and CRect: the structures of Win32 with their arithmetic. Include <afx.h>.
+// CPoint, CSize and CRect: Win32's structures with arithmetic. Include <afx.h>.
+// Simplified: a selection of the operators and functions.
 
 #include "afxdefs_.h"
 
@@ -68,7 +69,7 @@ public:
 
     BOOL IsRectEmpty() const { return left >= right || top >= bottom; }
     BOOL IsRectNull() const { return left == 0 && top == 0 && right == 0 && bottom == 0; }
-    /// The right and bottom edges are outside.
+    /// Points on the right and bottom edges are outside.
     BOOL PtInRect(POINT point) const {
         return point.x >= left && point.x < right && point.y >= top && point.y < bottom;
     }
@@ -89,7 +90,7 @@ public:
         SetRect(int(left < right ? left : right), int(top < bottom ? top : bottom),
                 int(left < right ? right : left), int(top < bottom ? bottom : top));
     }
-    /// The common part; empty and false when there is none.
+    /// Sets the intersection; empty and false if there is none.
     BOOL IntersectRect(LPCRECT a, LPCRECT b) {
         SetRect(int(a->left > b->left ? a->left : b->left), int(a->top > b->top ? a->top : b->top),
                 int(a->right < b->right ? a->right : b->right),

@@ -9,13 +9,13 @@ END_MESSAGE_MAP()
 
 namespace {
 
-const int kStretch = 32767;   // the length that means the whole edge
-const int kLeastDocked = 20;  // pixels a docked bar keeps when its edge is dragged
+const int kStretch = 32767;   // the length of a bar that takes the whole edge
+const int kLeastDocked = 20;  // minimum size in pixels when a docked bar's edge is dragged
 
 }  // namespace
 
 CControlBar::~CControlBar() {
-    m_bAutoDelete = FALSE;  // it is being deleted already
+    m_bAutoDelete = FALSE;  // already being deleted
     DestroyWindow();
     if (m_pDockSite != nullptr) {
         m_pDockSite->RemoveControlBar(this);
@@ -106,7 +106,7 @@ BOOL CControlBar::ApplyDelayedShow() {
     if (show == visible) {
         return FALSE;
     }
-    // Not by SetWindowPos: that sends no WM_SHOWWINDOW.
+    // Not with SetWindowPos, which would not send WM_SHOWWINDOW.
     ::ShowWindow(m_hWnd, show ? SW_SHOWNA : SW_HIDE);
     return TRUE;
 }

@@ -5,7 +5,7 @@
 
 #include "afx.h"
 
-// What CString's functions share.
+// Helpers shared by CString's source files.
 namespace cstring {
 
 using Traits = std::char_traits<TCHAR>;
@@ -29,7 +29,7 @@ inline TCHAR upper(TCHAR c) {
 }
 
 inline bool isSpace(TCHAR c) {
-    // White space of the wide character set; the blanks of CJK text are among it.
+    // Unicode white space, including the ideographic space of CJK text.
     return (c >= 0x09 && c <= 0x0D) || c == 0x20 || c == 0x85 || c == 0xA0 || c == 0x1680 ||
            (c >= 0x2000 && c <= 0x200A) || c == 0x2028 || c == 0x2029 || c == 0x202F || c == 0x205F ||
            c == 0x3000;

@@ -2,7 +2,7 @@
 
 #include "cstringchars_.h"
 
-// CString: taking apart and changing in place.
+// CString: extracting parts and editing in place.
 
 using namespace cstring;
 

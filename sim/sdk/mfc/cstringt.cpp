@@ -16,10 +16,11 @@ using namespace cstring;
 
 namespace {
 
-// The header's count is a plain long so that it can stand in a public header that any compiler lays out
-// alike. Every access goes through these.
+// CStringData declares the reference count as a plain long, as the documented structure does. Every access
+// goes through this function.
 std::atomic<long>& references(CStringData* data) {
-    static_assert(sizeof(std::atomic<long>) == sizeof(long), "the count is used as an atomic in place");
+    static_assert(sizeof(std::atomic<long>) == sizeof(long),
+                  "the reference count is used as an atomic in place");
     return *reinterpret_cast<std::atomic<long>*>(&data->nRefs);
 }
 
@@ -31,19 +32,21 @@ bool isOwnedOnce(CStringData* data) {
     return references(data).load(std::memory_order_acquire) == 1;
 }
 
-// The empty text is shared by all empty strings and never freed.
+// All empty strings share this buffer, which is never freed.
 struct NilText {
     CStringData header = {-1, 0, 0};
     TCHAR terminator = 0;
 };
-static_assert(offsetof(NilText, terminator) == sizeof(CStringData), "the terminator is the nil text's data");
+static_assert(offsetof(NilText, terminator) == sizeof(CStringData),
+              "data() of the nil string must be its terminator");
 
 CStringData* nil() {
     static NilText text;
     return &text.header;
 }
 
-// A fresh buffer, owned once, with the length set and terminated; its text is not.
+// A new buffer with a reference count of 1, the length set and the terminator written; the characters are not
+// initialized.
 CStringData* allocate(int capacity, int length) {
     if (capacity < 0 || capacity > INT_MAX / 2 || length < 0) {
         AfxThrowInvalidArgException();
@@ -154,7 +157,7 @@ LPTSTR CStringW::writable(int capacity) {
         capacity = length;
     }
     if (own && capacity > 16) {
-        // Grow by half, so that text put together piece by piece costs what the text costs.
+        // Grow by half, so that appending piece by piece is amortized linear.
         const int more = length / 2 < INT_MAX / 2 - capacity ? length / 2 : 0;
         capacity += more;
     }
@@ -197,7 +200,7 @@ void CStringW::SetString(LPCTSTR characters, int length) {
         return;
     }
     if (characters >= m_pszData && characters <= m_pszData + GetLength()) {
-        // Part of this very text.
+        // The characters are part of this string.
         *this = CStringW(characters, length);
         return;
     }
@@ -247,7 +250,7 @@ void CStringW::Append(LPCTSTR characters, int length) {
     if (length > INT_MAX / 2 - oldLength) {
         AfxThrowMemoryException();
     }
-    // The characters may be part of this very text, which moves when it grows.
+    // The characters may be part of this string, whose buffer moves when it grows.
     const bool inside = characters >= m_pszData && characters <= m_pszData + oldLength;
     const std::ptrdiff_t offset = inside ? characters - m_pszData : 0;
     LPTSTR buffer = writable(oldLength + length);

@@ -1,29 +1,28 @@
 #pragma once
 
-// CString: UTF-16 text with a shared, reference-counted buffer. Include <afx.h>.
+// CString: a UTF-16 string with a shared, reference-counted buffer. Include <afx.h>.
 //
-// Simplified: there is the wide string only, its buffers come from one heap (no IAtlStringMgr), case is
-// mapped for ASCII letters only (as MFC does in the C locale), and Format takes no resource ids.
+// Simplified: the wide string only; buffers come from the C heap (no IAtlStringMgr); case mapping for ASCII
+// letters only (as MFC in the C locale); Format takes no resource ids.
 
 #include "afxdefs_.h"
 
 #include <cstdarg>
 
-/// What stands in front of the characters of a CString.
+/// The header before the characters in a CString's buffer.
 struct CStringData {
-    long nRefs;        ///< How many strings share the buffer; negative for the immortal empty text.
-    int nDataLength;   ///< Characters, not counting the terminator.
-    int nAllocLength;  ///< Room for characters, not counting the terminator.
+    long nRefs;        ///< Reference count; negative for the static empty string.
+    int nDataLength;   ///< Length in characters, without the terminator.
+    int nAllocLength;  ///< Capacity in characters, without the terminator.
 
     TCHAR* data() { return reinterpret_cast<TCHAR*>(this + 1); }
 };
 
-/// A text. Copies share their characters until one of them is changed; the count is atomic, so copies may
-/// live on different threads (one object must not be changed on one thread while another uses it).
+/// A string. Copies share the buffer until one of them is modified. The reference count is atomic, so copies
+/// may be used on different threads; a single object may not be modified on one thread while another uses it.
 ///
-/// The object is one pointer to terminated characters. Compilers other than Microsoft's refuse to pass it
-/// through
-/// "...": hand `text.GetString()` to Format and its like.
+/// The object is a single pointer to the terminated characters. Only Microsoft's compiler lets it be passed
+/// through "...": pass `text.GetString()` to Format and similar functions.
 class CStringW {
 public:
     typedef TCHAR XCHAR;
@@ -54,7 +53,7 @@ public:
     LPCTSTR GetString() const noexcept { return m_pszData; }
     operator LPCTSTR() const noexcept { return m_pszData; }  // NOLINT(google-explicit-constructor)
 
-    /// Indexes run from 0 to the length; the last is the terminator. Others raise CInvalidArgException.
+    /// Valid indexes are 0 to the length, which is the terminator's; others throw CInvalidArgException.
     TCHAR GetAt(int index) const;
     TCHAR operator[](int index) const { return GetAt(index); }
     void SetAt(int index, TCHAR character);
@@ -84,13 +83,13 @@ public:
     CStringW Mid(int first, int count) const;
     CStringW SpanIncluding(LPCTSTR characters) const;
     CStringW SpanExcluding(LPCTSTR characters) const;
-    /// The next piece between separators; `start` becomes -1 when there is none.
+    /// The next token between separators; `start` becomes -1 if there is none.
     CStringW Tokenize(LPCTSTR separators, int& start) const;
 
     CStringW& MakeLower();
     CStringW& MakeUpper();
     CStringW& MakeReverse();
-    /// Removes white space, the character, or any of the characters.
+    /// Remove white space, the character, or any of the characters.
     CStringW& Trim();
     CStringW& Trim(TCHAR character);
     CStringW& Trim(LPCTSTR characters);
@@ -101,7 +100,7 @@ public:
     CStringW& TrimRight(TCHAR character);
     CStringW& TrimRight(LPCTSTR characters);
 
-    /// Return how many were replaced or removed.
+    /// Return the number of replacements or removals.
     int Replace(TCHAR oldCharacter, TCHAR newCharacter);
     int Replace(LPCTSTR oldText, LPCTSTR newText);
     int Remove(TCHAR character);
@@ -115,7 +114,7 @@ public:
     void FormatV(LPCTSTR format, va_list arguments);
     void AppendFormatV(LPCTSTR format, va_list arguments);
 
-    /// A buffer of the string's own to write into; ReleaseBuffer ends that. Length -1: up to the terminator.
+    /// A writable, unshared buffer; call ReleaseBuffer after writing. Length -1: up to the terminator.
     LPTSTR GetBuffer();
     LPTSTR GetBuffer(int minLength);
     LPTSTR GetBufferSetLength(int length);
@@ -128,7 +127,7 @@ private:
     CStringData* header() const noexcept { return reinterpret_cast<CStringData*>(m_pszData) - 1; }
     void attach(CStringData* data) noexcept { m_pszData = data->data(); }
     void release() noexcept;
-    /// Makes the buffer this string's own, with room for `capacity` characters; the text is kept.
+    /// Makes the buffer unshared, with room for at least `capacity` characters; keeps the contents.
     LPTSTR writable(int capacity);
     void setLength(int length) noexcept;
 
@@ -198,8 +197,8 @@ inline bool operator>=(LPCTSTR a, const CString& b) noexcept {
     return !(a < b);
 }
 
-/// Appends formatted text, by the rules of a wide printf on Windows whatever the platform: %s %c and %ls are
-/// wide, %S %C and %hs narrow (ANSI code page); `l` means 32 bits, `ll`, `j` and `I64` 64, `I` `z` and `t` a
-/// pointer's size; %p is sixteen upper-case hexadecimal digits; a null text shows as "(null)". %n writes
-/// nothing, and the decimal point is a full stop in every locale.
+/// Sets `text` to the formatted text, by the rules of Windows' wide printf on every platform: %s, %c and %ls
+/// are wide, %S, %C and %hs narrow (ANSI code page); `l` means 32 bits, `ll`, `j` and `I64` 64 bits, `I`, `z`
+/// and `t` the size of a pointer; %p is sixteen upper-case hexadecimal digits; a null string is formatted as
+/// "(null)". %n writes nothing, and the decimal point is a full stop in every locale.
 void AFXAPI AfxFormatV(CString& text, LPCTSTR format, va_list arguments);

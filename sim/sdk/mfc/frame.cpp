@@ -23,13 +23,13 @@ const CRect CFrameWnd::rectDefault(CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, 
 namespace {
 
 const int kSplitterWidth = 5;  // pixels
-const int kLeastPane = 80;     // pixels that dragging a bar's edge leaves to the pane
+const int kLeastPane = 80;     // minimum size in pixels left to the pane when a bar's edge is dragged
 
 struct DockPlace {
     UINT id;
     DWORD edge;
 };
-// Top and bottom first, so that they take the whole width.
+// Top and bottom first, so that they take the full width.
 const DockPlace kDockPlaces[] = {{AFX_IDW_DOCKBAR_TOP, CBRS_ALIGN_TOP},
                                  {AFX_IDW_DOCKBAR_BOTTOM, CBRS_ALIGN_BOTTOM},
                                  {AFX_IDW_DOCKBAR_LEFT, CBRS_ALIGN_LEFT},
@@ -81,7 +81,7 @@ CFrameWnd::~CFrameWnd() {
 BOOL CFrameWnd::Create(LPCTSTR className, LPCTSTR windowName, DWORD style, const RECT& rect, CWnd* parent,
                        LPCTSTR menuName, DWORD exStyle, CCreateContext* context) {
     if (menuName != nullptr) {
-        AfxThrowNotSupportedException();  // there are no resources to take a menu from; use SetMenu
+        AfxThrowNotSupportedException();  // there are no menu resources; use SetMenu
     }
     const bool byDefault = rect.left == CW_USEDEFAULT;
     return CreateEx(exStyle, className, windowName, style, rect.left, rect.top,
@@ -111,7 +111,7 @@ void CFrameWnd::SetActiveView(CView* view, BOOL notify) {
     if (view == old) {
         return;
     }
-    m_pViewActive = nullptr;  // so that a view that asks while it is told finds none
+    m_pViewActive = nullptr;  // there is no active view while the old one is notified
     if (old != nullptr) {
         old->OnActivateView(FALSE, view, old);
     }
@@ -248,7 +248,7 @@ void CFrameWnd::RecalcLayout(BOOL /*notify*/) {
 }
 
 void CFrameWnd::placeBars(bool docked, DWORD edge, CRect& rest) {
-    // A bar's window may take it off the list while it is moved.
+    // Iterate over a copy: a bar may be removed from the list while its window is moved.
     const std::vector<CControlBar*> bars = m_controlBars;
     for (CControlBar* bar : bars) {
         const DWORD barEdge = bar->m_dwStyle & CBRS_ALIGN_ANY;

@@ -9,7 +9,7 @@ CMemFile::CMemFile(UINT growBytes) : m_growBytes(growBytes) {}
 
 CMemFile::CMemFile(BYTE* buffer, UINT size, UINT growBytes)
     : m_buffer(buffer), m_capacity(size), m_growBytes(growBytes), m_autoDelete(false) {
-    // A buffer that may grow starts as room for new text; one that may not is contents to be read.
+    // As in MFC: a buffer that may grow is capacity for writing, one that may not is contents to be read.
     m_size = growBytes == 0 ? size : 0;
 }
 
@@ -35,7 +35,7 @@ void CMemFile::grow(size_t needed) {
     if (m_growBytes == 0) {
         AfxThrowMemoryException();
     }
-    // Whole steps, at least doubling, so that many small writes stay cheap.
+    // A multiple of the step and at least double, so that many small writes are amortized linear.
     size_t capacity = (needed + m_growBytes - 1) / m_growBytes * m_growBytes;
     if (capacity < 2 * m_capacity) {
         capacity = 2 * m_capacity;

@@ -26,9 +26,9 @@ struct Conversion {
     bool narrow = false;  ///< h before a text or character
 };
 
-const int kMaxWidth = 1 << 20;  // keeps a broken width from taking all memory
+const int kMaxWidth = 1 << 20;  // keeps a corrupt width from exhausting the memory
 
-/// Reads a format and its arguments and appends the result to a text.
+/// Interprets a format and its arguments and appends the result to a string.
 class Formatter {
 public:
     Formatter(CString& text, LPCTSTR format, va_list arguments) : m_text(text), m_at(format) {
@@ -57,7 +57,7 @@ private:
         Conversion c;
         readFlags(c);
         c.width = readNumber();
-        if (c.width < 0) {  // a negative * means left
+        if (c.width < 0) {  // a negative * means left-aligned
             c.left = true;
             c.width = -c.width;
         }
@@ -119,7 +119,7 @@ private:
                 floating(c, static_cast<char>(type));
                 break;
             case _T('n'):
-                // Writing through an argument is switched off on Windows too.
+                // Windows disables %n by default too.
                 static_cast<void>(va_arg(m_arguments, void*));
                 break;
             default:
@@ -152,7 +152,7 @@ private:
         }
     }
 
-    /// Digits, or * for an argument; 0 when there is neither.
+    /// Reads digits, or an argument for *; 0 if there is neither.
     int readNumber() {
         int number = 0;
         if (*m_at == _T('*')) {
@@ -207,8 +207,8 @@ private:
         }
     }
 
-    // `long` counts as 32 bits, as on Windows. On 64-bit platforms every integer argument takes a place of
-    // eight bytes, so a caller's wider long is read right up to that.
+    // `long` has 32 bits, as on Windows. On 64-bit platforms every integer argument takes an eight-byte slot,
+    // so a 64-bit long of the caller still consumes one argument.
     static_assert(sizeof(INT_PTR) == sizeof(long long), "only 64-bit platforms");
     long long readSigned(Size size) {
         switch (size) {
@@ -246,7 +246,7 @@ private:
     void octal(Conversion c) {
         const unsigned long long value = readUnsigned(c.size);
         if (c.alternate) {
-            // The alternate form widens the number until its first digit is a 0.
+            // The alternate form raises the precision until the first digit is 0.
             int digits = 1;
             for (unsigned long long rest = value; rest != 0; rest /= 8) {
                 ++digits;
@@ -325,7 +325,7 @@ private:
         }
     }
 
-    /// The text's length, never looking past `limit` characters: such a text need not be terminated.
+    /// The string's length, at most `limit`: a string limited by a precision need not be terminated.
     template <typename Char>
     static int limitedLength(const Char* text, int limit) {
         int length = 0;
@@ -384,7 +384,7 @@ void AFXAPI AfxFormatV(CString& text, LPCTSTR format, va_list arguments) {
     if (format == nullptr) {
         AfxThrowInvalidArgException();
     }
-    // Arguments may be parts of the text itself, so it is replaced only at the end.
+    // Arguments may point into the string itself, so replace it only at the end.
     CString result;
     Formatter(result, format, arguments).run();
     text = std::move(result);

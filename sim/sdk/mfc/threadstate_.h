@@ -6,10 +6,10 @@
 
 #include "afxwin.h"
 
-/// What MFC keeps for each thread.
+/// MFC's per-thread state.
 struct AfxThreadState {
     MSG lastSentMsg = {};     ///< The message being handled.
-    CWnd* wndInit = nullptr;  ///< The object that the next window created is for.
+    CWnd* wndInit = nullptr;  ///< The object to which the CBT hook attaches the next window.
     HHOOK cbtHook = nullptr;
     CWinThread* currentThread = nullptr;
     AFX_MODULE_STATE* moduleState = nullptr;
@@ -17,7 +17,7 @@ struct AfxThreadState {
     std::unordered_map<HWND, std::unique_ptr<CWnd>> temporaryWindows;
     std::unordered_map<HMENU, std::unique_ptr<CMenu>> temporaryMenus;
     std::vector<CFrameWnd*> frames;
-    CString className;  ///< What AfxRegisterWndClass returned last.
+    CString className;  ///< AfxRegisterWndClass's last result.
 };
 
 AfxThreadState& afxThreadState();

@@ -1,6 +1,6 @@
 #include "threadstate_.h"
 
-// CWnd: its handle, its creation and end, and the way of a message to its handler.
+// CWnd: handle maps, creation and destruction, message routing.
 
 IMPLEMENT_DYNCREATE(CWnd, CCmdTarget)
 
@@ -15,7 +15,7 @@ CWnd::~CWnd() {
     if (m_temporary) {
         m_hWnd = nullptr;
     } else {
-        // Too late for what derived classes do at the end; the window must go all the same.
+        // Too late for the derived classes' handlers, but the window must be destroyed.
         TRACE(
             "Warning: calling DestroyWindow in CWnd::~CWnd; OnDestroy or PostNcDestroy in derived class "
             "will not be called.\n");
@@ -114,7 +114,7 @@ LRESULT CALLBACK CWnd::cbtFilter(int code, WPARAM wParam, LPARAM lParam) {
     window->PreSubclassWindow();
     window->hookWindow();
     const LRESULT result = ::CallNextHookEx(hook, code, wParam, lParam);
-    // Windows that this one makes while it is created are not ours to catch.
+    // Remove the hook: windows that are created while this one handles WM_CREATE must not be attached.
     ::UnhookWindowsHookEx(hook);
     state.cbtHook = nullptr;
     return result;
@@ -156,7 +156,7 @@ BOOL CWnd::CreateEx(DWORD exStyle, LPCTSTR className, LPCTSTR windowName, DWORD 
         state.cbtHook = nullptr;
     }
     if (state.wndInit != nullptr) {
-        // No window came to be at all, so no WM_NCDESTROY has cleaned up either.
+        // The window was never created, so there was no WM_NCDESTROY to clean up.
         state.wndInit = nullptr;
         PostNcDestroy();
     }
@@ -190,8 +190,8 @@ BOOL CWnd::DestroyWindow() {
     if (m_hWnd == nullptr) {
         return FALSE;
     }
-    // A permanent object leaves its handle in WM_NCDESTROY, and may be gone after this call. One that was
-    // attached without seeing its window's messages has to be parted here.
+    // A permanent object detaches its handle in WM_NCDESTROY and may be deleted by this call. One that was
+    // only attached, without subclassing, gets no messages and has to be detached here.
     const HWND window = m_hWnd;
     const bool hooked = reinterpret_cast<WNDPROC>(::GetWindowLongPtrW(window, GWLP_WNDPROC)) == &AfxWndProc;
     const BOOL result = ::DestroyWindow(window);
@@ -243,7 +243,7 @@ LRESULT AFXAPI AfxCallWndProc(CWnd* window, HWND handle, UINT message, WPARAM wP
     try {
         result = window->WindowProc(message, wParam, lParam);
     } catch (CException* e) {
-        // It must not pass through the system that called us.
+        // An exception must not propagate through the system code that called us.
         const MSG failed = state.lastSentMsg;
         result = AfxProcessWndProcException(e, &failed);
         e->Delete();
@@ -261,7 +261,7 @@ LRESULT AFXAPI AfxProcessWndProcException(CException* e, const MSG* msg) {
         return -1;
     }
     if (msg->message == WM_PAINT) {
-        // Or it would come again for ever.
+        // Otherwise WM_PAINT would be generated forever.
         ::ValidateRect(msg->hwnd, nullptr);
     }
     return 0;
@@ -315,7 +315,7 @@ BOOL CWnd::OnCommand(WPARAM wParam, LPARAM lParam) {
     if (id == 0) {
         return FALSE;
     }
-    // From a menu or accelerator when there is no control.
+    // Without a control the command comes from a menu or an accelerator.
     const int code = lParam == 0 ? CN_COMMAND : HIWORD(wParam);
     return OnCmdMsg(id, code, nullptr, nullptr);
 }
@@ -352,7 +352,7 @@ BOOL AFXAPI AfxRegisterClass(WNDCLASS* windowClass) {
 LPCTSTR AFXAPI AfxRegisterWndClass(UINT style, HCURSOR cursor, HBRUSH background, HICON icon) {
     const HINSTANCE instance = AfxGetInstanceHandle();
     CString& name = afxThreadState().className;
-    // The traits make the name, so that equal traits share a class.
+    // The name encodes the attributes, so that equal attributes share a class.
     name.Format(_T("Afx:%p:%x:%p:%p:%p"), static_cast<void*>(instance), style, static_cast<void*>(cursor),
                 static_cast<void*>(background), static_cast<void*>(icon));
     WNDCLASS windowClass = {};

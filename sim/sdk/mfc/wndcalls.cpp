@@ -1,6 +1,6 @@
 #include "afxwin.h"
 
-// CWnd: the calls that only pass its handle on, and the default handlers.
+// CWnd: the functions that only call Win32 with its handle, and the default handlers.
 
 LRESULT CWnd::SendMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     return ::SendMessageW(m_hWnd, message, wParam, lParam);
@@ -56,7 +56,7 @@ void CWnd::ScreenToClient(LPPOINT point) const {
 
 namespace {
 
-/// Moves a rectangle by what `convert` moves its first corner by.
+/// Converts a rectangle's top-left corner and keeps its size.
 void convertRect(HWND window, LPRECT rect, BOOL(WINAPI* convert)(HWND, LPPOINT)) {
     POINT corner = {rect->left, rect->top};
     convert(window, &corner);
@@ -213,7 +213,7 @@ int CWnd::MessageBox(LPCTSTR text, LPCTSTR caption, UINT type) {
     return ::MessageBoxW(m_hWnd, text, caption == nullptr ? AfxGetAppName() : caption, type);
 }
 
-// The default handlers do what the window would have done with the message.
+// The default handlers call the window's default procedure.
 int CWnd::OnCreate(LPCREATESTRUCT /*createStruct*/) {
     return static_cast<int>(Default());
 }
