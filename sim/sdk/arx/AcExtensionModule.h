@@ -1,6 +1,7 @@
 #pragma once
 
-// An extension DLL's MFC state, and the switch of MFC's resource handle to it.
+// An extension DLL's instance handle, and switching MFC's resource handle to it.
+// Simplified: no CDynLinkLibrary; a module has no MFC state beyond its handle.
 
 #include <afx.h>
 #include <afxwin.h>
@@ -11,7 +12,7 @@ public:
     CAcExtensionModule(const CAcExtensionModule&) = delete;
     CAcExtensionModule& operator=(const CAcExtensionModule&) = delete;
 
-    /// To be called when the module is mapped and unmapped.
+    /// To be called from DllMain when the module is loaded and unloaded.
     BOOL AttachInstance(HINSTANCE instance);
     void DetachInstance();
 
@@ -21,7 +22,7 @@ private:
     HINSTANCE m_instance = nullptr;
 };
 
-/// Makes other resources MFC's current ones while it lives; puts the former handle back when it dies.
+/// Sets MFC's resource handle; the destructor restores the previous one.
 class CTemporaryResourceOverride {
 public:
     explicit CTemporaryResourceOverride(HINSTANCE instance);
@@ -33,8 +34,7 @@ private:
     HINSTANCE m_former;
 };
 
-/// Names the DLL's module object and gives the DLL its own CAcModuleResourceOverride, which takes no
-/// argument.
+/// Declares the DLL's module object and a CAcModuleResourceOverride, without arguments, for its resources.
 #define AC_DECLARE_EXTENSION_MODULE(module)                                                            \
     extern CAcExtensionModule module;                                                                  \
     class CAcModuleResourceOverride : public CTemporaryResourceOverride {                              \

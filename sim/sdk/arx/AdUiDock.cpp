@@ -23,7 +23,7 @@ BOOL CAdUiDockControlBar::createBar(LPCTSTR title, DWORD style, const CRect& siz
     m_title = title;
     m_sizeDocked = size.Size();
     m_dwStyle = CBRS_LEFT | CBRS_SIZE_DYNAMIC;
-    // A docked bar has no non-client frame, and it is the program that shows it.
+    // A docked bar has no non-client frame, and is hidden until the program shows it.
     const DWORD frameStyles = WS_DLGFRAME | WS_BORDER | WS_THICKFRAME | WS_VISIBLE;
     const DWORD windowStyle = (style & ~frameStyles) | WS_CHILD | WS_CLIPCHILDREN | WS_CLIPSIBLINGS;
     const LPCTSTR windowClass = AfxRegisterWndClass(CS_DBLCLKS, LoadCursorW(nullptr, IDC_ARROW));
@@ -72,7 +72,7 @@ void CAdUiDockControlBar::OnSize(UINT type, int width, int height) {
 
 void CAdUiDockControlBar::OnShowWindow(BOOL show, UINT status) {
     CControlBar::OnShowWindow(show, status);
-    // A hidden window must not keep the keys.
+    // A hidden window must not keep the keyboard focus.
     const HWND focus = ::GetFocus();
     if (!show && focus != nullptr && (focus == m_hWnd || ::IsChild(m_hWnd, focus)) &&
         GetDockingFrame() != nullptr) {

@@ -1,5 +1,8 @@
 #pragma once
 
+// The base class of dockable bars.
+// Simplified: bars do not float, and the host, not a CDockState, keeps the docking state.
+
 #include <afxext.h>
 #include <afxwin.h>
 
@@ -7,29 +10,29 @@
 
 class CDockState;
 
-/// A control bar that docks at the sides of the host's frame. Simplified: it does not float.
+/// A control bar that docks at an edge of the host's frame.
 class CAdUiDockControlBar : public CControlBar {
     DECLARE_DYNAMIC(CAdUiDockControlBar)
 
 public:
-    /// Where the close cross lies; there is one place only.
+    /// Simplified: the close button's position is ignored; it is always at the right.
     explicit CAdUiDockControlBar(short closeButtonPosition = 0);
 
-    /// Docks the bar where the host remembers it, else at the given dock bar. A docking state is not used:
-    /// the host keeps it (ArxHost::dockState).
+    /// Docks the bar where the host remembers it (ArxHost::dockState), otherwise at the given dock bar;
+    /// `state` is ignored.
     virtual void RestoreControlBar(int dockBarId = AFX_IDW_DOCKBAR_LEFT, CDockState* state = nullptr);
 
-    /// The sizes that docking and dragging keep to.
+    /// The limits for docking and for dragging the bar's edge, in pixels.
     virtual void GetMinimumSize(CSize& size);
     virtual void GetMaximumSize(CSize& size);
 
     void OnDockedSizing(CSize& size) override;
 
 protected:
-    /// Makes the bar's window, hidden, with the size it will have when docked.
+    /// Creates the bar's window, hidden. `size` gives its size when docked.
     BOOL createBar(LPCTSTR title, DWORD style, const CRect& size, CWnd* parent);
 
-    /// Asked before the close cross hides the bar; false keeps it.
+    /// Called before the close button hides the bar; false cancels.
     virtual bool OnClosing();
 
     afx_msg void OnSize(UINT type, int width, int height);

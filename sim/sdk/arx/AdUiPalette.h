@@ -1,12 +1,15 @@
 #pragma once
 
+// A palette of a palette set.
+// Simplified: no tooltips, no persistence (Load and Save), no notifications but OnSetActive.
+
 #include <afxwin.h>
 
 #include "adesk.h"
 
 class CAdUiPaletteSet;
 
-/// One page of a palette set: a child window that fills what the set's frame leaves.
+/// One page of a palette set: a child window that fills the area inside the set's frame.
 class CAdUiPalette : public CWnd {
     DECLARE_DYNAMIC(CAdUiPalette)
 
@@ -22,13 +25,13 @@ public:
     CAdUiPaletteSet* GetPaletteSet() const { return m_paletteSet; }
     DWORD GetPaletteStyle() const { return m_paletteStyle; }
 
-    /// Told when the palette becomes the set's active one; FALSE when the window is not there.
+    /// Called when the palette becomes the set's active one; FALSE if it has no window.
     virtual BOOL OnSetActive();
-    /// Whether the host may take the keyboard focus back while the palette has it.
+    /// Whether the host may take the keyboard focus away from the palette.
     virtual BOOL CanFrameworkTakeFocus();
 
 protected:
-    /// Takes the keyboard focus.
+    /// Sets the keyboard focus to the palette.
     afx_msg void OnLButtonDown(UINT flags, CPoint point);
     DECLARE_MESSAGE_MAP()
 

@@ -70,7 +70,7 @@ END_MESSAGE_MAP()
 CAdUiPaletteSet::CAdUiPaletteSet(short closeButtonPosition) : CAdUiDockControlBar(closeButtonPosition) {}
 
 CAdUiPaletteSet::~CAdUiPaletteSet() {
-    // The frame hears that the bar goes while this is still a whole object.
+    // Destroy the window while this is still a complete object: WM_DESTROY removes the bar from its frame.
     DestroyWindow();
     for (CAdUiPalette* palette : m_palettes) {
         delete palette;

@@ -1,40 +1,42 @@
 #pragma once
 
+// A palette set.
+// Simplified: no roll-up, no properties menu, no floating, no transparency and no persistence.
+
 #include <vector>
 
 #include "AdUiDock.h"
 
 class CAdUiPalette;
 
-// Styles of a palette set.
+// Palette set styles.
 #define PSS_EDIT_NAME 0x01
 #define PSS_PROPERTIES_MENU 0x02
 #define PSS_AUTO_ROLLUP 0x04
 #define PSS_CLOSE_BUTTON 0x08
 #define PSS_SNAP 0x20
 
-/// A dockable frame with a caption (title and close cross) that shows one of its palettes at a time; with
-/// several there are tabs at the bottom. Simplified: no roll-up and no properties menu.
+/// A dockable bar with a caption (title and close button) that shows one of its palettes at a time, with tabs
+/// at the bottom if there are several.
 class CAdUiPaletteSet : public CAdUiDockControlBar {
     DECLARE_DYNAMIC(CAdUiPaletteSet)
 
 public:
     explicit CAdUiPaletteSet(short closeButtonPosition = 0);
-    /// Destroys the window, and the palettes with theirs.
+    /// Destroys the window and deletes the palettes.
     ~CAdUiPaletteSet() override;
 
     using CWnd::Create;
     virtual BOOL Create(LPCTSTR title, DWORD style, const CRect& size, CWnd* parent,
                         DWORD paletteSetStyle = 0);
 
-    /// Takes the palette in, as the last one, and returns its place; -1 when it has no window. The first one
-    /// becomes the active one. From here on the set owns the palette: it deletes it when it is deleted
-    /// itself.
+    /// Appends the palette and returns its index; -1 if it has no window. The first one becomes active. The
+    /// set takes ownership: its destructor deletes the palette.
     virtual int AddPalette(CAdUiPalette* palette);
-    /// Takes the palette at the place out and gives it back to the caller, hidden.
+    /// Removes the palette from the set and hides it; the caller owns it again.
     virtual BOOL RemovePalette(int index);
     int GetPaletteCount() const { return static_cast<int>(m_palettes.size()); }
-    /// Null when there is none at the place.
+    /// Null for an index out of range.
     CAdUiPalette* GetPalette(int index) const;
     CAdUiPalette* GetActivePalette() const { return GetPalette(m_active); }
     BOOL SetActivePalette(int index);
@@ -42,9 +44,9 @@ public:
     CString GetName() const { return m_title; }
     DWORD GetPaletteSetStyle() const { return m_paletteSetStyle; }
 
-    /// What the frame leaves to the active palette, in client coordinates.
+    /// The active palette's rectangle, in client coordinates.
     CRect PaletteRect() const;
-    /// Where the close cross is, in client coordinates; empty without PSS_CLOSE_BUTTON.
+    /// The close button's rectangle, in client coordinates; empty without PSS_CLOSE_BUTTON.
     CRect CloseButtonRect() const;
 
     BOOL PreTranslateMessage(MSG* message) override;

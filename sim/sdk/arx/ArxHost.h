@@ -1,5 +1,8 @@
 #pragma once
 
+// What the ObjectARX slice requires of the program, and the notifications that the program sends through the
+// slice. Not part of ObjectARX; the module never includes it.
+
 #include <afxwin.h>
 
 #include "acadstrc.h"
@@ -8,23 +11,23 @@
 
 class AcApDocument;
 
-/// How a docked palette set stands, as the host remembers it between runs.
+/// The docking state of a palette set, as the host remembers it between runs.
 struct ArxDockState {
     UINT dockBarId = 0;  ///< AFX_IDW_DOCKBAR_LEFT or AFX_IDW_DOCKBAR_RIGHT
-    int width = 0;       ///< of the docked set, in pixels
+    int width = 0;       ///< docked width, in pixels
 };
 
-/// What the ObjectARX slice needs of the program it runs in. zentri-host implements it; tests install a fake.
-/// The module never sees this header. All calls come on the UI thread, but for print().
+/// Implemented by zentri-host; tests install a fake. All functions are called on the UI thread, except
+/// print().
 class ArxHost {
 public:
     virtual ~ArxHost() = default;
 
-    /// Text printed with acutPrintf, already formatted. Any thread.
+    /// Prints acutPrintf's formatted text. Any thread.
     virtual void print(const CString& text) = 0;
 
-    /// The value of a system variable; false when there is none of that name. A string result is allocated
-    /// with malloc and owned by the caller.
+    /// Gets the value of a system variable; false if there is no such variable. A string value is allocated
+    /// with malloc; the caller owns it.
     virtual bool getVar(const ACHAR* name, resbuf& value) = 0;
 
     virtual CMDIFrameWnd* frame() = 0;
@@ -32,44 +35,45 @@ public:
 
     virtual AcApDocument* currentDocument() = 0;
     virtual int documentCount() { return currentDocument() != nullptr ? 1 : 0; }
-    /// True when no command is in progress in the document.
+    /// Whether no command is in progress in the document.
     virtual bool isQuiescent(const AcApDocument* document) = 0;
     /// Queues text for the document's command line.
     virtual Acad::ErrorStatus sendString(AcApDocument* document, const ACHAR* text, bool activate,
                                          bool wrapUpInactiveDocument, bool echo) = 0;
 
-    /// True when the host offers the service.
+    /// Whether the host provides the service.
     virtual bool hasService(const ACHAR* service) = 0;
-    /// The address behind a service's symbol, or null.
+    /// The address of a service's symbol, or null.
     virtual void* serviceSymbol(const ACHAR* service, const char* symbol) = 0;
 
-    /// The remembered state of the palette set of this title; false when there is none. A host that remembers
-    /// nothing leaves this as it is.
+    /// Gets the remembered state of the palette set with this title; false if there is none. The default
+    /// implementation remembers nothing.
     virtual bool dockState(const CString& title, ArxDockState& state);
-    /// The palette set has been docked, or its width has changed.
+    /// Called when the palette set has been docked or resized.
     virtual void dockStateChanged(const CString& title, const ArxDockState& state);
 
-    /// The palettes' colours: true for the dark interface.
+    /// Whether palettes use the dark colour theme.
     virtual bool isDark() { return false; }
 };
 
-/// The installed host. Calling into the slice without one ends the program with a message.
+/// The installed host. Aborts with a message if there is none.
 ArxHost& arxHost();
-/// Installs the host; null takes it away. The caller keeps ownership.
+/// Installs the host; null removes it. The caller keeps ownership.
 void setArxHost(ArxHost* host);
 
-// What the program tells the editor's reactors, in the order in which they were attached. A reactor may
-// attach or remove reactors meanwhile.
+// Notify the editor reactors, in the order in which they were attached. A reactor may add or remove reactors
+// during the notification.
 void arxFireCommandWillStart(const ACHAR* commandName);
 void arxFireCommandEnded(const ACHAR* commandName);
 void arxFireCommandCancelled(const ACHAR* commandName);
 void arxFireCommandFailed(const ACHAR* commandName);
 void arxFireSysVarWillChange(const ACHAR* variableName);
 void arxFireSysVarChanged(const ACHAR* variableName, bool success);
-/// How many reactors are attached.
+/// The number of attached reactors.
 int arxEditorReactorCount();
 
-/// Sends a message to every loaded module: kQuitMsg when the program ends, kLoadDwgMsg for a new document.
+/// Sends a message to all loaded modules, for example kQuitMsg when the program exits, kLoadDwgMsg for a new
+/// document.
 void arxSendToModules(AcRx::AppMsgCode message);
-/// Unloads every module, the last loaded first, locked or not, as the program's end does.
+/// Unloads all modules at program exit: last loaded first, locked ones too.
 void arxUnloadAllModules();

@@ -1,6 +1,6 @@
 #pragma once
 
-// The well-known objects of the slice, which the system registry holds. Private to the slice.
+// The well-known objects in the system registry. Private to the slice.
 
 #include "accmd.h"
 #include "aced.h"

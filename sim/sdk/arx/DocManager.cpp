@@ -10,7 +10,7 @@ bool AcApDocument::isQuiescent() const {
 
 namespace {
 
-/// One document is current and active at a time; which one is the host's to say.
+/// The current and the active document are the same; the host determines which it is.
 class DocManager : public AcApDocManager {
 public:
     AcApDocument* curDocument() const override { return arxHost().currentDocument(); }

@@ -32,7 +32,7 @@ public:
         return std::find(m_reactors.begin(), m_reactors.end(), reactor) != m_reactors.end();
     }
 
-    /// Walks a copy and skips those removed meanwhile: a reactor may remove itself or others.
+    /// Iterates over a copy and skips reactors that have been removed: a reactor may remove itself or others.
     template <typename Notification>
     void tell(Notification notification) {
         const std::vector<AcEditorReactor*> reactors = m_reactors;

@@ -15,7 +15,7 @@ ACRX_NO_CONS_DEFINE_MEMBERS(AcRxDynamicLinker, AcRxObject)
 
 namespace {
 
-/// One loaded module. Its address is the application id that the module is given.
+/// A loaded module. Its address is the application id that is passed to the module.
 struct Module {
     CString fileName;
     HMODULE handle = nullptr;
@@ -24,7 +24,7 @@ struct Module {
     bool mdiAware = false;
 };
 
-/// The name without its folder: modules are known by it, as the host's own module list shows them.
+/// The file name without its folder, by which modules are identified and listed.
 CString baseName(const CString& path) {
     int start = 0;
     for (int i = 0; i < path.GetLength(); ++i) {
@@ -45,8 +45,8 @@ CString fullPath(const ACHAR* fileName) {
     return path;
 }
 
-/// Maps the module. The libraries that came with it stand in its folder, which a name without a folder does
-/// not tell.
+/// Loads the module's file. If the name has a folder, the libraries that the module depends on are searched
+/// for there.
 HMODULE map(const ACHAR* fileName) {
     if (baseName(fileName) == fileName) {
         return LoadLibraryW(fileName);
@@ -54,8 +54,8 @@ HMODULE map(const ACHAR* fileName) {
     return LoadLibraryExW(fullPath(fileName), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
 }
 
-/// Leaves the keyboard focus where it was: windows that a module makes and does not show must not take the
-/// keys.
+/// Restores the keyboard focus at the end of the scope: windows that a module creates while it is loaded must
+/// not take the focus.
 class FocusKeeper {
 public:
     FocusKeeper() : m_focus(GetFocus()) {}
@@ -176,8 +176,8 @@ public:
     }
 
 private:
-    /// Nothing that a module throws gets any further; null when it threw. Then it stays mapped whatever
-    /// becomes of it: the host may hold addresses in it that it did not come to take back.
+    /// Calls the module's entry point; nullopt if it threw. The caller must not unmap such a module: the host
+    /// may still hold addresses in it that the module did not get to unregister.
     static std::optional<AcRx::AppRetCode> tell(Module& module, AcRx::AppMsgCode message) {
         try {
             return module.entryPoint(message, &module);

@@ -1,6 +1,6 @@
 #pragma once
 
-/// Results of ObjectARX calls. Only the codes that this slice returns are declared.
+/// Result codes of ObjectARX functions. Simplified: only those that the slice returns.
 struct Acad {
     enum ErrorStatus {
         eOk = 0,

@@ -1,6 +1,7 @@
 #pragma once
 
-// Commands and the stack they are registered on. Simplified: a UI context is carried, never asked.
+// Commands and the command stack.
+// Simplified: a UI context is stored but never called.
 
 #include "acadstrc.h"
 #include "rxobject.h"
@@ -19,7 +20,7 @@ typedef void (*AcRxFunctionPtr)();
 
 class AcEdUIContext;
 
-/// The module whose resources belong to a command; empty when there is none.
+/// The module that has a command's resources; may be empty.
 class AcRxResourceInstance {
 public:
     explicit AcRxResourceInstance(HINSTANCE instance) : m_instance(instance) {}
@@ -46,8 +47,8 @@ public:
     virtual int fcode() const = 0;
 };
 
-/// Walks the commands of all groups, newest group first, each group in the order of registration. Commands
-/// must not be added or removed meanwhile.
+/// Iterates over the commands of all groups: the newest group first, the commands of a group in order of
+/// registration. Commands must not be added or removed during the iteration.
 class AcEdCommandIterator : public AcRxObject {
 public:
     ACRX_DECLARE_MEMBERS(AcEdCommandIterator)
@@ -62,8 +63,8 @@ class AcEdCommandStack : public AcRxObject {
 public:
     ACRX_DECLARE_MEMBERS(AcEdCommandStack)
 
-    /// Registers a command; its group is made when it is new. Names compare without regard to case.
-    /// eDuplicateKey when the group already has a command of that global or local name.
+    /// Registers a command and creates its group if necessary. Names are case-insensitive. eDuplicateKey if
+    /// the group already has a command with that global or local name.
     virtual Acad::ErrorStatus addCommand(
         const ACHAR* groupName, const ACHAR* globalName, const ACHAR* localName, Adesk::Int32 flags,
         AcRxFunctionPtr function, AcEdUIContext* uiContext = nullptr, int fcode = -1,
@@ -72,15 +73,14 @@ public:
 
     virtual Acad::ErrorStatus removeCmd(const ACHAR* groupName, const ACHAR* globalName) = 0;
     virtual Acad::ErrorStatus removeGroup(const ACHAR* groupName) = 0;
-    /// Makes the group's commands the first to be found.
+    /// Moves the group to the top of the stack, so that its commands are found first.
     virtual Acad::ErrorStatus popGroupToTop(const ACHAR* groupName) = 0;
 
-    /// Finds a command by its local name, or by its global name: always when `globalLookup`, and when the
-    /// name begins with an underscore (which stands before the global name, and may also be part of it). Null
-    /// when there is none.
+    /// Finds a command by its local name, or by its global name if `globalLookup` is set or the name begins
+    /// with an underscore (a prefix of the global name that may also be part of it). Null if there is none.
     virtual AcEdCommand* lookupCmd(const ACHAR* name, bool globalLookup, bool allGroups = true) = 0;
 
-    /// The caller deletes it.
+    /// The caller owns the iterator.
     virtual AcEdCommandIterator* iterator() = 0;
 };
 

@@ -1,7 +1,7 @@
 #pragma once
 
-// Documents and their manager. Simplified: what a document is and does is the host's (see ArxHost); document
-// reactors and locks are not there.
+// Documents and the document manager.
+// Simplified: the host implements documents (see ArxHost); no document reactors, no document locking.
 
 #include "acadstrc.h"
 #include "rxobject.h"
@@ -10,11 +10,11 @@ class AcApDocument : public AcRxObject {
 public:
     ACRX_DECLARE_MEMBERS(AcApDocument)
 
-    /// Full path of the drawing, or its title while it has none.
+    /// The drawing's full path, or its title if it has not been saved.
     virtual const ACHAR* fileName() const = 0;
     virtual const ACHAR* docTitle() const = 0;
 
-    /// True when no command is in progress in the document.
+    /// Whether no command is in progress in the document.
     bool isQuiescent() const;
 };
 
@@ -26,7 +26,7 @@ public:
     virtual AcApDocument* mdiActiveDocument() const = 0;
     virtual int documentCount() const = 0;
 
-    /// Queues text for the document's command line, as if typed; the host takes it when it is next idle.
+    /// Queues text for the document's command line, as if typed; the host executes it when it is idle.
     virtual Acad::ErrorStatus sendStringToExecute(AcApDocument* document, const ACHAR* text,
                                                   bool activate = true, bool wrapUpInactiveDocument = false,
                                                   bool echoString = true) = 0;

@@ -1,14 +1,14 @@
 #pragma once
 
 // The editor, its reactors and the command stack.
+// Simplified: only the notifications that the slice sends; no input or selection functions.
 
 #include "accmd.h"
 #include "acedads.h"
 #include "acutads.h"
 #include "rxdict.h"
 
-/// Told of what happens in the editor. Simplified to the notifications that the slice fires; all do nothing
-/// unless overridden. UI thread.
+/// Receives the editor's notifications, on the UI thread. The default implementations do nothing.
 class AcEditorReactor : public AcRxObject {
 public:
     ACRX_DECLARE_MEMBERS(AcEditorReactor)
@@ -26,7 +26,7 @@ class AcEditor : public AcRxObject {
 public:
     ACRX_DECLARE_MEMBERS(AcEditor)
 
-    /// The reactor stays the caller's. Adding one that is attached changes nothing.
+    /// The caller keeps ownership of the reactor. Adding an attached one again has no effect.
     virtual void addReactor(AcEditorReactor* reactor) = 0;
     virtual void removeReactor(AcEditorReactor* reactor) = 0;
 };

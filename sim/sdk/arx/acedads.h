@@ -1,7 +1,9 @@
 #pragma once
 
+// Simplified: of the editor's global functions, only acedGetVar.
+
 #include "adsdef.h"
 
-/// Reads a system variable into the result buffer: RTNORM, or RTERROR when there is none of that name.
-/// The string of an RTSTR result is the caller's, to be released with acutDelString.
+/// Reads a system variable into the result buffer: RTNORM, or RTERROR if there is no such variable. The
+/// caller owns the string of an RTSTR result and releases it with acutDelString.
 int acedGetVar(const ACHAR* name, resbuf* result);

@@ -1,7 +1,9 @@
 #pragma once
 
+// Simplified: of the utility functions, only acutPrintf.
+
 #include "adsdef.h"
 
-/// Prints on the host's command line; formats as _stprintf does (%s takes wide text). Any thread.
-/// Always RTNORM.
+/// Prints on the host's command line; formats as _stprintf does (%s takes wide text). Any thread. Always
+/// returns RTNORM.
 int acutPrintf(const ACHAR* format, ...);

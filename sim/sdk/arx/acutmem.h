@@ -3,7 +3,7 @@
 #include "acadstrc.h"
 #include "adsdef.h"
 
-/// Copies a string into memory of its own; the copy in `target` is released with acutDelString.
+/// Copies a string; the caller releases the copy in `target` with acutDelString.
 Acad::ErrorStatus acutNewString(const ACHAR* source, ACHAR*& target);
-/// Releases a string and clears the pointer.
+/// Releases a string and sets the pointer to null.
 void acutDelString(ACHAR*& text);

@@ -1,6 +1,6 @@
 #pragma once
 
-// Basic types of the ObjectARX slice. ACHAR is the wide character of the platform's Win32: UTF-16 always.
+// Basic types of the ObjectARX slice. ACHAR is TCHAR: UTF-16 on every platform.
 
 #include <tchar.h>
 #include <windows.h>

@@ -1,6 +1,7 @@
 #pragma once
 
-// Result buffers and the type and status codes that go with them.
+// Result buffers and their type and status codes.
+// Simplified: a selection of the codes; no functions for chains of buffers.
 
 #include "adesk.h"
 
@@ -30,7 +31,7 @@ struct resbuf {
     ads_u_val resval;
 };
 
-// Type of a result buffer's value.
+// Types of a result buffer's value.
 #define RTNONE 5000
 #define RTREAL 5001
 #define RTPOINT 5002
@@ -44,7 +45,7 @@ struct resbuf {
 #define RTLONG 5010
 #define RTVOID 5014
 
-// Status of a call.
+// Status codes.
 #define RTNORM 5100
 #define RTERROR (-5001)
 #define RTCAN (-5002)

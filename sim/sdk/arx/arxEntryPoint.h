@@ -3,8 +3,8 @@
 #include "AcExtensionModule.h"
 #include "dbxEntryPoint.h"
 
-/// The wizard's base class of a module with a user interface. Simplified: the maps of classes and commands
-/// that the wizard fills are not there, so there is nothing to register from them or to take back.
+/// The base class of a module with a user interface. Simplified: no class and command maps, so there is
+/// nothing to register or unregister from them.
 class AcRxArxApp : public AcRxDbxApp {
 public:
     AcRx::AppRetCode On_kInitAppMsg(void* packet) override;
@@ -18,11 +18,11 @@ public:
 
 #ifdef _WIN32
 #define ARX_ENTRY_EXPORT __declspec(dllexport)
-// The C run-time's start-up code calls DllMain.
+// On Windows the loader calls DllMain.
 #define ARX_CALL_DLL_MAIN
 #else
 #define ARX_ENTRY_EXPORT __attribute__((visibility("default")))
-// Nothing calls DllMain when an ELF module is mapped and unmapped, so an object of the module does.
+// Nothing calls DllMain when an ELF module is loaded and unloaded, so a static object in the module does.
 #define ARX_CALL_DLL_MAIN static ArxDllMainCaller s_arxDllMainCaller(&DllMain);
 
 class ArxDllMainCaller {
@@ -40,8 +40,8 @@ private:
 };
 #endif
 
-/// Defines the module's application object and its two exports. It stands once, after the module's DllMain.
-/// (The vendor's library brings acrxGetApiVersion; here the macro does.)
+/// Defines the module's application object and its two exports. To be used once, after the module's DllMain.
+/// Simplified: the macro also defines acrxGetApiVersion, which the real SDK has in a library.
 #define IMPLEMENT_ARX_ENTRYPOINT(CLASS_NAME)                                                              \
     ARX_CALL_DLL_MAIN                                                                                     \
     static CLASS_NAME s_arxApplication;                                                                   \

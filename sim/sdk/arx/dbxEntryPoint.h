@@ -4,8 +4,8 @@
 #include "rxdlinkr.h"
 #include "rxregsvc.h"
 
-/// The wizard's base class of a module without a user interface: takes the host's messages apart into
-/// overridable handlers. Every handler returns kRetOK unless it is overridden.
+/// The base class of a module without a user interface: dispatches the host's messages to virtual handlers.
+/// All handlers return kRetOK unless overridden. Simplified: no class and command maps.
 class AcRxDbxApp {
 public:
     AcRxDbxApp() = default;
@@ -13,7 +13,8 @@ public:
     AcRxDbxApp(const AcRxDbxApp&) = delete;
     AcRxDbxApp& operator=(const AcRxDbxApp&) = delete;
 
-    /// Unlocks the module and declares it MDI-aware; the packet is the application id.
+    /// Unlocks the module, registers it as MDI-aware and calls RegisterServerComponents; the packet is the
+    /// application id.
     virtual AcRx::AppRetCode On_kInitAppMsg(void* packet);
     virtual AcRx::AppRetCode On_kUnloadAppMsg(void* packet);
     virtual AcRx::AppRetCode On_kLoadDwgMsg(void* packet);
@@ -30,6 +31,6 @@ public:
 
     virtual AcRx::AppRetCode acrxEntryPoint(AcRx::AppMsgCode message, void* packet);
 
-    /// Called after the module has been initialised by the base class.
+    /// Called after the base class has initialized the module.
     virtual void RegisterServerComponents() = 0;
 };

@@ -1,6 +1,6 @@
 #pragma once
 
-/// The messages that a host sends to a module's entry point, and what the entry point answers.
+/// The messages that the host sends to a module's entry point, and the entry point's return codes.
 struct AcRx {
     enum AppMsgCode {
         kNullMsg = 0,
@@ -27,6 +27,5 @@ struct AcRx {
     enum AppRetCode { kRetOK = 0, kRetError = 3 };
 };
 
-/// The object-model release that this slice speaks; the high word of what a module's acrxGetApiVersion
-/// returns.
+/// The API release of this slice: the high word of acrxGetApiVersion's result.
 constexpr unsigned kAcRxRelease = 23;

@@ -1,7 +1,7 @@
 #pragma once
 
-// Dictionaries of AcRxObjects by name. Simplified: keys compare exactly, entries are not owned, and there is
-// no access by number.
+// Dictionaries of AcRxObjects by name.
+// Simplified: keys are case-sensitive, a dictionary does not own its entries, and there is no access by id.
 
 #include "rxobject.h"
 
@@ -10,9 +10,9 @@ public:
     ACRX_DECLARE_MEMBERS(AcRxDictionary)
 
     virtual AcRxObject* at(const ACHAR* key) const = 0;
-    /// Puts the object under the key and returns what stood there before.
+    /// Stores the object under the key and returns the previous entry, or null.
     virtual AcRxObject* atPut(const ACHAR* key, AcRxObject* object) = 0;
-    /// Takes the entry out and returns it.
+    /// Removes the entry and returns it; null if there is none.
     virtual AcRxObject* remove(const ACHAR* key) = 0;
     virtual bool has(const ACHAR* key) const = 0;
     virtual Adesk::UInt32 numEntries() const = 0;

@@ -1,12 +1,12 @@
 #pragma once
 
-// The host's windows and resources, as MFC sees them.
+// The host's MFC objects: application, frame, view and resources.
 
 #include <afxext.h>
 #include <afxwin.h>
 
 CMDIFrameWnd* acedGetAcadFrame();
-/// The view of the current drawing; null when none is open.
+/// The current drawing's view; null if no drawing is open.
 CView* acedGetAcadDwgView();
 CWinApp* acedGetAcadWinApp();
 HINSTANCE acedGetAcadResourceInstance();

@@ -1,8 +1,9 @@
 #pragma once
 
 // The run-time type system: AcRxObject, its class objects, and the macros that declare and define them.
-// Simplified: a class describes itself on the first call of desc(), so rxInit() is empty and there is no
-// class hierarchy to build; protocol extensions and deletion of classes are not there.
+//
+// Simplified: the first call of desc() creates a class object, so rxInit() is empty and there is no
+// acrxBuildClassHierarchy; no protocol extensions, no deletion of classes.
 
 #include "acadstrc.h"
 #include "adesk.h"
@@ -17,7 +18,7 @@ public:
     static AcRxClass* desc();
     static AcRxObject* cast(const AcRxObject* object) { return const_cast<AcRxObject*>(object); }
     virtual AcRxClass* isA() const;
-    /// True when the object's class is the given one or derives from it.
+    /// Whether the object's class is the given one or derived from it.
     bool isKindOf(const AcRxClass* aClass) const;
 
 protected:
@@ -36,7 +37,7 @@ public:
 
     const ACHAR* name() const { return m_name; }
     AcRxClass* myParent() const { return m_parent; }
-    /// True for the class itself too.
+    /// Also true for the class itself.
     bool isDerivedFrom(const AcRxClass* aClass) const;
 
 private:
@@ -44,7 +45,7 @@ private:
     AcRxClass* m_parent;
 };
 
-// NOLINTBEGIN(bugprone-macro-parentheses): the arguments are names of classes.
+// NOLINTBEGIN(bugprone-macro-parentheses): the arguments are class names.
 
 /// Declares the type members of a class derived from AcRxObject.
 #define ACRX_DECLARE_MEMBERS(CLASS_NAME)                                             \
@@ -57,7 +58,7 @@ private:
     AcRxClass* isA() const override;                                                 \
     static void rxInit() {}
 
-/// Defines them for a class that is not created by name.
+/// Defines the type members of a class that cannot be instantiated by name.
 #define ACRX_NO_CONS_DEFINE_MEMBERS(CLASS_NAME, PARENT_CLASS)                    \
     AcRxClass* CLASS_NAME::desc() {                                              \
         static AcRxClass description(ACRX_T(#CLASS_NAME), PARENT_CLASS::desc()); \
