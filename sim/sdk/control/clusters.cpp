@@ -1,4 +1,4 @@
-// Finding things in pictures by their colour, on every platform.
+// Finding clusters of pixels by colour; the same on every platform.
 
 #include "win32_control.h"
 
@@ -7,7 +7,7 @@
 
 namespace {
 
-/// A run of matching pixels in a row, and the group it has been found to belong to.
+/// A run of matching pixels in one row. Runs are joined to clusters with a union-find structure.
 struct Run {
     int row;
     int left;

@@ -1,4 +1,4 @@
-// Control of a program from outside over the real Win32.
+// Implementation for Windows, over the real Win32.
 
 #include "win32_control.h"
 
@@ -32,7 +32,7 @@ std::wstring withoutAccessMark(std::wstring text) {
     return text;
 }
 
-/// The icon's part of a box's type.
+/// The MB_ICON… part of a message box's type.
 UINT typeOfIcon(HICON icon) {
     const std::pair<const wchar_t*, UINT> icons[] = {{IDI_EXCLAMATION, MB_ICONEXCLAMATION},
                                                      {IDI_QUESTION, MB_ICONQUESTION},
@@ -46,7 +46,7 @@ UINT typeOfIcon(HICON icon) {
     return 0;
 }
 
-/// The buttons' part of a box's type.
+/// The buttons part of a message box's type.
 UINT typeOfButtons(const std::vector<Win32MessageBoxButton>& buttons) {
     const auto has = [&buttons](int id) {
         return std::any_of(buttons.begin(), buttons.end(),
@@ -83,7 +83,7 @@ BOOL CALLBACK addControl(HWND control, LPARAM data) {
 }
 
 BOOL CALLBACK addBox(HWND window, LPARAM data) {
-    // Boxes of every thread of the program.
+    // Message boxes of all threads of this process.
     DWORD process = 0;
     GetWindowThreadProcessId(window, &process);
     if (process != GetCurrentProcessId() || !isClass(window, kDialogClass) ||
@@ -92,7 +92,7 @@ BOOL CALLBACK addBox(HWND window, LPARAM data) {
     }
     Win32MessageBox box{window, textOf(window), {}, 0, {}};
     EnumChildWindows(window, addControl, reinterpret_cast<LPARAM>(&box));
-    // A box of another thread may just be coming or going.
+    // Another thread's box may be half created or destroyed.
     if (box.buttons.empty()) {
         return TRUE;
     }
@@ -106,7 +106,7 @@ bool sendInput(const INPUT& input) {
     return SendInput(1, &copy, sizeof copy) == 1;
 }
 
-/// GDI+ for as long as it is needed.
+/// Starts GDI+ for a scope.
 class GdiPlus {
 public:
     GdiPlus() {
@@ -152,7 +152,7 @@ bool findEncoder(const wchar_t* mimeType, CLSID& encoder) {
 std::vector<Win32MessageBox> win32MessageBoxes() {
     std::vector<Win32MessageBox> boxes;
     EnumWindows(addBox, reinterpret_cast<LPARAM>(&boxes));
-    // The system lists the topmost first.
+    // EnumWindows returns the topmost window first.
     std::reverse(boxes.begin(), boxes.end());
     return boxes;
 }
@@ -185,7 +185,7 @@ bool win32PointerButton(int button, bool down) {
             break;
         case 4:
         case 5:
-            // A notch is one event here, not a press and a release.
+            // A wheel notch is a single event on Windows, not a press and a release.
             if (!down) {
                 return true;
             }
@@ -235,8 +235,8 @@ Win32Picture win32Grab(HWND window) {
             return {};
         }
     }
-    // What has been painted may reach the screen only when the program looks for messages and has none. This
-    // looks for one that nobody sends.
+    // Painted pixels may reach the screen only when the thread checks for messages and finds none. Peek for a
+    // message that nobody sends.
     MSG none;
     PeekMessageW(&none, reinterpret_cast<HWND>(-1), WM_APP, WM_APP, PM_NOREMOVE);
     const int width = place.right - place.left;
@@ -247,7 +247,7 @@ Win32Picture win32Grab(HWND window) {
     BITMAPINFO info{};
     info.bmiHeader.biSize = sizeof info.bmiHeader;
     info.bmiHeader.biWidth = width;
-    // From the top row down.
+    // Negative: top-down rows.
     info.bmiHeader.biHeight = -height;
     info.bmiHeader.biPlanes = 1;
     info.bmiHeader.biBitCount = 32;
