@@ -22,7 +22,7 @@ void ArxHost::dockStateChanged(const CString&, const ArxDockState&) {}
 
 ArxHost& arxHost() {
     if (g_host == nullptr) {
-        std::fputs("ObjectARX slice: called without an installed host (setArxHost)\n", stderr);
+        std::fputs("ObjectARX slice: called while no host is installed (setArxHost)\n", stderr);
         std::abort();
     }
     return *g_host;
