@@ -31,7 +31,7 @@ int main(int argc, char** argv) {
         std::cout << "zentri-host " ZENTRI_VERSION << std::endl;
         return 0;
     }
-    // MFC wants the application to exist before AfxWinMain and until the end of main.
+    // MFC requires the CWinApp object to exist before AfxWinMain and until main returns.
     cad::HostApp app(*options);
     const int code = AfxWinMain(::GetModuleHandle(nullptr), nullptr, ::GetCommandLine(), SW_SHOW);
     return app.failure().empty() ? code : fail(app.failure());

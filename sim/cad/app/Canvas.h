@@ -13,7 +13,7 @@ namespace cad {
 /// 0xRRGGBB.
 using Color = unsigned;
 
-/// A rectangle in pixels; fractions place thin lines exactly.
+/// A rectangle in pixels. Fractional coordinates align thin lines with pixel centers.
 struct Area {
     double x = 0;
     double y = 0;
@@ -30,12 +30,12 @@ enum class Font { Interface, InterfaceBold, Small, CommandLine };
 struct Stroke {
     Color color = 0;
     double width = 1;
-    /// Lengths of dash and gap; solid when 0.
+    /// Length of a dash and of a gap in pixels; 0 draws a solid line.
     double dash = 0;
 };
 
-/// All drawing of the program goes through this, so that each platform's graphics library has one file.
-/// Coordinates are pixels of the window's client area, y down; shapes are anti-aliased; texts are UTF-8.
+/// The program paints only through this interface, so that each platform's graphics library is used in a
+/// single file. Coordinates are client-area pixels, y down; shapes are anti-aliased; text is UTF-8.
 class Canvas {
 public:
     virtual ~Canvas() = default;
@@ -56,7 +56,7 @@ public:
     virtual void popClip() = 0;
 };
 
-/// The canvas of a device context; it must not outlive it.
+/// A canvas that draws on the device context, which must outlive it.
 std::unique_ptr<Canvas> makeCanvas(HDC dc);
 
 }  // namespace cad

@@ -1,4 +1,4 @@
-// The canvas over cairo and pango.
+// Canvas implemented with cairo and Pango.
 
 #include <win32_cairo.h>
 
@@ -10,7 +10,7 @@ namespace cad {
 
 namespace {
 
-// Pixels, as the windows' layout is in pixels.
+// Sizes are in pixels, like the layout of the windows.
 const char* fontName(Font font) {
     switch (font) {
         case Font::Interface:

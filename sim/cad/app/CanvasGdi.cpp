@@ -1,5 +1,5 @@
-// The canvas over GDI+ for shapes and GDI for texts, whose fonts fall back to others where they lack a
-// character.
+// Canvas implemented with GDI+ for shapes and GDI for text: GDI falls back to other fonts for characters that
+// a font lacks.
 
 #include <windows.h>
 
@@ -22,11 +22,11 @@ constexpr int kSize = 13;
 constexpr int kSmallSize = 12;
 constexpr double kOpaque = 255;
 constexpr double kPi = 3.14159265358979323846;
-/// How far a chord of a circle may stay inside it, in pixels.
+/// The greatest distance between a chord and its arc, in pixels.
 constexpr double kLargestSagitta = 0.05;
 constexpr double kMostChords = 10000;
 
-/// GDI+ from the first canvas to the end of the program.
+/// Starts GDI+ with the first canvas; it is shut down when the program exits.
 void startLibrary() {
     static const struct Library {
         Library() {
@@ -53,7 +53,7 @@ bool hasFamily(HDC dc, const wchar_t* family) {
     return found;
 }
 
-/// The first of the families that this machine has.
+/// The first of the preferred families that is installed.
 const wchar_t* familyOf(HDC dc, Font font) {
     static constexpr const wchar_t* kInterface[] = {L"Microsoft YaHei UI", L"Noto Sans CJK SC"};
     static constexpr const wchar_t* kCommandLine[] = {L"NSimSun", L"Noto Sans Mono CJK SC",
@@ -91,7 +91,7 @@ public:
         startLibrary();
         m_graphics = std::make_unique<Gdiplus::Graphics>(dc);
         m_graphics->SetSmoothingMode(Gdiplus::SmoothingModeAntiAlias);
-        // A pixel's corner, not its middle, has whole coordinates.
+        // Integer coordinates are pixel corners, not pixel centers.
         m_graphics->SetPixelOffsetMode(Gdiplus::PixelOffsetModeHalf);
         ::SetBkMode(dc, TRANSPARENT);
     }
@@ -143,8 +143,8 @@ public:
     }
 
     void circle(Point center, double radius, const Stroke& stroke) override {
-        // As chords so short that they cannot be told from arcs: the library's own ellipses have visible
-        // corners in Wine.
+        // Drawn as chords too short to be distinguished from arcs: in Wine, GDI+ ellipses have visible
+        // corners.
         const double half = std::acos(1 - std::min(kLargestSagitta / radius, 1.0));
         const auto count = static_cast<int>(std::min(std::ceil(kPi / half), kMostChords));
         std::vector<Point> points;
@@ -178,7 +178,7 @@ public:
     }
 
     void pushClip(const Area& area) override {
-        // Shapes and texts both end up in the device context, so its clip holds for both.
+        // GDI+ and GDI draw on the same device context, so its clip region applies to both.
         ::SaveDC(m_dc);
         ::IntersectClipRect(m_dc, static_cast<int>(area.x), static_cast<int>(area.y),
                             static_cast<int>(area.right()), static_cast<int>(area.bottom()));
@@ -203,7 +203,7 @@ private:
     void draw(const Gdiplus::GraphicsPath& path, const Stroke& stroke) {
         Gdiplus::Pen pen(colorOf(stroke.color, 1), static_cast<Gdiplus::REAL>(stroke.width));
         if (stroke.dash > 0 && stroke.width > 0) {
-            // Dashes are measured in widths of the pen.
+            // GDI+ measures dashes in pen widths.
             const auto length = static_cast<Gdiplus::REAL>(stroke.dash / stroke.width);
             const Gdiplus::REAL pattern[] = {length, length};
             pen.SetDashPattern(pattern, 2);
@@ -212,7 +212,7 @@ private:
         flush();
     }
 
-    /// Texts go past GDI+, so that what it was told must be there before.
+    /// GDI text bypasses GDI+, so pending GDI+ drawing must reach the device context first.
     void flush() { m_graphics->Flush(Gdiplus::FlushIntentionSync); }
 
     HFONT fontOf(Font font) {

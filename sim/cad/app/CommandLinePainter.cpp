@@ -85,7 +85,7 @@ void CommandLinePainter::paintHistory(Canvas& canvas, const CommandLine& command
     const int end = total - std::clamp(scrolledRows, 0, m_largestScroll);
     const int first = std::max(0, end - m_visibleRows);
     canvas.pushClip(area);
-    // The rows stand on the lower edge, next to the input.
+    // Rows are aligned with the lower edge, next to the input.
     double top = area.bottom() - kRowHeight * (end - first) - 2;
     const double line = canvas.lineHeight(Font::CommandLine);
     for (int i = first; i < end; ++i) {
@@ -126,7 +126,7 @@ void CommandLinePainter::paintInput(Canvas& canvas, const CommandLine& commandLi
     const double top = centered(area.y, area.height, line);
     const double promptWidth = canvas.textWidth(commandLine.prompt(), Font::CommandLine);
     const double caret = promptWidth + canvas.textWidth(commandLine.inputBeforeCaret(), Font::CommandLine);
-    // A text that is too long shows its end, where the caret is.
+    // Input that is too long is scrolled so that the caret stays visible.
     const double shift = std::max(0.0, caret + 2 - text.width);
     canvas.pushClip(text);
     canvas.text(text.x - shift, top, commandLine.prompt(), Font::CommandLine, theme.accent);

@@ -11,23 +11,23 @@
 
 namespace cad {
 
-/// Lays out and paints a command line: the scroll-back above, wrapped to the width, and the row with prompt,
-/// typed text and caret below.
+/// Lays out and paints a command line: above, the scroll-back wrapped to the width; below, the row with the
+/// prompt, the typed text and the caret.
 class CommandLinePainter {
 public:
     /// `scrolledRows` counts from the newest row upward.
     void paint(Canvas& canvas, const CommandLine& commandLine, const Theme& theme, const Area& area,
                int scrolledRows, bool caretVisible);
 
-    /// How far it can be scrolled, in rows, as of the last paint.
+    /// The maximum scroll offset in rows, as of the last paint.
     int largestScroll() const { return m_largestScroll; }
     int visibleRows() const { return m_visibleRows; }
 
-    /// The height that shows this many rows of scroll-back; pixels.
+    /// The height in pixels that fits this many rows of scroll-back.
     static int heightForRows(int rows);
 
 private:
-    /// Breaks the scroll-back into rows again when it or the width has changed.
+    /// Rewraps the scroll-back if its text or the width has changed.
     void layOut(Canvas& canvas, const CommandLine& commandLine, double width);
     void appendWrapped(Canvas& canvas, const std::string& line, double width);
     double characterWidth(Canvas& canvas, char32_t character);

@@ -7,7 +7,7 @@
 
 namespace cad {
 
-/// The command line's window at the lower edge of the frame. The wheel scrolls the history back.
+/// The command line window at the lower edge of the frame. The mouse wheel scrolls the history.
 class CommandWindow : public CControlBar {
 public:
     static constexpr UINT kId = 0xE8C0;
@@ -15,7 +15,7 @@ public:
     explicit CommandWindow(Editor& editor);
 
     bool createIn(CFrameWnd& frame);
-    /// Something was printed or typed: shows the newest rows.
+    /// Scrolls to the newest rows, after text was printed or typed.
     void followText();
 
     CSize CalcFixedLayout(BOOL stretch, BOOL horizontal) override;
@@ -31,7 +31,7 @@ protected:
     DECLARE_MESSAGE_MAP()
 
 private:
-    /// Whether typed keys come here and not to a palette or a dialog.
+    /// Whether keyboard input reaches the command line and not a palette or a dialog.
     bool takesKeys() const;
 
     Editor& m_editor;

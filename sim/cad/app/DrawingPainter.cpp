@@ -11,7 +11,7 @@ constexpr int kMinorsPerMajor = 5;
 constexpr double kLineWidth = 1.25;
 constexpr double kPreviewDash = 5;
 
-// Lines one pixel wide are crisp when they run through pixel centers.
+// One-pixel lines are crisp when they run through pixel centers.
 double crisp(double pixel) {
     return std::floor(pixel) + 0.5;
 }
@@ -56,7 +56,7 @@ private:
                 visit(static_cast<double>(i) * step, i % kMinorsPerMajor == 0);
             }
         };
-        // Minor lines first, so that none crosses over a major one.
+        // Minor lines first, so that none is painted over a major one.
         for (const bool majors : {false, true}) {
             const Stroke stroke{majors ? m_theme.gridMajor : m_theme.gridMinor, 1, 0};
             each(visible.min.x, visible.max.x, [&](double x, bool major) {
@@ -74,7 +74,7 @@ private:
         }
     }
 
-    // The smallest of 1, 2, 5, 10, 20… whose lines do not crowd.
+    // The smallest of 1, 2, 5, 10, 20… that keeps grid lines at least kSmallestGridPixels apart.
     double gridStep() const {
         const double least = kSmallestGridPixels * m_viewport.unitsPerPixel();
         const double decade = std::pow(10, std::floor(std::log10(least)));

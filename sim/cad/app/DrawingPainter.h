@@ -8,8 +8,8 @@
 
 namespace cad {
 
-/// Paints an editor's drawing as its viewport shows it, with grid, axes and what the command in progress
-/// would draw. The crosshair stands at the pixel when there is one.
+/// Paints an editor's drawing as seen through its viewport, with grid and axes. `crosshair` is in pixels;
+/// without it neither the crosshair nor the preview of the command in progress is painted.
 void paintDrawing(Canvas& canvas, Editor& editor, const Theme& theme, std::optional<Point> crosshair);
 
 }  // namespace cad

@@ -103,7 +103,7 @@ void DrawingView::OnMouseMove(UINT, CPoint point) {
     m_crosshair = point;
     m_editor.setCursor(viewport.toDrawing(pointOf(point)));
     Invalidate(FALSE);
-    // The coordinates stand in the status bar.
+    // The status bar shows the coordinates.
     if (CFrameWnd* const frame = GetParentFrame()) {
         if (CControlBar* const bar = frame->GetControlBar(AFX_IDW_STATUS_BAR)) {
             bar->Invalidate(FALSE);
@@ -124,7 +124,7 @@ BOOL DrawingView::OnSetCursor(CWnd* window, UINT hitTest, UINT message) {
     if (hitTest != HTCLIENT) {
         return CView::OnSetCursor(window, hitTest, message);
     }
-    // The crosshair is drawn with the drawing.
+    // No mouse cursor: the crosshair is painted with the drawing.
     ::SetCursor(nullptr);
     return TRUE;
 }

@@ -8,15 +8,15 @@
 
 namespace cad {
 
-/// Shows the drawing. Clicks pick points while a command asks for them, the wheel zooms, dragging with the
-/// middle button pans, the right button is Enter. Keys go to the command line.
+/// Shows the drawing. Clicks pick points while a command asks for them, the mouse wheel zooms, dragging with
+/// the middle button pans, and the right button acts as Enter. Keyboard input goes to the command line.
 class DrawingView : public CView {
 public:
     explicit DrawingView(Editor& editor);
 
-    /// As the frame's middle pane.
+    /// Creates the window as the frame's client pane.
     bool createIn(CFrameWnd& frame);
-    /// Places of the drawing on the screen and back.
+    /// Convert between screen coordinates and drawing coordinates.
     Point toDrawing(CPoint screen) const;
     CPoint toScreen(Point drawing) const;
 

@@ -22,7 +22,7 @@ namespace cad {
 
 namespace {
 
-/// So long, and no longer, may what was typed or is played from a script keep everything else waiting.
+/// The longest time for which typed or script input is processed before messages are pumped again.
 constexpr std::chrono::milliseconds kLongestTurn{50};
 
 std::string signedInToken(const Options& options) {
@@ -65,13 +65,13 @@ BOOL HostApp::InitInstance() {
     m_editor.variables().store("COLORTHEME", theme);
 
     if (!platform::hasDisplay()) {
-        m_failure = "cannot reach the display";
+        m_failure = "cannot connect to the display";
         return FALSE;
     }
     m_frame = new MainFrame(*this);
     m_pMainWnd = m_frame;
     if (!m_frame->open(m_state.window, m_options.width, m_options.height)) {
-        m_failure = "cannot open the window";
+        m_failure = "cannot create the window";
         return FALSE;
     }
     m_frameWindow = m_frame->GetSafeHwnd();
@@ -106,7 +106,7 @@ bool HostApp::openLog() {
 }
 
 void HostApp::echo(const std::string& text) {
-    // On the command line a text begins a line; in a file it ends one.
+    // Text printed on the command line begins with a line feed; in a file every line ends with one.
     const std::string line = (!text.empty() && text[0] == '\n' ? text.substr(1) : text) + "\n";
     if (m_options.echo) {
         std::cout << line << std::flush;
@@ -232,8 +232,8 @@ void HostApp::delay(int milliseconds) {
 }
 
 void HostApp::wake() {
-    // One message is enough, and none while the work is being done anyway: a script that plays itself would
-    // fill the queue.
+    // At most one wake-up message is queued, and none while work() runs: a script that calls itself would
+    // otherwise flood the message queue.
     if (m_frameWindow != nullptr && !m_woken) {
         m_woken = ::PostMessage(m_frameWindow, WM_NULL, 0, 0) != FALSE;
     }

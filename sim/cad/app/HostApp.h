@@ -19,8 +19,8 @@ class HostArx;
 class MainFrame;
 class QuitSignals;
 
-/// The application. Run() is the program's only message loop: it alone works off what was typed or sent, so
-/// that no command runs inside a message box or another nested loop.
+/// The application. Run() is the program's own message loop. Only this loop processes queued input, so that
+/// no command runs inside a message box or another nested loop.
 class HostApp : public CWinApp, private EditorServices {
 public:
     explicit HostApp(const Options& options);
@@ -32,18 +32,18 @@ public:
 
     Editor& editor() { return m_editor; }
     MainFrame* frame() { return m_frame; }
-    /// Where other threads post to; null when there is no window.
+    /// The window to which other threads post messages; null while there is none. Any thread.
     HWND frameWindow() const { return m_frameWindow; }
     HostState& state() { return m_state; }
     const Options& options() const { return m_options; }
-    /// Why InitInstance failed, for the standard error output.
+    /// Why InitInstance failed, for stderr; empty if it succeeded.
     const std::string& failure() const { return m_failure; }
 
-    /// Runs the call in the program's own loop, never inside a nested one.
+    /// Queues the call for the program's own message loop; it never runs inside a nested one. UI thread.
     void runAtIdle(std::function<void()> call);
-    /// Ends the program's loop and every nested one. UI thread.
+    /// Ends the program's own message loop and every nested one. UI thread.
     void requestQuit();
-    /// Null unless it was asked for, and when the program ends.
+    /// Null without --control, and while the program shuts down.
     ControlInterface* control() { return m_control.get(); }
 
     bool loadModule(const std::string& path) override;
@@ -58,7 +58,7 @@ private:
     bool openLog();
     void echo(const std::string& text);
     void startUp();
-    /// Does what waits for the program's own loop.
+    /// Runs the queued calls and processes queued input. Only Run() calls it.
     void work();
 
     Options m_options;
@@ -74,7 +74,7 @@ private:
     std::ofstream m_log;
     std::string m_failure;
     bool m_quitting = false;
-    /// A message on its way, or the work itself, brings the loop round.
+    /// A wake-up message is queued or work() is running.
     bool m_woken = false;
 };
 

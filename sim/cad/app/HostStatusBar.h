@@ -10,7 +10,7 @@
 
 namespace cad {
 
-/// The strip at the lower edge: the crosshair's coordinates and switches for grid, ortho and theme.
+/// The status bar: the crosshair's coordinates, and toggles for grid, ortho mode and theme.
 class HostStatusBar : public CControlBar {
 public:
     explicit HostStatusBar(Editor& editor) : m_editor(editor) {}
@@ -36,7 +36,7 @@ private:
     std::vector<Switch> switches() const;
 
     Editor& m_editor;
-    /// As painted last.
+    /// As last painted, for hit testing.
     std::vector<Switch> m_switches;
 };
 

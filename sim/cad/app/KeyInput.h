@@ -7,14 +7,15 @@
 namespace cad {
 
 /// Turns the key messages of the program's own windows into command line input. Characters, Enter, Escape and
-/// Backspace come as WM_CHAR, so that input methods and programs that only send characters work as well.
+/// Backspace are taken from WM_CHAR rather than WM_KEYDOWN, so that input methods and programs that post only
+/// WM_CHAR work too.
 class KeyInput {
 public:
     explicit KeyInput(Editor& editor) : m_editor(editor) {}
 
-    /// A UTF-16 unit of WM_CHAR; the second half of a pair completes the first.
+    /// Handles a UTF-16 code unit from WM_CHAR; a low surrogate completes the preceding high surrogate.
     void character(UINT unit);
-    /// WM_KEYDOWN of a key without a character; false when the key means nothing here.
+    /// Handles WM_KEYDOWN for a key without a character; false if the key has no meaning here.
     bool key(UINT virtualKey);
 
 private:

@@ -17,11 +17,11 @@ namespace {
 constexpr UINT_PTR kDelayTimer = 1;
 constexpr UINT_PTR kInputTimer = 2;
 constexpr UINT_PTR kTurnTimer = 3;
-// Time for the system to give input back to the program that made it.
+// Time for the system to deliver synthesized input back to this process.
 constexpr UINT kInputMilliseconds = 30;
 constexpr int kDefaultWidth = 1280;
 constexpr int kDefaultHeight = 800;
-// So much of a remembered window must be on the screen, or it is placed anew.
+// At least this many pixels of a restored window must be on the screen; otherwise it is centered.
 constexpr int kReachable = 80;
 
 }  // namespace
@@ -82,7 +82,7 @@ bool MainFrame::open(const std::optional<HostState::Window>& remembered, int wid
     m_menu.attachTo(*this);
     applyTheme();
     EnableDocking(CBRS_ALIGN_ANY);
-    // A view deletes itself with its window.
+    // CView deletes itself in PostNcDestroy.
     m_view = new DrawingView(m_app.editor());
     if (!m_statusBar.createIn(*this) || !m_commandWindow.createIn(*this) || !m_view->createIn(*this)) {
         return false;
@@ -112,7 +112,7 @@ void MainFrame::refresh() {
     if (textChanged) {
         m_commandWindow.followText();
     }
-    // Every answer may change the preview.
+    // Any answer to a prompt may change the preview.
     if (textChanged || drawingChanged) {
         m_view->Invalidate(FALSE);
     }
@@ -177,7 +177,7 @@ void MainFrame::OnTimer(UINT_PTR id) {
             m_app.control()->inputSettled();
         }
     } else if (id == kTurnTimer) {
-        // The loop does the work when this message is through.
+        // HostApp::Run() calls work() after dispatching this message.
         KillTimer(kTurnTimer);
     }
 }

@@ -18,7 +18,7 @@ class HostApp;
 /// The main window: menu bar, drawing view, palettes docked beside it, command line and status bar below.
 class MainFrame : public CMDIFrameWnd, private EditorListener {
 public:
-    // Posted to the frame from other threads.
+    // Messages posted to the frame, most of them by other threads.
     static constexpr UINT kControlRequest = WM_APP + 1;
     static constexpr UINT kQuitRequest = WM_APP + 2;
     static constexpr UINT kPrintRequest = WM_APP + 3;
@@ -27,7 +27,7 @@ public:
     explicit MainFrame(HostApp& app);
     ~MainFrame() override;
 
-    /// False when the window cannot be made.
+    /// Creates and shows the window; false on failure. A `width` of 0 means the remembered or default size.
     bool open(const std::optional<HostState::Window>& remembered, int width, int height);
     HostState::Window placement() const;
 
@@ -36,14 +36,14 @@ public:
     HostStatusBar& statusBar() { return m_statusBar; }
     HostApp& app() { return m_app; }
 
-    /// Paints what has changed since the last call.
+    /// Invalidates what has changed since the last call.
     void refresh();
-    /// Calls Editor::resume() after the time.
+    /// Calls Editor::resume() after the delay.
     void startDelay(int milliseconds);
-    /// Tells the control interface when real input that was just made has been worked off: timers come after
-    /// all other messages.
+    /// Notifies the control interface once the input just synthesized has been processed: WM_TIMER has a
+    /// lower priority than input messages.
     void startInputTimer();
-    /// Brings the loop round again after everything else that waits, painting and the user's input too.
+    /// Wakes the message loop again after all other pending messages, WM_PAINT and user input included.
     void startTurnTimer();
 
 protected:

@@ -7,11 +7,11 @@ namespace cad {
 namespace {
 
 struct Item {
-    /// Empty: a separator.
+    /// Empty for a separator.
     const char* text;
-    /// What is typed at the command line.
+    /// The input sent to the command line; null if the item sets a variable.
     const char* command;
-    /// Or the variable that the item sets, and its value; kToggled changes between 0 and 1.
+    /// The variable that the item sets, and the value; kToggled switches between 0 and 1.
     const char* variable;
     int value;
 };
@@ -83,7 +83,7 @@ void MainMenu::attachTo(CFrameWnd& frame) {
             popup.AppendMenu(separates ? MF_SEPARATOR : MF_STRING, id, toWide(item.text));
             ++id;
         }
-        // The bar destroys its popups.
+        // Destroying the menu bar destroys its popup menus too.
         m_bar.AppendMenu(MF_POPUP, reinterpret_cast<UINT_PTR>(popup.Detach()), toWide(menu.title));
     }
     frame.SetMenu(&m_bar);
@@ -110,7 +110,7 @@ void MainMenu::choose(UINT id) {
         return;
     }
     if (item->command != nullptr) {
-        // As by custom, a menu's command ends the one in progress.
+        // By CAD convention, a menu command cancels the command in progress.
         m_editor.sendString(m_editor.isQuiescent() ? item->command : std::string("\x03\x03") + item->command);
     } else if (item->variable != nullptr) {
         const int old = m_editor.variables().integer(item->variable);

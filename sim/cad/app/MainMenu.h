@@ -9,7 +9,7 @@
 
 namespace cad {
 
-/// The menu bar. Its items run commands.
+/// The menu bar. Its items run commands or set system variables.
 class MainMenu {
 public:
     static constexpr UINT kFirstId = 0x8001;
@@ -18,7 +18,7 @@ public:
     explicit MainMenu(Editor& editor) : m_editor(editor) {}
 
     void attachTo(CFrameWnd& frame);
-    /// Shows the settings' state by check marks.
+    /// Updates the check marks from the system variables.
     void update();
     void choose(UINT id);
 

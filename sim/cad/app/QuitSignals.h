@@ -5,7 +5,8 @@
 
 namespace cad {
 
-/// Turns SIGINT and SIGTERM into a call on a thread of its own; a second signal kills as usual.
+/// Calls `onSignal` on a separate thread for SIGINT and SIGTERM (Ctrl-C and Ctrl-Break on Windows). When the
+/// signal is repeated, the default action ends the process. One instance at a time.
 class QuitSignals {
 public:
     explicit QuitSignals(std::function<void()> onSignal);

@@ -4,7 +4,7 @@
 
 namespace cad {
 
-/// The colours of the program's windows in one of its two looks.
+/// The colours of the program's windows in the light or the dark theme.
 struct Theme {
     Color frame;
     Color caption;

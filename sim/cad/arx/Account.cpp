@@ -15,15 +15,15 @@ namespace {
 
 Account* g_account = nullptr;
 
-// The service that answers on this machine keeps some example conversations for this user.
+// The default token for which `zentri-service --seed demo` creates example conversations.
 constexpr const char* kDemoToken = "demo";
 
 }  // namespace
 
 extern "C" {
 
-/// Copies the signed-in user's token, cut to the capacity and terminated; returns its whole length, 0 when
-/// nobody is signed in.
+/// Copies the signed-in user's token into `buffer`, truncated to `capacity` and null-terminated. Returns the
+/// untruncated length; 0 if no user is signed in.
 static int zrAccountAccessToken(ACHAR* buffer, int capacity) {
     const CString token = g_account == nullptr ? CString() : toWide(g_account->token());
     if (buffer != nullptr && capacity > 0) {
@@ -34,7 +34,7 @@ static int zrAccountAccessToken(ACHAR* buffer, int capacity) {
     return token.GetLength();
 }
 
-/// Non-zero when a user is signed in afterwards.
+/// Returns non-zero if a user is signed in afterwards.
 static int zrAccountSignIn() {
     return g_account != nullptr && g_account->signIn() ? 1 : 0;
 }

@@ -4,20 +4,22 @@
 
 namespace cad {
 
-/// The user's account, as the account service of the program offers it to modules. UI thread.
+/// The user's account and the host's implementation of the account service "ZR_ACCOUNT". Not to be confused
+/// with two classes of the module: ZR_AccountService looks this service up in the host and calls it;
+/// ZR_ZentriAccount holds the module's own signed-in state. One instance at a time; UI thread.
 class Account {
 public:
-    /// With `mayAsk` a sign-in asks the user; otherwise it is refused.
+    /// With an empty token no user is signed in. With `mayAsk`, signIn() asks the user; otherwise it fails.
     Account(std::string token, bool mayAsk);
     Account(const Account&) = delete;
     Account& operator=(const Account&) = delete;
     ~Account();
 
-    /// The address of a function of the service, or null.
+    /// The address of an exported function of the service by name; null if there is none.
     static void* symbol(const std::string& name);
 
     const std::string& token() const { return m_token; }
-    /// True when somebody is signed in afterwards.
+    /// Shows a message box if no user is signed in. True if a user is signed in afterwards.
     bool signIn();
 
 private:

@@ -14,7 +14,7 @@ namespace cad {
 
 namespace {
 
-/// The one drawing.
+/// The program's only document.
 class Document : public AcApDocument {
 public:
     explicit Document(const std::string& title) : m_title(toWide(title)) {}
@@ -29,7 +29,7 @@ private:
 const ACHAR* const kAccountService = _T("ZR_ACCOUNT");
 constexpr UINT kLongestMessage = 512;
 
-/// Turns MFC's exceptions, which are pointers, into one that the editor can tell of.
+/// MFC throws CException by pointer; rethrows it as a std::runtime_error, whose text the editor can print.
 void runModuleFunction(AcRxFunctionPtr function) {
     try {
         function();
@@ -70,7 +70,7 @@ void HostArx::print(const CString& text) {
     auto copy = std::make_unique<std::string>(fromWide(text));
     const HWND frame = m_app.frameWindow();
     if (::PostMessage(frame, MainFrame::kPrintRequest, 0, reinterpret_cast<LPARAM>(copy.get())) != FALSE) {
-        // The frame takes it over.
+        // MainFrame::OnPrintRequest takes ownership.
         static_cast<void>(copy.release());
     }
 }

@@ -15,10 +15,11 @@ namespace cad {
 
 class HostApp;
 
-/// The program as the modules' SDK sees it, and the modules' commands as the editor sees them.
+/// Implements the SDK's host interface for loaded modules, and makes the commands that they register
+/// available to the editor. print() may be called on any thread, everything else on the UI thread only.
 class HostArx : public ArxHost, private EditorListener, private ExternalCommands {
 public:
-    /// Installs itself; the SDK's calls work while the object lives.
+    /// Installs itself as the SDK's host; SDK calls work during the lifetime of the object.
     HostArx(HostApp& app, const std::string& token, bool maySignIn);
     HostArx(const HostArx&) = delete;
     HostArx& operator=(const HostArx&) = delete;

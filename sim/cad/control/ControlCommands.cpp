@@ -18,7 +18,7 @@ namespace {
 
 using nlohmann::json;
 
-// Marks answers that must wait until the input has come through the message loop.
+// Returned by commands whose reply must wait until the message loop has processed the synthesized input.
 const json kInput = {{"afterInput", true}};
 
 json idOf(HWND window) {
@@ -95,7 +95,8 @@ std::vector<HWND> allWindows(HostApp& app) {
     return windows;
 }
 
-/// The window that a request names by id, kind or title; null when it names none.
+/// The window that a request names by id, kind or title; null if it names none. Throws if there is no such
+/// window.
 HWND windowOf(HostApp& app, const json& arguments) {
     const auto wanted = arguments.find("window");
     if (wanted == arguments.end()) {
@@ -109,7 +110,7 @@ HWND windowOf(HostApp& app, const json& arguments) {
         }
     }
     if (wanted->is_number_unsigned()) {
-        // Windows of other makers, such as an embedded view's.
+        // Windows created by other code, such as an embedded Qt view.
         const auto window = reinterpret_cast<HWND>(wanted->get<uintptr_t>());
         if (::IsWindow(window) != FALSE) {
             return window;
@@ -142,7 +143,7 @@ int buttonOf(const json& arguments) {
 
 void require(bool done) {
     if (!done) {
-        throw ControlError("the system takes no input");
+        throw ControlError("the system rejected the input");
     }
 }
 
@@ -296,7 +297,7 @@ json toScreen(HostApp& app, const json& arguments) {
     return {{"x", point.x}, {"y", point.y}};
 }
 
-/// A menu text as people say it: without access mark and shortcut.
+/// The text of a menu item as displayed, without mnemonic and shortcut.
 std::string plainMenuText(HMENU menu, int position) {
     TCHAR buffer[128];
     const int length = ::GetMenuString(menu, static_cast<UINT>(position), buffer, 128, MF_BYPOSITION);
@@ -379,7 +380,7 @@ json answerMessageBox(HostApp&, const json& arguments) {
         for (const platform::MessageBoxButton& button : box->buttons) {
             if (wanted == buttonName(button.id) || wanted == button.id || wanted == button.text) {
                 if (!platform::answerMessageBox(box->window, button.id)) {
-                    throw ControlError("the message box is gone");
+                    throw ControlError("the message box has been closed");
                 }
                 return kInput;
             }
@@ -394,7 +395,7 @@ json screenshot(HostApp& app, const json& arguments) {
     const platform::Picture picture = platform::grab(windowOf(app, arguments));
     const auto file = arguments.at("file").get<std::string>();
     if (picture.width == 0 || !platform::savePng(picture, file)) {
-        throw ControlError("cannot write the picture " + file);
+        throw ControlError("cannot write the screenshot " + file);
     }
     return {{"width", picture.width}, {"height", picture.height}};
 }
@@ -408,7 +409,7 @@ platform::Picture cut(const platform::Picture& picture, int left, int top, int w
     return part;
 }
 
-/// Of the screen, one window, or a rectangle of either.
+/// A capture of the screen, a window, or a rectangle of either, and its position on the screen.
 struct Sight {
     platform::Picture picture;
     int x = 0;
@@ -443,7 +444,7 @@ unsigned colorOf(const json& arguments) {
     const unsigned long color =
         text.size() == 7 && text[0] == '#' ? std::stoul(text.substr(1), &used, 16) : 0;
     if (used != 6) {
-        throw ControlError("a colour is #RRGGBB");
+        throw ControlError("a colour must be #RRGGBB");
     }
     return static_cast<unsigned>(color);
 }
@@ -467,7 +468,7 @@ json pixel(HostApp& app, const json& arguments) {
     area["rect"] = {arguments.at("x"), arguments.at("y"), 1, 1};
     const Sight sight = look(app, area);
     if (sight.picture.pixels.empty()) {
-        throw ControlError("outside the picture");
+        throw ControlError("the pixel is outside the captured area");
     }
     char text[8];
     std::snprintf(text, sizeof text, "#%06X", sight.picture.pixels[0] & 0xFFFFFFu);

@@ -8,14 +8,15 @@ namespace cad {
 
 class HostApp;
 
-/// What a client asked for that cannot be done; the text is its answer.
+/// A request that cannot be carried out; what() is the error text of the reply.
 class ControlError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
 
-/// The control commands that are answered at once. Null when there is none of that name; throws ControlError
-/// or a JSON exception for bad arguments.
+/// Runs one of the commands that ControlInterface does not handle itself, and returns its reply; the reply
+/// `{"afterInput":true}` must be delayed until the synthesized input has been processed. Null if there is no
+/// such command. Throws ControlError or a JSON exception for bad arguments. UI thread.
 nlohmann::json runControlCommand(HostApp& app, const std::string& command, const nlohmann::json& arguments);
 
 }  // namespace cad

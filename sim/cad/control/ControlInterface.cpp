@@ -71,7 +71,7 @@ void ControlInterface::handle(const std::shared_ptr<ControlRequest>& request) {
         request->answer(dump(answer));
     };
     if (!arguments.is_object() || !arguments.contains("cmd") || !arguments["cmd"].is_string()) {
-        reply(failure("a request is a JSON object with a \"cmd\""));
+        reply(failure("a request must be a JSON object with a \"cmd\" string"));
         return;
     }
     try {
@@ -122,7 +122,7 @@ void ControlInterface::typeKey(const json& arguments, const Reply& reply) {
     const bool alt = arguments.value("alt", false);
     if (arguments.value("real", false)) {
         if (!platform::strokeKey(key, shift, control, alt)) {
-            throw ControlError("the system takes no keys");
+            throw ControlError("the system rejected the key");
         }
         replyAfterInput(reply);
         return;
@@ -133,7 +133,7 @@ void ControlInterface::typeKey(const json& arguments, const Reply& reply) {
 }
 
 void ControlInterface::arx(const json& arguments, const Reply& reply) {
-    // A module must not come or go while its own code is on the stack, as it is in nested loops.
+    // A module must not be loaded or unloaded while its code is on the stack, as it may be in a nested loop.
     m_app.runAtIdle([this, arguments, reply] {
         json result = kOk;
         if (arguments.contains("load")) {
@@ -142,7 +142,7 @@ void ControlInterface::arx(const json& arguments, const Reply& reply) {
             result["ok"] = m_app.unloadModule(arguments["unload"].get<std::string>());
         }
         if (result.contains("ok") && !result["ok"].get<bool>()) {
-            result["error"] = "the module was refused";
+            result["error"] = "the module could not be loaded or unloaded";
         }
         result["modules"] = m_app.loadedModules();
         reply(result);

@@ -13,26 +13,27 @@ namespace cad {
 
 class HostApp;
 
-/// The interface by which a test or a demo drives the program from outside: JSON objects, one in a line each
-/// way (README.md lists them). Modules never see it. UI thread.
+/// Lets a test or a demo drive the program from another process: one JSON object per line in each direction
+/// (see README.md). Not visible to modules. UI thread.
 class ControlInterface {
 public:
     using Reply = std::function<void(const nlohmann::json&)>;
 
-    /// `wake` must bring about a call of serve() on the UI thread; it is called on any thread. `onTypingTurn`
-    /// must bring about one call of typingTurn() by way of the message queue.
+    /// `wake` must cause a call of serve() on the UI thread; it is called on any thread. `onTypingTurn` must
+    /// cause one call of typingTurn() through the message queue.
     ControlInterface(HostApp& app, std::function<void()> wake, std::function<void()> onTypingTurn);
     ~ControlInterface();
 
     bool listen(int port, std::string& error) { return m_server.listen(port, error); }
     int port() const { return m_server.port(); }
 
-    /// Answers what waits. Nested loops get here too.
+    /// Handles one pending request, if any. Also called from nested message loops.
     void serve();
+    /// Performs the next step of posting typed text.
     void typingTurn();
-    /// The program's own loop has worked everything off, for now.
+    /// Called after each pass of the program's own message loop; answers `idle` requests when all is done.
     void loopCameRound();
-    /// A timer's message came, and so the real input before it has been worked off.
+    /// Called on the input timer's WM_TIMER: the real input synthesized before it has been processed.
     void inputSettled();
 
 private:
@@ -41,7 +42,7 @@ private:
     void typeText(const nlohmann::json& arguments, const Reply& reply);
     void typeKey(const nlohmann::json& arguments, const Reply& reply);
     void arx(const nlohmann::json& arguments, const Reply& reply);
-    /// Answers when the real input that was just made has come back from the system and through the loop.
+    /// Replies once the system has delivered the input just synthesized and the loop has processed it.
     void replyAfterInput(const Reply& reply);
 
     HostApp& m_app;

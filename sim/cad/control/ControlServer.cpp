@@ -5,7 +5,7 @@ namespace cad {
 namespace {
 
 constexpr size_t kChunk = 4096;
-// A request is a few words; a client that sends no line feed must not fill the memory.
+// Requests are short; a client that never sends a line feed must not exhaust memory.
 constexpr size_t kLongestLine = 1 << 20;
 
 }  // namespace
@@ -37,7 +37,7 @@ ControlServer::~ControlServer() {
             }
         }
         for (Client& client : m_clients) {
-            // Answers may still be sent; nothing more is read.
+            // Pending replies can still be sent, but nothing more is read.
             if (client.socket != net::kNoSocket) {
                 net::stopReceiving(client.socket);
             }
@@ -126,7 +126,7 @@ void ControlServer::serve(Client& client) {
             going = handleLine(client.socket, line);
         }
     }
-    // Closed at once: a client that still sends would otherwise wait for somebody to read.
+    // Close at once: a client that is still sending would otherwise block.
     const std::lock_guard<std::mutex> lock(m_mutex);
     net::close(client.socket);
     client.socket = net::kNoSocket;

@@ -14,14 +14,14 @@
 
 namespace cad {
 
-/// One line from a client, waiting for its one answer. answer() may be called on any thread, once.
+/// One line from a client, and its reply. answer() may be called on any thread; only the first call counts.
 class ControlRequest {
 public:
     explicit ControlRequest(std::string line) : m_line(std::move(line)) {}
 
     const std::string& line() const { return m_line; }
     void answer(std::string reply);
-    /// Waits until the answer is there.
+    /// Blocks until answer() has been called.
     std::string waitForAnswer();
 
 private:
@@ -32,24 +32,24 @@ private:
     bool m_hasReply = false;
 };
 
-/// Reads requests, a line each, from any number of loopback clients on threads of its own and hands them to
-/// the thread that calls take(). A client gets its answers in the order of its requests.
+/// Reads line-delimited requests from any number of loopback clients, on one thread per client, and queues
+/// them for the thread that calls take(). A client receives its replies in the order of its requests.
 class ControlServer {
 public:
-    /// The callback tells that a request waits; it is called on a thread of the server.
+    /// `onRequest` is called on a thread of the server when a request has been queued.
     explicit ControlServer(std::function<void()> onRequest);
     ControlServer(const ControlServer&) = delete;
     ControlServer& operator=(const ControlServer&) = delete;
-    /// Ends every connection; what was not answered is answered with `closing`.
+    /// Closes every connection; pending requests are answered with kClosing.
     ~ControlServer();
 
     static constexpr const char* kClosing = "{\"ok\":false,\"error\":\"the program is closing\"}";
 
-    /// Port 0 takes any free one. False with a reason when the port cannot be had.
+    /// Port 0 binds any free port. On failure returns false and sets `error`.
     bool listen(int port, std::string& error);
     int port() const { return m_port; }
 
-    /// The next request, or null.
+    /// The next queued request, or null.
     std::shared_ptr<ControlRequest> take();
 
 private:

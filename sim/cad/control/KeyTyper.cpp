@@ -11,8 +11,8 @@ namespace cad {
 
 namespace {
 
-// A key's WM_CHAR is posted by the loop behind what waits already, so it takes a second turn to see it
-// through, and the modifiers are held until then.
+// TranslateMessage posts a key's WM_CHAR behind the messages already queued, so the stroke takes more than
+// one turn to be processed. The modifiers are held until then.
 constexpr int kTurnsOfAStroke = 3;
 constexpr LPARAM kFirstPress = 0x00000001;
 constexpr LPARAM kRelease = static_cast<LPARAM>(0xC0000001);
@@ -60,7 +60,7 @@ void KeyTyper::typeKey(int virtualKey, bool shift, bool control, bool alt, std::
 
 void KeyTyper::start(Job job) {
     m_jobs.push_back(std::move(job));
-    // One chain of turns serves all jobs.
+    // A single chain of turns processes all jobs.
     if (m_jobs.size() == 1) {
         m_onTurn();
     }

@@ -8,27 +8,28 @@
 
 namespace cad {
 
-/// Types by posting key messages to whatever window has the focus at the time, one character in each turn of
-/// the message loop, so that a character that moves the focus has done so before the next one comes. UI
+/// Types by posting key messages to the window that has the focus at that moment. A character is posted only
+/// after the previous one has been processed, so that one that moves the focus redirects those after it. UI
 /// thread.
 class KeyTyper {
 public:
-    /// `onTurn` must bring about one call of turn() when the messages posted so far have been worked off.
+    /// `onTurn` must cause one call of turn() after the messages posted so far have been processed.
     explicit KeyTyper(std::function<void()> onTurn) : m_onTurn(std::move(onTurn)) {}
 
-    /// Characters of a US keyboard come as keys, others as an input method gives them. `done` is told whether
-    /// a window had the focus throughout.
+    /// Characters of a US keyboard are posted as key messages, others as WM_CHAR, as an input method does.
+    /// `done` receives whether a window had the focus throughout.
     void typeText(const std::string& text, std::function<void(bool)> done);
     void typeKey(int virtualKey, bool shift, bool control, bool alt, std::function<void(bool)> done);
 
+    /// Performs the next step, in response to `onTurn`.
     void turn();
 
-    /// The virtual key of a name such as "Return" or "a"; 0 for none.
+    /// The virtual-key code for a name such as "Return" or "a"; 0 if the name is unknown.
     static int keyOf(const std::string& name);
 
 private:
     struct Stroke {
-        /// 0: the units come as characters.
+        /// 0 if `units` are posted as WM_CHAR instead.
         int virtualKey = 0;
         bool shift = false;
         bool control = false;
@@ -38,7 +39,7 @@ private:
     struct Job {
         std::deque<Stroke> strokes;
         std::function<void(bool)> done;
-        /// The turns to let pass before the next stroke, or before the job is done.
+        /// Turns to wait before the next stroke, or before the job is done.
         int turnsToWait;
     };
 

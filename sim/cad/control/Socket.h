@@ -8,27 +8,28 @@
 
 namespace cad::net {
 
-/// What the system calls a socket; kNoSocket is none.
+/// A native socket handle; kNoSocket if there is none.
 using Socket = std::intptr_t;
 constexpr Socket kNoSocket = -1;
 
-/// Listens on 127.0.0.1; port 0 takes any free one. The port that was had stands in `port` afterwards.
-/// Without success `error` tells the system's reason.
+/// Listens on 127.0.0.1; port 0 binds any free port. `port` receives the bound port. On failure returns
+/// kNoSocket, and `error` receives the system's error message.
 Socket listenOnLoopback(int& port, std::string& error);
-/// The next client, with its answers sent without delay; kNoSocket once the listening socket was woken.
+/// Blocks until a client connects; its socket has TCP_NODELAY set. kNoSocket after wakeListener().
 Socket acceptClient(Socket listener);
-/// Makes acceptClient return.
+/// Makes a blocked acceptClient() return kNoSocket. The listener accepts no further clients.
 void wakeListener(Socket listener);
 
 Socket connectToLoopback(int port);
 
-/// Reads what is there, waiting for the first byte; 0 at the end of the stream and when it broke.
+/// Reads the available bytes, blocking for the first one; 0 at the end of the stream, on an error or on a
+/// timeout.
 std::size_t receive(Socket socket, char* buffer, std::size_t size);
 bool sendAll(Socket socket, const std::string& text);
-/// receive() returns 0 from now on, also one that waits; sending goes on.
+/// Makes receive() return 0 from now on, a call already blocked included. Sending still works.
 void stopReceiving(Socket socket);
 void close(Socket socket);
-/// How long receive() waits for a byte.
+/// Sets the timeout of receive().
 void setPatience(Socket socket, int seconds);
 
 }  // namespace cad::net

@@ -8,7 +8,7 @@ namespace cad::net {
 
 namespace {
 
-/// The socket library is started with the first use and left to the process's end.
+/// Starts Winsock on first use; it is never cleaned up.
 void startLibrary() {
     static const bool started = [] {
         WSADATA data;
@@ -27,7 +27,7 @@ Socket newSocket() {
     if (socket == INVALID_SOCKET) {
         return kNoSocket;
     }
-    // Programs that this one starts must not hold its connections open.
+    // Child processes must not inherit connections and keep them open.
     ::SetHandleInformation(reinterpret_cast<HANDLE>(socket), HANDLE_FLAG_INHERIT, 0);
     return static_cast<Socket>(socket);
 }
@@ -44,7 +44,7 @@ sockaddr_in loopback(int port) {
 
 Socket listenOnLoopback(int& port, std::string& error) {
     const Socket socket = newSocket();
-    // Nobody else may take the port over.
+    // No other process may bind the port as well.
     const BOOL exclusive = TRUE;
     ::setsockopt(handle(socket), SOL_SOCKET, SO_EXCLUSIVEADDRUSE, reinterpret_cast<const char*>(&exclusive),
                  sizeof exclusive);
@@ -110,7 +110,7 @@ bool sendAll(Socket socket, const std::string& text) {
 
 void stopReceiving(Socket socket) {
     ::shutdown(handle(socket), SD_RECEIVE);
-    // A receive that waits already is not ended by that on every system.
+    // On some systems shutdown() does not unblock a recv() in progress.
     ::CancelIoEx(reinterpret_cast<HANDLE>(socket), nullptr);
 }
 

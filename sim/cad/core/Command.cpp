@@ -17,7 +17,7 @@ const std::set<int>& Command::selection() const {
 }
 
 void Command::answer(const Input& input) {
-    // The handler usually asks the next question, which replaces it while it runs.
+    // Copied, because the handler usually asks the next question, which replaces m_handler while it runs.
     const Handler handler = m_handler;
     handler(input);
 }

@@ -13,8 +13,8 @@ namespace cad {
 
 class Editor;
 
-/// A built-in command in progress: it asks, is called back with the answer, asks again or finishes. It never
-/// waits, so the program's one loop goes on between the answers.
+/// A built-in command in progress. It asks, is called back with the answer, and asks again or finishes. It
+/// never blocks, so the message loop keeps running between answers.
 class Command {
 public:
     Command() = default;
@@ -22,11 +22,11 @@ public:
     Command& operator=(const Command&) = delete;
     virtual ~Command() = default;
 
-    /// Must ask or finish.
+    /// Must call ask() or finish().
     virtual void start() = 0;
-    /// What the answer at the crosshair would draw.
+    /// What the command would draw if the crosshair's position were the answer.
     virtual std::vector<Entity> preview(Point cursor) const;
-    /// Ids of the entities chosen so far.
+    /// Ids of the entities selected so far.
     virtual const std::set<int>& selection() const;
 
     void attach(Editor& editor) { m_editor = &editor; }
@@ -39,7 +39,7 @@ protected:
 
     Editor& editor() const { return *m_editor; }
     void ask(Prompt prompt, Handler handler);
-    /// Says what was wrong and asks the same again.
+    /// Prints the error; the current question stays active.
     void askAgain(const std::string& error);
     void finish() { m_finished = true; }
 

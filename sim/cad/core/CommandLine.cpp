@@ -28,7 +28,7 @@ void CommandLine::print(const std::string& text) {
         if (feed == std::string::npos) {
             break;
         }
-        // A line feed before anything starts a line; texts by custom begin with one.
+        // A line feed starts a new line; by convention, printed text begins with one.
         m_lines.emplace_back();
         m_lineOpen = true;
         from = feed + 1;

@@ -13,9 +13,9 @@ public:
     /// Called with every piece of text that enters the scroll-back, line feeds included.
     void setEcho(std::function<void(const std::string&)> echo) { m_echo = std::move(echo); }
 
-    /// Printed text joins the last printed line until a line feed ends that.
+    /// Appends the text to the last printed line; each line feed starts a new line.
     void print(const std::string& text);
-    /// A line of its own.
+    /// Adds a separate line.
     void addLine(const std::string& line);
     const std::vector<std::string>& lines() const { return m_lines; }
     void clear();
@@ -40,7 +40,7 @@ public:
     void caretToStart();
     void caretToEnd();
 
-    /// What Up and Down bring back, oldest first. The same line twice in a row is kept once.
+    /// The lines that Up and Down recall, oldest first. Consecutive duplicates are stored once.
     const std::vector<std::string>& recallable() const { return m_recall; }
     void remember(const std::string& line);
     void recallPrevious();

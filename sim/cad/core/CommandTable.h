@@ -10,26 +10,26 @@
 
 namespace cad {
 
-/// A command that the program itself brings along.
+/// A command implemented by the program itself.
 struct BuiltInCommand {
     std::string name;
     std::vector<std::string> aliases;
     /// One line for HELP.
     std::string help;
-    /// May run inside another command with a leading apostrophe.
+    /// May run inside another command when typed with a leading apostrophe.
     bool transparent = false;
     std::function<std::unique_ptr<Command>()> make;
 };
 
 const std::vector<BuiltInCommand>& builtInCommands();
-/// By name or alias, without regard to case; a leading underscore is allowed. Null when there is none.
+/// Finds a command by name or alias, ignoring case; a leading underscore is allowed. Null if there is none.
 const BuiltInCommand* findBuiltIn(const std::string& typedName);
 
-/// A command that a loaded module registered; it runs to its end in one call.
+/// A command that a loaded module registered; it runs to completion in one call.
 struct ExternalCommand {
     std::string globalName;
     bool transparent = false;
-    /// Leaves nothing in the history: no line, no recall, no repetition.
+    /// Leaves no trace: prints no line, is not recalled by the arrow keys and not repeated by Enter.
     bool noHistory = false;
     std::function<void()> run;
 };
@@ -38,7 +38,7 @@ struct ExternalCommand {
 class ExternalCommands {
 public:
     virtual ~ExternalCommands() = default;
-    /// By the name as typed, local or, with a leading underscore, global; without regard to case.
+    /// Finds a command by its local name or, with a leading underscore, by its global name, ignoring case.
     virtual std::optional<ExternalCommand> find(const std::string& typedName) const = 0;
 };
 

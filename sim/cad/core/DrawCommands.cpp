@@ -8,7 +8,7 @@ namespace {
 
 constexpr const char* kMustBePositive = "值必须为正且非零。";
 
-// LINE: each segment is an entity; U takes the last one back, C closes to the first point.
+// LINE: each segment is an entity; U removes the last one, C closes to the first point.
 class LineCommand : public Command {
 public:
     void start() override {
@@ -66,7 +66,7 @@ private:
     std::vector<int> m_lines;
 };
 
-// PLINE: all segments are one entity, which stands in the drawing when the command ends.
+// PLINE: all segments form one entity, which is added to the drawing when the command ends.
 class PolylineCommand : public Command {
 public:
     void start() override {
@@ -278,7 +278,7 @@ private:
                     return;
                 }
                 m_height = height.number;
-                // The size is known; the point only chooses the side.
+                // The size is known; the point only selects the quadrant.
                 ask({"指定另一个角点: ", Prompt::Points, m_corner},
                     [this](const Input& side) { create(opposite(side.point)); });
             });

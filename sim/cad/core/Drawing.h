@@ -8,25 +8,25 @@
 
 namespace cad {
 
-/// The entities of one document, oldest first, with a journal of what each command did to them.
+/// The entities of one document, oldest first, with an undo journal grouped by command.
 class Drawing {
 public:
     const std::vector<Entity>& entities() const { return m_entities; }
     const Entity* find(int id) const;
-    /// The youngest entity within the tolerance of the point; null when none is near.
+    /// The newest entity within the tolerance of the point; null if there is none.
     const Entity* pick(Point p, double tolerance) const;
-    /// The box around everything; empty for an empty drawing.
+    /// The bounding box of all entities; empty for an empty drawing.
     Box extents() const;
 
-    /// Changes between begin and end are undone together. A group without changes leaves no trace.
+    /// Changes between begin and end are undone together. A group without changes is discarded.
     void beginGroup(const std::string& name);
     void endGroup();
 
-    /// Returns the new entity's id. Clears what could be redone.
+    /// Returns the new entity's id. Like erase(), clears the redo list.
     int add(Entity entity);
     void erase(int id);
 
-    /// The name of the group that was undone or redone; nothing when there is none.
+    /// Return the name of the group undone or redone; nullopt if there is none.
     std::optional<std::string> undo();
     std::optional<std::string> redo();
 

@@ -48,7 +48,7 @@ void Editor::removeListener(EditorListener* listener) {
 
 template <typename Call>
 void Editor::tell(Call call) {
-    // A listener may leave, or take others away, while it is told.
+    // A listener may remove itself or others while it is being notified.
     const std::vector<EditorListener*> told = m_listeners;
     for (EditorListener* const listener : told) {
         if (std::find(m_listeners.begin(), m_listeners.end(), listener) != m_listeners.end()) {

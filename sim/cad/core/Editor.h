@@ -15,28 +15,28 @@
 
 namespace cad {
 
-/// What the editor needs of the program around it.
+/// What the editor needs from the program around it.
 class EditorServices {
 public:
     virtual ~EditorServices() = default;
 
-    /// Asks the program to end; it does so later, not within the call.
+    /// Asks the program to quit; it does so later, not within the call.
     virtual void quit() = 0;
-    /// False when the file cannot be loaded or is loaded already.
+    /// False if the file cannot be loaded or is loaded already.
     virtual bool loadModule(const std::string& path) = 0;
-    /// False when no such module is loaded or it will not leave.
+    /// False if no such module is loaded or it refuses to be unloaded.
     virtual bool unloadModule(const std::string& name) = 0;
     virtual std::vector<std::string> loadedModules() const = 0;
-    /// The program calls Editor::resume() after the time.
+    /// Must call Editor::resume() after the delay.
     virtual void delay(int milliseconds) = 0;
-    /// New input is waiting; the program calls Editor::processInput() when its loop comes round.
+    /// Input was queued; the program's own message loop must call Editor::processInput().
     virtual void wake() = 0;
 };
 
 enum class EditKey { Enter, Backspace, Delete, Left, Right, Home, End, Up, Down };
 
-/// One document's command interpreter. Everything typed, picked or sent is queued; processInput() works the
-/// queue off, and only the program's own loop calls that, never a nested one. UI thread.
+/// One document's command interpreter. Everything typed, picked or sent is queued until processInput(), which
+/// only the program's own message loop calls, never a nested one. UI thread.
 class Editor : private EditorListener {
 public:
     explicit Editor(EditorServices& services);
@@ -54,28 +54,28 @@ public:
     void addListener(EditorListener* listener);
     void removeListener(EditorListener* listener);
 
-    // Input. The texts are read as typed: blanks and line feeds are Enter where the prompt allows, U+0003 and
-    // U+001B cancel.
+    // Queue input. Text is interpreted as if typed: line feeds, and spaces where the prompt allows, are
+    // Enter; U+0003 and U+001B cancel.
     void typeCharacter(char32_t character);
     void typeKey(EditKey key);
     void pick(Point point);
     void sendString(const std::string& text, bool echo = true);
-    /// Before everything that waits, in the order given.
+    /// Queues the texts, in the order given, before all pending input.
     void sendFirst(const std::vector<std::string>& texts);
-    /// The user's Escape: also drops everything that waits.
+    /// The user pressed Escape: discards all pending input, then cancels.
     void escape();
 
-    /// Works the queue off, or as much of it as can be begun within the time; false when nothing was waiting.
-    /// A call from inside a command does nothing.
+    /// Processes queued input, at least one item, until the queue is empty or the time is up. False if there
+    /// was nothing to do. A call from inside a command does nothing.
     bool processInput(std::chrono::steady_clock::duration longest = std::chrono::hours(1));
     bool hasInput() const { return !m_queue.empty(); }
-    /// Input is waiting that another call of processInput() would work off.
+    /// Whether a call of processInput() would process anything now.
     bool hasWork() const { return !m_queue.empty() && !m_paused && !m_processing; }
-    /// Holds the queue until resume().
+    /// Suspends processing until resume().
     void pause() { m_paused = true; }
     void resume();
 
-    /// No command is in progress.
+    /// Whether no command is in progress.
     bool isQuiescent() const { return m_commands.empty() && !m_runningExternal; }
     /// The prompt of the command in progress; null between commands.
     const Prompt* activePrompt() const;
@@ -88,9 +88,9 @@ public:
     std::vector<Entity> preview() const;
     const std::set<int>& selection() const;
 
-    /// Sets the last point, which relative coordinates start from.
+    /// Sets the last point, to which coordinates with a leading @ are relative.
     void setLastPoint(Point point);
-    /// Decimals as LUPREC wants them.
+    /// Formats with as many decimals as LUPREC says.
     std::string format(double value) const;
     std::string format(Point point) const;
 

@@ -4,7 +4,7 @@
 
 namespace cad {
 
-/// What an editor tells those who watch it. Names are global names as registered. UI thread.
+/// Receives an editor's notifications. Command names are global names as registered. UI thread.
 class EditorListener {
 public:
     virtual ~EditorListener() = default;
@@ -14,7 +14,7 @@ public:
     virtual void commandCancelled(const std::string& globalName) { (void)globalName; }
     virtual void commandFailed(const std::string& globalName) { (void)globalName; }
     virtual void sysVarWillChange(const std::string& name) { (void)name; }
-    /// `success` is false when the new value was refused; the variable then keeps its old one.
+    /// `success` is false if the new value was rejected; the variable then keeps its old value.
     virtual void sysVarChanged(const std::string& name, bool success) { (void)name, (void)success; }
 };
 

@@ -7,7 +7,7 @@ namespace cad {
 
 namespace {
 
-// Liang and Barsky: clip the segment's parameter range against the four edges.
+// Liang-Barsky clipping: clips the segment's parameter range against the four edges.
 bool segmentCrosses(Point a, Point b, const Box& box) {
     double from = 0;
     double to = 1;

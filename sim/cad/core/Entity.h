@@ -9,9 +9,9 @@ namespace cad {
 
 enum class EntityKind { Line, Circle, Polyline };
 
-/// One object of the drawing.
+/// One object in the drawing.
 struct Entity {
-    /// Unique in its drawing and never given again; 0 outside a drawing.
+    /// Unique within its drawing and never reused; 0 outside a drawing.
     int id = 0;
     EntityKind kind = EntityKind::Line;
     std::string layer = "0";

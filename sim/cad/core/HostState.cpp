@@ -92,7 +92,7 @@ bool HostState::save(const std::string& path) const {
     if (file.has_parent_path()) {
         std::filesystem::create_directories(file.parent_path(), error);
     }
-    // Written beside and moved into place, so that a crash leaves the old state or the new one.
+    // Written to a temporary file and renamed, so that a crash leaves either the old state or the new one.
     auto draft = file;
     draft += ".new";
     {

@@ -14,7 +14,7 @@ struct DockedPalette {
     int width = 0;
 };
 
-/// What the program remembers from one run to the next. Anything unreadable in the file counts as absent.
+/// What the program remembers between runs. Invalid parts of the file are treated as absent.
 struct HostState {
     struct Window {
         int x = 0;
@@ -32,11 +32,11 @@ struct HostState {
     std::string toJson() const;
 
     static HostState load(const std::string& path);
-    /// Makes the folder when it does not exist. False when the file cannot be written; an old one then stays.
+    /// Creates missing folders. False if the file cannot be written; an existing file is then left unchanged.
     bool save(const std::string& path) const;
 };
 
-/// The user's own state file.
+/// The path of the user's default state file.
 std::string defaultStateFile();
 
 }  // namespace cad

@@ -6,7 +6,7 @@ namespace cad {
 
 namespace {
 
-// Asks for entities until an empty answer; a pick beside everything opens a window instead.
+// Asks for entities until an empty answer; a pick that hits nothing starts a selection window.
 class SelectingCommand : public Command {
 public:
     void start() override { askObjects(); }
@@ -56,7 +56,7 @@ private:
             return;
         }
         m_corner = point;
-        // By custom a window drawn to the left also takes what it only touches.
+        // By CAD convention a window drawn from right to left is a crossing window.
         ask({"指定对角点: ", Prompt::Points, point},
             [this](const Input& input) { selectBox(input.point, input.point.x < m_corner->x); });
     }
@@ -126,7 +126,7 @@ class ListCommand : public SelectingCommand {
     }
 };
 
-// U, UNDO and REDO: several steps stop early when nothing is left.
+// U, UNDO and REDO. Multiple steps stop early when nothing is left.
 class JournalCommand : public Command {
 public:
     JournalCommand(bool undo, bool askCount) : m_undo(undo), m_askCount(askCount) {}

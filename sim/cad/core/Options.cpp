@@ -18,7 +18,7 @@ struct Option {
     /// Empty for a switch.
     const char* argument;
     const char* help;
-    /// False when the argument is not acceptable.
+    /// Stores the argument; false if it is invalid.
     std::function<bool(Options&, const std::string&)> take;
 };
 
@@ -66,21 +66,21 @@ bool takeSwitch(Options& options, const std::string& text) {
 
 const std::vector<Option>& allOptions() {
     static const std::vector<Option> options = {
-        {"--arx", "FILE", "load this module at the start; may be given several times",
+        {"--arx", "FILE", "load this module at startup; may be repeated",
          [](Options& o, const std::string& text) {
              o.modules.push_back(text);
              return !text.empty();
          }},
-        {"--script", "FILE", "then play this .scr script", takeText<&Options::script>},
-        {"--token", "T", "access token of the signed-in user (else ZR_ZENTRI_TOKEN of the environment)",
+        {"--script", "FILE", "then run this .scr script", takeText<&Options::script>},
+        {"--token", "T", "access token of the signed-in user (default: $ZR_ZENTRI_TOKEN)",
          takeText<&Options::token>},
-        {"--no-sign-in", "", "refuse a sign-in instead of asking", takeSwitch<&Options::noSignIn>},
+        {"--no-sign-in", "", "reject sign-in requests instead of asking", takeSwitch<&Options::noSignIn>},
         {"--state", "FILE", "remember window, docking and theme in this file", takeText<&Options::stateFile>},
-        {"--no-state", "", "remember nothing", takeSwitch<&Options::noState>},
-        {"--geometry", "WxH", "size of the window in pixels, at least 480x320", takeGeometry},
-        {"--theme", "light|dark", "colour theme at the start (COLORTHEME 1 or 0)", takeTheme},
-        {"--echo", "", "print the command line's text on the standard output too",
-         takeSwitch<&Options::echo>},
+        {"--no-state", "", "neither restore nor save window, docking and theme",
+         takeSwitch<&Options::noState>},
+        {"--geometry", "WxH", "window size in pixels, at least 480x320", takeGeometry},
+        {"--theme", "light|dark", "colour theme at startup (COLORTHEME 1 or 0)", takeTheme},
+        {"--echo", "", "also print the command line's text to standard output", takeSwitch<&Options::echo>},
         {"--log", "FILE", "append the command line's text to this file", takeText<&Options::logFile>},
         {"--control", "PORT",
          "serve the control interface for tests on this loopback port, 0 for any free one", takePort},
@@ -128,7 +128,7 @@ std::optional<Options> parseOptions(const std::vector<std::string>& arguments, s
             value = arguments[++i];
         }
         if (!option->take(options, value)) {
-            error = "bad value for " + name + ": \"" + value + "\" (want " + option->argument + ")";
+            error = "bad value for " + name + ": \"" + value + "\" (expected " + option->argument + ")";
             return std::nullopt;
         }
     }
@@ -149,8 +149,8 @@ std::string optionsHelp() {
         help += line + option.help + "\n";
     }
     help +=
-        "\nExit code: 0 after QUIT, closing the window, SIGINT or SIGTERM; 2 for a bad option, a file that\n"
-        "cannot be opened or a display that cannot be reached.\n";
+        "\nExit code: 0 after QUIT, closing the window, SIGINT or SIGTERM; 2 if an option is bad, a file\n"
+        "cannot be opened, the control port cannot be bound, or there is no display.\n";
     return help;
 }
 

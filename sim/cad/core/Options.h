@@ -6,18 +6,18 @@
 
 namespace cad {
 
-/// What the command line asked for.
+/// The program's command-line options.
 struct Options {
     std::vector<std::string> modules;
     std::string script;
     std::string token;
-    /// Empty: the user's own state file, unless `noState`.
+    /// Empty for the user's default state file; unused with `noState`.
     std::string stateFile;
     bool noState = false;
     bool noSignIn = false;
-    /// 0 asks for any free port.
+    /// 0 for any free port; no control interface without a value.
     std::optional<int> controlPort;
-    /// 0: as remembered, or the default.
+    /// In pixels; 0 for the remembered or default size.
     int width = 0;
     int height = 0;
     /// The value for COLORTHEME.
@@ -28,7 +28,7 @@ struct Options {
     bool version = false;
 };
 
-/// Reads the arguments after the program's name. Otherwise returns nothing and puts one line into `error`.
+/// Parses the arguments after the program name. On failure returns nullopt and sets `error` to one line.
 std::optional<Options> parseOptions(const std::vector<std::string>& arguments, std::string& error);
 
 /// What --help prints.

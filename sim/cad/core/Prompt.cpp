@@ -12,7 +12,7 @@ Point polar(double reach, double degrees) {
     return {reach * std::cos(angle), reach * std::sin(angle)};
 }
 
-// "x,y", "distance<angle", both also relative with a leading @; a lone @ is the last point.
+// "x,y" or "distance<angle", relative to the last point with a leading @; "@" alone is the last point.
 std::optional<Point> parsePoint(const std::string& answer, const InputSituation& situation) {
     const bool relative = startsWith(answer, "@");
     const std::string rest = relative ? answer.substr(1) : answer;

@@ -8,12 +8,12 @@
 
 namespace cad {
 
-/// One answer of the user, already understood.
+/// An answer from the user, parsed.
 struct Input {
     enum Kind { Enter, Keyword, PointGiven, Number, Text };
 
     Kind kind = Enter;
-    /// The option's letters in capitals, or the text.
+    /// The keyword's letters as the prompt shows them, or the text.
     std::string text;
     Point point;
     double number = 0;
@@ -21,17 +21,17 @@ struct Input {
     bool isKeyword(const char* keyword) const { return kind == Keyword && text == keyword; }
 };
 
-/// A question on the command line and what it takes for an answer. The options are read from the text's
-/// bracket, "[全部(A)/窗口(W)]": the letters and the word before them both choose one.
+/// A question on the command line and the kinds of answer it accepts. The keywords are read from the text in
+/// brackets, "[全部(A)/窗口(W)]": both the letters and the word before them select one.
 struct Prompt {
     enum Accepts : unsigned {
         Points = 1,
-        /// Distances; with a base point, a picked point is measured from there.
+        /// Distances; with a base point, a point is accepted too and stands for its distance from there.
         Numbers = 2,
         Integers = 4,
-        /// Any text; a blank ends it like Enter.
+        /// Any text; a space ends it like Enter.
         Words = 8,
-        /// Any text, blanks included.
+        /// Any text, spaces included.
         Lines = 16,
         /// An empty answer.
         Enters = 32,
@@ -39,25 +39,25 @@ struct Prompt {
 
     std::string text;
     unsigned accepts = 0;
-    /// The point that relative answers and the preview start from.
+    /// The point from which distances, directions and ortho mode are measured.
     std::optional<Point> base;
 
     Prompt(std::string promptText, unsigned acceptsMask, std::optional<Point> basePoint = std::nullopt)
         : text(std::move(promptText)), accepts(acceptsMask), base(basePoint) {}
 
     bool takes(Accepts what) const { return (accepts & what) != 0; }
-    /// The chosen option's letters; nothing when the answer is none of them.
+    /// The letters of the matching keyword; nullopt if the answer is not a keyword.
     std::optional<std::string> keyword(const std::string& answer) const;
 };
 
-/// What answers are understood against.
+/// The context in which an answer is parsed.
 struct InputSituation {
     Point lastPoint;
-    /// Where the crosshair stands; a lone number at a point prompt goes that way.
+    /// The crosshair's position: the direction in which a number at a point prompt is measured from the base.
     Point cursor;
 };
 
-/// Understands a typed answer. Otherwise returns nothing and puts the reason into `error`.
+/// Parses a typed answer. If the prompt does not accept it, returns nullopt and sets `error`.
 std::optional<Input> parseInput(const Prompt& prompt, const std::string& answer,
                                 const InputSituation& situation, std::string& error);
 

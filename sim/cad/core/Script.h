@@ -6,11 +6,11 @@
 
 namespace cad {
 
-/// A script's lines as they would be typed, each with its Enter: a blank line is a lone Enter, a line that
-/// begins with a semicolon is a remark and left out.
+/// The script's lines as they would be typed, each ending in a line feed (Enter). A blank line is Enter
+/// alone; a line that starts with a semicolon is a comment and is skipped.
 std::vector<std::string> parseScript(const std::string& text);
 
-/// Nothing when the file cannot be read. UTF-8, with or without a byte-order mark.
+/// Reads a script in UTF-8, with or without a byte order mark; nullopt if the file cannot be read.
 std::optional<std::vector<std::string>> readScript(const std::string& path);
 
 }  // namespace cad

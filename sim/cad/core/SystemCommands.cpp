@@ -34,7 +34,7 @@ private:
             finish();
             return;
         }
-        // Texts may hold blanks; the other values end at one.
+        // Strings may contain spaces; a space ends other values.
         const bool isText = std::holds_alternative<std::string>(variable->value);
         ask({"输入 " + m_name + " 的新值 <" + shown + ">: ",
              (isText ? Prompt::Lines : Prompt::Words) | Prompt::Enters},

@@ -79,7 +79,7 @@ SetVariable SystemVariables::check(const SystemVariable& variable, const Variabl
             return SetVariable::OutOfRange;
         }
     }
-    // A current layer without a name cannot be.
+    // CLAYER is the only writable string, and a layer name cannot be empty.
     if (const auto* text = std::get_if<std::string>(&value); text != nullptr && text->empty()) {
         return SetVariable::OutOfRange;
     }
@@ -98,7 +98,7 @@ SetVariable SystemVariables::set(const std::string& name, const VariableValue& v
     if (std::holds_alternative<int>(value) && std::holds_alternative<double>(variable->value)) {
         wanted = static_cast<double>(std::get<int>(value));
     }
-    // A listener may set a variable itself; what it is told must not change meanwhile.
+    // Copied, because a listener may set variables itself while it is being notified.
     const std::string ownName = variable->name;
     if (m_listener != nullptr) {
         m_listener->sysVarWillChange(ownName);

@@ -17,11 +17,11 @@ struct SystemVariable {
     std::string name;
     VariableValue value;
     bool readOnly = false;
-    /// Both ends belong to the range; integers and reals only.
+    /// Inclusive bounds; integers and reals only.
     double min = 0;
     double max = 0;
     bool hasRange = false;
-    /// Variables that follow the program's state have no value of their own.
+    /// Computes the value of a variable that follows the program's state; overrides `value`.
     std::function<VariableValue()> live;
 
     VariableValue current() const { return live ? live() : value; }
@@ -29,31 +29,31 @@ struct SystemVariable {
 
 enum class SetVariable { Done, Unknown, ReadOnly, WrongType, OutOfRange };
 
-/// The named settings of the program. Names are found without regard to case.
+/// The program's system variables. Names are not case-sensitive.
 class SystemVariables {
 public:
     SystemVariables();
 
-    /// Told of every attempt to set a variable that could be set by its kind; null for nobody.
+    /// Notified of every attempt to set a writable variable; may be null.
     void setListener(EditorListener* listener) { m_listener = listener; }
 
     const SystemVariable* find(const std::string& name) const;
     const std::vector<SystemVariable>& all() const { return m_variables; }
 
-    /// An integer is taken for a real. A refusal leaves the value and is reported as a failed change, but for
-    /// a variable that is unknown or read-only, where no change begins.
+    /// Accepts an integer for a real. A rejected value leaves the variable unchanged and is notified as a
+    /// failed change. An attempt to set an unknown or read-only variable is not notified.
     SetVariable set(const std::string& name, const VariableValue& value);
     SetVariable setFromText(const std::string& name, const std::string& text);
-    /// The program's own change, also of read-only variables; nobody is told.
+    /// Changes a variable on the program's behalf, read-only ones included, without notification.
     void store(const std::string& name, const VariableValue& value);
-    /// Makes a variable follow the program's state; it becomes read-only.
+    /// Makes `live` compute the variable's value; the variable becomes read-only.
     void follow(const std::string& name, std::function<VariableValue()> live);
 
     int integer(const std::string& name) const;
     double real(const std::string& name) const;
     Point point(const std::string& name) const;
 
-    /// As prompts show it; texts in quotation marks.
+    /// Formats a value as prompts show it; strings in quotation marks.
     std::string format(const VariableValue& value) const;
 
 private:
@@ -66,7 +66,7 @@ private:
     EditorListener* m_listener = nullptr;
 };
 
-/// "x,y" or "x,y,z", the last without effect; nothing when it is no such text.
+/// Parses "x,y" or "x,y,z", ignoring z; nullopt for any other text.
 std::optional<Point> parseCoordinates(const std::string& text);
 
 }  // namespace cad

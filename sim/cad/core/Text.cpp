@@ -18,7 +18,7 @@ char upperLetter(char c) {
     return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
 
-// The number of bytes of a sequence and the bits that its first byte gives; 0 bytes for a stray byte.
+// The length in bytes of a UTF-8 sequence, and the payload bits of its first byte; 0 if that is invalid.
 int sequenceLength(unsigned char first, char32_t& bits) {
     if (first < 0x80) {
         bits = first;

@@ -64,7 +64,7 @@ private:
         });
     }
 
-    // "2x" is twice the present view, "2" twice the view of the drawing's limits.
+    // "2x" is relative to the current view, "2" to a view of the drawing's limits.
     void scale(const std::string& text) {
         const bool ofPresent = !text.empty() && (text.back() == 'x' || text.back() == 'X');
         const auto factor = parseNumber(ofPresent ? text.substr(0, text.size() - 1) : text);
@@ -109,7 +109,7 @@ private:
 class RedrawCommand : public Command {
 public:
     void start() override {
-        // A view change of no distance makes the windows paint anew.
+        // A pan by zero increments the viewport's revision, which makes the windows repaint.
         editor().viewport().panBy({});
         finish();
     }

@@ -4,7 +4,7 @@ namespace cad {
 
 namespace {
 
-// Beyond these the conversions lose their sense in double precision.
+// Beyond these scales, conversions become meaningless in double precision.
 constexpr double kSmallestScale = 1e-8;
 constexpr double kLargestScale = 1e8;
 constexpr double kMarginFactor = 1.06;

@@ -4,7 +4,7 @@
 
 namespace cad {
 
-/// The part of the drawing that the view shows, and the way between drawing units and pixels.
+/// The visible part of the drawing, and the conversion between drawing units and pixels.
 class Viewport {
 public:
     Viewport();
@@ -18,18 +18,18 @@ public:
     double unitsPerPixel() const { return m_state.unitsPerPixel; }
     Box visible() const;
 
-    /// Pixels count from the top left corner, y down.
+    /// Pixel coordinates are relative to the top left corner of the view, y down.
     Point toPixels(Point drawing) const;
     Point toDrawing(Point pixels) const;
 
     /// Shows the whole box with a margin; a box without extent keeps the scale.
     void zoomTo(const Box& box);
-    /// A factor of the present view: 2 shows things twice as large.
+    /// Scales the view about its center: 2 shows things twice as large.
     void zoomBy(double factor);
-    /// The same, with one pixel staying where it is.
+    /// Scales the view about a pixel, which keeps showing the same point of the drawing.
     void zoomAt(Point pixel, double factor);
     void panBy(Point drawingVector);
-    /// False when there is no earlier view.
+    /// Returns to the view before the last zoom; false if there is none.
     bool zoomPrevious();
 
     /// Counts changes, for windows that show the drawing.

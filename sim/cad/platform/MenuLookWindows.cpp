@@ -6,16 +6,16 @@ namespace cad {
 
 namespace {
 
-/// The window's property that holds its look.
+/// Name of the window property that holds the MenuLook.
 constexpr const wchar_t* kProperty = L"zentri-host menu look";
 constexpr int kTextCapacity = 128;
-// Of popups, in pixels.
+// Metrics of popup menus, in pixels.
 constexpr int kMarkColumn = 26;
 constexpr int kShortcutGap = 28;
 constexpr int kRightMargin = 18;
 constexpr int kRowPadding = 8;
 constexpr int kSeparatorHeight = 9;
-// Of the bar, beside a title.
+// Margin on either side of a title in the menu bar, in pixels.
 constexpr int kTitleMargin = 2;
 
 COLORREF rgb(Color color) {
@@ -34,7 +34,7 @@ void fill(HDC dc, const RECT& rect, Color color) {
     ::DeleteObject(brush);
 }
 
-/// A tick in the middle of the rectangle.
+/// Draws a check mark centered in the rectangle.
 void drawTick(HDC dc, const RECT& rect, Color color) {
     const int x = (rect.left + rect.right) / 2;
     const int y = (rect.top + rect.bottom) / 2;
@@ -48,9 +48,9 @@ void drawTick(HDC dc, const RECT& rect, Color color) {
 
 }  // namespace
 
-/// What the system hands back with each request about an item.
+/// The item data that WM_MEASUREITEM and WM_DRAWITEM pass back.
 struct MenuLook::Item {
-    /// Empty: a separator.
+    /// Empty for a separator.
     std::wstring text;
     std::wstring shortcut;
     bool isTitle = false;
@@ -124,7 +124,7 @@ void MenuLook::takeItems(HMENU menu, bool isBar) {
         if (info.hSubMenu != nullptr) {
             takeItems(info.hSubMenu, false);
         }
-        // The text stays with the system, which finds items by their access keys.
+        // The menu keeps the item's text, in which the system looks for mnemonics.
         info.fMask = MIIM_FTYPE | MIIM_DATA;
         info.fType |= MFT_OWNERDRAW;
         info.dwItemData = reinterpret_cast<ULONG_PTR>(item.get());
@@ -186,7 +186,7 @@ void MenuLook::draw(const DRAWITEMSTRUCT& request) const {
 }
 
 void MenuLook::drawEmptyPartOfBar() const {
-    // Wine does not ask for the bar's brush, and the system leaves a line of its own below the bar.
+    // Wine ignores the menu bar's background brush, and the system draws its own line below the bar.
     MENUBARINFO info{};
     info.cbSize = sizeof info;
     RECT window{};

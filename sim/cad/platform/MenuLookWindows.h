@@ -9,16 +9,16 @@
 
 namespace cad {
 
-/// Draws the menus of a window in the colours of the theme: the system's own belong to all programs. Dies
-/// with the window.
+/// Owner-draws the menus of a window in the theme's colours, because system colours are shared by all
+/// programs. Subclasses the window and deletes itself on WM_NCDESTROY.
 class MenuLook {
 public:
-    /// Of the window, for the menu bar that it has at the first call.
+    /// The window's MenuLook, created on the first call for the menu bar that the window has by then.
     static MenuLook& of(HWND window);
     MenuLook(const MenuLook&) = delete;
     MenuLook& operator=(const MenuLook&) = delete;
 
-    /// The theme must outlive the window; the caller has the bar drawn anew.
+    /// The theme must outlive the window. The caller redraws the menu bar.
     void setTheme(const Theme& theme);
 
 private:
@@ -34,7 +34,7 @@ private:
     void drawEmptyPartOfBar() const;
 
     HWND m_window;
-    /// What got the messages before.
+    /// The window procedure before subclassing.
     WNDPROC m_next = nullptr;
     HFONT m_font;
     HBRUSH m_barBrush = nullptr;

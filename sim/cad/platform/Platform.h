@@ -7,26 +7,27 @@
 
 #include "sim/cad/app/Theme.h"
 
-// What differs between the platforms and no SDK call covers: the menus' colours, and the eyes and hands of
-// the control interface. UI thread.
+// Platform differences that no SDK call covers: menu colours, and the control interface's screen capture and
+// input synthesis. UI thread.
 
 namespace cad::platform {
 
-/// Whether windows can be made at all; to be asked before the first one. The connection that finds it out is
-/// held until the program's end: some X servers start anew when their only client leaves.
+/// Whether windows can be created; call it before creating the first one. On X11 the connection opened for
+/// this check is kept until the program exits, because some X servers reset when their last client
+/// disconnects.
 bool hasDisplay();
 
-/// Gives menus and captions the theme's colours, where the program may.
+/// Applies the theme's colours to menus and captions, where system colours are private to the program.
 void setSystemColors(const Theme& theme);
 
-/// Gives the menus of the window the theme's colours, where setSystemColors could not; after it has got its
-/// menus and at each change. The theme must outlive the window.
+/// Applies the theme's colours to the window's menus where setSystemColors() cannot. Call it after the menu
+/// bar is set and after each change of the theme. The theme must outlive the window.
 void setMenuColors(HWND window, const Theme& theme);
 
-/// The program's arguments without its name, in UTF-8; from what main() was given.
+/// The command-line arguments in UTF-8, without the program name. `argc` and `argv` are main()'s.
 std::vector<std::string> arguments(int argc, char** argv);
 
-/// 0x00RRGGBB pixels, row by row.
+/// Pixels as 0x00RRGGBB, row by row from the top.
 struct Picture {
     int width = 0;
     int height = 0;
@@ -45,21 +46,21 @@ struct OpenMessageBox {
     std::vector<MessageBoxButton> buttons;
 };
 
-/// The topmost last.
+/// The open message boxes, topmost last.
 std::vector<OpenMessageBox> messageBoxes();
 bool answerMessageBox(HWND window, int buttonId);
 
-// Real input, at screen coordinates. False when the system refuses.
+// Synthesized input, in screen coordinates. False if the system rejects it.
 bool movePointer(int x, int y);
 /// button: 1 left, 2 middle, 3 right, 4 and 5 wheel up and down.
 bool pressPointer(int button, bool down);
 bool clickPointer(int x, int y, int button);
 bool strokeKey(int virtualKey, bool shift, bool control, bool alt);
 
-/// Makes the modifier keys count as held, or not, while posted key messages are worked off.
+/// Sets whether the modifier keys count as held while posted key messages are processed.
 void holdModifiers(bool shift, bool control, bool alt);
 
-/// What the screen shows of the window, or of everything for null; empty when there is nothing to see.
+/// Captures the window as shown on the screen, or the whole screen for null; empty if nothing is visible.
 Picture grab(HWND window);
 bool savePng(const Picture& picture, const std::string& path);
 std::vector<RECT> findColor(const Picture& picture, unsigned color, int tolerance, int minimumPixels,

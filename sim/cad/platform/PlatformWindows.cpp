@@ -1,4 +1,4 @@
-// Must come first: the shell's header needs it.
+// Must come first: <shellapi.h> needs it.
 #include <windows.h>
 
 #include <shellapi.h>
@@ -19,7 +19,7 @@ bool hasDisplay() {
 }
 
 void setSystemColors(const Theme&) {
-    // The system's colours are everybody's here.
+    // On Windows, system colours are shared by all programs.
 }
 
 void setMenuColors(HWND window, const Theme& theme) {
@@ -27,7 +27,7 @@ void setMenuColors(HWND window, const Theme& theme) {
 }
 
 void holdModifiers(bool shift, bool control, bool alt) {
-    // Posted messages do not move the keys' states; what translates them asks for those.
+    // Posted messages do not update the keyboard state, which TranslateMessage reads.
     constexpr BYTE kDown = 0x80;
     BYTE keys[256];
     ::GetKeyboardState(keys);
@@ -41,7 +41,7 @@ void holdModifiers(bool shift, bool control, bool alt) {
 }
 
 std::vector<std::string> arguments(int, char**) {
-    // The program's own are in a code page that lacks most characters.
+    // main()'s arguments are in the ANSI code page, which lacks most characters.
     int count = 0;
     wchar_t** const wide = ::CommandLineToArgvW(::GetCommandLineW(), &count);
     std::vector<std::string> list;

@@ -14,7 +14,7 @@ bool hasDisplay() {
 }
 
 void setSystemColors(const Theme& theme) {
-    // On this platform the system's colours belong to the program alone.
+    // The system colours of the Win32 slice are private to the process.
     const std::pair<int, Color> colors[] = {
         {COLOR_ACTIVECAPTION, theme.caption}, {COLOR_INACTIVECAPTION, theme.caption},
         {COLOR_CAPTIONTEXT, theme.text},      {COLOR_MENU, theme.frame},
@@ -34,11 +34,11 @@ void setSystemColors(const Theme& theme) {
 }
 
 void setMenuColors(HWND, const Theme&) {
-    // They have the system's.
+    // Menus use the system colours.
 }
 
 void holdModifiers(bool, bool, bool) {
-    // The Win32 slice reads them off the posted messages.
+    // The Win32 slice derives the modifiers from the posted messages.
 }
 
 std::vector<std::string> arguments(int argc, char** argv) {

@@ -12,7 +12,7 @@ std::function<void()> g_onSignal;
 bool g_signalled = false;
 
 BOOL WINAPI handler(DWORD event) {
-    // The system calls this on a thread of its own. What is not taken ends the program.
+    // Called on a system thread. Events that are not handled here end the process.
     if (g_signalled || (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT)) {
         return FALSE;
     }

@@ -20,7 +20,7 @@ std::string errorOf(const std::vector<std::string>& arguments) {
 
 }  // namespace
 
-TEST(HostOptions, NothingIsAllDefaults) {
+TEST(HostOptions, NoArgumentsGiveTheDefaults) {
     const auto options = parse({});
     ASSERT_TRUE(options);
     EXPECT_TRUE(options->modules.empty());
@@ -46,17 +46,17 @@ TEST(HostOptions, ReadsEveryOption) {
     EXPECT_EQ(options->controlPort, 0);
 }
 
-TEST(HostOptions, TellsWhatIsWrongInOneLine) {
+TEST(HostOptions, ReportsAnErrorInOneLine) {
     EXPECT_EQ(errorOf({"--frobnicate"}), "unknown option: --frobnicate");
     EXPECT_EQ(errorOf({"file.dwg"}), "unexpected argument: file.dwg");
     EXPECT_EQ(errorOf({"--arx"}), "--arx needs a value: FILE");
     EXPECT_EQ(errorOf({"--echo=1"}), "--echo takes no value");
-    EXPECT_EQ(errorOf({"--theme", "blue"}), "bad value for --theme: \"blue\" (want light|dark)");
-    EXPECT_EQ(errorOf({"--control", "65536"}), "bad value for --control: \"65536\" (want PORT)");
-    EXPECT_EQ(errorOf({"--control", "-1"}), "bad value for --control: \"-1\" (want PORT)");
-    EXPECT_EQ(errorOf({"--geometry", "100x100"}), "bad value for --geometry: \"100x100\" (want WxH)");
-    EXPECT_EQ(errorOf({"--geometry", "wide"}), "bad value for --geometry: \"wide\" (want WxH)");
-    EXPECT_EQ(errorOf({"--token="}), "bad value for --token: \"\" (want T)");
+    EXPECT_EQ(errorOf({"--theme", "blue"}), "bad value for --theme: \"blue\" (expected light|dark)");
+    EXPECT_EQ(errorOf({"--control", "65536"}), "bad value for --control: \"65536\" (expected PORT)");
+    EXPECT_EQ(errorOf({"--control", "-1"}), "bad value for --control: \"-1\" (expected PORT)");
+    EXPECT_EQ(errorOf({"--geometry", "100x100"}), "bad value for --geometry: \"100x100\" (expected WxH)");
+    EXPECT_EQ(errorOf({"--geometry", "wide"}), "bad value for --geometry: \"wide\" (expected WxH)");
+    EXPECT_EQ(errorOf({"--token="}), "bad value for --token: \"\" (expected T)");
 }
 
 TEST(HostOptions, HelpNamesEveryOption) {
