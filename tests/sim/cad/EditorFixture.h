@@ -8,7 +8,7 @@
 
 #include "sim/cad/core/Editor.h"
 
-/// Records what the editor asks of its program; loads succeed for the names that a test lists.
+/// Records the editor's calls; loading succeeds for the paths that a test adds to `loadable`.
 class FakeServices : public cad::EditorServices {
 public:
     void quit() override { ++quits; }
@@ -41,7 +41,7 @@ public:
     std::vector<std::string> modules;
 };
 
-/// Writes down every notification, in order.
+/// Records every notification, in order.
 class RecordingListener : public cad::EditorListener {
 public:
     void commandWillStart(const std::string& name) override { events.push_back("start " + name); }
@@ -78,7 +78,7 @@ protected:
         editor.addListener(&listener);
     }
 
-    /// Types the text and lets the editor work it off.
+    /// Types the text and lets the editor process it.
     void type(const std::string& text) {
         editor.sendString(text);
         editor.processInput();

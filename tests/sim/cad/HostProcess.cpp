@@ -27,14 +27,14 @@ ControlConnection::~ControlConnection() {
 ControlConnection::Json ControlConnection::call(const Json& request) {
     const std::string sent = request.dump() + "\n";
     if (!cad::net::sendAll(m_socket, sent)) {
-        throw std::runtime_error("the control interface is gone: " + sent);
+        throw std::runtime_error("the control interface closed the connection before " + sent);
     }
     size_t feed = 0;
     while ((feed = m_received.find('\n')) == std::string::npos) {
         char chunk[4096];
         const size_t count = cad::net::receive(m_socket, chunk, sizeof chunk);
         if (count == 0) {
-            throw std::runtime_error("no answer to " + sent);
+            throw std::runtime_error("no reply to " + sent);
         }
         m_received.append(chunk, count);
     }
@@ -48,7 +48,7 @@ HostProcess::HostProcess(const std::vector<std::string>& arguments, bool connect
     if (connect) {
         keepDisplayAwake();
     }
-    // For hosts built with a sanitizer; what the user set stays.
+    // For hosts built with a sanitizer; the user's own settings take precedence.
     for (const auto& [name, value] :
          {std::pair("LSAN_OPTIONS", "suppressions=" ZENTRI_SUPPRESSIONS "/lsan.supp"),
           std::pair("TSAN_OPTIONS", "suppressions=" ZENTRI_SUPPRESSIONS "/tsan.supp")}) {

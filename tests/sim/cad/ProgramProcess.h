@@ -7,15 +7,15 @@
 #include <thread>
 #include <vector>
 
-/// A running program and what it writes, the same on every platform. It is killed when the object dies,
-/// unless it has ended by itself.
+/// A child process and its output, on any platform. The destructor kills the process unless it has already
+/// exited.
 class ProgramProcess {
 public:
-    /// Is given each piece of output, with line feeds as line ends, on a thread of its own.
+    /// Called on a reader thread with each piece of output. Lines end in a line feed on every platform.
     using Sink = std::function<void(const std::string&)>;
 
-    /// Starts the command: the program's file, then its arguments, in UTF-8. Throws std::runtime_error
-    /// without success.
+    /// Starts the command: the path of the program, then its arguments, in UTF-8. Throws std::runtime_error
+    /// on failure.
     ProgramProcess(const std::vector<std::string>& command, Sink output, Sink errors);
     ProgramProcess(const ProgramProcess&) = delete;
     ProgramProcess& operator=(const ProgramProcess&) = delete;
@@ -23,13 +23,13 @@ public:
 
     int id() const { return m_id; }
     void kill();
-    /// Waits until it has ended and all its output has come. Its exit code, or minus the signal that ended
-    /// it.
+    /// Waits until the process has exited and all its output has been delivered. Returns its exit code, or
+    /// the negative number of the signal that killed it.
     int wait();
 
 private:
     int m_id = -1;
-    /// What the system calls the process, where that is not its id.
+    /// The process handle on Windows; unused elsewhere.
     std::intptr_t m_handle = 0;
     bool m_ended = false;
     int m_exitCode = 0;
@@ -37,9 +37,9 @@ private:
     std::thread m_errorReader;
 };
 
-/// Sets a variable for the programs started from now on; null takes it away.
+/// Sets an environment variable for programs started from now on; null removes it.
 void setEnvironment(const char* name, const char* value);
 
-/// Stays connected to the display: an X server may start anew when its last client leaves, which would shut
-/// out the next program. Throws std::runtime_error when there is no display.
+/// Keeps a connection to the display open: an X server may reset when its last client disconnects, which
+/// would lock out the next program. Throws std::runtime_error if there is no display.
 void keepDisplayAwake();

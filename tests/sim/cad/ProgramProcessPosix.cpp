@@ -33,7 +33,7 @@ ProgramProcess::ProgramProcess(const std::vector<std::string>& command, Sink out
     int out[2];
     int err[2];
     if (pipe2(out, O_CLOEXEC) != 0 || pipe2(err, O_CLOEXEC) != 0) {
-        throw std::runtime_error("no pipes");
+        throw std::runtime_error("cannot create pipes");
     }
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
@@ -69,7 +69,7 @@ int ProgramProcess::wait() {
         waitpid(m_id, &status, 0);
         m_ended = true;
         m_exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
-        // What the process wrote last is still on its way.
+        // The last of its output may still be in the pipes.
         m_outputReader.join();
         m_errorReader.join();
     }
@@ -88,6 +88,6 @@ void keepDisplayAwake() {
     static const std::unique_ptr<xcb_connection_t, decltype(&xcb_disconnect)> connection(
         xcb_connect(nullptr, nullptr), &xcb_disconnect);
     if (xcb_connection_has_error(connection.get()) != 0) {
-        throw std::runtime_error("no display; ./test brings one");
+        throw std::runtime_error("no display; ./test starts one");
     }
 }

@@ -15,7 +15,7 @@ std::wstring wide(const std::string& text) {
     return result;
 }
 
-/// The argument as CommandLineToArgvW reads it back.
+/// Quotes the argument such that CommandLineToArgvW returns it unchanged.
 std::wstring quoted(const std::string& argument) {
     std::wstring result = L"\"";
     size_t backslashes = 0;
@@ -36,7 +36,7 @@ struct Pipe {
     Pipe() {
         SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
         if (CreatePipe(&read, &write, &inherited, 0) == FALSE) {
-            throw std::runtime_error("no pipes");
+            throw std::runtime_error("cannot create a pipe");
         }
         SetHandleInformation(read, HANDLE_FLAG_INHERIT, 0);
     }
@@ -107,7 +107,7 @@ int ProgramProcess::wait() {
         GetExitCodeProcess(process, &code);
         m_ended = true;
         m_exitCode = static_cast<int>(code);
-        // What the process wrote last is still on its way.
+        // The last of its output may still be in the pipes.
         m_outputReader.join();
         m_errorReader.join();
     }
@@ -119,5 +119,5 @@ void setEnvironment(const char* name, const char* value) {
 }
 
 void keepDisplayAwake() {
-    // The desktop's own process stays connected.
+    // The desktop process itself stays connected.
 }

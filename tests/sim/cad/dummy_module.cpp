@@ -1,4 +1,4 @@
-// A module for the tests of the host: commands, reactors and a palette, all as plain as can be.
+// A minimal module for the tests of the host: commands, reactors and a palette.
 
 #include <AdUiPalette.h>
 #include <AdUiPaletteSet.h>
@@ -14,7 +14,7 @@ namespace {
 
 const ACHAR* const kGroup = _T("DUMMY");
 
-/// Says on the command line what it is told.
+/// Prints each notification on the command line.
 class SayingReactor : public AcEditorReactor {
 public:
     void commandWillStart(const ACHAR* name) override { acutPrintf(_T("\n[start %s]"), name); }
@@ -28,7 +28,7 @@ public:
     }
 };
 
-/// Counts characters that reach it and lets none through to the host.
+/// Prints the characters that reach it and passes none on to the host.
 class CountingPalette : public CAdUiPalette {
 public:
     BOOL PreTranslateMessage(MSG* message) override {

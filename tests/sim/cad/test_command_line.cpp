@@ -5,14 +5,14 @@
 using cad::CommandLine;
 using Lines = std::vector<std::string>;
 
-TEST(CommandLineModel, TextsThatBeginWithALineFeedAreLines) {
+TEST(CommandLineModel, LineFeedStartsANewLine) {
     CommandLine line;
     line.print("\nfirst");
     line.print("\nsecond");
     EXPECT_EQ(line.lines(), (Lines{"first", "second"}));
 }
 
-TEST(CommandLineModel, PiecesJoinUntilALineFeed) {
+TEST(CommandLineModel, TextIsAppendedToTheLineUntilALineFeed) {
     CommandLine line;
     line.print("\na");
     line.print("b\nc");
@@ -29,7 +29,7 @@ TEST(CommandLineModel, PromptEndsTheOpenLine) {
     EXPECT_EQ(line.lines(), (Lines{"a", "b"}));
 }
 
-TEST(CommandLineModel, EditsWholeCharacters) {
+TEST(CommandLineModel, EditsWholeCodePoints) {
     CommandLine line;
     for (const char32_t c : std::u32string(U"圆a😀")) {
         line.insert(c);
@@ -48,7 +48,7 @@ TEST(CommandLineModel, EditsWholeCharacters) {
     EXPECT_EQ(line.caret(), 1u);
 }
 
-TEST(CommandLineModel, RecallsUpAndDownAndReturnsToWhatWasTyped) {
+TEST(CommandLineModel, RecallsEarlierLinesAndRestoresTheTypedText) {
     CommandLine line;
     line.remember("LINE");
     line.remember("CIRCLE");
@@ -86,7 +86,7 @@ TEST(CommandLineModel, ScrollBackIsBounded) {
     EXPECT_EQ(line.lines().back(), "9999");
 }
 
-TEST(CommandLineModel, EchoGetsEveryPrintedText) {
+TEST(CommandLineModel, EchoReceivesEveryPrintedText) {
     CommandLine line;
     std::string all;
     line.setEcho([&](const std::string& text) { all += text; });

@@ -10,7 +10,7 @@ using cad::CommandLinePainter;
 
 class CommandLinePainterTest : public testing::Test {
 protected:
-    /// The rows of scroll-back that are shown, top to bottom.
+    /// The visible rows of the scroll-back, top to bottom.
     std::vector<std::string> rows(double width, int shownRows, int scrolled = 0) {
         canvas = FakeCanvas();
         const Area area{0, 0, width, static_cast<double>(CommandLinePainter::heightForRows(shownRows))};
@@ -49,7 +49,7 @@ TEST_F(CommandLinePainterTest, ScrollsBackNoFurtherThanTheOldestRow) {
     EXPECT_EQ(rows(400, 3, 99), (Rows{"one", "two", "three"}));
 }
 
-TEST_F(CommandLinePainterTest, LongLinesAreBrokenBetweenCharacters) {
+TEST_F(CommandLinePainterTest, LongLinesWrapBetweenCharacters) {
     line.addLine("圆abcdefghij");
     const Rows broken = rows(16 + 20 + 10 + 60, 5);
     ASSERT_EQ(broken.size(), 2u);
@@ -57,7 +57,7 @@ TEST_F(CommandLinePainterTest, LongLinesAreBrokenBetweenCharacters) {
     EXPECT_EQ(broken[1], "fghij");
 }
 
-TEST_F(CommandLinePainterTest, RowsFollowTheTextAndTheWidth) {
+TEST_F(CommandLinePainterTest, RewrapsWhenTheTextOrTheWidthChanges) {
     line.addLine("abcdefgh");
     EXPECT_EQ(rows(400, 3).size(), 1u);
     EXPECT_EQ(rows(16 + 20 + 10 + 40, 3).size(), 2u);
@@ -67,12 +67,12 @@ TEST_F(CommandLinePainterTest, RowsFollowTheTextAndTheWidth) {
     EXPECT_TRUE(rows(400, 3).empty());
 }
 
-TEST_F(CommandLinePainterTest, NarrowerThanACharacterStillEnds) {
+TEST_F(CommandLinePainterTest, PutsOneCharacterInARowWhenNoneFits) {
     line.addLine("abc");
     EXPECT_EQ(rows(20, 5).size(), 3u);
 }
 
-TEST_F(CommandLinePainterTest, InputFollowsThePromptWithTheCaretBehindIt) {
+TEST_F(CommandLinePainterTest, PromptIsFollowedByTheInputAndTheCaret) {
     line.setPrompt("命令: ");
     line.setInput("LI");
     rows(400, 3);
@@ -83,7 +83,7 @@ TEST_F(CommandLinePainterTest, InputFollowsThePromptWithTheCaretBehindIt) {
     EXPECT_DOUBLE_EQ(canvas.fills.back().first.x, canvas.texts[1].left + 2 * FakeCanvas::kCharacter);
 }
 
-TEST_F(CommandLinePainterTest, TooLongAnInputShowsItsEnd) {
+TEST_F(CommandLinePainterTest, LongInputIsScrolledToTheCaret) {
     line.setPrompt("命令: ");
     line.setInput(std::string(200, 'x'));
     rows(400, 3);

@@ -9,7 +9,7 @@ using cad::ControlServer;
 
 namespace {
 
-/// A client's end of a connection.
+/// The client end of a connection.
 class Client {
 public:
     explicit Client(int port) : m_socket(cad::net::connectToLoopback(port)) {
@@ -21,7 +21,7 @@ public:
 
     void send(const std::string& text) { cad::net::sendAll(m_socket, text); }
 
-    /// A line without its line feed; what came before the end when the connection ends first.
+    /// Reads a line, without its line feed; if the connection ends first, what was received until then.
     std::string line() {
         std::string text;
         char c = 0;
@@ -86,7 +86,7 @@ TEST_F(ControlServerTest, ServesSeveralClientsAtOnce) {
     EXPECT_EQ(slow.line(), "late");
 }
 
-TEST_F(ControlServerTest, LineMayComeInPieces) {
+TEST_F(ControlServerTest, ReassemblesALineReceivedInPieces) {
     Client client(server->port());
     client.send("he");
     client.send("llo\n");
@@ -95,7 +95,7 @@ TEST_F(ControlServerTest, LineMayComeInPieces) {
     request->answer("ok");
 }
 
-TEST_F(ControlServerTest, OpenRequestsAreAnsweredWhenItEnds) {
+TEST_F(ControlServerTest, PendingRequestsAreAnsweredOnShutdown) {
     Client client(server->port());
     client.send("never answered\n");
     const auto request = next();
@@ -103,7 +103,7 @@ TEST_F(ControlServerTest, OpenRequestsAreAnsweredWhenItEnds) {
     EXPECT_EQ(client.line(), ControlServer::kClosing);
 }
 
-TEST_F(ControlServerTest, EndsWithAnIdleClientConnected) {
+TEST_F(ControlServerTest, ShutsDownWithAnIdleClientConnected) {
     Client client(server->port());
     client.send("x\n");
     next()->answer("y");
@@ -112,7 +112,7 @@ TEST_F(ControlServerTest, EndsWithAnIdleClientConnected) {
     EXPECT_EQ(client.line(), "");
 }
 
-TEST_F(ControlServerTest, EndlessLineEndsTheConnection) {
+TEST_F(ControlServerTest, OverlongLineClosesTheConnection) {
     Client client(server->port());
     const std::string chunk(1 << 16, 'x');
     for (int i = 0; i < 64; ++i) {

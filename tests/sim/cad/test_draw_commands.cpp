@@ -26,19 +26,19 @@ TEST_F(DrawCommands, LineClosesToItsFirstPoint) {
     EXPECT_TRUE(editor.isQuiescent());
 }
 
-TEST_F(DrawCommands, LineUndoTakesTheLastSegmentBack) {
+TEST_F(DrawCommands, LineUndoRemovesTheLastSegment) {
     type("LINE 0,0 10,0 20,0 U @0,7 \n");
     ASSERT_EQ(entities().size(), 2u);
     EXPECT_EQ(entities()[1].points, (std::vector<Point>{{10, 0}, {10, 7}}));
 }
 
-TEST_F(DrawCommands, LineUndoWithoutSegmentsSaysSo) {
+TEST_F(DrawCommands, LineUndoWithoutSegmentsPrintsAMessage) {
     type("LINE 0,0 U ");
     EXPECT_EQ(lastLine(), "所有线段都已放弃。");
     EXPECT_FALSE(editor.isQuiescent());
 }
 
-TEST_F(DrawCommands, LineDoesNotCloseWithOneSegment) {
+TEST_F(DrawCommands, LineCannotBeClosedWithOneSegment) {
     type("LINE 0,0 1,1 C ");
     EXPECT_EQ(lastLine(), "需要点，或选项关键字。");
 }
@@ -62,7 +62,7 @@ TEST_F(DrawCommands, CircleByCenterAndRadius) {
     EXPECT_DOUBLE_EQ(entities()[0].radius, 50);
 }
 
-TEST_F(DrawCommands, CircleOffersTheLastRadius) {
+TEST_F(DrawCommands, CircleDefaultsToTheLastRadius) {
     type("C 0,0 50 C 10,10 ");
     EXPECT_EQ(prompt(), "CIRCLE 指定圆的半径或 [直径(D)] <50.0000>: ");
     type("\n");
@@ -88,14 +88,14 @@ TEST_F(DrawCommands, CircleThroughTwoAndThreePoints) {
     EXPECT_NEAR(entities()[1].points[0].y, 0, 1e-12);
 }
 
-TEST_F(DrawCommands, CircleRefusesPointsOnOneLine) {
+TEST_F(DrawCommands, CircleRejectsCollinearPoints) {
     type("C 3P 0,0 1,1 2,2 ");
     EXPECT_EQ(lastLine(), "三点共线，不能确定圆。");
     type("0,5 ");
     EXPECT_EQ(entities().size(), 1u);
 }
 
-TEST_F(DrawCommands, CircleRefusesRadiusThatIsNotPositive) {
+TEST_F(DrawCommands, CircleRejectsANonPositiveRadius) {
     type("C 0,0 0 ");
     EXPECT_EQ(lastLine(), "值必须为正且非零。");
     type("-3 ");
@@ -104,7 +104,7 @@ TEST_F(DrawCommands, CircleRefusesRadiusThatIsNotPositive) {
     EXPECT_EQ(entities().size(), 1u);
 }
 
-TEST_F(DrawCommands, CircleRadiusByPick) {
+TEST_F(DrawCommands, CircleRadiusCanBePicked) {
     type("CIRCLE ");
     pick(10, 10);
     EXPECT_EQ(prompt(), "CIRCLE 指定圆的半径或 [直径(D)]: ");
@@ -128,19 +128,19 @@ TEST_F(DrawCommands, RectangleByCorners) {
     EXPECT_TRUE(entities()[0].closed);
 }
 
-TEST_F(DrawCommands, RectangleBySizeTowardTheChosenSide) {
+TEST_F(DrawCommands, RectangleBySizeExtendsTowardThePickedSide) {
     type("REC 10,10 D 4 3 0,0 ");
     ASSERT_EQ(entities().size(), 1u);
     EXPECT_EQ(entities()[0].points[2], (Point{6, 7}));
 }
 
-TEST_F(DrawCommands, RectangleRefusesNoWidth) {
+TEST_F(DrawCommands, RectangleRejectsZeroWidth) {
     type("REC 1,1 1,5 ");
     EXPECT_EQ(lastLine(), "矩形的长度和宽度不能为零。");
     EXPECT_FALSE(editor.isQuiescent());
 }
 
-TEST_F(DrawCommands, PolylineIsOneEntityAtTheEnd) {
+TEST_F(DrawCommands, PolylineBecomesOneEntityWhenItIsFinished) {
     type("PL 0,0 5,0 5,5 ");
     EXPECT_TRUE(entities().empty());
     type("C ");
@@ -149,7 +149,7 @@ TEST_F(DrawCommands, PolylineIsOneEntityAtTheEnd) {
     EXPECT_EQ(entities()[0].points.size(), 3u);
 }
 
-TEST_F(DrawCommands, OrthoModeHoldsPicksToTheAxes) {
+TEST_F(DrawCommands, OrthoModeConstrainsPicksToTheAxes) {
     type("ORTHOMODE 1 LINE 0,0 ");
     pick(30, 4);
     type("\n");

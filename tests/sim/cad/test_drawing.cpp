@@ -7,7 +7,7 @@ using cad::Drawing;
 using cad::Entity;
 using cad::Point;
 
-TEST(Drawing, UndoesWholeGroupAndTellsItsName) {
+TEST(Drawing, UndoRevertsAWholeGroupAndReturnsItsName) {
     Drawing drawing;
     drawing.beginGroup("LINE");
     drawing.add(Entity::line({0, 0}, {1, 0}));
@@ -39,7 +39,7 @@ TEST(Drawing, UndoingAnEraseRestoresIdAndOrder) {
     EXPECT_EQ(drawing.entities()[1].id, second);
 }
 
-TEST(Drawing, NewChangeForgetsWhatCouldBeRedone) {
+TEST(Drawing, NewChangeClearsTheRedoList) {
     Drawing drawing;
     drawing.add(Entity::circle({0, 0}, 1));
     drawing.undo();
@@ -47,14 +47,14 @@ TEST(Drawing, NewChangeForgetsWhatCouldBeRedone) {
     EXPECT_EQ(drawing.redo(), std::nullopt);
 }
 
-TEST(Drawing, IdsAreNeverGivenAgain) {
+TEST(Drawing, IdsAreNeverReused) {
     Drawing drawing;
     const int first = drawing.add(Entity::circle({0, 0}, 1));
     drawing.undo();
     EXPECT_NE(drawing.add(Entity::circle({0, 0}, 1)), first);
 }
 
-TEST(Drawing, PicksYoungestWithinTolerance) {
+TEST(Drawing, PicksTheNewestEntityWithinTheTolerance) {
     Drawing drawing;
     drawing.add(Entity::line({0, 0}, {10, 0}));
     const int circle = drawing.add(Entity::circle({5, 3}, 3));
@@ -73,17 +73,17 @@ TEST(Drawing, ExtentsCoverCirclesAndVertices) {
     EXPECT_EQ(extents.max, (Point{15, 15}));
 }
 
-TEST(Entity, CrossingBoxTakesWhatItTouches) {
+TEST(Entity, CrossesABoxIfAnyPartLiesInIt) {
     const Box box = Box::of({0, 0}, {10, 10});
     EXPECT_TRUE(Entity::line({-5, 5}, {15, 5}).crosses(box));
     EXPECT_FALSE(Entity::line({-5, 11}, {15, 11}).crosses(box));
     EXPECT_TRUE(Entity::circle({12, 5}, 3).crosses(box));
-    // The box lies wholly inside the circle and touches no part of it.
+    // The box is entirely inside the circle and does not touch it.
     EXPECT_FALSE(Entity::circle({5, 5}, 100).crosses(box));
     EXPECT_TRUE(Entity::rectangle({-1, -1}, {5, 20}).crosses(box));
 }
 
-TEST(Entity, ClosedPolylineCountsItsLastSide) {
+TEST(Entity, ClosedPolylineIncludesItsClosingSegment) {
     const Entity rectangle = Entity::rectangle({0, 0}, {4, 4});
     EXPECT_DOUBLE_EQ(rectangle.distanceTo({-1, 2}), 1);
     const Entity open = Entity::polyline({{0, 0}, {4, 0}, {4, 4}, {0, 4}}, false);

@@ -26,7 +26,7 @@ protected:
     FakeCanvas canvas;
 };
 
-TEST_F(DrawingPainter, EntitiesStandWhereTheViewportPutsThem) {
+TEST_F(DrawingPainter, EntitiesAreDrawnWhereTheViewportMapsThem) {
     type("C 100,100 31 ");
     paint();
     const FakeCanvas::Shape* circle = nullptr;
@@ -41,7 +41,7 @@ TEST_F(DrawingPainter, EntitiesStandWhereTheViewportPutsThem) {
     EXPECT_EQ(circle->stroke.color, theme.entity);
 }
 
-TEST_F(DrawingPainter, GridIsBoundedAtEveryScaleAndCanBeSwitchedOff) {
+TEST_F(DrawingPainter, GridDensityIsBoundedAtEveryScaleAndTheGridCanBeSwitchedOff) {
     for (const double factor : {1.0, 1e-6, 1e12, 3e-7}) {
         editor.viewport().zoomBy(factor);
         paint();
@@ -53,7 +53,7 @@ TEST_F(DrawingPainter, GridIsBoundedAtEveryScaleAndCanBeSwitchedOff) {
     EXPECT_EQ(shapesOf(theme.gridMinor) + shapesOf(theme.gridMajor), 0);
 }
 
-TEST_F(DrawingPainter, PreviewShowsOnlyWithTheCrosshair) {
+TEST_F(DrawingPainter, PreviewIsDrawnOnlyWithTheCrosshair) {
     type("LINE 0,0 ");
     paint();
     EXPECT_EQ(shapesOf(theme.preview), 0);
@@ -62,7 +62,7 @@ TEST_F(DrawingPainter, PreviewShowsOnlyWithTheCrosshair) {
     EXPECT_EQ(shapesOf(theme.crosshair), 3);
 }
 
-TEST_F(DrawingPainter, ChosenEntitiesAreDashed) {
+TEST_F(DrawingPainter, SelectedEntitiesAreDashed) {
     type("C 100,100 30 E ALL ");
     paint();
     for (const FakeCanvas::Shape& shape : canvas.shapes) {

@@ -12,7 +12,7 @@ protected:
     }
 };
 
-TEST_F(EditorTest, TellsStartAndEndWithGlobalNames) {
+TEST_F(EditorTest, NotifiesStartAndEndWithGlobalNames) {
     type("c 0,0 5 ");
     EXPECT_EQ(listener.events, (Events{"start CIRCLE", "end CIRCLE"}));
 }
@@ -26,7 +26,7 @@ TEST_F(EditorTest, ControlCCancelsTheCommandInProgress) {
     EXPECT_EQ(listener.events, (Events{"start CIRCLE", "cancel CIRCLE"}));
 }
 
-TEST_F(EditorTest, TwoCancelCharactersEndATransparentCommandAndItsOuter) {
+TEST_F(EditorTest, TwoCancelCharactersCancelATransparentCommandAndTheOuterOne) {
     type("LINE 0,0 'ZOOM W ");
     type("\x03\x03");
     EXPECT_TRUE(editor.isQuiescent());
@@ -42,14 +42,14 @@ TEST_F(EditorTest, CancelAndCommandQueuedTogetherRunInOrder) {
     EXPECT_EQ(prompt(), "CIRCLE 指定圆的圆心或 [三点(3P)/两点(2P)]: ");
 }
 
-TEST_F(EditorTest, CancelledLineKeepsFinishedSegmentsAsOneUndo) {
+TEST_F(EditorTest, CancelledLineKeepsItsSegmentsAsOneUndoStep) {
     type("LINE 0,0 1,0 2,0 \x1B");
     EXPECT_EQ(entities().size(), 2u);
     type("U ");
     EXPECT_TRUE(entities().empty());
 }
 
-TEST_F(EditorTest, CancelAtTheCommandPromptDropsTheTypedText) {
+TEST_F(EditorTest, CancelAtTheCommandPromptDiscardsTheTypedText) {
     type("CIR\x03");
     EXPECT_EQ(lastLine(), "命令: CIR*取消*");
     EXPECT_EQ(editor.commandLine().input(), "");
@@ -69,12 +69,12 @@ TEST_F(EditorTest, EnterRepeatsTheLastCommand) {
     EXPECT_EQ(prompt(), "CIRCLE 指定圆的圆心或 [三点(3P)/两点(2P)]: ");
 }
 
-TEST_F(EditorTest, LeadingUnderscoreMeansTheGlobalName) {
+TEST_F(EditorTest, LeadingUnderscoreSelectsTheGlobalName) {
     type("_circle 0,0 5 ");
     EXPECT_EQ(entities().size(), 1u);
 }
 
-TEST_F(EditorTest, BlankIsEnterButNotWithinTexts) {
+TEST_F(EditorTest, SpaceIsEnterExceptInStrings) {
     type("SETVAR CLAYER a b\n");
     EXPECT_EQ(lastLine(), "输入 CLAYER 的新值 <\"0\">: a b");
 }
@@ -85,7 +85,7 @@ TEST_F(EditorTest, AnswersAreEchoedWithTheirPrompt) {
                               "指定圆的半径或 [直径(D)]: 3"}));
 }
 
-TEST_F(EditorTest, StringsSentWithoutEchoLeaveNoLines) {
+TEST_F(EditorTest, StringsSentWithoutEchoPrintNothing) {
     editor.sendString("CIRCLE 0,0 5\n", false);
     editor.processInput();
     EXPECT_EQ(entities().size(), 1u);
@@ -93,7 +93,7 @@ TEST_F(EditorTest, StringsSentWithoutEchoLeaveNoLines) {
     EXPECT_TRUE(editor.commandLine().recallable().empty());
 }
 
-TEST_F(EditorTest, ArrowsRecallWhatWasTyped) {
+TEST_F(EditorTest, ArrowKeysRecallTypedLines) {
     type("C 0,0 5 REDRAW ");
     press(cad::EditKey::Up);
     EXPECT_EQ(editor.commandLine().input(), "REDRAW");
@@ -118,7 +118,7 @@ TEST_F(EditorTest, ExternalCommandRunsBetweenItsNotifications) {
     EXPECT_EQ(prompt(), "命令: ");
 }
 
-TEST_F(EditorTest, ExternalCommandComesBeforeABuiltInOfTheSameName) {
+TEST_F(EditorTest, ExternalCommandTakesPrecedenceOverABuiltInOne) {
     int runs = 0;
     addExternal("LINE", false, [&] { ++runs; });
     type("LINE\n");
@@ -147,7 +147,7 @@ TEST_F(EditorTest, ExternalCommandThatThrowsIsReportedAsFailed) {
     EXPECT_TRUE(editor.isQuiescent());
 }
 
-TEST_F(EditorTest, WhatAnExternalCommandThrowsNeedBeNoException) {
+TEST_F(EditorTest, ExternalCommandMayThrowAnyType) {
     addExternal("BAD", false, [] { throw 1; });
     type("BAD\n");
     EXPECT_EQ(lastLine(), "命令 BAD 失败。");
@@ -155,7 +155,7 @@ TEST_F(EditorTest, WhatAnExternalCommandThrowsNeedBeNoException) {
     EXPECT_TRUE(editor.isQuiescent());
 }
 
-TEST_F(EditorTest, InputIsWorkedOffBitByBitWithinItsTime) {
+TEST_F(EditorTest, InputIsProcessedInSlicesWithinTheTimeLimit) {
     constexpr std::chrono::seconds kNoTime{0};
     EXPECT_FALSE(editor.processInput(kNoTime));
     EXPECT_FALSE(editor.hasWork());
@@ -173,7 +173,7 @@ TEST_F(EditorTest, InputIsWorkedOffBitByBitWithinItsTime) {
     EXPECT_TRUE(editor.hasInput());
 }
 
-TEST_F(EditorTest, StringsSentFromInsideACommandWaitForItsEnd) {
+TEST_F(EditorTest, StringsSentByACommandRunAfterItEnds) {
     addExternal("SENDER", false, [&] {
         editor.sendString("CIRCLE\n");
         EXPECT_FALSE(editor.processInput());
@@ -191,7 +191,7 @@ TEST_F(EditorTest, EveryInputWakesTheProgram) {
     EXPECT_TRUE(editor.hasInput());
 }
 
-TEST_F(EditorTest, EscapeDropsWhatWaits) {
+TEST_F(EditorTest, EscapeDiscardsPendingInput) {
     editor.sendString("CIRCLE 0,0 5\n");
     editor.escape();
     editor.processInput();
@@ -199,14 +199,14 @@ TEST_F(EditorTest, EscapeDropsWhatWaits) {
     EXPECT_TRUE(listener.events.empty());
 }
 
-TEST_F(EditorTest, PickWithoutAPromptForPointsDoesNothing) {
+TEST_F(EditorTest, PickIsIgnoredWithoutAPointPrompt) {
     pick(1, 1);
     type("SETVAR ");
     pick(1, 1);
     EXPECT_EQ(prompt(), "SETVAR 输入变量名或 [?]: ");
 }
 
-TEST_F(EditorTest, ListenerMayLeaveWhileItIsTold) {
+TEST_F(EditorTest, ListenerMayRemoveItselfWhileBeingNotified) {
     struct Leaver : cad::EditorListener {
         explicit Leaver(cad::Editor& e) : editor(e) {}
         void commandWillStart(const std::string&) override { editor.removeListener(this); }
@@ -223,7 +223,7 @@ TEST_F(EditorTest, CarriageReturnAndLineFeedAreOneEnter) {
     EXPECT_EQ(prompt(), "LINE 指定下一点或 [放弃(U)]: ");
 }
 
-TEST_F(EditorTest, ChineseOptionWordsAreUnderstood) {
+TEST_F(EditorTest, ChineseKeywordsAreAccepted) {
     type("LINE 0,0 1,0 1,1 闭合\n");
     EXPECT_EQ(entities().size(), 3u);
 }

@@ -1,4 +1,4 @@
-// The program from outside: options, exit codes, start and end.
+// zentri-host as a process: options, exit codes, startup and shutdown.
 
 #include <gtest/gtest.h>
 
@@ -16,7 +16,7 @@ std::string tempFile(const std::string& name) {
 
 }  // namespace
 
-TEST(HostProgram, BadOptionIsOneLineAndExitCode2) {
+TEST(HostProgram, BadOptionPrintsOneLineAndExitsWith2) {
     HostProcess host({"--frobnicate"}, false);
     EXPECT_EQ(host.waitForExit(), 2);
     EXPECT_EQ(host.errors(), "zentri-host: unknown option: --frobnicate (--help lists the options)\n");
@@ -29,7 +29,7 @@ TEST(HostProgram, HelpListsTheOptions) {
     EXPECT_NE(host.output().find("--arx FILE"), std::string::npos);
 }
 
-TEST(HostProgram, MissingFilesAreOneLineAndExitCode2) {
+TEST(HostProgram, MissingFilesPrintOneLineAndExitWith2) {
     HostProcess module({"--no-state", "--arx", "/no/such.arx"}, false);
     EXPECT_EQ(module.waitForExit(), 2);
     EXPECT_EQ(module.errors(), "zentri-host: cannot open module: /no/such.arx\n");
@@ -41,7 +41,7 @@ TEST(HostProgram, MissingFilesAreOneLineAndExitCode2) {
     EXPECT_EQ(log.errors(), "zentri-host: cannot open log file: /no/such/folder/log\n");
 }
 
-TEST(HostProgram, BusyControlPortIsOneLineAndExitCode2) {
+TEST(HostProgram, BusyControlPortPrintsOneLineAndExitsWith2) {
     HostProcess first({"--no-state"});
     const std::string announced = first.output();
     const std::string port =
@@ -52,19 +52,19 @@ TEST(HostProgram, BusyControlPortIsOneLineAndExitCode2) {
         << second.errors();
 }
 
-TEST(HostProgram, QuitTypedAtTheCommandLineEndsItWith0) {
+TEST(HostProgram, QuitTypedAtTheCommandLineExitsWith0) {
     HostProcess host({"--no-state"});
     host.type("QUIT\n");
     EXPECT_EQ(host.waitForExit(), 0) << host.errors();
 }
 
-TEST(HostProgram, QuitCommandOfTheControlInterfaceEndsItWith0) {
+TEST(HostProgram, QuitThroughTheControlInterfaceExitsWith0) {
     HostProcess host({"--no-state"});
     host.ask("quit");
     EXPECT_EQ(host.waitForExit(), 0) << host.errors();
 }
 
-TEST(HostProgram, EchoPrintsTheCommandLinesTextAsLines) {
+TEST(HostProgram, EchoPrintsCommandLineTextToStandardOutput) {
     HostProcess host({"--no-state", "--echo", "--arx", ZENTRI_DUMMY_MODULE});
     ASSERT_TRUE(host.waitForLine("[dummy loaded]"));
     host.type("DPRINT\nQUIT\n");
@@ -73,7 +73,7 @@ TEST(HostProgram, EchoPrintsTheCommandLinesTextAsLines) {
     EXPECT_NE(host.output().find("\n你好, dummy\n"), std::string::npos) << host.output();
 }
 
-TEST(HostProgram, LogFileGetsTheSameText) {
+TEST(HostProgram, LogFileReceivesCommandLineText) {
     const std::string log = tempFile("zentri_host_test.log");
     std::filesystem::remove(log);
     HostProcess host({"--no-state", "--log", log});
@@ -87,7 +87,7 @@ TEST(HostProgram, LogFileGetsTheSameText) {
     std::filesystem::remove(log);
 }
 
-/// A script that calls itself draws circles for ever; the program stays usable all the same.
+/// A script that calls itself and so draws circles forever; the program must stay responsive.
 class EndlessScript : public testing::Test {
 protected:
     EndlessScript() {
@@ -107,7 +107,7 @@ protected:
     std::unique_ptr<HostProcess> host;
 };
 
-TEST_F(EndlessScript, EndsWithEscape) {
+TEST_F(EndlessScript, IsStoppedByEscape) {
     host->ask("key", {{"key", "Escape"}, {"real", true}});
     host->idle();
     const size_t drawn = circles();
@@ -116,13 +116,13 @@ TEST_F(EndlessScript, EndsWithEscape) {
     EXPECT_EQ(circles(), drawn + 1);
 }
 
-TEST_F(EndlessScript, IsSeenWhileItDraws) {
+TEST_F(EndlessScript, IsPaintedWhileItRuns) {
     EXPECT_TRUE(HostProcess::waitUntil([&] {
         return host->ask("findColor", {{"color", "#E8EBF0"}, {"window", "view"}})["clusters"].size() > 0;
     }));
 }
 
-TEST(HostProgram, ScriptPlaysAfterTheModulesAreLoaded) {
+TEST(HostProgram, ScriptRunsAfterTheModulesAreLoaded) {
     const std::string script = tempFile("zentri_host_test.scr");
     // The blank line repeats CIRCLE, which the next line cancels.
     std::ofstream(script) << "; a circle and a module's command\nCIRCLE\n100,100\n50\n\n\x03"
@@ -143,7 +143,7 @@ TEST(HostProgram, GeometryAndThemeAreTakenFromTheOptions) {
     EXPECT_EQ(rect["height"], 500);
 }
 
-TEST(HostProgram, PlaceAndThemeAreRemembered) {
+TEST(HostProgram, PlacementAndThemeAreRestored) {
     const std::string state = tempFile("zentri_host_place.json");
     std::filesystem::remove(state);
     {
@@ -172,7 +172,7 @@ TEST(HostProgram, TokenComesFromOptionOrEnvironment) {
     EXPECT_TRUE(host.waitForLine("[token 8 1 8 from-env]"));
 }
 
-TEST(HostProgram, SignInAsksAndMayBeRefused) {
+TEST(HostProgram, SignInAsksTheUserAndMayBeDeclined) {
     HostProcess host({"--no-state", "--arx", ZENTRI_DUMMY_MODULE});
     host.type("DACCOUNT\n");
     ASSERT_TRUE(HostProcess::waitUntil([&] { return !host.ask("messageBoxes")["boxes"].empty(); }));
@@ -184,7 +184,7 @@ TEST(HostProgram, SignInAsksAndMayBeRefused) {
     EXPECT_TRUE(host.waitForLine("[token 0 1 4 demo]"));
 }
 
-TEST(HostProgram, NoSignInRefusesWithoutAsking) {
+TEST(HostProgram, NoSignInOptionRejectsWithoutAsking) {
     HostProcess host({"--no-state", "--no-sign-in", "--arx", ZENTRI_DUMMY_MODULE});
     host.type("DACCOUNT\n");
     EXPECT_TRUE(host.waitForLine("[token 0 0 0 ]"));
@@ -192,14 +192,14 @@ TEST(HostProgram, NoSignInRefusesWithoutAsking) {
 
 #ifndef _WIN32
 
-// There is always a desktop on Windows, and no signal from one program to another.
+// Windows always has a desktop, and processes cannot send signals to each other.
 
 TEST_F(EndlessScript, DoesNotKeepTheProgramFromEnding) {
     kill(host->pid(), SIGINT);
     EXPECT_EQ(host->waitForExit(), 0);
 }
 
-TEST(HostProgram, MissingDisplayIsOneLineAndExitCode2) {
+TEST(HostProgram, MissingDisplayPrintsOneLineAndExitsWith2) {
     const char* const display = std::getenv("DISPLAY");
     const std::string kept = display == nullptr ? "" : display;
     setEnvironment("DISPLAY", ":65000");
@@ -210,7 +210,7 @@ TEST(HostProgram, MissingDisplayIsOneLineAndExitCode2) {
     EXPECT_EQ(std::count(errors.begin(), errors.end(), '\n'), 1) << errors;
 }
 
-TEST(HostProgram, SignalsEndItCleanlyAndUnloadModules) {
+TEST(HostProgram, SignalsUnloadModulesAndExitCleanly) {
     for (const int signal : {SIGINT, SIGTERM}) {
         HostProcess host({"--no-state", "--echo", "--arx", ZENTRI_DUMMY_MODULE});
         ASSERT_TRUE(host.waitForLine("[dummy loaded]"));
@@ -220,7 +220,7 @@ TEST(HostProgram, SignalsEndItCleanlyAndUnloadModules) {
     }
 }
 
-TEST(HostProgram, SignalEndsItFromWithinAMessageBox) {
+TEST(HostProgram, SignalDuringAMessageBoxExitsCleanly) {
     HostProcess host({"--no-state", "--arx", ZENTRI_DUMMY_MODULE});
     host.type("DBOX\n");
     ASSERT_TRUE(HostProcess::waitUntil([&] { return !host.ask("messageBoxes")["boxes"].empty(); }));

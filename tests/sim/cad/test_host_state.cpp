@@ -28,14 +28,14 @@ TEST(HostState, RoundTripsThroughItsFile) {
     std::filesystem::remove_all(folder);
 }
 
-TEST(HostState, MissingFileIsAnEmptyState) {
+TEST(HostState, MissingFileGivesAnEmptyState) {
     const HostState state = HostState::load("/no/such/state.json");
     EXPECT_FALSE(state.window);
     EXPECT_FALSE(state.theme);
     EXPECT_TRUE(state.palettes.empty());
 }
 
-TEST(HostState, BrokenPartsCountAsAbsent) {
+TEST(HostState, InvalidPartsAreTreatedAsAbsent) {
     for (const char* text : {"", "[]", "{", "{\"window\":[]}", "{\"window\":{\"width\":\"x\",\"height\":5}}",
                              "{\"window\":{\"width\":-5,\"height\":5}}", "{\"theme\":7}", "{\"theme\":\"1\"}",
                              "{\"palettes\":{\"a\":3,\"b\":{\"width\":0},\"c\":{\"width\":1e99}}}"}) {

@@ -1,4 +1,4 @@
-// The program's windows, driven as a user would.
+// The program's windows, driven by user input.
 
 #include <gtest/gtest.h>
 
@@ -27,6 +27,7 @@ protected:
         return host.ask("pixel", {{"window", kind}, {"x", x}, {"y", y}})["color"];
     }
 
+    /// Whether the caret is visible on the screen now.
     bool caretIsSeen() {
         const Json found = host.ask("findColor", {{"color", kCaretColor}, {"window", "commandLine"}});
         const Json& clusters = found["clusters"];
@@ -35,7 +36,7 @@ protected:
         });
     }
 
-    /// Longer than the caret is away in its blinking.
+    /// Whether the caret is invisible for longer than a blink.
     bool caretStaysAway() {
         const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(1200);
         while (std::chrono::steady_clock::now() < end) {
@@ -64,7 +65,7 @@ protected:
 
 }  // namespace
 
-TEST_F(HostWindows, CircleTypedByKeysStandsInTheDrawing) {
+TEST_F(HostWindows, CircleTypedAtTheCommandLineIsDrawn) {
     host.type("circle\n");
     ASSERT_TRUE(host.waitForPrompt("CIRCLE 指定圆的圆心"));
     host.type("100,100\n50\n");
@@ -74,7 +75,7 @@ TEST_F(HostWindows, CircleTypedByKeysStandsInTheDrawing) {
     EXPECT_EQ(entities()[0]["radius"], 50);
 }
 
-TEST_F(HostWindows, ClicksAnswerPromptsForPoints) {
+TEST_F(HostWindows, ClicksAnswerPointPrompts) {
     host.type("CIRCLE\n");
     ASSERT_TRUE(host.waitForPrompt("圆心"));
     clickDrawing(100, 100);
@@ -86,7 +87,7 @@ TEST_F(HostWindows, ClicksAnswerPromptsForPoints) {
     EXPECT_NEAR(entities()[0]["center"][0].get<double>(), 100, 1);
 }
 
-TEST_F(HostWindows, RightClickIsEnter) {
+TEST_F(HostWindows, RightClickActsAsEnter) {
     host.type("LINE\n0,0\n50,50\n");
     clickDrawing(10, 200, "right");
     host.idle();
@@ -120,7 +121,7 @@ TEST_F(HostWindows, ChineseTextReachesTheCommandLine) {
     EXPECT_EQ(host.ask("vars", {{"get", "CLAYER"}})["value"], "墙体😀 A层");
 }
 
-TEST_F(HostWindows, KeysStillReachTheCommandLineAfterAClickOnIt) {
+TEST_F(HostWindows, KeysReachTheCommandLineAfterAClickOnIt) {
     host.ask("clickWindow", {{"window", "commandLine"}});
     host.type("C 0,0 5 ");
     host.idle();
@@ -151,13 +152,13 @@ TEST_F(HostWindows, MiddleDragPans) {
 TEST_F(HostWindows, MenuItemsRunCommands) {
     host.ask("menu", {{"path", {"绘图", "圆 圆心、半径"}}});
     ASSERT_TRUE(host.waitForPrompt("CIRCLE"));
-    // A menu's command ends the one in progress.
+    // A menu command cancels the command in progress.
     host.ask("menu", {{"path", {"绘图", "直线"}}});
     ASSERT_TRUE(host.waitForPrompt("LINE"));
     EXPECT_TRUE(host.waitForLine("*取消*"));
 }
 
-TEST_F(HostWindows, MenuOpensByKeyAndRunsACommand) {
+TEST_F(HostWindows, MenuOpenedByItsMnemonicRunsACommand) {
     host.ask("key", {{"key", "d"}, {"alt", true}, {"real", true}});
     host.ask("key", {{"key", "c"}, {"real", true}});
     EXPECT_TRUE(host.waitForPrompt("CIRCLE"));
@@ -180,8 +181,8 @@ TEST_F(HostWindows, ThemeChangesEveryWindowsBackground) {
     }
 }
 
-TEST_F(HostWindows, DrawnEntitiesShowAndUndoTakesThemAway) {
-    // The crosshair, which is as bright as an entity, may stand anywhere, but not on two edges at once.
+TEST_F(HostWindows, DrawnEntitiesAreVisibleUntilUndone) {
+    // The crosshair is as bright as an entity and may be anywhere, but not on both of these edges.
     const auto brightAt = [&](double x, double y) {
         constexpr int kReach = 2;
         const Json at = host.ask("toScreen", {{"x", x}, {"y", y}});
@@ -202,8 +203,8 @@ TEST_F(HostWindows, DrawnEntitiesShowAndUndoTakesThemAway) {
     EXPECT_TRUE(HostProcess::waitUntil([&] { return !rectangleIsSeen(); }));
 }
 
-TEST_F(HostWindows, TheMenuBarHasTheColoursOfTheTheme) {
-    // A quarter of a bar's pixels at the least, in the upper edge of the window.
+TEST_F(HostWindows, MenuBarHasTheColoursOfTheTheme) {
+    // At least a quarter of the pixels of a menu bar 20 pixels high, within the top 60 pixels of the window.
     constexpr int kWidth = 1000;
     constexpr int kUpperEdge = 60;
     constexpr int kFewestPixels = kWidth * 20 / 4;
@@ -220,7 +221,7 @@ TEST_F(HostWindows, TheMenuBarHasTheColoursOfTheTheme) {
     EXPECT_FALSE(barHas("#2B2F36"));
 }
 
-TEST_F(HostWindows, ControlAnswersBadRequestsAndGoesOn) {
+TEST_F(HostWindows, ControlInterfaceSurvivesBadRequests) {
     EXPECT_EQ(host.call({{"cmd", "frobnicate"}})["ok"], false);
     EXPECT_EQ(host.call({{"cmd", "typeText"}})["ok"], false);
     EXPECT_EQ(host.call({{"cmd", "vars"}, {"set", "COLORTHEME"}, {"value", 9}})["error"],
@@ -229,11 +230,11 @@ TEST_F(HostWindows, ControlAnswersBadRequestsAndGoesOn) {
     EXPECT_EQ(host.call({{"cmd", "focus"}, {"id", 17}})["id"], 17);
 }
 
-TEST_F(HostWindows, FocusIsWithTheView) {
+TEST_F(HostWindows, ViewHasTheFocusAtStartup) {
     EXPECT_EQ(host.ask("focus")["kind"], "view");
 }
 
-TEST_F(HostModules, CommandsAndReactorsOfAModule) {
+TEST_F(HostModules, ModuleCommandsRunAndReactorsAreNotified) {
     host.type("DPRINT\nDUMMY_PRINT\n_DUMMY_PRINT\n");
     host.idle();
     EXPECT_EQ(host.ask("commandLine")["lines"],
@@ -242,14 +243,14 @@ TEST_F(HostModules, CommandsAndReactorsOfAModule) {
                     "[start DUMMY_PRINT]", "你好, dummy", "[end DUMMY_PRINT]"}));
 }
 
-TEST_F(HostModules, ReactorsAreToldOfVariables) {
+TEST_F(HostModules, ReactorsAreNotifiedOfVariables) {
     host.type("COLORTHEME\n1\n");
     EXPECT_TRUE(host.waitForLine("[changed COLORTHEME 1]"));
     host.type("COLORTHEME\n5\n");
     EXPECT_TRUE(host.waitForLine("[refused COLORTHEME 1]"));
 }
 
-TEST_F(HostModules, NoHistoryCommandLeavesNothing) {
+TEST_F(HostModules, NoHistoryCommandLeavesNoTrace) {
     host.type("_dummyHidden\n");
     host.idle();
     const Json line = host.ask("commandLine");
@@ -263,7 +264,7 @@ TEST_F(HostModules, SentStringsRunAfterTheCommandThatSentThem) {
     EXPECT_EQ(host.ask("commandLine")["active"], "CIRCLE");
 }
 
-TEST_F(HostModules, ACommandThatThrowsEndsNothingButItself) {
+TEST_F(HostModules, ThrowingCommandDoesNotAffectLaterCommands) {
     host.type("DTHROW\nDTHROWMFC\nDPRINT\n");
     EXPECT_TRUE(host.waitForLine("命令 DUMMY_THROW 失败。"));
     EXPECT_TRUE(host.waitForLine("命令 DUMMY_THROW_MFC 失败: "));
@@ -290,7 +291,7 @@ TEST_F(HostModules, UnloadWaitsUntilTheModulesMessageBoxIsAnswered) {
     std::future<Json> unloaded = std::async(std::launch::async, [other = host.connectAgain()] {
         return other->call({{"cmd", "arx"}, {"unload", "dummy.arx"}});
     });
-    // The module is still there while its own code waits in the box.
+    // The module stays loaded while its own code is blocked in the message box.
     host.ask("answerMessageBox", {{"button", "yes"}});
     EXPECT_TRUE(host.waitForLine("[answer 6]"));
     EXPECT_EQ(unloaded.get()["ok"], true);
@@ -309,7 +310,7 @@ TEST_F(HostModules, ScriptWaitsWhileAMessageBoxIsOpen) {
     std::filesystem::remove(script);
 }
 
-TEST_F(HostModules, MessageBoxesAreAnsweredByName) {
+TEST_F(HostModules, MessageBoxesAreAnsweredByButtonName) {
     host.type("DBOX\n");
     ASSERT_TRUE(boxIsOpen());
     EXPECT_EQ(host.call({{"cmd", "answerMessageBox"}, {"button", "cancel"}})["ok"], false);
@@ -318,12 +319,12 @@ TEST_F(HostModules, MessageBoxesAreAnsweredByName) {
     EXPECT_EQ(host.call({{"cmd", "answerMessageBox"}, {"button", "no"}})["error"], "no message box is open");
 }
 
-TEST_F(HostModules, PrintingFromAThreadReachesTheCommandLine) {
+TEST_F(HostModules, TextPrintedByAThreadReachesTheCommandLine) {
     host.type("DTHREAD\n");
     EXPECT_TRUE(host.waitForLine("[from a thread]"));
 }
 
-TEST_F(HostModules, LoadUnloadAndLoadAgain) {
+TEST_F(HostModules, ModuleCanBeUnloadedAndLoadedAgain) {
     EXPECT_EQ(host.ask("arx")["modules"].size(), 1u);
     EXPECT_EQ(host.call({{"cmd", "arx"}, {"load", ZENTRI_DUMMY_MODULE}})["ok"], false);
     host.ask("arx", {{"unload", "dummy.arx"}});
@@ -335,7 +336,7 @@ TEST_F(HostModules, LoadUnloadAndLoadAgain) {
     EXPECT_TRUE(host.waitForLine("你好, dummy"));
 }
 
-TEST_F(HostModules, PaletteDocksBesideTheViewAndTakesItsKeys) {
+TEST_F(HostModules, PaletteDocksBesideTheViewAndReceivesKeys) {
     const int wide = host.window("view")["rect"]["width"];
     EXPECT_EQ(host.window("paletteSet")["visible"], false);
     host.type("DPALETTE\n");
@@ -347,13 +348,13 @@ TEST_F(HostModules, PaletteDocksBesideTheViewAndTakesItsKeys) {
     host.type("C");
     EXPECT_TRUE(host.waitForLine("[palette char 67]"));
     EXPECT_EQ(host.ask("commandLine")["input"], "");
-    // A click on the drawing gives the keys back to the command line.
+    // A click on the drawing returns the keyboard to the command line.
     host.ask("clickWindow", {{"window", "view"}});
     host.type("C\n");
     EXPECT_TRUE(host.waitForPrompt("CIRCLE"));
 }
 
-TEST_F(HostModules, CaretBlinksOnlyWhileKeysComeToTheCommandLine) {
+TEST_F(HostModules, CaretBlinksOnlyWhileTheCommandLineReceivesKeys) {
     host.type("DPALETTE\n");
     EXPECT_TRUE(HostProcess::waitUntil([&] { return caretIsSeen(); }));
     EXPECT_TRUE(HostProcess::waitUntil([&] { return !caretIsSeen(); }));
@@ -366,7 +367,7 @@ TEST_F(HostModules, CaretBlinksOnlyWhileKeysComeToTheCommandLine) {
     EXPECT_TRUE(HostProcess::waitUntil([&] { return caretIsSeen(); }));
 }
 
-TEST(HostDocking, SideAndWidthAreRemembered) {
+TEST(HostDocking, WidthIsRestored) {
     const std::string state = testing::TempDir() + "zentri_host_docking.json";
     std::filesystem::remove(state);
     int width = 0;

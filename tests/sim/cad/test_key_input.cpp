@@ -38,7 +38,7 @@ TEST_F(KeyInputTest, LoneSurrogatesAreDropped) {
     EXPECT_EQ(input(), "a");
 }
 
-TEST_F(KeyInputTest, ReturnRunsEscapeAndControlCCancel) {
+TEST_F(KeyInputTest, ReturnSubmitsAndEscapeAndControlCCancel) {
     characters(u"line\r");
     EXPECT_EQ(editor.activeCommandNames(), "LINE");
     characters(u"\x1B");
@@ -47,12 +47,12 @@ TEST_F(KeyInputTest, ReturnRunsEscapeAndControlCCancel) {
     EXPECT_TRUE(editor.isQuiescent());
 }
 
-TEST_F(KeyInputTest, ControlCharactersAreNoText) {
+TEST_F(KeyInputTest, OtherControlCharactersAreIgnored) {
     characters(u"\x01\x16\x7F");
     EXPECT_EQ(input(), "");
 }
 
-TEST_F(KeyInputTest, EditingAndFunctionKeys) {
+TEST_F(KeyInputTest, EditingAndFunctionKeysAreHandled) {
     characters(u"ac");
     EXPECT_TRUE(keys.key(VK_LEFT));
     characters(u"b");
@@ -68,7 +68,7 @@ TEST_F(KeyInputTest, EditingAndFunctionKeys) {
     EXPECT_FALSE(keys.key(VK_F12));
 }
 
-TEST_F(KeyInputTest, HelpRunsInsideAnotherCommand) {
+TEST_F(KeyInputTest, F1RunsHelpInsideAnotherCommand) {
     characters(u"line\r0,0\r");
     keys.key(VK_F1);
     editor.processInput();

@@ -4,7 +4,7 @@
 
 using cad::KeyTyper;
 
-TEST(KeyTyper, KnowsKeysByName) {
+TEST(KeyTyper, FindsKeysByName) {
     EXPECT_EQ(KeyTyper::keyOf("Return"), VK_RETURN);
     EXPECT_EQ(KeyTyper::keyOf("escape"), VK_ESCAPE);
     EXPECT_EQ(KeyTyper::keyOf("a"), 'A');

@@ -5,7 +5,7 @@ protected:
     ModifyCommands() { type("C 0,0 10 REC 50,50 60,60 "); }
 };
 
-TEST_F(ModifyCommands, EraseAllAfterEnter) {
+TEST_F(ModifyCommands, EraseAllTakesEffectOnEnter) {
     type("ERASE ALL ");
     EXPECT_EQ(lastLine(), "找到 2 个");
     EXPECT_EQ(entities().size(), 2u);
@@ -14,7 +14,7 @@ TEST_F(ModifyCommands, EraseAllAfterEnter) {
     EXPECT_TRUE(entities().empty());
 }
 
-TEST_F(ModifyCommands, EraseByPickNearAnEntity) {
+TEST_F(ModifyCommands, EraseSelectsTheEntityNearAPick) {
     type("E ");
     pick(10, 0.5);
     EXPECT_EQ(lastLine(), "找到 1 个");
@@ -23,20 +23,20 @@ TEST_F(ModifyCommands, EraseByPickNearAnEntity) {
     EXPECT_EQ(entities()[0].kind, cad::EntityKind::Polyline);
 }
 
-TEST_F(ModifyCommands, EraseLast) {
+TEST_F(ModifyCommands, EraseLastRemovesTheNewestEntity) {
     type("E L \n");
     ASSERT_EQ(entities().size(), 1u);
     EXPECT_EQ(entities()[0].kind, cad::EntityKind::Circle);
 }
 
-TEST_F(ModifyCommands, WindowTakesWhatLiesInsideCrossingWhatItTouches) {
+TEST_F(ModifyCommands, WindowSelectsEnclosedEntitiesAndCrossingAlsoTouchedOnes) {
     type("E W 45,45 55,55 ");
     EXPECT_EQ(lastLine(), "找到 0 个");
     type("C 45,45 55,55 ");
     EXPECT_EQ(lastLine(), "找到 1 个");
 }
 
-TEST_F(ModifyCommands, PickBesideEverythingOpensAWindow) {
+TEST_F(ModifyCommands, PickThatHitsNothingStartsASelectionWindow) {
     type("E ");
     pick(100, 100);
     EXPECT_EQ(prompt(), "ERASE 指定对角点: ");
@@ -50,7 +50,7 @@ TEST_F(ModifyCommands, CancelledEraseKeepsEverything) {
     EXPECT_TRUE(editor.selection().empty());
 }
 
-TEST_F(ModifyCommands, UndoesAndRedoesCommandByCommand) {
+TEST_F(ModifyCommands, UndoAndRedoGoCommandByCommand) {
     type("U\n");
     EXPECT_EQ(lastLine(), "RECTANG");
     EXPECT_EQ(entities().size(), 1u);
@@ -61,20 +61,20 @@ TEST_F(ModifyCommands, UndoesAndRedoesCommandByCommand) {
     EXPECT_EQ(lastLine(), "所有操作都已放弃。");
 }
 
-TEST_F(ModifyCommands, UndoBringsErasedEntitiesBack) {
+TEST_F(ModifyCommands, UndoRestoresErasedEntities) {
     type("E ALL \n");
     type("U ");
     EXPECT_EQ(entities().size(), 2u);
 }
 
-TEST_F(ModifyCommands, UndoRefusesACountBelowOne) {
+TEST_F(ModifyCommands, UndoRejectsACountBelowOne) {
     type("UNDO 0 ");
     EXPECT_EQ(lastLine(), "需要大于零的整数。");
     type("\n");
     EXPECT_EQ(entities().size(), 1u);
 }
 
-TEST_F(ModifyCommands, ListDescribesTheChosenEntities) {
+TEST_F(ModifyCommands, ListDescribesTheSelectedEntities) {
     type("LIST ALL \n");
     std::string all = editor.commandLine().text();
     EXPECT_NE(all.find("圆心 0.0000,0.0000  半径 10.0000"), std::string::npos);

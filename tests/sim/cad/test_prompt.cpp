@@ -38,21 +38,21 @@ TEST(Prompt, ReadsRelativeAndPolarCoordinates) {
     EXPECT_FALSE(parse(kPoint, "@<", situation));
 }
 
-TEST(Prompt, LoneNumberGoesTowardTheCrosshair) {
+TEST(Prompt, NumberAloneIsADistanceTowardTheCrosshair) {
     const Prompt next("指定下一点: ", Prompt::Points, Point{0, 0});
     EXPECT_EQ(parse(next, "10", {{}, {0, 3}})->point, (Point{0, 10}));
-    // The crosshair on the base point gives no direction.
+    // With the crosshair on the base point there is no direction.
     EXPECT_FALSE(parse(next, "10", {{}, {0, 0}}));
 }
 
-TEST(Prompt, MeasuresDistanceFromBase) {
+TEST(Prompt, PointAtADistancePromptIsMeasuredFromTheBase) {
     const Prompt radius("指定圆的半径: ", Prompt::Numbers, Point{1, 1});
     EXPECT_DOUBLE_EQ(parse(radius, "4,5")->number, 5);
     EXPECT_DOUBLE_EQ(parse(radius, "2.5")->number, 2.5);
     EXPECT_FALSE(parse(Prompt("值: ", Prompt::Numbers), "4,5"));
 }
 
-TEST(Prompt, OptionsAreChosenByLettersOrWord) {
+TEST(Prompt, KeywordsAreSelectedByLettersOrWord) {
     const Prompt prompt("指定下一点或 [闭合(C)/放弃(U)]: ", Prompt::Points);
     EXPECT_TRUE(parse(prompt, "c")->isKeyword("C"));
     EXPECT_TRUE(parse(prompt, "U")->isKeyword("U"));
@@ -62,12 +62,12 @@ TEST(Prompt, OptionsAreChosenByLettersOrWord) {
     EXPECT_TRUE(parse(Prompt("圆心或 [三点(3P)/两点(2P)]: ", Prompt::Points), "2p")->isKeyword("2P"));
 }
 
-TEST(Prompt, EmptyAnswerOnlyWhereAllowed) {
+TEST(Prompt, EmptyAnswerIsAcceptedOnlyWhereAllowed) {
     EXPECT_FALSE(parse(kPoint, ""));
     EXPECT_EQ(parse(Prompt("点: ", Prompt::Points | Prompt::Enters), "")->kind, Input::Enter);
 }
 
-TEST(Prompt, TellsWhatItWanted) {
+TEST(Prompt, ErrorNamesTheExpectedInput) {
     std::string error;
     cad::parseInput(Prompt("指定下一点或 [放弃(U)]: ", Prompt::Points), "x", {}, error);
     EXPECT_EQ(error, "需要点，或选项关键字。");

@@ -7,12 +7,12 @@
 
 using Lines = std::vector<std::string>;
 
-TEST(Script, BlankLinesAreEnterAndSemicolonsRemarks) {
+TEST(Script, BlankLinesAreEnterAndSemicolonsStartComments) {
     EXPECT_EQ(cad::parseScript("; a circle\nCIRCLE\r\n0,0\n\n;x\nU"),
               (Lines{"CIRCLE\n", "0,0\n", "\n", "U\n"}));
 }
 
-TEST(Script, MissingFileIsNothing) {
+TEST(Script, MissingFileGivesNullopt) {
     EXPECT_EQ(cad::readScript("/no/such/file.scr"), std::nullopt);
 }
 
@@ -25,7 +25,7 @@ TEST(Script, ByteOrderMarkIsDropped) {
 
 class ScriptPlayback : public EditorFixture {};
 
-TEST_F(ScriptPlayback, LinesAreFedAsTyped) {
+TEST_F(ScriptPlayback, LinesAreProcessedAsIfTyped) {
     for (const std::string& line : cad::parseScript("LINE\n0,0\n10,0\n\n; remark\nCOLORTHEME 1\nC 5,5 2\n")) {
         editor.sendString(line);
     }

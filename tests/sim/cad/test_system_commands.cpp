@@ -27,7 +27,7 @@ TEST_F(SystemCommands, SetvarKeepsTheValueOnEnter) {
     EXPECT_TRUE(editor.isQuiescent());
 }
 
-TEST_F(SystemCommands, SetvarAsksAgainAfterARefusedValue) {
+TEST_F(SystemCommands, SetvarAsksAgainAfterARejectedValue) {
     type("SETVAR COLORTHEME 7 ");
     EXPECT_EQ(lastLine(), "需要 0 和 1 之间的整数。");
     EXPECT_FALSE(editor.isQuiescent());
@@ -43,7 +43,7 @@ TEST_F(SystemCommands, SetvarShowsReadOnlyVariables) {
     EXPECT_TRUE(editor.isQuiescent());
 }
 
-TEST_F(SystemCommands, SetvarTextMayHoldBlanks) {
+TEST_F(SystemCommands, SetvarStringMayContainSpaces) {
     type("SETVAR CLAYER my layer\n");
     EXPECT_EQ(std::get<std::string>(editor.variables().find("CLAYER")->value), "my layer");
 }
@@ -84,7 +84,7 @@ TEST_F(SystemCommands, ArxLoadsListsAndUnloads) {
     EXPECT_EQ(lastLine(), "没有加载的 ARX 应用程序。");
 }
 
-TEST_F(SystemCommands, QuitAsksTheProgramToEnd) {
+TEST_F(SystemCommands, QuitAsksTheProgramToQuit) {
     type("QUIT\n");
     EXPECT_EQ(services.quits, 1);
     type("exit\n");
@@ -100,7 +100,7 @@ TEST_F(SystemCommands, HelpNamesEveryCommandAndAlias) {
     EXPECT_TRUE(printed("REC, RECTANGLE"));
 }
 
-TEST_F(SystemCommands, ScriptCommandPlaysAFileBeforeWhatWaits) {
+TEST_F(SystemCommands, ScriptCommandRunsAFileBeforePendingInput) {
     const std::string path = testing::TempDir() + "zentri host play.scr";
     std::ofstream(path) << "CIRCLE\n0,0\n5\n";
     type("SCRIPT " + path + "\nU\n");
@@ -114,7 +114,7 @@ TEST_F(SystemCommands, ScriptCommandReportsAMissingFile) {
     EXPECT_EQ(lastLine(), "找不到脚本文件“/no/such.scr”。");
 }
 
-TEST_F(SystemCommands, DelayHoldsTheQueueUntilResumed) {
+TEST_F(SystemCommands, DelaySuspendsInputUntilResumed) {
     type("DELAY 250\nCIRCLE 0,0 5\n");
     EXPECT_EQ(services.delays, std::vector<int>{250});
     EXPECT_TRUE(entities().empty());
@@ -124,7 +124,7 @@ TEST_F(SystemCommands, DelayHoldsTheQueueUntilResumed) {
     EXPECT_EQ(entities().size(), 1u);
 }
 
-TEST_F(SystemCommands, EscapeEndsADelayAndDropsTheScript) {
+TEST_F(SystemCommands, EscapeEndsADelayAndDiscardsTheScript) {
     type("DELAY 250\nCIRCLE 0,0 5\n");
     editor.escape();
     editor.processInput();

@@ -6,14 +6,14 @@ using cad::SetVariable;
 using cad::SystemVariables;
 using Events = std::vector<std::string>;
 
-TEST(SystemVariables, NamesAreFoundWithoutCase) {
+TEST(SystemVariables, NamesAreNotCaseSensitive) {
     SystemVariables variables;
     ASSERT_NE(variables.find("colortheme"), nullptr);
     EXPECT_EQ(variables.find("colortheme")->name, "COLORTHEME");
     EXPECT_EQ(variables.find("NOSUCHVAR"), nullptr);
 }
 
-TEST(SystemVariables, ChangeIsToldBeforeAndAfter) {
+TEST(SystemVariables, ChangeIsNotifiedBeforeAndAfter) {
     SystemVariables variables;
     RecordingListener listener;
     variables.setListener(&listener);
@@ -22,7 +22,7 @@ TEST(SystemVariables, ChangeIsToldBeforeAndAfter) {
     EXPECT_EQ(listener.events, (Events{"will COLORTHEME", "changed COLORTHEME"}));
 }
 
-TEST(SystemVariables, RefusedValueIsToldAsFailedAndNotKept) {
+TEST(SystemVariables, RejectedValueIsNotifiedAsFailedAndNotStored) {
     SystemVariables variables;
     RecordingListener listener;
     variables.setListener(&listener);
@@ -33,7 +33,7 @@ TEST(SystemVariables, RefusedValueIsToldAsFailedAndNotKept) {
               (Events{"will COLORTHEME", "refused COLORTHEME", "will COLORTHEME", "refused COLORTHEME"}));
 }
 
-TEST(SystemVariables, ReadOnlyAndUnknownBeginNoChange) {
+TEST(SystemVariables, ReadOnlyAndUnknownVariablesAreNotNotified) {
     SystemVariables variables;
     RecordingListener listener;
     variables.setListener(&listener);
@@ -42,7 +42,7 @@ TEST(SystemVariables, ReadOnlyAndUnknownBeginNoChange) {
     EXPECT_TRUE(listener.events.empty());
 }
 
-TEST(SystemVariables, TypesAndRangesHold) {
+TEST(SystemVariables, TypesAndRangesAreEnforced) {
     SystemVariables variables;
     EXPECT_EQ(variables.setFromText("LTSCALE", "2"), SetVariable::Done);
     EXPECT_DOUBLE_EQ(variables.real("LTSCALE"), 2);
@@ -57,7 +57,7 @@ TEST(SystemVariables, TypesAndRangesHold) {
     EXPECT_EQ(variables.setFromText("LIMMAX", "100"), SetVariable::WrongType);
 }
 
-TEST(SystemVariables, ShowsValuesAsPromptsDo) {
+TEST(SystemVariables, FormatsValuesAsPromptsShowThem) {
     SystemVariables variables;
     EXPECT_EQ(variables.format(5), "5");
     EXPECT_EQ(variables.format(1.5), "1.5000");

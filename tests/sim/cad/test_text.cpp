@@ -8,17 +8,17 @@ TEST(HostText, Utf8RoundTripsAllPlanes) {
     EXPECT_EQ(cad::toUtf8(cad::fromUtf8(text)), text);
 }
 
-TEST(HostText, BrokenUtf8BecomesReplacementCharacters) {
+TEST(HostText, MalformedUtf8BecomesReplacementCharacters) {
     EXPECT_EQ(cad::fromUtf8("a\xFF"
                             "b"),
               U"a\uFFFDb");
     EXPECT_EQ(cad::fromUtf8("\xE5\x9C"), U"\uFFFD");
-    // A surrogate and an overlong form are no characters.
+    // Surrogates are not valid in UTF-8.
     EXPECT_EQ(cad::fromUtf8("\xED\xA0\x80"), U"\uFFFD");
     EXPECT_EQ(cad::toUtf8(char32_t{0xD800}), "\xEF\xBF\xBD");
 }
 
-TEST(HostText, NumbersMustBeWhole) {
+TEST(HostText, NumbersMustSpanTheWholeText) {
     EXPECT_EQ(cad::parseNumber("+2.5"), 2.5);
     EXPECT_EQ(cad::parseNumber("-.5"), -0.5);
     EXPECT_EQ(cad::parseNumber("2.5x"), std::nullopt);
@@ -31,14 +31,14 @@ TEST(HostText, NumbersMustBeWhole) {
     EXPECT_EQ(cad::parseInteger("99999999999"), std::nullopt);
 }
 
-TEST(HostText, PatternsMatchWithoutCase) {
+TEST(HostText, PatternsIgnoreCase) {
     EXPECT_TRUE(cad::matches("COLORTHEME", "color*"));
     EXPECT_TRUE(cad::matches("OSMODE", "?SM*E"));
     EXPECT_FALSE(cad::matches("OSMODE", "OS"));
     EXPECT_TRUE(cad::matches("", "*"));
 }
 
-TEST(HostText, SplitsLinesOfEitherKind) {
+TEST(HostText, SplitsLinesAtLfAndCrLf) {
     EXPECT_EQ(cad::splitLines("a\r\n\nb"), (std::vector<std::string>{"a", "", "b"}));
     EXPECT_TRUE(cad::splitLines("").empty());
 }

@@ -24,14 +24,14 @@ TEST_F(ViewCommands, ZoomAllCoversLimitsAndDrawing) {
     EXPECT_TRUE(editor.viewport().visible().contains(Box::of({0, -10}, {1010, 297})));
 }
 
-TEST_F(ViewCommands, ZoomWindowByCorners) {
+TEST_F(ViewCommands, ZoomWindowShowsTheAreaBetweenTwoCorners) {
     type("Z W 0,0 10,10 ");
     EXPECT_EQ(editor.viewport().center(), (Point{5, 5}));
     type("Z 20,20 40,40 ");
     EXPECT_EQ(editor.viewport().center(), (Point{30, 30}));
 }
 
-TEST_F(ViewCommands, ZoomByScale) {
+TEST_F(ViewCommands, ZoomScalesByAFactor) {
     const double before = editor.viewport().unitsPerPixel();
     type("Z 2X ");
     EXPECT_DOUBLE_EQ(editor.viewport().unitsPerPixel(), before / 2);
@@ -41,7 +41,7 @@ TEST_F(ViewCommands, ZoomByScale) {
     EXPECT_EQ(lastLine(), "需要点、比例因子或选项关键字。");
 }
 
-TEST_F(ViewCommands, ZoomPreviousReturns) {
+TEST_F(ViewCommands, ZoomPreviousRestoresTheLastView) {
     const double before = editor.viewport().unitsPerPixel();
     type("Z 4x Z P ");
     EXPECT_DOUBLE_EQ(editor.viewport().unitsPerPixel(), before);
@@ -49,13 +49,13 @@ TEST_F(ViewCommands, ZoomPreviousReturns) {
     EXPECT_EQ(lastLine(), "没有保存的上一个视图。");
 }
 
-TEST_F(ViewCommands, PanMovesTheBasePointToTheSecond) {
+TEST_F(ViewCommands, PanMovesTheBasePointToTheSecondPoint) {
     const Point before = editor.viewport().center();
     type("PAN 0,0 10,5 ");
     EXPECT_EQ(editor.viewport().center(), before - (Point{10, 5}));
 }
 
-TEST_F(ViewCommands, RedrawMakesWindowsPaint) {
+TEST_F(ViewCommands, RedrawMakesTheWindowsRepaint) {
     const unsigned before = editor.viewport().revision();
     type("REDRAW ");
     EXPECT_NE(editor.viewport().revision(), before);

@@ -6,7 +6,7 @@ using cad::Box;
 using cad::Point;
 using cad::Viewport;
 
-TEST(Viewport, PixelsAndUnitsAreInverse) {
+TEST(Viewport, PixelAndDrawingConversionsAreInverse) {
     Viewport viewport;
     viewport.resize(640, 480);
     const Point there = viewport.toPixels({12.5, -3});
@@ -20,7 +20,7 @@ TEST(Viewport, UpInTheDrawingIsUpOnTheScreen) {
     EXPECT_LT(viewport.toPixels({0, 10}).y, viewport.toPixels({0, 0}).y);
 }
 
-TEST(Viewport, ZoomToShowsWholeBoxCentered) {
+TEST(Viewport, ZoomToShowsTheWholeBoxCentered) {
     Viewport viewport;
     viewport.resize(400, 200);
     viewport.zoomTo(Box::of({0, 0}, {100, 100}));
@@ -28,7 +28,7 @@ TEST(Viewport, ZoomToShowsWholeBoxCentered) {
     EXPECT_EQ(viewport.center(), (Point{50, 50}));
 }
 
-TEST(Viewport, ZoomToPointKeepsScale) {
+TEST(Viewport, ZoomToAPointKeepsTheScale) {
     Viewport viewport;
     const double before = viewport.unitsPerPixel();
     viewport.zoomTo(Box::of({7, 7}, {7, 7}));
@@ -58,7 +58,7 @@ TEST(Viewport, PreviousGoesBackStepByStep) {
     EXPECT_FALSE(viewport.zoomPrevious());
 }
 
-TEST(Viewport, EndlessZoomStaysFinite) {
+TEST(Viewport, RepeatedZoomStaysFinite) {
     Viewport viewport;
     for (int i = 0; i < 2000; ++i) {
         viewport.zoomBy(10);
