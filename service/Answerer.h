@@ -9,34 +9,37 @@
 
 namespace zentri::service {
 
-/// A session's messages, oldest first; the last one is the question to be answered.
+/// A session's messages, oldest first; the last one is the question to answer.
 struct Conversation {
     std::vector<Message> messages;
-    std::string model;  ///< The model the client asked for; may be empty.
+    std::string model;  ///< Model named in the client's request; may be empty.
 };
 
-/// Where an answer goes. Once a call returned false nobody listens any more, and the answerer should return.
+/// Receives an answer piece by piece, on the thread that called Answerer::answer(). Once a call has returned
+/// false, nothing more is sent (the client has disconnected, the service is stopping or a fault has ended the
+/// stream), and the answerer should return.
 class AnswerSink {
 public:
     virtual ~AnswerSink() = default;
 
-    /// Sends the next piece of the answer at once (any UTF-8, also empty).
+    /// Sends the next piece of the answer immediately: any UTF-8, possibly empty.
     virtual bool write(std::string_view piece) = 0;
-    /// Waits before the next piece.
+    /// Sleeps before the next piece; returns early when the stream ends.
     virtual bool pause(std::chrono::milliseconds time) = 0;
-    /// For looking whether anybody still listens while there is nothing to send.
+    /// Whether the answer is still being read, for use while there is nothing to send.
     virtual bool alive() = 0;
 };
 
-/// Answers questions. One object serves all requests, from several threads at once.
+/// Answers questions. One instance serves all requests; its methods are called concurrently.
 class Answerer {
 public:
     virtual ~Answerer() = default;
 
-    /// Writes the whole answer. What goes wrong is told in the answer itself; nothing is thrown for that.
+    /// Writes the whole answer to `sink`. A source that fails is reported to the user in the answer text, not
+    /// by an exception.
     virtual void answer(const Conversation& conversation, AnswerSink& sink) = 0;
 
-    /// One line for the health page.
+    /// The source of the answers, in one line for the health page.
     virtual std::string description() const = 0;
 };
 

@@ -9,18 +9,18 @@ namespace zentri::service {
 
 namespace {
 
-/// A topic is related to an answer when it covers this share of the question too.
+/// Minimum coverage of the question for a topic to be listed as related.
 constexpr double kRelatedCoverage = 0.34;
-/// Nearby topics are worth offering from here on.
+/// Minimum coverage for a topic to be suggested when no topic fits.
 constexpr double kNearCoverage = 0.05;
-/// A question whose own content is no longer than this may lean on the one before.
+/// A question with at most this many code points of content may refer to an earlier one.
 constexpr std::size_t kShortContent = 6;
 constexpr std::size_t kHits = 8;
 constexpr std::size_t kOffered = 3;
-/// How much of an earlier question's match counts for a follow-up.
+/// Weight of the earlier topic's scores in the ranking for a follow-up.
 constexpr double kContextWeight = 0.3;
 
-/// Offered when a question has nothing to do with drafting.
+/// Topics suggested when a question has nothing to do with drafting.
 constexpr std::string_view kGoodStarts[] = {"画圆", "画直线", "删除对象", "新建图层", "标注线性尺寸"};
 
 std::string numbered(const std::vector<std::string>& steps) {
@@ -58,7 +58,7 @@ std::string explained(const Topic& topic, bool english) {
     return withoutLastLineEnd(text);
 }
 
-/// Titles of the drafting topics among the hits, without the ones that were answered already.
+/// Titles of up to kOffered drafting topics among the hits that reach `coverage`, except the answered topic.
 std::vector<std::string> offeredTitles(const std::vector<Hit>& hits, const Topic* answered, double coverage) {
     std::vector<std::string> titles;
     for (const Hit& hit : hits) {
@@ -95,20 +95,20 @@ std::string notFound(const std::vector<Hit>& hits, bool english) {
         return "Sorry, I have no topic that answers this. " +
                std::string(near ? "The nearest ones I know are: "
                                 : "I know about drafting; try asking about: ") +
-               listed(titles) + ". A question with a command name or the kind of object in it finds more.";
+               listed(titles) + ". Mentioning a command name or the kind of object helps.";
     }
     return "抱歉，我的资料里没有找到直接回答这个问题的内容。\n" +
            std::string(near ? "比较接近的话题有：" : "我熟悉的是制图方面的问题，您可以试着问：") +
            listed(titles) + "。\n换一种说法，或者在问题里写上命令名、对象名称，会更容易找到。";
 }
 
-/// A follow-up that says nothing by itself ("还有呢？"): what is left to say about the topic.
+/// Answers a follow-up without content of its own ("还有呢？") with the topic's tips and the next best topic.
 std::string moreAbout(const Topic& topic, const std::vector<Hit>& hits, bool english) {
     std::string text = english ? "More about “" + topic.title + "”:\n" : "接着说“" + topic.title + "”：\n";
     text += topic.tips.empty() ? topic.introduction + "\n" : asTips(topic);
     for (const Hit& hit : hits) {
         if (hit.topic != &topic && !hit.topic->isSmallTalk()) {
-            text += (english ? "Next to it is “" : "与它相近的还有“") + hit.topic->title +
+            text += (english ? "A related topic is “" : "与它相近的还有“") + hit.topic->title +
                     (english ? "”: " + hit.topic->english : "”：" + hit.topic->introduction);
             break;
         }
@@ -116,7 +116,7 @@ std::string moreAbout(const Topic& topic, const std::vector<Hit>& hits, bool eng
     return withoutLastLineEnd(text);
 }
 
-/// Adds part of an earlier question's matches to those of the question itself.
+/// Raises the scores of the hits that also match the earlier topic, and sorts again.
 std::vector<Hit> withContext(std::vector<Hit> hits, const std::vector<Hit>& context) {
     for (const Hit& earlier : context) {
         const auto same =

@@ -5,10 +5,10 @@
 
 namespace zentri::service {
 
-/// How fast the built-in answers are written out.
+/// Pacing of the built-in answers.
 struct Pace {
-    std::chrono::milliseconds delay{0};  ///< Before each piece but the first.
-    int piece = 4;                       ///< Characters per piece, at least 1.
+    std::chrono::milliseconds delay{0};  ///< Pause before each piece except the first.
+    int piece = 4;                       ///< Code points per piece, at least 1.
 };
 
 /// Answers from the knowledge base, offline. The same conversation always gives the same answer.
@@ -24,7 +24,7 @@ public:
     std::string textFor(const std::vector<Message>& messages) const;
 
 private:
-    /// What the conversation was about before its last question; null when nothing is known of it.
+    /// The topic of the questions before the last one, owned by the knowledge base; null when unknown.
     const Topic* earlierTopic(const std::vector<Message>& messages) const;
 
     const KnowledgeBase& m_knowledge;

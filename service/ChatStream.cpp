@@ -38,7 +38,7 @@ bool ChatStream::write(std::string_view piece) {
 }
 
 bool ChatStream::pause(std::chrono::milliseconds time) {
-    // In slices, so that a client that leaves does not hold its thread through a long pause.
+    // Sleep in slices, so that a disconnected client does not occupy its thread for a long pause.
     while (time.count() > 0 && alive()) {
         const std::chrono::milliseconds slice = std::min(time, kLookForClient);
         if (m_stop.waitFor(slice)) {
@@ -123,7 +123,7 @@ bool ChatStream::sendEvent(std::string_view event) {
                 ++cut;
             }
             if (cut == event.size()) {
-                break;  // Plain ASCII: the cut waits for an event with a character to cut.
+                break;  // ASCII only: wait for an event with a multi-byte character.
             }
         }
         sendBytes(event.substr(0, cut));

@@ -10,29 +10,30 @@
 
 namespace zentri::service {
 
-/// The reply of one chat request: turns the pieces of an answer into events on the connection, one write per
-/// event, keeps what has been sent, and makes the faults of the stream happen.
+/// The reply to one chat request: writes the pieces of an answer to the connection as events, one write per
+/// event, records what was sent and applies the chat faults. Used only by the thread that serves the request.
 class ChatStream : public AnswerSink {
 public:
-    /// The connection below. Both return false when the client has gone.
+    /// The underlying connection. Both functions return false once the client has disconnected.
     struct Connection {
         std::function<bool(std::string_view)> write;
         std::function<bool()> alive;
     };
 
-    /// How the reply is to be ended.
+    /// How to end the reply: with the terminating chunk, or by closing the connection without it.
     enum class End { Proper, Cut };
 
+    /// `stop` must outlive the stream.
     ChatStream(Connection connection, StopSignal& stop, const RequestFaults& faults);
 
     bool write(std::string_view piece) override;
     bool pause(std::chrono::milliseconds time) override;
     bool alive() override;
 
-    /// To be called once, when the answerer is done.
+    /// Sends what is still held back. To be called once, after the answerer has returned.
     End finish();
 
-    /// The answer as far as it has been sent, with LF line ends: what belongs into the history.
+    /// The part of the answer that was sent, with LF line ends; this is what the history stores.
     const std::string& delivered() const { return m_delivered; }
 
 private:
@@ -48,11 +49,11 @@ private:
     RequestFaults m_faults;
     LineEndNormalizer m_lineEnds;
     std::string m_delivered;
-    std::string m_held;  ///< The answer so far, when it is to go out as one huge event.
-    long m_events = 0;
-    bool m_begun = false;
-    bool m_ended = false;      ///< A fault ended the stream, or the client has gone.
-    bool m_endProper = false;  ///< The fault that ended it lets the reply end properly.
+    std::string m_held;    ///< The answer so far, held back for the huge-event fault.
+    long m_events = 0;     ///< Whole events of the answer that were sent.
+    bool m_begun = false;  ///< The faults that precede the answer were applied.
+    bool m_ended = false;  ///< A fault ended the stream, the client disconnected or the service is stopping.
+    bool m_endProper = false;  ///< The fault that ended the stream lets the reply end properly.
 };
 
 }  // namespace zentri::service

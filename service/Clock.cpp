@@ -30,7 +30,7 @@ std::tm localTime(std::int64_t timeMs) {
 }
 
 std::int64_t timeOfLocal(std::tm fields) {
-    // Whether summer time holds is for the conversion to find out.
+    // Let mktime() determine whether daylight saving time is in effect.
     fields.tm_isdst = -1;
     return static_cast<std::int64_t>(std::mktime(&fields)) * kMsPerSecond;
 }

@@ -6,16 +6,16 @@
 
 namespace zentri::service {
 
-/// Now, in milliseconds since 1970.
+/// The current time in milliseconds since 1970-01-01 UTC, as all times below.
 std::int64_t nowMs();
 
-/// "2024-05-31 14:03:59", in local time.
+/// Formats a time as "2024-05-31 14:03:59", in local time.
 std::string localTimeText(std::int64_t timeMs);
 
-/// The calendar fields of a time, in local time.
+/// Converts a time to calendar fields in local time.
 std::tm localTime(std::int64_t timeMs);
 
-/// The time of calendar fields in local time; fields out of range are carried over.
+/// Converts calendar fields in local time to a time; fields out of range are normalised as by mktime().
 std::int64_t timeOfLocal(std::tm fields);
 
 }  // namespace zentri::service

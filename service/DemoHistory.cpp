@@ -15,18 +15,18 @@ constexpr std::int64_t kMinute = 60 * kSecond;
 constexpr std::int64_t kHour = 60 * kMinute;
 constexpr std::int64_t kDay = 24 * kHour;
 constexpr std::uint64_t kDaysOfHistory = 730;
-/// How many of the newest sessions are of the last day or so: enough to fill the side bar's first pages.
+/// Ages in minutes of the newest sessions, so that there are always sessions from today and yesterday.
 constexpr std::array<std::int64_t, 9> kRecentMinutes{4, 37, 95, 180, 1440, 1502, 1610, 1685, 1790};
 constexpr std::uint64_t kEnglishPercent = 22;
 constexpr std::uint64_t kLongPercent = 6;
 constexpr std::uint64_t kWeekendPercent = 8;
 
-/// A generator with the same numbers on every machine, which the standard's distributions do not promise.
+/// SplitMix64: yields the same numbers on every platform, which the standard distributions do not guarantee.
 class Random {
 public:
     explicit Random(std::uint64_t seed) : m_state(seed) {}
 
-    /// 0 … limit - 1
+    /// A number from 0 to limit - 1; `limit` must not be 0.
     std::uint64_t below(std::uint64_t limit) {
         m_state += 0x9E3779B97F4A7C15U;
         std::uint64_t z = m_state;
@@ -76,7 +76,7 @@ std::uint64_t seedNumber(std::string_view token) {
     return number;
 }
 
-/// A moment in working hours, some days back; the farther back, the rarer.
+/// A time on an earlier day, in working hours or sometimes in the evening; recent days are more likely.
 std::int64_t pastMoment(Random& random, std::int64_t nowMs) {
     const std::uint64_t spread = random.below(1000) * random.below(1000) * kDaysOfHistory / 1'000'000;
     std::tm day = localTime(nowMs - static_cast<std::int64_t>(spread + 1) * kDay);
@@ -90,7 +90,8 @@ std::int64_t pastMoment(Random& random, std::int64_t nowMs) {
     return timeOfLocal(day) + static_cast<std::int64_t>(random.below(1000));
 }
 
-/// Gives the messages times from `startMs` on: reading and typing take a while, answers come quickly.
+/// Assigns times from `startMs` on, with short gaps before answers and longer ones before questions; none is
+/// later than `nowMs`.
 void setTimes(std::vector<Message>& messages, std::int64_t startMs, std::int64_t nowMs, Random& random) {
     std::int64_t time = startMs;
     for (Message& message : messages) {
@@ -153,7 +154,7 @@ std::vector<SeededSession> DemoHistory::make(std::string_view token, int count, 
                 ask(messages,
                     std::string(english ? random.pick(kEnglishFollowUps) : random.pick(kFollowUps)));
             } else {
-                // The next question is usually about something near: topics of one area stand together.
+                // The next question is usually about a similar topic: neighbouring topics share an area.
                 topic = random.percent(70) ? (topic + 1 + random.below(3)) % topics.size()
                                            : random.below(topics.size());
                 ask(messages, questionIn(*topics[topic], english));
@@ -168,7 +169,7 @@ std::vector<SeededSession> DemoHistory::make(std::string_view token, int count, 
         session.id = stableSessionId("demo", token, i);
         const bool fromScript = !scripted.empty() && (topics.empty() || random.percent(20));
         if (fromScript) {
-            // Each is told once: the same talk twice would look made up.
+            // Use each scripted conversation once: duplicates would look artificial.
             const std::size_t at = random.below(scripted.size());
             session.messages = scripted[at]->messages;
             scripted.erase(scripted.begin() + static_cast<std::ptrdiff_t>(at));

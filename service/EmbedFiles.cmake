@@ -1,5 +1,5 @@
 # cmake -DOUTPUT=x.cpp -DFILES="a;b" -P EmbedFiles.cmake
-#   Writes a source that holds the files' texts, so that the program needs nothing beside it.
+#   Generates a C++ source with the contents of the files, so that the program needs no data files at run time.
 set(rows "")
 foreach(file IN LISTS FILES)
   get_filename_component(name "${file}" NAME)

@@ -5,16 +5,16 @@
 
 namespace zentri::service {
 
-/// A data file that the build has put into the program.
+/// A data file compiled into the program; the views refer to static storage.
 struct EmbeddedFile {
-    std::string_view name;
+    std::string_view name;  ///< Without the directory.
     std::string_view text;
 };
 
-/// All of them, by name.
+/// All embedded files, ordered by path, which keeps the topics in chapter order.
 const std::vector<EmbeddedFile>& embeddedFiles();
 
-/// One file's text. Throws std::logic_error when there is none of that name.
+/// The text of the file with this name. Throws std::logic_error when there is none.
 std::string_view embeddedFile(std::string_view name);
 
 }  // namespace zentri::service

@@ -14,8 +14,8 @@ std::vector<std::string> EventWriter::eventsOf(std::string_view text) {
     std::vector<std::string> events;
     while (!text.empty()) {
         const std::size_t literal = text.find(kField);
-        // The cut leaves "data" here and begins the next event with ":", which makes no new "data:" on either
-        // side.
+        // Split before the colon: this event's text ends with "data" and the next one's begins with ":", so
+        // neither contains "data:".
         const std::size_t end = literal == std::string_view::npos ? text.size() : literal + kField.size() - 1;
         events.push_back(event(text.substr(0, end), "\n"));
         text.remove_prefix(end);

@@ -6,20 +6,20 @@
 
 namespace zentri::service {
 
-/// Writes text as server-sent events for a client that is simpler than the standard's: it cuts the stream at
-/// each empty line, removes every "data:" from an event, wherever it stands, and strips nothing else.
+/// Writes text as server-sent events for a client whose parser is simpler than the standard's: it splits the
+/// stream at each empty line, removes every "data:" from an event, at any position, and strips nothing else.
 ///
-/// So each line of a text goes out as "data:" directly followed by the line (a blank after the colon would
-/// stay in the answer), an empty line as a bare "data:" (which keeps the two line feeds apart), and a "data:"
-/// that belongs to the text is cut in two, half in one event and half in the next, where the client cannot
-/// see it. What the client puts together is then exactly the text.
+/// Each line of the text is therefore sent as "data:" directly followed by the line (a space after the colon
+/// would become part of the answer), and an empty line as a bare "data:" (so that consecutive line feeds do
+/// not end the event). A "data:" within the text is split across two events, where the client does not
+/// recognise it. The client thus reassembles exactly the text.
 class EventWriter {
 public:
-    /// The events of a text, each complete with its empty line; none for an empty text. The text's line ends
-    /// are LF.
+    /// The events for a text with LF line ends, each with its terminating empty line; none for an empty text.
     static std::vector<std::string> eventsOf(std::string_view text);
 
-    /// One event of several lines with the line end that is asked for ("\n", or "\r\n" to test a client).
+    /// The text as a single event with the given line end ("\n", or "\r\n" to test clients). A "data:" within
+    /// the text is not split.
     static std::string event(std::string_view text, std::string_view lineEnd);
 };
 

@@ -16,7 +16,7 @@ std::optional<std::string> readFile(const std::string& path) {
     while (const std::size_t count = std::fread(block.data(), 1, block.size(), file.get())) {
         text.append(block.data(), count);
     }
-    // A folder can be opened, but not read.
+    // fopen() succeeds on a directory; reading it fails.
     if (std::ferror(file.get()) != 0) {
         return std::nullopt;
     }

@@ -5,7 +5,7 @@
 
 namespace zentri::service {
 
-/// A file's bytes; nothing when it cannot be read (missing, not permitted, a folder).
+/// The file's bytes; nullopt when it cannot be read (missing, no permission, a directory).
 std::optional<std::string> readFile(const std::string& path);
 
 }  // namespace zentri::service

@@ -18,23 +18,22 @@ namespace {
 
 constexpr std::string_view kTopicSuffix = ".topics";
 
-/// Candidates that the full-text search hands to the ranking by keywords.
+/// Number of candidates that the full-text search passes to the ranking by keywords.
 constexpr std::int64_t kCandidates = 30;
-/// What a whole keyword in the question is worth against the full-text rank, per character of it.
+/// Weight of each character covered by keywords, relative to the full-text rank.
 constexpr double kKeywordWeight = 30.0;
-/// Longer questions are cut: nobody asks about so many things, and the search's cost grows with the length.
+/// Questions are truncated to this many code points, because the cost of the search grows with the length.
 constexpr std::size_t kLongestQuestion = 400;
-/// A Latin word counts as much as this many Han characters: in a Chinese question it is nearly always a
-/// command.
+/// A Latin word counts as this many Han characters: in a Chinese question it is nearly always a command name.
 constexpr std::size_t kCharactersPerWord = 6;
-/// A topic fits from this coverage on, or from the lower one when the question holds a whole keyword of it.
+/// Minimum coverage for a topic to fit; the lower limit applies when the question contains a whole keyword.
 constexpr double kFittingCoverage = 0.45;
 constexpr double kNamedCoverage = 0.18;
-/// A character that the topic's title or keywords have somewhere counts this much of one inside a whole
+/// Weight of a character that occurs anywhere in the topic's keywords, relative to one inside a whole
 /// keyword.
 constexpr double kLoneCharacterWeight = 0.4;
 
-/// How the columns count in the rank. Single characters help when nothing longer does, no more.
+/// bm25() takes one weight per column. Single characters only decide when nothing longer matches.
 constexpr const char* kSearch =
     "SELECT rowid, -bm25(topics, 8.0, 6.0, 4.0, 1.0, 1.5) FROM topics WHERE topics MATCH ?1"
     " ORDER BY 2 DESC LIMIT ?2";
@@ -47,7 +46,7 @@ std::string joined(const std::vector<std::string>& parts) {
     return text;
 }
 
-/// The pairs and words of a text as the tokens of one column.
+/// The pairs and words of a text, separated by spaces, for a column of the full-text table.
 std::string column(std::string_view text) {
     const SearchTokens tokens = tokensOf(text);
     std::string column;
@@ -67,7 +66,8 @@ std::string singlesColumn(std::string_view text) {
     return column;
 }
 
-/// Nothing a user types can be taken for search syntax: every token is quoted, and none holds a quote.
+/// An OR expression over the tokens. Each token is quoted and none contains a quote, so that user input is
+/// never parsed as FTS5 query syntax.
 std::string anyOf(const std::vector<std::string>& tokens) {
     std::string query;
     for (const std::string& token : std::set<std::string>(tokens.begin(), tokens.end())) {
@@ -93,8 +93,8 @@ bool isWordByte(char c) {
     return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z');
 }
 
-/// Calls `found(at)` for each place where the keyword stands; a Latin keyword only as whole words (a plural s
-/// may follow).
+/// Calls `found(begin, end)` for each occurrence of the keyword; a Latin keyword matches whole words only,
+/// with an optional plural "s".
 template <typename Found>
 void forEachPlace(const std::string& content, const std::string& keyword, Found found) {
     for (std::size_t at = content.find(keyword); at != std::string::npos;
@@ -116,14 +116,15 @@ bool isNumber(const std::string& word) {
     return word.find_first_not_of("0123456789") == std::string::npos;
 }
 
-/// How many characters of the content count. Measures and counts say nothing about the topic.
+/// Length of the content in Han characters, with words weighted. Numbers do not count, because measurements
+/// say nothing about the topic.
 std::size_t informativeLength(const std::string& content) {
     const SearchTokens tokens = tokensOf(content);
     const auto words = std::count_if(tokens.words.begin(), tokens.words.end(), std::not_fn(isNumber));
     return tokens.singles.size() + static_cast<std::size_t>(words) * kCharactersPerWord;
 }
 
-/// The same measure for the bytes that are marked.
+/// The informative length of the marked bytes only.
 std::size_t markedLength(const std::string& content, const std::vector<bool>& marked) {
     std::string text;
     for (std::size_t i = 0; i < content.size(); ++i) {
@@ -170,7 +171,7 @@ KnowledgeBase::KnowledgeBase(std::vector<Topic> topics)
                 .bind(column(body))
                 .bind(singlesColumn(topic.title + '\n' + keywords))
                 .step();
-            // A whole question of the topic counts as a keyword too: it leaves nothing to guess.
+            // The topic's own questions count as keywords too, because they identify it unambiguously.
             std::vector<std::string> folded;
             for (const auto* list : {&topic.keywords, &topic.questions}) {
                 for (const std::string& keyword : *list) {
@@ -179,7 +180,7 @@ KnowledgeBase::KnowledgeBase(std::vector<Topic> topics)
                 }
             }
             folded.push_back(foldForSearch(topic.title));
-            // Many topics use a command, but its name alone asks for the first that is about it.
+            // Several topics may list a command; its bare name leads to the first with it as main command.
             if (!topic.commands.empty() && ownedCommands.insert(topic.commands.front()).second) {
                 folded.push_back(foldForSearch(topic.commands.front()));
             }
@@ -215,10 +216,10 @@ std::vector<Topic> KnowledgeBase::topicsIn(const std::string& directory) {
         }
     }
     if (error) {
-        throw TopicError("cannot read the knowledge folder '" + directory + "': " + error.message());
+        throw TopicError("cannot read the knowledge directory '" + directory + "': " + error.message());
     }
     if (files.empty()) {
-        throw TopicError("no *.topics files in the knowledge folder '" + directory + "'");
+        throw TopicError("no *.topics files in the knowledge directory '" + directory + "'");
     }
     std::vector<Topic> topics;
     for (const std::filesystem::path& path : files) {
@@ -236,7 +237,7 @@ std::vector<Hit> KnowledgeBase::search(std::string_view question, std::size_t co
     question = firstCodePoints(question, kLongestQuestion);
     std::string content = contentOfQuestion(question);
     if (content.empty()) {
-        content = foldForSearch(question);  // "你好": all of it is what it is about.
+        content = foldForSearch(question);  // Nothing left, as of "你好": search for all of it.
     }
     const std::string expression = searchExpression(tokensOf(content));
     std::vector<Hit> hits;
@@ -260,7 +261,7 @@ std::vector<Hit> KnowledgeBase::search(std::string_view question, std::size_t co
         hit.score += covered * kKeywordWeight;
     }
     std::stable_sort(hits.begin(), hits.end(), [](const Hit& a, const Hit& b) { return a.score > b.score; });
-    // A greeting must not win over the question that follows it.
+    // A greeting must not outrank the question that follows it.
     const auto isDrafting = [](const Hit& hit) { return !hit.topic->isSmallTalk(); };
     if (std::any_of(hits.begin(), hits.end(),
                     [&](const Hit& hit) { return isDrafting(hit) && hit.fits(); })) {

@@ -6,7 +6,7 @@
 namespace zentri::service {
 
 void logLine(std::string_view text) {
-    // One call is one write of the unbuffered stream.
+    // std::cerr is unbuffered: a single insertion is a single write.
     std::cerr << "zentri-service: " + std::string(text) + '\n';
 }
 

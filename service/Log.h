@@ -4,7 +4,8 @@
 
 namespace zentri::service {
 
-/// One line on standard error, with the program's name; lines of several threads do not mix.
+/// Writes one line to standard error, prefixed with the program's name. May be called from any thread; lines
+/// do not interleave.
 void logLine(std::string_view text);
 
 }  // namespace zentri::service

@@ -30,10 +30,10 @@ constexpr int kServerError = 500;
 
 constexpr const char* kSuccess = "success";
 constexpr const char* kNoToken = "未登录：缺少访问令牌";
-/// One text for an unknown session and another user's: who asks learns nothing about other users.
+/// The same text for an unknown session and another user's, so that a reply does not reveal which ids exist.
 constexpr const char* kNoSession = "会话不存在";
 
-/// The envelope's members in the order that people read them.
+/// The envelope as JSON, with its members in reading order; invalid UTF-8 is replaced.
 std::string envelope(int code, const std::string& message, const json& data) {
     ordered_json object;
     object["code"] = code;
@@ -42,13 +42,14 @@ std::string envelope(int code, const std::string& message, const json& data) {
     return object.dump(-1, ' ', false, json::error_handler_t::replace);
 }
 
-/// The reply of a session call.
+/// The envelope of a session call's reply.
 struct Reply {
     int code = kOk;
     std::string message = kSuccess;
     json data;
 };
 
+/// Sends a session call's reply after applying the envelope faults.
 void send(httplib::Response& response, Reply reply, const RequestFaults& faults) {
     if (const auto code = faults.number(FaultKind::Code)) {
         reply.code = static_cast<int>(*code);
@@ -66,7 +67,7 @@ void send(httplib::Response& response, Reply reply, const RequestFaults& faults)
     response.set_content(body, kJson);
 }
 
-/// A call that is refused with an HTTP status, with an envelope that says why.
+/// Rejects a request with an HTTP error status and an envelope that gives the reason.
 void refuse(httplib::Response& response, int status, const std::string& message) {
     response.status = status;
     response.set_content(envelope(status, message, nullptr), kJson);
@@ -93,14 +94,15 @@ std::string requiredText(const json& body, const char* member) {
     return found->get<std::string>();
 }
 
-/// What a chat request holds.
+/// The content of a chat request.
 struct ChatRequest {
     std::string question;
     std::string model;
     std::string sessionId;
 };
 
-/// Throws std::invalid_argument with a text for the client.
+/// Parses and validates a chat request; the question's line ends become LF. Throws std::invalid_argument with
+/// a message for the client.
 ChatRequest chatRequestOf(const std::string& text) {
     const json body = json::parse(text, nullptr, false);
     if (!body.is_object()) {
@@ -129,7 +131,7 @@ void Routes::addTo(httplib::Server& server) {
     server.Post("/zr/ai/caddraw/chat", [this](const Request& q, Response& r) { chat(q, r); });
     server.Post("/zr/ai/session/create", [this](const Request& q, Response& r) { createSession(q, r); });
     server.Post("/zr/ai/session/user", [this](const Request& q, Response& r) { listSessions(q, r); });
-    // The bound keeps the recursion of std::regex small.
+    // The length limit bounds the recursion depth of std::regex.
     server.Post("/zr/ai/chat/user/session/([^/]{0,200})",
                 [this](const Request& q, Response& r) { readSession(q, r); });
     if (m_parts.allowFaults) {
@@ -182,7 +184,7 @@ bool Routes::begin(const RequestFaults& faults, httplib::Response& response) {
 }
 
 std::optional<std::int64_t> Routes::userOf(const httplib::Request& request) {
-    // The token comes as it is, with no scheme word before it.
+    // The header is the bare token, without a scheme such as "Bearer".
     const std::string token = request.get_header_value("Authorization");
     if (token.empty()) {
         return std::nullopt;
@@ -281,8 +283,7 @@ void Routes::chat(const httplib::Request& request, httplib::Response& response) 
             if (proper) {
                 sink.done();
             }
-            // False closes the connection without the end mark, so that the client sees that something is
-            // missing.
+            // False closes the connection without the terminating chunk: the client detects the truncation.
             return proper;
         });
 }
@@ -294,7 +295,7 @@ bool Routes::stream(httplib::DataSink& sink, const Conversation& conversation, c
         [&sink] { return sink.is_writable(); }};
     ChatStream chat(connection, m_parts.stop, faults);
     const auto store = [&] {
-        // An answer that was cut is kept as far as it got, as the client keeps it too.
+        // A truncated answer is stored as far as it was sent, because the client keeps that part too.
         if (!chat.delivered().empty()) {
             m_parts.database.addMessage(sessionId, {Role::Assistant, chat.delivered(), nowMs()});
         }
@@ -306,6 +307,7 @@ bool Routes::stream(httplib::DataSink& sink, const Conversation& conversation, c
         throw;
     }
     if (faults.has(FaultKind::NeverEnding)) {
+        // finish() repeats the answer; only the original goes into the history.
         store();
         return chat.finish() == ChatStream::End::Proper;
     }

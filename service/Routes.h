@@ -18,12 +18,13 @@ struct Response;
 
 namespace zentri::service {
 
-/// The service's HTTP calls. Session calls always answer with HTTP 200 and say in their envelope
-/// {"code","msg","data"} whether they worked; the chat call refuses with an HTTP error status, so that a
-/// client that waits for a stream sees at once that none will come.
+/// The handlers of the service's HTTP calls, which run concurrently on the server's worker threads. Session
+/// calls always reply with HTTP 200 and report success or failure in the envelope {"code","msg","data"}; the
+/// chat call reports failure as an HTTP error status, so that a client that expects a stream sees at once
+/// that there is none.
 class Routes {
 public:
-    /// What the calls work with; all of it must outlive the server.
+    /// The handlers' dependencies and settings; all of them must outlive the server.
     struct Parts {
         Database& database;
         Answerer& answerer;
@@ -35,6 +36,7 @@ public:
 
     explicit Routes(const Parts& parts) : m_parts(parts) {}
 
+    /// Registers the handlers; this object must outlive the server.
     void addTo(httplib::Server& server);
 
 private:
@@ -45,12 +47,14 @@ private:
     void readSession(const httplib::Request& request, httplib::Response& response);
     void addFaults(const httplib::Request& request, httplib::Response& response);
 
-    /// Waits or fails as the faults say; false when the response stands already.
+    /// Applies the faults that precede the reply; false when the response is already complete.
     bool begin(const RequestFaults& faults, httplib::Response& response);
+    /// The user of the request's token; nullopt when it has none.
     std::optional<std::int64_t> userOf(const httplib::Request& request);
-    /// Runs one chat reply over the connection; returns whether the reply ended properly.
+    /// Streams one answer and stores what was sent; returns whether the reply ended properly.
     bool stream(httplib::DataSink& sink, const Conversation& conversation, const std::string& sessionId,
                 const RequestFaults& faults);
+    /// Logs a request's outcome with --verbose; tokens are never logged.
     void log(const httplib::Request& request, const std::string& outcome);
 
     const Parts m_parts;

@@ -11,7 +11,7 @@ namespace zentri::service {
 
 namespace {
 
-/// Longer phrases stand before their parts.
+/// Phrases without content. The first match counts, so a longer phrase precedes its own prefixes.
 constexpr std::array<std::string_view, 83> kEmptyPhrases{
     "为什么", "怎么样",   "怎么办", "怎么回事", "怎么",   "如何",   "怎样",   "请问", "请教", "什么",
     "能不能", "可不可以", "可以",   "是不是",   "有没有", "有什么", "一下子", "一下", "我想", "我要",
@@ -117,8 +117,7 @@ std::string contentOfQuestion(std::string_view question) {
             content += word + ' ';
         }
     }
-    // One blank at most between two words, so that a phrase is found although a little word was taken out of
-    // it.
+    // Collapse runs of spaces, so that a multi-word keyword still matches after a word inside it was removed.
     content.erase(
         std::unique(content.begin(), content.end(), [](char a, char b) { return a == ' ' && b == ' '; }),
         content.end());

@@ -16,9 +16,10 @@ using nlohmann::json;
 
 constexpr const char* kDemo = "demo";
 constexpr const char* kConversationsFile = "conversations.txt";
-/// Times up to here are seconds, as in the replies that clients read.
+/// A createTime up to this value is in seconds, a greater one in milliseconds.
 constexpr std::int64_t kLargestSeconds = 1'000'000'000'000;
 constexpr std::int64_t kMsPerSecond = 1000;
+/// Gap between messages without a createTime.
 constexpr std::int64_t kUntimedStepMs = 20 * kMsPerSecond;
 
 Message messageFromJson(const json& object, std::int64_t fallbackMs) {
@@ -28,7 +29,7 @@ Message messageFromJson(const json& object, std::int64_t fallbackMs) {
     const json role = object.value("role", json());
     const json text = object.value("message", json());
     if (!text.is_string() || (role != "user" && role != "assistant")) {
-        throw SeedError("a message needs a role ('user' or 'assistant') and a message text");
+        throw SeedError("a message needs a 'role' ('user' or 'assistant') and a 'message' string");
     }
     Message message;
     message.role = role == "user" ? Role::User : Role::Assistant;
@@ -36,7 +37,7 @@ Message messageFromJson(const json& object, std::int64_t fallbackMs) {
     message.timeMs = fallbackMs;
     if (const auto time = object.find("createTime"); time != object.end()) {
         if (!time->is_number_integer()) {
-            throw SeedError("a createTime is not a whole number");
+            throw SeedError("a createTime is not an integer");
         }
         message.timeMs = time->get<std::int64_t>();
         if (message.timeMs <= kLargestSeconds) {
@@ -93,10 +94,10 @@ std::vector<ScriptedConversation> parseConversations(std::string_view text, cons
 std::vector<SeededSession> parseSeedFile(std::string_view text, std::string_view token, std::int64_t nowMs) {
     const json root = json::parse(text, nullptr, false);
     if (root.is_discarded()) {
-        throw SeedError("it is not JSON");
+        throw SeedError("it is not valid JSON");
     }
     if (!root.is_object() || !root.contains("sessions") || !root["sessions"].is_array()) {
-        throw SeedError("it has no list of 'sessions'");
+        throw SeedError("it has no array 'sessions'");
     }
     const std::string key = sha256Hex(text);
     std::vector<SeededSession> sessions;
@@ -109,7 +110,7 @@ std::vector<SeededSession> parseSeedFile(std::string_view text, std::string_view
         session.id = stableSessionId(key, token, sessions.size());
         if (const auto title = object.find("title"); title != object.end()) {
             if (!title->is_string()) {
-                throw SeedError("a title is not a text");
+                throw SeedError("a title is not a string");
             }
             session.title = title->get<std::string>();
         }

@@ -18,11 +18,12 @@ namespace zentri::service {
 
 namespace {
 
+/// Limit for a request body, in bytes.
 constexpr std::size_t kLargestRequest = 1U << 20U;
 constexpr int kBacklog = 128;
-/// A history is read with one request per session over one connection.
+/// Clients load a history with one request per session over a single connection.
 constexpr std::size_t kRequestsPerConnection = 100000;
-/// An idle connection holds a thread, and is also what a stop waits for longest.
+/// Keep-alive timeout. An idle connection occupies a worker thread, and stop() waits for it.
 constexpr int kIdleSeconds = 1;
 constexpr int kReadSeconds = 10;
 constexpr int kWriteSeconds = 10;
@@ -30,7 +31,7 @@ constexpr std::chrono::milliseconds kStartPoll{1};
 
 class HttpServer : public httplib::Server {
 public:
-    /// The library listens with a queue of five, which several clients that start at once overflow.
+    /// The library listens with a backlog of five, which overflows when several clients connect at once.
     void widenBacklog() { ::listen(svr_sock_, kBacklog); }
 };
 
@@ -101,7 +102,7 @@ void Service::start() {
     server.set_read_timeout(kReadSeconds);
     server.set_write_timeout(kWriteSeconds);
     server.set_payload_max_length(kLargestRequest);
-    // The library's own choice lets a second server share a busy port; we want to be told instead.
+    // The library's default, SO_REUSEPORT, lets a second server share a busy port; binding must fail instead.
     server.set_socket_options([](socket_t socket) {
         const int yes = 1;
         setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
@@ -124,7 +125,7 @@ void Service::start() {
     }
     server.widenBacklog();
     m_parts->listener = std::thread([&server] { server.listen_after_bind(); });
-    // A stop before the accepting loop runs would be lost.
+    // Server::stop() has no effect before the accept loop runs.
     while (!server.is_running()) {
         std::this_thread::sleep_for(kStartPoll);
     }

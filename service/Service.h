@@ -8,36 +8,39 @@
 
 namespace zentri::service {
 
-/// A service that cannot start; the text is one line for the user.
+/// The service cannot start; what() is one line for the user.
 class StartError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
 
-/// The whole service, as the program and tests run it. Construct, start, stop; each once, from one thread.
+/// The complete service, as run by the program and the tests. Construct, start() and stop() it once each, all
+/// from one thread.
 class Service {
 public:
-    /// Opens the database, reads the topics and fills the seed history. Throws StartError.
+    /// Opens the database, loads the topics and seeds the history. Throws StartError.
     explicit Service(const Options& options);
+    /// Stops the service if it is running.
     ~Service();
     Service(const Service&) = delete;
     Service& operator=(const Service&) = delete;
 
-    /// Binds the address and serves on threads of its own; requests are accepted when this returns. Throws
+    /// Binds the address and starts the server's threads; requests are accepted once it returns. Throws
     /// StartError.
     void start();
 
-    /// Cuts the running streams, lets the other requests finish and joins every thread.
+    /// Cuts the running streams, lets the other requests finish and joins all threads.
     void stop();
 
-    /// False before start, after stop, and when the listening socket broke.
+    /// False before start(), after stop() and when the listening socket has failed.
     bool isRunning() const;
 
+    /// The bound port, also for a requested port of 0; valid after start().
     int port() const;
-    /// "http://127.0.0.1:8090", with the real port.
+    /// The base URL with the bound port, such as "http://127.0.0.1:8090"; valid after start().
     std::string url() const;
 
-    /// The built-in answer to one question.
+    /// The built-in answer to one question; does not need start().
     std::string answerTo(const std::string& question) const;
 
 private:

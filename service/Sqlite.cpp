@@ -34,7 +34,7 @@ SqliteStatement::Run::~Run() {
 
 SqliteStatement::Run& SqliteStatement::Run::bind(std::string_view text) {
     sqlite3_stmt* statement = m_statement.m_statement.get();
-    // An empty view may have no address, and SQLite would take that for NULL.
+    // The data() of an empty view may be null, which SQLite would bind as NULL.
     const char* bytes = text.empty() ? "" : text.data();
     if (sqlite3_bind_text64(statement, ++m_bound, bytes, text.size(), SQLITE_TRANSIENT, SQLITE_UTF8) !=
         SQLITE_OK) {
@@ -110,7 +110,7 @@ bool SqliteDatabase::isReadOnly() const {
 }
 
 SqliteTransaction::SqliteTransaction(SqliteDatabase& database) : m_database(database) {
-    // Taking the write lock at once avoids the upgrade of a read lock, which SQLite refuses without waiting.
+    // Acquire the write lock up front: upgrading a read transaction can fail with SQLITE_BUSY at once.
     m_database.execute("BEGIN IMMEDIATE");
 }
 
@@ -121,7 +121,7 @@ SqliteTransaction::~SqliteTransaction() {
     try {
         m_database.execute("ROLLBACK");
     } catch (const SqliteError&) {
-        // SQLite has rolled back by itself after some errors; there is nothing left to undo then.
+        // After some errors SQLite has already rolled back, and ROLLBACK fails for want of a transaction.
     }
 }
 

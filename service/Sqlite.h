@@ -11,17 +11,17 @@ struct sqlite3_stmt;
 
 namespace zentri::service {
 
-/// A call of SQLite that failed; the text is SQLite's own.
+/// A failed SQLite call; what() is SQLite's error message.
 class SqliteError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
 
-/// One prepared statement, kept and used again. Not for use from two threads at once.
+/// A prepared statement for repeated use. Not thread-safe. Methods that fail throw SqliteError.
 class SqliteStatement {
 public:
-    /// One execution: parameters are bound in order, rows are read, and leaving the scope resets the
-    /// statement.
+    /// One execution: binds the parameters in order, reads the rows, and resets the statement when it goes
+    /// out of scope. A statement has at most one Run at a time and must outlive it.
     class Run {
     public:
         explicit Run(SqliteStatement& statement) : m_statement(statement) {}
@@ -29,10 +29,12 @@ public:
         Run(const Run&) = delete;
         Run& operator=(const Run&) = delete;
 
+        /// Bind the next parameter; text is UTF-8 and is copied.
         Run& bind(std::string_view text);
         Run& bind(std::int64_t value);
-        /// Moves to the next row; false after the last one.
+        /// Advances to the next row; false after the last one.
         bool step();
+        /// Columns of the current row, counted from 0; NULL reads as an empty text or 0.
         std::string text(int column) const;
         std::int64_t integer(int column) const;
         double real(int column) const;
@@ -51,15 +53,17 @@ private:
     std::unique_ptr<sqlite3_stmt, Finalize> m_statement;
 };
 
-/// An open database file. Closing happens in the destructor, after every statement of it is gone.
+/// A database connection. The destructor closes it; SQLite defers that until its last statement is finalised.
 class SqliteDatabase {
 public:
-    /// Opens or creates the file; ":memory:" makes one that lives as long as the object. A lock held by
-    /// another process is waited for. Throws SqliteError.
+    /// Opens or creates the file; ":memory:" opens an in-memory database that lives as long as the
+    /// connection. Statements wait up to five seconds for another connection's lock. Throws SqliteError.
     explicit SqliteDatabase(const std::string& path);
 
+    /// Runs one or more SQL statements without parameters. Throws SqliteError.
     void execute(const std::string& sql);
     SqliteStatement prepare(std::string_view sql) { return {m_database.get(), sql}; }
+    /// The rowid of the last successful INSERT on this connection.
     std::int64_t lastInsertedRow() const;
     bool isReadOnly() const;
 
@@ -70,7 +74,8 @@ private:
     std::unique_ptr<sqlite3, Close> m_database;
 };
 
-/// Commits on commit(), rolls back when the scope is left without it.
+/// A write transaction: rolled back at the end of the scope unless it was committed. The constructor and
+/// commit() throw SqliteError.
 class SqliteTransaction {
 public:
     explicit SqliteTransaction(SqliteDatabase& database);

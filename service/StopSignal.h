@@ -6,7 +6,7 @@
 
 namespace zentri::service {
 
-/// Tells every thread that the service is ending. Once set it stays set.
+/// Notifies all threads that the service is stopping. Thread-safe; it cannot be reset.
 class StopSignal {
 public:
     void stop() {
@@ -22,7 +22,7 @@ public:
         return m_stopped;
     }
 
-    /// Sleeps, but wakes at once when the service ends; returns whether it does.
+    /// Sleeps for `time`, or until the service stops; returns whether it is stopping.
     bool waitFor(std::chrono::milliseconds time) {
         std::unique_lock lock(m_mutex);
         return m_changed.wait_for(lock, time, [this] { return m_stopped; });

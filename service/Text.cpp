@@ -12,8 +12,7 @@ constexpr char32_t kFullWidthLast = 0xFF5E;
 constexpr char32_t kFullWidthOffset = 0xFEE0;
 constexpr char32_t kIdeographicSpace = 0x3000;
 
-/// Length of the valid sequence at `at` and its code point; length 0 when the bytes there are not valid
-/// UTF-8.
+/// Length in bytes of the sequence at `at`, and its code point; 0 when the bytes there are not valid UTF-8.
 std::size_t decodeAt(std::string_view utf8, std::size_t at, char32_t& codePoint) {
     const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(utf8[i]); };
     const unsigned char lead = byte(at);

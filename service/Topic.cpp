@@ -8,7 +8,7 @@ namespace zentri::service {
 
 namespace {
 
-/// The text after "prefix" when the line begins with it.
+/// Sets `rest` to the text after the prefix when the line begins with it.
 bool takePrefix(std::string_view line, std::string_view prefix, std::string_view& rest) {
     if (line.substr(0, prefix.size()) != prefix) {
         return false;
@@ -17,7 +17,7 @@ bool takePrefix(std::string_view line, std::string_view prefix, std::string_view
     return true;
 }
 
-/// The text of a numbered line ("3. text").
+/// Sets `rest` to the text of a numbered line ("3. text").
 bool takeStep(std::string_view line, std::string_view& rest) {
     const std::size_t dot = line.find_first_not_of("0123456789");
     if (dot == 0 || dot == std::string_view::npos || line.substr(dot, 2) != ". ") {

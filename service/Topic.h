@@ -7,29 +7,29 @@
 
 namespace zentri::service {
 
-/// One thing a drafter may ask about, as the knowledge files hold it.
+/// One topic of the knowledge base, as read from a *.topics file.
 struct Topic {
-    std::string area;                    ///< Chapter, as a heading for people: 绘图, 图层 …
-    std::string title;                   ///< A phrase that goes after 怎么: 画圆
-    std::string english;                 ///< The gist in English, for questions in English.
-    std::vector<std::string> questions;  ///< How people ask, in Chinese and English.
-    std::vector<std::string> keywords;   ///< Words that point here, in Chinese and English.
-    std::vector<std::string> commands;   ///< Command names without brackets.
+    std::string area;                    ///< Chapter heading: 绘图, 图层 …
+    std::string title;                   ///< A phrase that can follow 怎么: 画圆
+    std::string english;                 ///< Summary in English, for questions in English.
+    std::vector<std::string> questions;  ///< Typical questions, in Chinese and English.
+    std::vector<std::string> keywords;   ///< Search keywords, in Chinese and English.
+    std::vector<std::string> commands;   ///< Command names without brackets, the main one first.
     std::string introduction;
     std::vector<std::string> steps;
     std::vector<std::string> tips;
 
-    /// Greetings and the like: found by keywords only when nothing else fits.
+    /// True for greetings and the like, which answer only when no drafting topic fits.
     bool isSmallTalk() const { return steps.empty(); }
 };
 
-/// A knowledge file that cannot be read; the text names file and line.
+/// Unusable topics; what() is one line for the user, with the file and line of a syntax error.
 class TopicError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
 
-/// Reads one knowledge file:
+/// Parses one knowledge file:
 ///
 ///     area: 绘图
 ///     # 画圆
@@ -41,7 +41,8 @@ public:
 ///     1. a step
 ///     - a tip
 ///
-/// `name` is the file's name for messages. Throws TopicError.
+/// An area applies to all topics that follow it. `name` is the file name for error messages. Throws
+/// TopicError.
 std::vector<Topic> parseTopics(std::string_view text, const std::string& name);
 
 }  // namespace zentri::service

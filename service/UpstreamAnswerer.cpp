@@ -20,10 +20,10 @@ namespace {
 constexpr std::string_view kCompletions = "/chat/completions";
 constexpr std::chrono::seconds kLongestConnect{10};
 constexpr std::chrono::milliseconds kLookForClient{100};
-/// A reply that is not a stream of events (an error page, a complete answer) is kept up to here.
+/// Limit in bytes for a reply that is not an event stream (an error page, a complete answer).
 constexpr std::size_t kLargestPlainBody = 4U << 20U;
 constexpr std::size_t kLongestErrorText = 300;
-/// Earlier messages that go along, so that a long session does not outgrow the model's window.
+/// Number of latest messages to send, so that a long session does not exceed the model's context window.
 constexpr std::size_t kMostMessages = 40;
 constexpr int kHttpOk = 200;
 
@@ -31,11 +31,12 @@ constexpr const char* kInstructions =
     "你是 CAD 软件里的制图助手。用提问所用的语言，简洁、分步骤地回答制图问题，用纯文本，不用 Markdown。"
     "提到可以直接执行的命令时，把英文命令名写在【】里，例如【CIRCLE】，括号里只写命令名。";
 
-/// The exchange with the server runs on a thread of its own, so that a client that leaves, or the end of the
-/// service, is noticed while the server is silent. This is what the two threads share.
+/// State shared between the thread that serves the client and the one that runs the upstream request. The
+/// request has a thread of its own so that a disconnected client and a stopping service are noticed while the
+/// server is silent.
 class Exchange {
 public:
-    /// Server side. False: stop reading.
+    /// Request thread: adds a piece of the answer. False: stop reading.
     bool push(std::string_view text) {
         const std::lock_guard lock(m_mutex);
         m_text += text;
@@ -48,6 +49,7 @@ public:
         return m_aborted;
     }
 
+    /// Request thread: the request has ended, with an error message or an empty string.
     void end(std::string error) {
         const std::lock_guard lock(m_mutex);
         m_error = std::move(error);
@@ -55,7 +57,7 @@ public:
         m_changed.notify_all();
     }
 
-    /// Client side: what has come since the last call, after waiting a little for it.
+    /// Client thread: returns what has arrived since the last call, after waiting briefly for it.
     std::string take(bool& ended) {
         std::unique_lock lock(m_mutex);
         m_changed.wait_for(lock, kLookForClient, [this] { return m_ended || !m_text.empty(); });
@@ -63,11 +65,13 @@ public:
         return std::exchange(m_text, {});
     }
 
+    /// Client thread: asks the request to stop reading.
     void abort() {
         const std::lock_guard lock(m_mutex);
         m_aborted = true;
     }
 
+    /// Client thread: the error message; to be read only after the request thread has been joined.
     const std::string& error() const { return m_error; }
 
 private:
@@ -85,7 +89,7 @@ std::string shortened(const std::string& text) {
     return std::string(cut) + (cut.size() < line.size() ? "…" : "");
 }
 
-/// Text of a foreign server as something that may go into JSON and the database.
+/// Replaces invalid UTF-8 in the server's text, so that it can be put into JSON and the database.
 std::string asUtf8(const std::string& bytes) {
     std::string text;
     for (std::size_t at = 0; at < bytes.size();) {
@@ -136,7 +140,7 @@ std::string explainTransport(httplib::Error error) {
     }
 }
 
-/// One request, on the exchange's own thread. Returns what went wrong, or nothing.
+/// One upstream request. run() blocks until it has ended and returns an error message, empty on success.
 class UpstreamRequest {
 public:
     UpstreamRequest(httplib::Client& client, Exchange& exchange)
@@ -157,7 +161,7 @@ public:
             } else if (m_body.size() + length <= kLargestPlainBody) {
                 m_body.append(data, length);
             }
-            // After an error in the stream nothing sensible follows.
+            // Nothing usable follows an error in the stream.
             return m_error.empty() && !m_exchange.aborted();
         };
         const httplib::Result result = m_client.send(request);
@@ -184,7 +188,7 @@ public:
 
 private:
     void onEvent(const std::string& data) {
-        // Some servers send figures after the end; a second end or text after it would only confuse.
+        // Ignore what follows the end of the answer: some servers send usage statistics there.
         if (m_finished || !m_error.empty()) {
             return;
         }
@@ -233,14 +237,14 @@ UpstreamSettings upstreamFromUrl(const std::string& url) {
     const std::size_t scheme = url.find("://");
     const std::string name = url.substr(0, scheme == std::string::npos ? 0 : scheme);
     if (name != "http" && name != "https") {
-        throw std::invalid_argument("the upstream address must begin with http:// or https://, not '" + url +
+        throw std::invalid_argument("the upstream URL must begin with http:// or https://, not '" + url +
                                     "'");
     }
     const std::size_t hostAt = scheme + 3;
     const std::size_t pathAt = std::min(url.find('/', hostAt), url.size());
     const std::string host = url.substr(hostAt, pathAt - hostAt);
     if (host.empty() || host.find_first_of("@?# ") != std::string::npos) {
-        throw std::invalid_argument("no usable host in the upstream address '" + url + "'");
+        throw std::invalid_argument("no valid host in the upstream URL '" + url + "'");
     }
     UpstreamSettings settings;
     settings.origin = url.substr(0, pathAt);
@@ -317,7 +321,7 @@ void UpstreamAnswerer::answer(const Conversation& conversation, AnswerSink& sink
         }
         any = any || !text.empty();
         if (!listening && !ended) {
-            // The request may be anywhere between its start and its end, so it is stopped until it has ended.
+            // Repeated until the request ends, because stop() has no effect before the connection is open.
             exchange.abort();
             client.stop();
         }

@@ -7,23 +7,23 @@
 
 namespace zentri::service {
 
-/// Where and how a chat-completions server is asked.
+/// Address and parameters of a chat-completions server.
 struct UpstreamSettings {
     std::string origin;                ///< "https://host:port"
     std::string path;                  ///< "/v1/chat/completions"
-    std::string model;                 ///< Empty: the model the client asks for.
+    std::string model;                 ///< Empty: the model the client names.
     std::string key;                   ///< Sent as a bearer token when not empty.
-    std::string caFile;                ///< Extra certificates to trust; empty: the system's.
-    std::chrono::seconds timeout{60};  ///< Longest silence.
+    std::string caFile;                ///< CA certificates to trust (PEM); empty: the system's.
+    std::chrono::seconds timeout{60};  ///< Longest time without data.
 };
 
-/// Splits the server's base address and completes its path: ".../v1" gets "/chat/completions", a bare host
-/// gets
-/// "/v1/chat/completions". Throws std::invalid_argument with a text for the user.
+/// Splits the server's base URL and completes its path: "/v1" becomes "/v1/chat/completions", as does an
+/// empty path. Throws std::invalid_argument with a message for the user.
 UpstreamSettings upstreamFromUrl(const std::string& url);
 
-/// Has another server answer (any that speaks the OpenAI-compatible chat-completions call) and passes its
-/// words on as they come. What goes wrong there is told to the client as the answer.
+/// Forwards questions to an OpenAI-compatible chat-completions server and passes its answer on as it arrives.
+/// Failures of that server are reported to the user in the answer text. Each answer() uses a connection and a
+/// thread of its own.
 class UpstreamAnswerer : public Answerer {
 public:
     explicit UpstreamAnswerer(UpstreamSettings settings) : m_settings(std::move(settings)) {}

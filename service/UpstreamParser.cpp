@@ -16,7 +16,7 @@ std::string stringAt(const json& object, const char* key) {
     return found != object.end() && found->is_string() ? found->get<std::string>() : std::string();
 }
 
-/// "error" is an object with a message with most servers, a bare text with some.
+/// "error" is an object with a message on most servers, a plain string on some.
 std::string errorText(const json& object) {
     const auto error = object.find("error");
     if (error == object.end() || error->is_null()) {
@@ -42,7 +42,7 @@ UpstreamDelta parseReply(const std::string& text, const char* member) {
         delta.valid = !delta.error.empty();
         return delta;
     }
-    // A last event may carry nothing but usage figures: no choices is no fault.
+    // The last event may carry only usage statistics, so empty choices are not an error.
     if (choices->empty() || !choices->front().is_object()) {
         return delta;
     }
@@ -89,7 +89,7 @@ void SseParser::endLine() {
         dispatch();
     } else {
         const std::size_t colon = line.find(':');
-        // A comment begins with the colon; fields other than data do not matter here.
+        // A comment begins with the colon, so its field name is empty; fields other than data are ignored.
         if (line.substr(0, colon) == "data") {
             std::string_view value =
                 colon == std::string_view::npos ? std::string_view() : line.substr(colon + 1);

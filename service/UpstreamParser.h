@@ -6,17 +6,17 @@
 
 namespace zentri::service {
 
-/// Takes a server-sent-event stream apart as the standard says: line ends CR, LF or CR LF, comments, several
-/// data lines per event, a byte-order mark, chunks cut anywhere.
+/// Parses a stream of server-sent events as the standard defines it: line ends CR, LF or CR LF, comments,
+/// several data lines per event, a byte-order mark, chunk boundaries anywhere.
 class SseParser {
 public:
-    /// Called with the data of each event that has any.
+    /// Called from feed() and finish() with the data of each event that has any.
     using Event = std::function<void(const std::string& data)>;
 
     explicit SseParser(Event event) : m_event(std::move(event)) {}
 
     void feed(std::string_view bytes);
-    /// The stream is over: an event without its closing empty line is still handed on.
+    /// Ends the stream. Unlike the standard, this still delivers an event without its terminating empty line.
     void finish();
 
 private:
@@ -31,17 +31,18 @@ private:
     bool m_firstLine = true;
 };
 
-/// What one event of a chat-completions stream says.
+/// The content of one event of a chat-completions stream.
 struct UpstreamDelta {
     std::string text;
-    std::string error;      ///< The server's own words when it reports an error.
+    std::string error;      ///< The server's message when it reports an error.
     bool finished = false;  ///< "[DONE]" or a finish reason.
     bool valid = true;      ///< False: not JSON, or JSON of another shape.
 };
 
+/// Parses the data of one event. Does not throw on malformed data.
 UpstreamDelta parseDelta(const std::string& data);
 
-/// A complete reply that came unstreamed although a stream was asked for; also the body of an error.
+/// Parses a complete reply, from a server that did not stream as requested, or the body of an error.
 UpstreamDelta parseCompletion(const std::string& body);
 
 }  // namespace zentri::service

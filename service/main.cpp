@@ -12,7 +12,7 @@ namespace {
 constexpr int kCannotStart = 2;
 constexpr long kLookNanoseconds = 200'000'000;
 
-/// Waits for SIGINT or SIGTERM, which every thread blocks; also ends when the listening socket breaks.
+/// Waits for SIGINT or SIGTERM, which all threads block. False when the listening socket failed instead.
 bool waitForSignal(const zentri::service::Service& service, const sigset_t& signals) {
     const timespec look{0, kLookNanoseconds};
     while (service.isRunning()) {
@@ -39,8 +39,8 @@ int run(int argc, char** argv) {
     sigemptyset(&signals);
     sigaddset(&signals, SIGINT);
     sigaddset(&signals, SIGTERM);
-    // Blocked before the first thread starts, so that all threads inherit it and only the wait below takes
-    // them.
+    // Block the signals before the first thread starts: all threads inherit the mask, and only sigtimedwait()
+    // receives them.
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     std::signal(SIGPIPE, SIG_IGN);
 
