@@ -22,20 +22,23 @@ constexpr std::array<KindRow, 15> kKinds{{
     {FaultKind::Status, "status", Value::Number, "reply with HTTP status N"},
     {FaultKind::SlowHeaders, "slow-headers", Value::Number, "wait N ms before the reply begins"},
     {FaultKind::CutAfter, "cut-after", Value::Number, "chat: cut the connection after N events"},
-    {FaultKind::CutInEvent, "cut-in-event", Value::Number, "chat: cut in the middle of the event after N"},
+    {FaultKind::CutInEvent, "cut-in-event", Value::Number,
+     "chat: cut the connection in the middle of the event after N"},
     {FaultKind::CutInChar, "cut-in-char", Value::Number,
-     "chat: cut inside a UTF-8 character, after N events"},
+     "chat: cut the connection inside a UTF-8 character, after N events"},
     {FaultKind::EndInEvent, "end-in-event", Value::Number,
-     "chat: end properly, but inside the event after N"},
-    {FaultKind::CrLf, "crlf", Value::None, "chat: events end with CR LF CR LF"},
-    {FaultKind::EmptyEvents, "empty-events", Value::Number, "chat: N empty events before the answer"},
-    {FaultKind::HugeEvent, "huge-event", Value::Number, "chat: the answer repeated to N bytes in one event"},
-    {FaultKind::NeverEnding, "never-ending", Value::None, "chat: repeat the answer until the client leaves"},
-    {FaultKind::InvalidUtf8, "invalid-utf8", Value::None, "chat: a first event that is not UTF-8"},
-    {FaultKind::BrokenJson, "broken-json", Value::None, "sessions: break the envelope off"},
-    {FaultKind::Code, "code", Value::Number, "sessions: the envelope's code"},
-    {FaultKind::Message, "msg", Value::Text, "sessions: the envelope's msg"},
-    {FaultKind::Data, "data", Value::Json, "sessions: JSON for the envelope's data"},
+     "chat: end the reply properly, but inside the event after N"},
+    {FaultKind::CrLf, "crlf", Value::None, "chat: end events with CR LF CR LF"},
+    {FaultKind::EmptyEvents, "empty-events", Value::Number, "chat: send N empty events before the answer"},
+    {FaultKind::HugeEvent, "huge-event", Value::Number,
+     "chat: send the answer, repeated to N bytes, as one event"},
+    {FaultKind::NeverEnding, "never-ending", Value::None,
+     "chat: repeat the answer until the client disconnects"},
+    {FaultKind::InvalidUtf8, "invalid-utf8", Value::None, "chat: send a first event that is not UTF-8"},
+    {FaultKind::BrokenJson, "broken-json", Value::None, "sessions: truncate the envelope"},
+    {FaultKind::Code, "code", Value::Number, "sessions: set the envelope's code"},
+    {FaultKind::Message, "msg", Value::Text, "sessions: set the envelope's msg"},
+    {FaultKind::Data, "data", Value::Json, "sessions: set the envelope's data"},
 }};
 
 struct CallRow {
@@ -120,7 +123,7 @@ Fault parseFault(std::string_view text) {
     }
     fault.call = callNamed(text.substr(0, colon));
     text.remove_prefix(colon + 1);
-    // Only the tail is looked at, so that a value may hold commas itself.
+    // Parse the options from the end, so that the value itself may contain commas.
     for (;;) {
         const std::size_t comma = text.rfind(',');
         if (comma == std::string_view::npos) {
@@ -147,7 +150,7 @@ Fault parseFault(std::string_view text) {
 
 Fault faultFromJson(const nlohmann::json& object) {
     if (!object.is_object()) {
-        throw std::invalid_argument("a fault is an object");
+        throw std::invalid_argument("a fault must be an object");
     }
     Fault fault;
     bool hasKind = false;
@@ -162,7 +165,7 @@ Fault faultFromJson(const nlohmann::json& object) {
         } else if ((key == "times" || key == "skip") && value.is_number_unsigned()) {
             (key == "times" ? fault.times : fault.skip) = value.get<int>();
         } else {
-            throw std::invalid_argument("bad member '" + key + "' in a fault");
+            throw std::invalid_argument("invalid member '" + key + "' in a fault");
         }
     }
     if (!hasKind) {

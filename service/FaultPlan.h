@@ -12,42 +12,59 @@ namespace zentri::service {
 /// The service's calls, as faults name them.
 enum class Call { Chat, Create, List, Read, Any };
 
-/// What can be made to go wrong, for testing clients.
+/// The faults that the service can inject, for testing clients. Each group names the code that implements it.
+///
+/// To add a kind:
+/// 1. Declare it here, with the meaning and unit of its value.
+/// 2. In FaultPlan.cpp, add a row to kKinds: name, type of the value, help text. --fault, /test/faults and
+///    --help all use that table; a kind without a row is undefined behaviour. Limits on the value go into
+///    check().
+/// 3. Implement the effect in the file and function named for the group.
+/// 4. Add it to the table in README.md and to the list of kinds in test_fault_plan.cpp, and test its effect
+///    in test_chat_stream.cpp or test_service_faults.cpp.
 enum class FaultKind {
-    Status,       ///< value: HTTP status of the reply
-    SlowHeaders,  ///< value: milliseconds before the reply begins
-    CutAfter,     ///< chat; value: events after which the connection is cut
-    CutInEvent,   ///< chat; value: whole events before the one that is cut in its middle
-    CutInChar,    ///< chat; value: whole events before the cut inside a multi-byte character
-    EndInEvent,   ///< chat; as CutInEvent, but the reply ends properly
-    CrLf,         ///< chat; events end with CR LF CR LF
-    EmptyEvents,  ///< chat; value: empty events before the answer
-    HugeEvent,    ///< chat; value: the answer, repeated to this many bytes, as one event
-    NeverEnding,  ///< chat; the answer again and again until the client leaves
-    InvalidUtf8,  ///< chat; an event of bytes that are no UTF-8 comes first
-    BrokenJson,   ///< sessions; the envelope breaks off in its middle
-    Code,         ///< sessions; value: the envelope's code
-    Message,      ///< sessions; value: the envelope's msg
-    Data,         ///< sessions; value: JSON that stands as the envelope's data
+    // All calls, before the reply: Routes::begin() in Routes.cpp.
+    Status,       ///< Value: HTTP status of the reply, 200 to 599.
+    SlowHeaders,  ///< Value: milliseconds before the reply begins.
+
+    // The chat call's event stream: ChatStream.cpp.
+    CutAfter,    ///< sendEvent(). Value: number of events after which the connection is closed.
+    CutInEvent,  ///< sendEvent(). Value: number of whole events before the one that is cut in the middle.
+    CutInChar,   ///< sendEvent(). Value: number of whole events before the cut inside a multi-byte character.
+    EndInEvent,  ///< sendEvent(). As CutInEvent, but the reply ends properly.
+    CrLf,        ///< sendText(). Events end with CR LF CR LF.
+    EmptyEvents,  ///< begin(). Value: number of empty events before the answer.
+    HugeEvent,    ///< sendHugeEvent(). Value: size in bytes to which the answer is repeated, as one event.
+    NeverEnding,  ///< repeatForEver(). The answer repeats until the client disconnects.
+    InvalidUtf8,  ///< begin(). The first event is not valid UTF-8.
+
+    // The session calls' envelope: send() in Routes.cpp.
+    BrokenJson,  ///< The envelope is truncated in the middle.
+    Code,        ///< Value: the envelope's code.
+    Message,     ///< Value: the envelope's msg.
+    Data,        ///< Value: JSON to use as the envelope's data.
 };
 
+/// One fault to inject.
 struct Fault {
     Call call = Call::Any;
     FaultKind kind = FaultKind::Status;
-    std::string value;
-    int times = 1;  ///< Requests it strikes; 0 means every one.
-    int skip = 0;   ///< Requests of its call that pass before the first.
+    std::string value;  ///< As given; its meaning depends on the kind.
+    int times = 1;      ///< Number of requests that it applies to; 0 for all.
+    int skip = 0;       ///< Number of requests to its call that it lets pass first.
 
-    /// The value as a number; 0 when it has none.
+    /// The value as a number; 0 when it is not one.
     long number() const;
 };
 
-/// Reads "CALL:KIND[=VALUE][,times=N][,skip=N]". Throws std::invalid_argument with a text for the user.
+/// Parses "CALL:KIND[=VALUE][,times=N][,skip=N]". Throws std::invalid_argument with a message for the user.
 Fault parseFault(std::string_view text);
 
-/// The same from an object with the members call, kind, value, times, skip. Throws std::invalid_argument.
+/// Reads a fault from an object with the members call, kind, value, times and skip, of which only kind is
+/// required. Throws std::invalid_argument with a message for the user.
 Fault faultFromJson(const nlohmann::json& object);
 
+/// The names used in the syntax above.
 std::string_view nameOf(Call call);
 std::string_view nameOf(FaultKind kind);
 
@@ -60,22 +77,25 @@ public:
     RequestFaults() = default;
     explicit RequestFaults(std::vector<Fault> faults) : m_faults(std::move(faults)) {}
 
+    /// The first fault of a kind, owned by this object; null when there is none.
     const Fault* find(FaultKind kind) const;
     bool has(FaultKind kind) const { return find(kind) != nullptr; }
-    /// The fault's number, or nothing when there is no such fault.
+    /// The number of the first fault of a kind; nullopt when there is none.
     std::optional<long> number(FaultKind kind) const;
 
 private:
     std::vector<Fault> m_faults;
 };
 
-/// The faults still to come. May be used from any thread.
+/// The pending faults. Thread-safe.
 class FaultPlan {
 public:
     void add(Fault fault);
     void clear();
-    /// Takes what applies to the next request of a call and counts it down.
+    /// Returns the faults that apply to the next request to a call, and counts them down. A fault is counted
+    /// even when its kind has no effect on that call.
     RequestFaults take(Call call);
+    /// The pending faults as an array of objects that faultFromJson() accepts.
     nlohmann::json toJson() const;
 
 private:

@@ -21,11 +21,10 @@ constexpr int kLongestTimeoutSeconds = 3600;
 constexpr const char* kKeyVariable = "ZENTRI_UPSTREAM_KEY";
 
 constexpr const char* kDescription =
-    "zentri-service: an AI service for drafting questions. It keeps users, sessions and messages in a "
-    "database and\n"
-    "streams answers over HTTP, from its own knowledge base or from another chat server.";
+    "zentri-service: an AI service for drafting questions. It stores users, sessions and messages in\n"
+    "SQLite and streams answers over HTTP, from its own knowledge base or an OpenAI-compatible server.";
 
-/// "host:port" or "[v6 address]:port".
+/// Parses "host:port" or "[IPv6 address]:port". Throws OptionsError.
 void readListenAddress(const std::string& text, Options& options) {
     const std::size_t colon = text.rfind(':');
     std::string host = text.substr(0, colon == std::string::npos ? 0 : colon);
@@ -44,19 +43,21 @@ void readListenAddress(const std::string& text, Options& options) {
     options.port = std::stoi(port);
 }
 
-/// An empty text is most often a variable of the shell's that is not set; SQLite, say, would take it for a
-/// database that is thrown away at the end.
+/// A CLI11 validator: returns an error message, empty when the value is valid. An empty value is usually an
+/// unset shell variable; SQLite, for one, would open a temporary database for an empty path.
 std::string notEmpty(const std::string& text) {
     return text.empty() ? "must not be empty" : "";
 }
 
 std::string footer() {
     return "Faults (--fault CALL:KIND[=VALUE][,times=N][,skip=N]; CALL is chat, create, list, read or any;\n"
-           "times=0 strikes every request; the value stands before times and skip):\n" +
+           "times=N: how many requests it applies to, 1 by default, 0 for all; skip=N: how many requests to\n"
+           "its call pass first; =VALUE precedes both):\n" +
            faultHelp() +
            "\nEnvironment:\n"
-           "  ZENTRI_UPSTREAM_KEY  access key for the --upstream server\n"
-           "\nExit code: 0 after a clean stop (SIGINT or SIGTERM), 2 when the service cannot start.\n";
+           "  ZENTRI_UPSTREAM_KEY  access key for the --upstream server, sent as a bearer token\n"
+           "\nExit code: 0 after a clean shutdown (SIGINT or SIGTERM), 2 when the service cannot start or\n"
+           "its listening socket fails.\n";
 }
 
 }  // namespace
@@ -69,49 +70,51 @@ std::optional<Options> parseOptions(int argc, const char* const* argv, std::ostr
     CLI::App app{kDescription, "zentri-service"};
     app.footer(footer());
     app.set_version_flag("--version", std::string("zentri-service ") + kVersion);
-    app.add_option("--listen", listen, "Address to listen on; port 0 takes a free one, which is printed")
+    app.add_option("--listen", listen, "Address to listen on; port 0 picks a free port, which is printed")
         ->type_name("HOST:PORT")
         ->capture_default_str();
-    app.add_option("--database", options.database, "Database file, made when missing")
+    app.add_option("--database", options.database, "SQLite database file, created if missing")
         ->type_name("FILE")
         ->check(notEmpty)
         ->capture_default_str();
     app.add_option("--knowledge", options.knowledgeDirectory,
-                   "Folder of *.topics files in place of the built-in ones")
+                   "Directory of *.topics files to use instead of the built-in topics")
         ->type_name("DIR")
         ->check(notEmpty);
     CLI::Option* upstream = app.add_option("--upstream", options.upstreamUrl,
-                                           "Have an OpenAI-compatible server answer (base URL)")
+                                           "Forward questions to an OpenAI-compatible server (base URL)")
                                 ->type_name("URL")
                                 ->check(notEmpty);
     app.add_option("--upstream-model", options.upstreamModel,
-                   "Model to ask for; else the one the client names")
+                   "Model to request; by default the one the client names")
         ->type_name("NAME")
         ->check(notEmpty)
         ->needs(upstream);
     app.add_option("--upstream-timeout", options.upstreamTimeoutSeconds,
-                   "Longest silence of that server, in seconds")
+                   "Upstream timeout: seconds without any data")
         ->type_name("N")
         ->check(CLI::Range(1, kLongestTimeoutSeconds))
         ->capture_default_str();
-    app.add_option("--upstream-ca", options.upstreamCaFile, "Certificates to trust for https (PEM)")
+    app.add_option("--upstream-ca", options.upstreamCaFile,
+                   "CA certificates to trust for https instead of the system's (PEM)")
         ->type_name("FILE")
         ->check(CLI::ExistingFile)
         ->needs(upstream);
     app.add_option("--seed", options.seed,
-                   "Fill a user's history once, from a JSON file or with the built-in 'demo'")
+                   "Seed a user's history once, from a JSON file or with the built-in 'demo'")
         ->type_name("FILE|demo")
         ->check(notEmpty);
-    app.add_option("--seed-token", options.seedToken, "Token of that user")
+    app.add_option("--seed-token", options.seedToken, "Token of the seeded user")
         ->type_name("TOKEN")
         ->check(notEmpty)
         ->capture_default_str();
     app.add_option("--seed-sessions", options.seedSessions,
-                   "Sessions that 'demo' makes, over two years up to now")
+                   "Sessions that 'demo' generates, over the past two years")
         ->type_name("N")
         ->check(CLI::Range(1, kMostSeedSessions))
         ->capture_default_str();
-    app.add_option("--delay", options.delayMs, "Milliseconds between the pieces of a built-in answer")
+    app.add_option("--delay", options.delayMs,
+                   "Pause between the pieces of a built-in answer, in milliseconds")
         ->type_name("MS")
         ->check(CLI::Range(0, kLongestDelayMs))
         ->capture_default_str();
@@ -119,19 +122,18 @@ std::optional<Options> parseOptions(int argc, const char* const* argv, std::ostr
         ->type_name("N")
         ->check(CLI::Range(1, kLargestPiece))
         ->capture_default_str();
-    app.add_option("--fault", faults,
-                   "Make something go wrong, for testing clients (may be repeated; see below)")
+    app.add_option("--fault", faults, "Inject a fault, for testing clients (repeatable; see below)")
         ->type_name("FAULT")
         ->allow_extra_args(false);
     app.add_flag("--allow-faults", options.allowFaults,
-                 "Take faults at run time: POST, GET, DELETE /test/faults");
-    app.add_option("--threads", options.threads, "Requests served at the same time")
+                 "Accept faults at run time: POST, GET, DELETE /test/faults");
+    app.add_option("--threads", options.threads, "Requests served concurrently")
         ->type_name("N")
         ->check(CLI::Range(1, kMostThreads))
         ->capture_default_str();
-    app.add_option("--ask", options.ask, "Print the built-in answer to a question and leave")
+    app.add_option("--ask", options.ask, "Print the built-in answer to a question and exit")
         ->type_name("QUESTION");
-    app.add_flag("--verbose", options.verbose, "A line on standard error for each request");
+    app.add_flag("--verbose", options.verbose, "Log each request to standard error");
 
     try {
         app.parse(argc, argv);
