@@ -102,7 +102,7 @@ Database::Database(const std::string& path) {
 Database::~Database() = default;
 
 void Database::prepareSchema() {
-    // The journal mode is the first thing to touch the file: a file that is no database fails here.
+    // Setting the journal mode is the first access to the file, so a file that is not a database fails here.
     m_database->execute("PRAGMA journal_mode = WAL; PRAGMA synchronous = NORMAL; PRAGMA foreign_keys = ON");
     if (m_database->isReadOnly()) {
         throw SqliteError("it is read-only");
@@ -121,7 +121,8 @@ void Database::prepareSchema() {
         tables = count.integer(0);
     }
     if (version > kSchemaVersion) {
-        throw SqliteError("it was made by a newer program (schema " + std::to_string(version) + ")");
+        throw SqliteError("it was created by a newer version of this program (schema " +
+                          std::to_string(version) + ")");
     }
     if (version == 0) {
         if (tables != 0) {
@@ -142,7 +143,8 @@ std::int64_t Database::userOfToken(std::string_view token) {
     if (const std::int64_t known = find()) {
         return known;
     }
-    // Another process on the same file may be quicker; the insert is then ignored and its row is found.
+    // Another process that shares the file may insert the user first; the insert is then ignored, and find()
+    // returns that row.
     SqliteStatement::Run(m_statements->addUser).bind(digest).step();
     return find();
 }

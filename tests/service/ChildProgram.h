@@ -13,14 +13,14 @@
 
 namespace zentri::service {
 
-/// The real program as a child process; ended hard when a test leaves it running.
+/// The real program as a child process, killed by the destructor if it is still running.
 class ChildProgram {
 public:
     explicit ChildProgram(const std::vector<std::string>& arguments) {
         std::array<int, 2> out{};
         std::array<int, 2> err{};
         if (pipe2(out.data(), O_CLOEXEC) != 0 || pipe2(err.data(), O_CLOEXEC) != 0) {
-            throw std::runtime_error("no pipe");
+            throw std::runtime_error("cannot create a pipe");
         }
         std::string program = ZENTRI_SERVICE_PROGRAM;
         std::vector<std::string> copies = arguments;
@@ -53,12 +53,13 @@ public:
     ChildProgram(const ChildProgram&) = delete;
     ChildProgram& operator=(const ChildProgram&) = delete;
 
-    /// The next line of its standard output, without the line end; what there is when the output ends.
+    /// The next line of its standard output, without the line end; at end of file, what is left.
     std::string readLine() { return readFrom(m_out, true); }
+    /// The rest of its standard output or error, up to end of file.
     std::string readOutput() { return readFrom(m_out, false); }
     std::string readErrors() { return readFrom(m_err, false); }
 
-    /// The port from the line that it prints when it listens; 0 when it prints something else.
+    /// The port from the line printed once it listens; 0 when it prints something else.
     int waitForPort() {
         const std::string line = readLine();
         const std::string start = "zentri-service listening on http://127.0.0.1:";
@@ -67,7 +68,7 @@ public:
 
     void send(int signal) const { kill(m_pid, signal); }
 
-    /// Its exit code; -1 when a signal ended it.
+    /// Waits for it to exit; returns the exit code, or -1 when a signal terminated it.
     int wait() {
         int status = 0;
         waitpid(m_pid, &status, 0);

@@ -13,10 +13,11 @@
 
 namespace zentri::service {
 
-/// A chat-completions server that sends what a test tells it to, over a real socket.
+/// A chat-completions server with scripted replies, over a real socket.
 class FakeUpstream {
 public:
-    /// Writes the reply's bytes; returns whether the reply is to end properly (else the connection is cut).
+    /// Writes the reply's bytes with `send`, which returns false once the client has disconnected. Returns
+    /// whether the reply ends properly; otherwise the connection is cut. Runs on a server thread.
     using Script = std::function<bool(const std::function<bool(const std::string&)>& send)>;
 
     explicit FakeUpstream(std::unique_ptr<httplib::Server> server = std::make_unique<httplib::Server>())
@@ -68,14 +69,14 @@ public:
         return m_requests;
     }
 
-    /// An event with a piece of the answer.
+    /// An event with a piece of the answer, and the event that ends a stream.
     static std::string delta(const std::string& text) {
         return "data: " +
                nlohmann::json{{"choices", {{{"index", 0}, {"delta", {{"content", text}}}}}}}.dump() + "\n\n";
     }
     static std::string done() { return "data: [DONE]\n\n"; }
 
-    // To be set before the first request.
+    // Set these before the first request. Without a script, or with another status, the reply is `body`.
     int status = 200;
     std::string type = "text/event-stream";
     std::string body;
@@ -89,7 +90,7 @@ private:
     std::thread m_thread;
 };
 
-/// A door that one thread opens for another.
+/// A one-shot event that one thread signals and another waits for.
 class Gate {
 public:
     void open() {
@@ -97,7 +98,7 @@ public:
         m_open = true;
         m_changed.notify_all();
     }
-    /// False when it stayed shut for a very long time.
+    /// False after a timeout of 30 seconds.
     bool wait() {
         std::unique_lock lock(m_mutex);
         return m_changed.wait_for(lock, std::chrono::seconds(30), [this] { return m_open; });

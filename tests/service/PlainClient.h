@@ -6,8 +6,8 @@
 
 namespace zentri::service {
 
-/// The receiving end of the stream as its client does it, step by step and no more: collect bytes, cut at
-/// each empty line, remove every "data:" from the event. Bytes after the last empty line are lost.
+/// The client's parser for the stream, in its plainest form: collects bytes, splits them at each empty line
+/// and removes every "data:" from an event. Bytes after the last empty line are never delivered.
 class PlainClient {
 public:
     void receive(std::string_view bytes) {

@@ -7,14 +7,14 @@
 
 namespace zentri::service {
 
-/// A service in the test's process, on a free port, with a database of its own.
+/// A service in the test's process, on a free port, with its own database.
 class RunningService {
 public:
     explicit RunningService(Options options = quick()) : m_service(completed(std::move(options))) {
         m_service.start();
     }
 
-    /// Answers without pauses, in large pieces.
+    /// Options for answers without pauses, in large pieces.
     static Options quick() {
         Options options;
         options.delayMs = 0;

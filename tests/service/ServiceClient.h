@@ -11,25 +11,25 @@
 
 namespace zentri::service {
 
-/// What came back from a chat call.
+/// The reply to a chat call.
 struct ChatReply {
     int status = 0;
-    bool complete = false;  ///< The reply ended as HTTP wants it.
+    bool complete = false;  ///< The reply ended properly, with its terminating chunk or full length.
     std::string type;
     std::string bytes;
     PlainClient stream;
 };
 
-/// A user of a running service, over real sockets.
+/// A client of a running service with one user's token, over real sockets.
 class ServiceClient {
 public:
     using Json = nlohmann::json;
-    /// Called after each chunk of a chat reply; false leaves at once.
+    /// Called after each chunk of a chat reply; returning false closes the connection.
     using Watch = std::function<bool(const ChatReply&)>;
 
     explicit ServiceClient(int port, std::string token = "anna") : m_port(port), m_token(std::move(token)) {}
 
-    /// A session call: its envelope. Fails the test unless the reply is HTTP 200 with JSON.
+    /// Makes a session call and returns its envelope. Fails the test unless the reply is HTTP 200 with JSON.
     Json call(const std::string& path) const {
         httplib::Client client("127.0.0.1", m_port);
         client.set_tcp_nodelay(true);
@@ -81,7 +81,7 @@ public:
         return reply;
     }
 
-    /// Waits until the session has as many messages; gives up (and fails) after a while.
+    /// Polls until the session has at least `count` messages; fails the test after 30 seconds.
     Json waitForMessages(const std::string& session, std::size_t count) const {
         const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(30);
         Json list;
@@ -92,7 +92,7 @@ public:
             }
             std::this_thread::yield();
         } while (std::chrono::steady_clock::now() < end);
-        ADD_FAILURE() << "only " << list.size() << " messages";
+        ADD_FAILURE() << "session has " << list.size() << " messages, expected " << count;
         return list;
     }
 

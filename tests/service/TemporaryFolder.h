@@ -8,13 +8,13 @@
 
 namespace zentri::service {
 
-/// A folder of its own for a test, removed with everything in it at the end.
+/// A temporary directory for one test, removed with its contents by the destructor.
 class TemporaryFolder {
 public:
     TemporaryFolder() {
         std::string pattern = (std::filesystem::temp_directory_path() / "zentri-service-XXXXXX").string();
         if (mkdtemp(pattern.data()) == nullptr) {
-            throw std::runtime_error("cannot make " + pattern);
+            throw std::runtime_error("cannot create " + pattern);
         }
         m_path = pattern;
     }
@@ -28,6 +28,7 @@ public:
     const std::string& path() const { return m_path; }
     std::string file(const std::string& name) const { return m_path + "/" + name; }
 
+    /// Writes a file and returns its path.
     std::string write(const std::string& name, const std::string& text) const {
         std::ofstream stream(file(name), std::ios::binary);
         stream << text;

@@ -26,7 +26,7 @@ bool contains(const std::string& text, const std::string& part) {
     return text.find(part) != std::string::npos;
 }
 
-/// Notes what it is given and leaves after a number of pieces.
+/// Records pieces and pauses, and disconnects after `leaveAfter` pieces.
 struct NotingSink : AnswerSink {
     bool write(std::string_view piece) override {
         pieces.emplace_back(piece);
@@ -51,49 +51,49 @@ TEST(BuiltInAnswerer, ExplainsTheStepsAndNamesTheCommand) {
     EXPECT_NE(answer.back(), '\n');
 }
 
-TEST(BuiltInAnswerer, GivesTheGistInEnglishToAnEnglishQuestion) {
+TEST(BuiltInAnswerer, AnswersAnEnglishQuestionWithTheEnglishSummaryFirst) {
     const std::string answer = answerTo({"how do I draw a rectangle?"});
     EXPECT_EQ(answer.rfind("【RECTANG】 draws", 0), 0U);
     EXPECT_TRUE(contains(answer, "矩形"));
 }
 
-TEST(BuiltInAnswerer, AFollowUpIsAnsweredInItsContext) {
+TEST(BuiltInAnswerer, FollowUpIsAnsweredInTheContextOfTheEarlierQuestion) {
     const std::string answer = answerTo({"怎么画圆", "那怎么删除?"});
     EXPECT_TRUE(contains(answer, "画圆"));
     EXPECT_TRUE(contains(answer, "【ERASE】"));
 }
 
-TEST(BuiltInAnswerer, AFollowUpWithoutContentGoesOnWithTheSameTopic) {
+TEST(BuiltInAnswerer, FollowUpWithoutContentContinuesTheSameTopic) {
     const std::string answer = answerTo({"怎么画圆", "谢谢", "还有呢？"});
     EXPECT_TRUE(contains(answer, "接着说“画圆”"));
     EXPECT_TRUE(contains(answer, "提示："));
     EXPECT_TRUE(contains(answerTo({"how do I draw a circle", "what else?"}), "More about"));
 }
 
-TEST(BuiltInAnswerer, AFollowUpWithNothingBeforeItIsAnOrdinaryQuestion) {
+TEST(BuiltInAnswerer, FollowUpWithoutAnEarlierTopicIsAnOrdinaryQuestion) {
     EXPECT_TRUE(contains(answerTo({"那怎么删除一条线?"}), "【ERASE】"));
     EXPECT_TRUE(contains(answerTo({"还有呢？"}), "抱歉"));
 }
 
-TEST(BuiltInAnswerer, ANewQuestionIsNotDrawnToTheOldOne) {
+TEST(BuiltInAnswerer, UnrelatedQuestionIgnoresTheEarlierTopic) {
     EXPECT_TRUE(contains(answerTo({"怎么画圆", "图纸怎么打印成PDF文件"}), "PDF"));
     EXPECT_FALSE(contains(answerTo({"怎么画圆", "图纸怎么打印成PDF文件"}), "【CIRCLE】"));
 }
 
-TEST(BuiltInAnswerer, SaysSoWhenNothingFitsAndOffersWhatItKnows) {
+TEST(BuiltInAnswerer, ReportsThatNoTopicFitsAndSuggestsKnownTopics) {
     const std::string answer = answerTo({"今天天气怎么样"});
     EXPECT_TRUE(contains(answer, "抱歉"));
     EXPECT_TRUE(contains(answer, "“画圆”"));
     EXPECT_TRUE(contains(answerTo({"what is the capital of France"}), "Sorry"));
 }
 
-TEST(BuiltInAnswerer, OffersNearTopicsWhenTheQuestionTouchesSome) {
+TEST(BuiltInAnswerer, SuggestsSimilarTopicsForAPartialMatch) {
     const std::string answer = answerTo({"公司去年的标注制度文件由哪个部门负责起草"});
     EXPECT_TRUE(contains(answer, "抱歉")) << answer;
     EXPECT_TRUE(contains(answer, "比较接近的话题有")) << answer;
 }
 
-TEST(BuiltInAnswerer, EveryOfferedStartIsATopicThatAnswers) {
+TEST(BuiltInAnswerer, EverySuggestedTopicHasAnAnswer) {
     const std::string answer = answerTo({"今天天气怎么样"});
     for (const char* title : {"画圆", "画直线", "删除对象", "新建图层", "标注线性尺寸"}) {
         EXPECT_TRUE(contains(answer, title));
@@ -101,14 +101,14 @@ TEST(BuiltInAnswerer, EveryOfferedStartIsATopicThatAnswers) {
     }
 }
 
-TEST(BuiltInAnswerer, AnswersGreetingsButNotInsteadOfAQuestion) {
+TEST(BuiltInAnswerer, AnswersAGreetingUnlessAQuestionFollows) {
     EXPECT_TRUE(contains(answerTo({"你好"}), "您好"));
     EXPECT_TRUE(contains(answerTo({"hello"}), "Hello"));
     EXPECT_TRUE(contains(answerTo({"你好，请问怎么画圆"}), "【CIRCLE】"));
     EXPECT_TRUE(contains(answerTo({"怎么画圆", "谢谢"}), "不客气"));
 }
 
-TEST(BuiltInAnswerer, WritesPiecesOfTheAskedSizeWithPausesBetween) {
+TEST(BuiltInAnswerer, WritesPiecesOfTheConfiguredSizeWithPausesBetween) {
     BuiltInAnswerer answerer(builtIn(), Pace{std::chrono::milliseconds(7), 5});
     NotingSink sink;
     answerer.answer({{{Role::User, "怎么画圆", 0}}, ""}, sink);
@@ -126,7 +126,7 @@ TEST(BuiltInAnswerer, WritesPiecesOfTheAskedSizeWithPausesBetween) {
     EXPECT_EQ(sink.pauses.front(), std::chrono::milliseconds(7));
 }
 
-TEST(BuiltInAnswerer, StopsWhenNobodyListens) {
+TEST(BuiltInAnswerer, StopsWhenTheSinkReturnsFalse) {
     BuiltInAnswerer answerer(builtIn(), Pace{std::chrono::milliseconds(0), 1});
     NotingSink sink;
     sink.leaveAfter = 3;
@@ -141,7 +141,7 @@ TEST(UpstreamFromUrl, CompletesThePath) {
     EXPECT_EQ(upstreamFromUrl("https://h/x/chat/completions").path, "/x/chat/completions");
 }
 
-TEST(UpstreamFromUrl, RefusesWhatIsNoAddress) {
+TEST(UpstreamFromUrl, RejectsInvalidUrls) {
     for (const char* url : {"", "h/v1", "ftp://h", "http://", "http:///v1", "http://user@h", "http://h h"}) {
         EXPECT_THROW(upstreamFromUrl(url), std::invalid_argument) << url;
     }

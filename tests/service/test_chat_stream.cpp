@@ -10,7 +10,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// A connection in memory that can be told to break.
+/// An in-memory connection that fails on request: after a number of writes, or when `gone`.
 struct MemoryConnection {
     std::string bytes;
     int writes = 0;
@@ -53,7 +53,7 @@ struct Fixture {
     ChatStream stream;
 };
 
-TEST(ChatStream, WritesEachPieceAtOnce) {
+TEST(ChatStream, WritesEachPieceImmediately) {
     Fixture f;
     EXPECT_TRUE(f.stream.write("你"));
     EXPECT_EQ(f.connection.bytes, "data:你\n\n");
@@ -64,7 +64,7 @@ TEST(ChatStream, WritesEachPieceAtOnce) {
     EXPECT_EQ(f.stream.delivered(), "你好\n");
 }
 
-TEST(ChatStream, StoresAndSendsLineFeedsOnly) {
+TEST(ChatStream, NormalisesLineEndsToLf) {
     Fixture f;
     f.stream.write("a\r");
     f.stream.write("\nb\r");
@@ -74,7 +74,7 @@ TEST(ChatStream, StoresAndSendsLineFeedsOnly) {
     EXPECT_EQ(f.connection.bytes.find('\r'), std::string::npos);
 }
 
-TEST(ChatStream, EndsWhenTheClientHasGoneAndKeepsWhatItGot) {
+TEST(ChatStream, EndsWhenTheClientDisconnectsAndKeepsWhatWasSent) {
     Fixture f;
     f.connection.breakAfter = 1;
     EXPECT_TRUE(f.stream.write("一"));
@@ -84,13 +84,13 @@ TEST(ChatStream, EndsWhenTheClientHasGoneAndKeepsWhatItGot) {
     EXPECT_EQ(f.stream.delivered(), "一");
 }
 
-TEST(ChatStream, NoticesInAPauseThatTheClientHasGone) {
+TEST(ChatStream, PauseEndsWhenTheClientDisconnects) {
     Fixture f;
     f.connection.gone = true;
     EXPECT_FALSE(f.stream.pause(24h));
 }
 
-TEST(ChatStream, APauseEndsWithTheService) {
+TEST(ChatStream, PauseEndsWhenTheServiceStops) {
     Fixture f;
     std::thread stopper([&] { f.stop.stop(); });
     EXPECT_FALSE(f.stream.pause(24h));
@@ -98,7 +98,7 @@ TEST(ChatStream, APauseEndsWithTheService) {
     EXPECT_EQ(f.stream.finish(), ChatStream::End::Cut);
 }
 
-TEST(ChatStreamFaults, CutAfterEvents) {
+TEST(ChatStreamFaults, CutAfterSendsThatManyEvents) {
     Fixture f{"cut-after=2"};
     EXPECT_TRUE(f.stream.write("一"));
     EXPECT_TRUE(f.stream.write("二"));
@@ -108,7 +108,7 @@ TEST(ChatStreamFaults, CutAfterEvents) {
     EXPECT_EQ(f.stream.delivered(), "一二");
 }
 
-TEST(ChatStreamFaults, CutInsideAnEvent) {
+TEST(ChatStreamFaults, CutInEventSendsHalfOfTheNextEvent) {
     Fixture f{"cut-in-event=1"};
     EXPECT_TRUE(f.stream.write("abcd"));
     EXPECT_FALSE(f.stream.write("efgh"));
@@ -117,7 +117,7 @@ TEST(ChatStreamFaults, CutInsideAnEvent) {
     EXPECT_EQ(f.connection.client().unfinished(), "data:");
 }
 
-TEST(ChatStreamFaults, CutInsideACharacterWaitsForOne) {
+TEST(ChatStreamFaults, CutInCharWaitsForAMultiByteCharacter) {
     Fixture f{"cut-in-char=0"};
     EXPECT_TRUE(f.stream.write("abc"));
     EXPECT_FALSE(f.stream.write("x圆"));
@@ -127,7 +127,7 @@ TEST(ChatStreamFaults, CutInsideACharacterWaitsForOne) {
     EXPECT_FALSE(isValidUtf8(rest));
 }
 
-TEST(ChatStreamFaults, EndInsideAnEventIsAProperEnd) {
+TEST(ChatStreamFaults, EndInEventEndsTheReplyProperly) {
     Fixture f{"end-in-event=0"};
     EXPECT_FALSE(f.stream.write("abcd"));
     EXPECT_EQ(f.stream.finish(), ChatStream::End::Proper);
@@ -135,7 +135,7 @@ TEST(ChatStreamFaults, EndInsideAnEventIsAProperEnd) {
     EXPECT_FALSE(f.connection.client().unfinished().empty());
 }
 
-TEST(ChatStreamFaults, CrLfBoundariesAreNotSeenByTheClient) {
+TEST(ChatStreamFaults, CrLfEventsAreNotRecognisedByTheClient) {
     Fixture f{"crlf"};
     f.stream.write("a\nb");
     EXPECT_EQ(f.stream.finish(), ChatStream::End::Proper);
@@ -143,20 +143,20 @@ TEST(ChatStreamFaults, CrLfBoundariesAreNotSeenByTheClient) {
     EXPECT_TRUE(f.connection.client().events().empty());
 }
 
-TEST(ChatStreamFaults, EmptyEventsComeFirst) {
+TEST(ChatStreamFaults, EmptyEventsPrecedeTheAnswer) {
     Fixture f{"empty-events=3"};
     f.stream.write("a");
     EXPECT_EQ(f.connection.client().events(), (std::vector<std::string>{"", "", "", "a"}));
 }
 
-TEST(ChatStreamFaults, InvalidUtf8ComesFirst) {
+TEST(ChatStreamFaults, InvalidUtf8EventPrecedesTheAnswer) {
     Fixture f{"invalid-utf8"};
     f.stream.write("a");
     ASSERT_EQ(f.connection.client().events().size(), 2U);
     EXPECT_FALSE(isValidUtf8(f.connection.client().events()[0]));
 }
 
-TEST(ChatStreamFaults, AHugeEventHoldsTheAnswerAgainAndAgain) {
+TEST(ChatStreamFaults, HugeEventRepeatsTheAnswerInOneEvent) {
     Fixture f{"huge-event=10000"};
     f.stream.write("圆");
     f.stream.write("弧");
@@ -167,7 +167,7 @@ TEST(ChatStreamFaults, AHugeEventHoldsTheAnswerAgainAndAgain) {
     EXPECT_EQ(f.connection.client().answer().substr(0, 12), "圆弧圆弧");
 }
 
-TEST(ChatStreamFaults, ANeverEndingAnswerGoesOnUntilTheClientLeaves) {
+TEST(ChatStreamFaults, NeverEndingAnswerRepeatsUntilTheClientDisconnects) {
     Fixture f{"never-ending"};
     f.connection.breakAfter = 20;
     f.stream.write("圆");
@@ -176,7 +176,7 @@ TEST(ChatStreamFaults, ANeverEndingAnswerGoesOnUntilTheClientLeaves) {
     EXPECT_EQ(f.stream.delivered(), "圆");
 }
 
-TEST(ChatStreamFaults, ANeverEndingAnswerEndsWithTheService) {
+TEST(ChatStreamFaults, NeverEndingAnswerEndsWhenTheServiceStops) {
     Fixture f{"never-ending"};
     f.stream.write("圆");
     std::thread stopper([&] { f.stop.stop(); });

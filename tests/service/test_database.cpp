@@ -12,7 +12,7 @@
 namespace zentri::service {
 namespace {
 
-TEST(Database, MakesAUserPerTokenAtFirstSight) {
+TEST(Database, CreatesAUserForEachNewToken) {
     Database database(":memory:");
     const std::int64_t anna = database.userOfToken("anna");
     EXPECT_NE(anna, database.userOfToken("bert"));
@@ -21,7 +21,7 @@ TEST(Database, MakesAUserPerTokenAtFirstSight) {
     EXPECT_EQ(database.userCount(), 3);
 }
 
-TEST(Database, TellsSessionsOfDifferentUsersApart) {
+TEST(Database, IsolatesTheSessionsOfDifferentUsers) {
     Database database(":memory:");
     const std::int64_t anna = database.userOfToken("anna");
     const std::int64_t bert = database.userOfToken("bert");
@@ -35,7 +35,7 @@ TEST(Database, TellsSessionsOfDifferentUsersApart) {
     EXPECT_TRUE(database.sessionsOf(bert).empty());
 }
 
-TEST(Database, KeepsMessagesInTheirOrderAndTakesTheTitleFromTheFirstQuestion) {
+TEST(Database, KeepsMessagesInOrderAndDerivesTheTitleFromTheFirstQuestion) {
     Database database(":memory:");
     const std::int64_t user = database.userOfToken("anna");
     const std::string session = database.createSession(user, 1000);
@@ -55,7 +55,7 @@ TEST(Database, KeepsMessagesInTheirOrderAndTakesTheTitleFromTheFirstQuestion) {
     EXPECT_EQ(listed.useTimeMs, 4000);
 }
 
-TEST(Database, ListsTheLastUsedSessionFirst) {
+TEST(Database, ListsTheMostRecentlyUsedSessionFirst) {
     Database database(":memory:");
     const std::int64_t user = database.userOfToken("anna");
     const std::string first = database.createSession(user, 1000);
@@ -65,7 +65,7 @@ TEST(Database, ListsTheLastUsedSessionFirst) {
     EXPECT_EQ(database.sessionsOf(user).front().id, first);
 }
 
-TEST(Database, CutsLongTitlesAtCharacters) {
+TEST(Database, TruncatesLongTitlesAtACharacterBoundary) {
     std::string question;
     for (int i = 0; i < 40; ++i) {
         question += "圆";
@@ -76,7 +76,7 @@ TEST(Database, CutsLongTitlesAtCharacters) {
     EXPECT_EQ(titleOfQuestion(" \n "), "新对话");
 }
 
-TEST(Database, KeepsTextsWithZeroBytesAndAnyCharacter) {
+TEST(Database, StoresTextsWithNulBytesQuotesAndEmoji) {
     Database database(":memory:");
     const std::int64_t user = database.userOfToken("anna");
     const std::string session = database.createSession(user, 1000);
@@ -85,7 +85,7 @@ TEST(Database, KeepsTextsWithZeroBytesAndAnyCharacter) {
     EXPECT_EQ(database.messagesOf(user, session)->front().text, text);
 }
 
-TEST(Database, SurvivesARestart) {
+TEST(Database, KeepsItsDataWhenReopened) {
     const TemporaryFolder folder;
     std::string session;
     {
@@ -99,7 +99,7 @@ TEST(Database, SurvivesARestart) {
     EXPECT_EQ(database.sessionsOf(user).front().title, "怎么画圆");
 }
 
-TEST(Database, UsesAWriteAheadLogAndStoresNoTokens) {
+TEST(Database, UsesWalModeAndStoresNoTokens) {
     const TemporaryFolder folder;
     Database database(folder.file("s.sqlite"));
     database.userOfToken("a-very-secret-token");
@@ -115,7 +115,7 @@ TEST(Database, UsesAWriteAheadLogAndStoresNoTokens) {
     EXPECT_EQ(sha256Hex("abc"), "ba7816bf8f01cfea414140de5dae2223b00361a396177a9cb410ff61f20015ad");
 }
 
-TEST(Database, TwoProgramsMayUseOneFile) {
+TEST(Database, TwoConnectionsCanShareOneFile) {
     const TemporaryFolder folder;
     Database first(folder.file("s.sqlite"));
     Database second(folder.file("s.sqlite"));
@@ -132,7 +132,7 @@ TEST(Database, TwoProgramsMayUseOneFile) {
     EXPECT_EQ(second.sessionsOf(second.userOfToken("anna")).size(), 50U);
 }
 
-TEST(Database, ServesManyThreads) {
+TEST(Database, CanBeUsedFromManyThreads) {
     Database database(":memory:");
     std::vector<std::thread> threads;
     for (int t = 0; t < 8; ++t) {
@@ -178,7 +178,7 @@ std::string openError(const std::string& path) {
     return {};
 }
 
-TEST(Database, SaysWhatIsWrongWithAFileInOneLine) {
+TEST(Database, ReportsWhyAFileCannotBeOpened) {
     const TemporaryFolder folder;
     const std::string text = folder.write("text.sqlite", std::string(4096, 'x'));
     EXPECT_EQ(openError(text), "cannot use the database '" + text + "': file is not a database");
@@ -186,15 +186,16 @@ TEST(Database, SaysWhatIsWrongWithAFileInOneLine) {
     EXPECT_NE(openError(folder.path() + "/none/s.sqlite").find("unable to open"), std::string::npos);
 }
 
-TEST(Database, RefusesAnotherProgramsFileAndANewerSchema) {
+TEST(Database, RejectsAnotherProgramsFileAndANewerSchema) {
     const TemporaryFolder folder;
     SqliteDatabase(folder.file("other.sqlite")).execute("CREATE TABLE sessions(x)");
     EXPECT_NE(openError(folder.file("other.sqlite")).find("another program"), std::string::npos);
     SqliteDatabase(folder.file("newer.sqlite")).execute("PRAGMA user_version = 99");
-    EXPECT_NE(openError(folder.file("newer.sqlite")).find("newer program (schema 99)"), std::string::npos);
+    EXPECT_NE(openError(folder.file("newer.sqlite")).find("newer version of this program (schema 99)"),
+              std::string::npos);
 }
 
-TEST(Database, SessionIdsAreUnlikelyToRepeat) {
+TEST(Database, SessionIdsDoNotRepeat) {
     std::set<std::string> ids;
     for (int i = 0; i < 1000; ++i) {
         ids.insert(newSessionId());

@@ -24,31 +24,31 @@ std::string asReceived(const std::string& text) {
     return client.answer();
 }
 
-TEST(EventWriter, PutsNoBlankAfterTheFieldName) {
+TEST(EventWriter, WritesNoSpaceAfterTheFieldName) {
     EXPECT_EQ(EventWriter::eventsOf("你好"), std::vector<std::string>{"data:你好\n\n"});
     EXPECT_EQ(EventWriter::eventsOf(" x"), std::vector<std::string>{"data: x\n\n"});
 }
 
-TEST(EventWriter, WritesATextOfSeveralLinesAsOneEvent) {
+TEST(EventWriter, WritesSeveralLinesAsOneEvent) {
     EXPECT_EQ(EventWriter::eventsOf("a\nb"), std::vector<std::string>{"data:a\ndata:b\n\n"});
 }
 
-TEST(EventWriter, KeepsEmptyLinesApartSoThatTheEventDoesNotEndEarly) {
+TEST(EventWriter, EmptyLinesDoNotEndTheEventEarly) {
     EXPECT_EQ(EventWriter::eventsOf("a\n\n\nb"),
               std::vector<std::string>{"data:a\ndata:\ndata:\ndata:b\n\n"});
 }
 
-TEST(EventWriter, LineFeedsAtBothEndsOfAPieceSurvive) {
+TEST(EventWriter, KeepsLeadingAndTrailingLineFeeds) {
     for (const char* text : {"\n", "\n\n", "\n\n\n", "a\n", "a\n\n", "\na", "\n\na\n\n"}) {
         EXPECT_EQ(asReceived(text), text);
     }
 }
 
-TEST(EventWriter, AnEmptyTextIsNoEvent) {
+TEST(EventWriter, EmptyTextProducesNoEvent) {
     EXPECT_TRUE(EventWriter::eventsOf("").empty());
 }
 
-TEST(EventWriter, ALiteralFieldNameIsCutAcrossTwoEventsAndSurvives) {
+TEST(EventWriter, SplitsALiteralFieldNameAcrossTwoEvents) {
     EXPECT_EQ(EventWriter::eventsOf("see data: here"),
               (std::vector<std::string>{"data:see data\n\n", "data:: here\n\n"}));
     for (const char* text :
@@ -57,18 +57,19 @@ TEST(EventWriter, ALiteralFieldNameIsCutAcrossTwoEventsAndSurvives) {
     }
 }
 
-TEST(EventWriter, OneEventWithALiteralFieldNameWouldLoseIt) {
+TEST(EventWriter, ClientLosesALiteralFieldNameInASingleEvent) {
     PlainClient client;
     client.receive(EventWriter::event("see data: here", "\n"));
     EXPECT_EQ(client.answer(), "see  here");
 }
 
-TEST(EventWriter, CanWriteCrLfForTestingClients) {
+TEST(EventWriter, WritesCrLfLineEndsOnRequest) {
     EXPECT_EQ(EventWriter::event("a\nb", "\r\n"), "data:a\r\ndata:b\r\n\r\n");
 }
 
-/// Texts full of what could go wrong: line feeds in a row, parts of the field name, blanks, wide characters.
-TEST(EventWriter, RandomTextsInRandomPiecesArriveAsTheyWereSent) {
+/// Random mixtures of the difficult cases: consecutive line feeds, fragments of the field name, spaces,
+/// multi-byte characters.
+TEST(EventWriter, RandomTextsInRandomPiecesArriveUnchanged) {
     constexpr const char* kParts[] = {"\n", "\n",       "\n\n", "data:", "data",   ":",  "da",    "ta:", " ",
                                       "圆", "【LINE】", "😀",    "a",     "event:", "\t", "id: 3", "。"};
     std::mt19937 random(20240531);

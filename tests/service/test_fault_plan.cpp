@@ -16,7 +16,7 @@ std::string parseError(const std::string& text) {
     return {};
 }
 
-TEST(FaultPlan, ReadsAFault) {
+TEST(FaultPlan, ParsesAFault) {
     const Fault fault = parseFault("chat:cut-after=3,times=2,skip=1");
     EXPECT_EQ(fault.call, Call::Chat);
     EXPECT_EQ(fault.kind, FaultKind::CutAfter);
@@ -25,12 +25,12 @@ TEST(FaultPlan, ReadsAFault) {
     EXPECT_EQ(fault.skip, 1);
 }
 
-TEST(FaultPlan, AValueMayHoldCommasAndEqualsSigns) {
+TEST(FaultPlan, ValueMayContainCommasAndEqualsSigns) {
     EXPECT_EQ(parseFault("list:msg=a,b=c,times=0").value, "a,b=c");
     EXPECT_EQ(parseFault(R"(read:data=[{"role":"user"},2],skip=1)").value, R"([{"role":"user"},2])");
 }
 
-TEST(FaultPlan, SaysWhatIsWrongWithAFault) {
+TEST(FaultPlan, ReportsWhatIsWrongWithAFault) {
     EXPECT_NE(parseError("cut-after=3").find("CALL:KIND"), std::string::npos);
     EXPECT_NE(parseError("talk:crlf").find("unknown call 'talk'"), std::string::npos);
     EXPECT_NE(parseError("chat:explode").find("unknown fault 'explode'"), std::string::npos);
@@ -43,7 +43,7 @@ TEST(FaultPlan, SaysWhatIsWrongWithAFault) {
     EXPECT_NE(parseError("chat:crlf,times=x").find("'times' needs a number"), std::string::npos);
 }
 
-TEST(FaultPlan, StrikesOnlyItsCallAndAsOftenAsAsked) {
+TEST(FaultPlan, AppliesToItsCallOnlyAndTheGivenNumberOfTimes) {
     FaultPlan plan;
     plan.add(parseFault("list:status=500,times=2,skip=1"));
     EXPECT_FALSE(plan.take(Call::Chat).has(FaultKind::Status));
@@ -54,7 +54,7 @@ TEST(FaultPlan, StrikesOnlyItsCallAndAsOftenAsAsked) {
     EXPECT_FALSE(plan.take(Call::List).has(FaultKind::Status));
 }
 
-TEST(FaultPlan, AnyStrikesEveryCallAndZeroTimesMeansAlways) {
+TEST(FaultPlan, AnyMatchesEveryCallAndZeroTimesMeansAlways) {
     FaultPlan plan;
     plan.add(parseFault("any:code=7,times=0"));
     for (const Call call : {Call::Chat, Call::Create, Call::List, Call::Read, Call::List}) {
@@ -64,7 +64,7 @@ TEST(FaultPlan, AnyStrikesEveryCallAndZeroTimesMeansAlways) {
     EXPECT_FALSE(plan.take(Call::List).has(FaultKind::Code));
 }
 
-TEST(FaultPlan, SeveralFaultsMeetInOneRequest) {
+TEST(FaultPlan, SeveralFaultsCanApplyToOneRequest) {
     FaultPlan plan;
     plan.add(parseFault("list:code=500"));
     plan.add(parseFault("list:msg=broken"));
@@ -73,7 +73,7 @@ TEST(FaultPlan, SeveralFaultsMeetInOneRequest) {
     EXPECT_EQ(faults.find(FaultKind::Message)->value, "broken");
 }
 
-TEST(FaultPlan, ReadsAndWritesJson) {
+TEST(FaultPlan, ConvertsFromAndToJson) {
     FaultPlan plan;
     plan.add(
         faultFromJson(nlohmann::json::parse(R"({"call":"chat","kind":"huge-event","value":1000,"skip":2})")));
@@ -90,7 +90,7 @@ TEST(FaultPlan, ReadsAndWritesJson) {
     }
 }
 
-TEST(FaultPlan, HelpNamesEveryKind) {
+TEST(FaultPlan, HelpListsEveryKind) {
     const std::string help = faultHelp();
     for (const char* kind : {"status", "slow-headers", "cut-after", "cut-in-event", "cut-in-char",
                              "end-in-event", "crlf", "empty-events", "huge-event", "never-ending",

@@ -43,7 +43,7 @@ std::vector<std::string> linksIn(const std::string& text) {
     return links;
 }
 
-TEST(KnowledgeBase, HoldsAtLeast120DraftingTopics) {
+TEST(KnowledgeBase, HasAtLeast120DraftingTopics) {
     const auto& topics = builtIn().topics();
     const auto drafting =
         std::count_if(topics.begin(), topics.end(), [](const Topic& t) { return !t.isSmallTalk(); });
@@ -69,7 +69,7 @@ TEST(KnowledgeBase, EveryDraftingTopicIsComplete) {
     }
 }
 
-TEST(KnowledgeBase, LinksHoldNothingButCommandNames) {
+TEST(KnowledgeBase, LinksContainOnlyCommandNames) {
     for (const Topic& topic : builtIn().topics()) {
         SCOPED_TRACE(topic.title);
         const std::vector<std::string> links = linksIn(contentOf(topic) + topic.english);
@@ -84,7 +84,7 @@ TEST(KnowledgeBase, LinksHoldNothingButCommandNames) {
     }
 }
 
-TEST(KnowledgeBase, NoTwoTopicsSayTheSame) {
+TEST(KnowledgeBase, TopicsDoNotRepeatEachOther) {
     std::set<std::string> introductions;
     std::set<std::string> steps;
     for (const Topic& topic : builtIn().topics()) {
@@ -95,7 +95,7 @@ TEST(KnowledgeBase, NoTwoTopicsSayTheSame) {
     }
 }
 
-TEST(KnowledgeBase, CommandsOfASmallHostAppearInSeveralTopics) {
+TEST(KnowledgeBase, BasicCommandsAppearInSeveralTopics) {
     for (const std::string command : {"LINE", "CIRCLE", "RECTANG", "ERASE", "U", "ZOOM", "SETVAR"}) {
         const auto& topics = builtIn().topics();
         const auto count = std::count_if(topics.begin(), topics.end(), [&](const Topic& topic) {
@@ -124,7 +124,7 @@ struct Typical {
     const char* title;
 };
 
-/// Questions as people put them, not as the knowledge files have them.
+/// Typical questions, in wordings that the knowledge files do not contain.
 constexpr Typical kTypical[] = {
     {"圆怎么画啊", "画圆"},
     {"我想画个半径50的圆", "画圆"},
@@ -207,7 +207,7 @@ constexpr Typical kTypical[] = {
     {"how do I select everything on the same layer?", "按条件快速选择"},
 };
 
-/// Names the test by the question.
+/// Prints the question as the parameter in test listings and failures.
 void PrintTo(const Typical& typical, std::ostream* stream) {
     *stream << typical.question;
 }
@@ -223,7 +223,7 @@ TEST_P(TypicalQuestion, FindsTheRightTopic) {
 
 INSTANTIATE_TEST_SUITE_P(KnowledgeBase, TypicalQuestion, ::testing::ValuesIn(kTypical));
 
-TEST(KnowledgeBase, NothingCoversAQuestionAboutSomethingElse) {
+TEST(KnowledgeBase, NoTopicFitsAnUnrelatedQuestion) {
     for (const char* question :
          {"今天天气怎么样", "推荐一部电影", "股票明天会涨吗", "红烧肉做法", "世界杯谁赢了",
           "写一首关于春天的诗", "what is the capital of France", "recommend a good restaurant",
@@ -234,7 +234,7 @@ TEST(KnowledgeBase, NothingCoversAQuestionAboutSomethingElse) {
     }
 }
 
-TEST(KnowledgeBase, SearchTakesAnyTextAndNoneForSearchSyntax) {
+TEST(KnowledgeBase, SearchAcceptsAnyTextAndNeverParsesItAsQuerySyntax) {
     for (const char* question : {"", "   ", "\"", "\" OR \"", "NEAR(a b)", "title : 圆", "*", "圆* AND (",
                                  "' ; DROP TABLE", "{title} : x", "-圆", "^圆", "😀", "\xEF\xBF\xBD"}) {
         EXPECT_NO_THROW(builtIn().search(question, 5)) << question;
@@ -249,7 +249,7 @@ TEST(KnowledgeBase, SearchTakesAnyTextAndNoneForSearchSyntax) {
     EXPECT_NO_THROW(builtIn().search(longQuestion, 5));
 }
 
-TEST(KnowledgeBase, SearchGivesNoMoreThanAskedForBestFirst) {
+TEST(KnowledgeBase, SearchReturnsAtMostTheRequestedCountBestFirst) {
     const std::vector<Hit> hits = builtIn().search("图层", 4);
     ASSERT_EQ(hits.size(), 4U);
     for (std::size_t i = 1; i < hits.size(); ++i) {
@@ -257,14 +257,14 @@ TEST(KnowledgeBase, SearchGivesNoMoreThanAskedForBestFirst) {
     }
 }
 
-TEST(KnowledgeBase, RefusesTwoTopicsOfOneTitle) {
+TEST(KnowledgeBase, RejectsDuplicateTitlesAndAnEmptyTopicList) {
     Topic topic;
     topic.title = "画圆";
     EXPECT_THROW(KnowledgeBase({topic, topic}), TopicError);
     EXPECT_THROW(KnowledgeBase(std::vector<Topic>{}), TopicError);
 }
 
-TEST(KnowledgeBase, ReadsAFolderInPlaceOfTheBuiltInTopics) {
+TEST(KnowledgeBase, ReadsTopicsFromADirectoryInFileNameOrder) {
     const TemporaryFolder folder;
     folder.write("b.topics", "area: 乙\n# 二\nkeys: 二\nen: two\n说明\n1. 做\n");
     folder.write("a.topics", "area: 甲\n# 一\nkeys: 一\nen: one\n说明\n1. 做\n");
@@ -275,7 +275,7 @@ TEST(KnowledgeBase, ReadsAFolderInPlaceOfTheBuiltInTopics) {
     EXPECT_EQ(topics[1].area, "乙");
 }
 
-TEST(KnowledgeBase, ComplainsOfAFolderWithoutTopics) {
+TEST(KnowledgeBase, RejectsADirectoryWithoutTopics) {
     const TemporaryFolder folder;
     EXPECT_THROW(KnowledgeBase::topicsIn(folder.path()), TopicError);
     EXPECT_THROW(KnowledgeBase::topicsIn(folder.path() + "/missing"), TopicError);

@@ -91,13 +91,13 @@ TEST(Options, ReadsEveryOption) {
     EXPECT_EQ(options.ask, "q");
 }
 
-TEST(Options, ListensOnV6Addresses) {
+TEST(Options, AcceptsIpv6ListenAddresses) {
     const Options options = *parse({"--listen", "[::1]:8091"});
     EXPECT_EQ(options.host, "::1");
     EXPECT_EQ(options.port, 8091);
 }
 
-TEST(Options, TakesTheUpstreamKeyFromTheEnvironmentOnly) {
+TEST(Options, ReadsTheUpstreamKeyFromTheEnvironmentOnly) {
     setenv("ZENTRI_UPSTREAM_KEY", "secret", 1);
     EXPECT_EQ(parse({})->upstreamKey, "secret");
     unsetenv("ZENTRI_UPSTREAM_KEY");
@@ -105,7 +105,7 @@ TEST(Options, TakesTheUpstreamKeyFromTheEnvironmentOnly) {
     EXPECT_FALSE(errorOf({"--upstream-key", "x"}).empty());
 }
 
-TEST(Options, RefusesWhatCannotBe) {
+TEST(Options, RejectsInvalidOptions) {
     for (const char* address : {"127.0.0.1", "127.0.0.1:", ":8090", "127.0.0.1:65536", "127.0.0.1:80x",
                                 "::1:80", "", "127.0.0.1:-1", "127.0.0.1:999999"}) {
         EXPECT_EQ(errorOf({"--listen", address}),
@@ -129,14 +129,14 @@ TEST(Options, RefusesWhatCannotBe) {
     EXPECT_FALSE(errorOf({"--upstream", "http://x", "--upstream-ca", "/no/such/file"}).empty());
 }
 
-TEST(Options, ErrorsAreOneLine) {
+TEST(Options, ErrorMessagesAreOneLine) {
     for (const std::vector<const char*>& arguments :
          {std::vector<const char*>{"--listen"}, {"--threads", "x\ny"}, {"a", "b", "c"}}) {
         EXPECT_EQ(errorOf(arguments).find('\n'), std::string::npos);
     }
 }
 
-TEST(Options, HelpNamesEveryOption) {
+TEST(Options, HelpListsEveryOption) {
     std::string help;
     EXPECT_FALSE(parse({"--help"}, &help).has_value());
     for (const char* option : {"--help",
@@ -164,7 +164,7 @@ TEST(Options, HelpNamesEveryOption) {
     }
 }
 
-TEST(Options, TellsItsVersion) {
+TEST(Options, PrintsItsVersion) {
     std::string text;
     EXPECT_FALSE(parse({"--version"}, &text).has_value());
     EXPECT_EQ(text.substr(0, 15), "zentri-service ");

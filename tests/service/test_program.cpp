@@ -11,7 +11,7 @@ namespace {
 
 using Json = nlohmann::json;
 
-/// Runs the program to its end; it must complain in one line and exit with 2.
+/// Runs the program to completion and returns its error message, which must be one line, with exit code 2.
 std::string complaintOf(const std::vector<std::string>& arguments) {
     ChildProgram program(arguments);
     const std::string errors = program.readErrors();
@@ -25,7 +25,7 @@ bool contains(const std::string& text, const std::string& part) {
     return text.find(part) != std::string::npos;
 }
 
-TEST(Program, PrintsThePortThatItListensOn) {
+TEST(Program, PrintsThePortItListensOn) {
     const TemporaryFolder folder;
     ChildProgram program({"--listen", "127.0.0.1:0", "--database", folder.file("s.sqlite")});
     const int port = program.waitForPort();
@@ -36,7 +36,7 @@ TEST(Program, PrintsThePortThatItListensOn) {
     EXPECT_EQ(program.readErrors(), "");
 }
 
-TEST(Program, StopsCleanlyOnInterruptToo) {
+TEST(Program, StopsCleanlyOnSigint) {
     const TemporaryFolder folder;
     ChildProgram program({"--listen", "127.0.0.1:0", "--database", folder.file("s.sqlite")});
     ASSERT_GT(program.waitForPort(), 0);
@@ -44,7 +44,7 @@ TEST(Program, StopsCleanlyOnInterruptToo) {
     EXPECT_EQ(program.wait(), 0);
 }
 
-TEST(Program, TerminatedDuringAStreamKeepsWhatWasSent) {
+TEST(Program, SigtermDuringAStreamKeepsWhatWasSent) {
     const TemporaryFolder folder;
     const std::vector<std::string> arguments{"--listen", "127.0.0.1:0", "--database", folder.file("s.sqlite"),
                                              "--delay",  "60000",       "--piece",    "2"};
@@ -71,7 +71,7 @@ TEST(Program, TerminatedDuringAStreamKeepsWhatWasSent) {
     EXPECT_EQ(messages[1].at("message"), "画圆");
 }
 
-TEST(Program, KilledHardLosesNoFinishedAnswer) {
+TEST(Program, SigkillLosesNoCompletedAnswer) {
     const TemporaryFolder folder;
     const std::vector<std::string> arguments{
         "--listen", "127.0.0.1:0", "--database", folder.file("s.sqlite"), "--delay", "0"};
@@ -90,14 +90,14 @@ TEST(Program, KilledHardLosesNoFinishedAnswer) {
     EXPECT_EQ(ServiceClient(again.waitForPort()).messages(session), before);
 }
 
-TEST(Program, ABadOptionIsOneLine) {
+TEST(Program, ReportsABadOptionInOneLine) {
     EXPECT_TRUE(contains(complaintOf({"--nonsense"}), "--nonsense"));
     EXPECT_TRUE(contains(complaintOf({"--listen", "here"}), "--listen"));
     EXPECT_TRUE(contains(complaintOf({"--fault", "chat:nonsense"}), "nonsense"));
     EXPECT_TRUE(contains(complaintOf({"--upstream", "nonsense"}), "nonsense"));
 }
 
-TEST(Program, ABusyPortIsOneLine) {
+TEST(Program, ReportsABusyPortInOneLine) {
     RunningService other;
     const TemporaryFolder folder;
     const std::string address = "127.0.0.1:" + std::to_string(other.port());
@@ -105,13 +105,13 @@ TEST(Program, ABusyPortIsOneLine) {
     EXPECT_TRUE(contains(complaint, "cannot listen on " + address)) << complaint;
 }
 
-TEST(Program, AnUnknownAddressIsOneLine) {
+TEST(Program, ReportsAnUnavailableAddressInOneLine) {
     const TemporaryFolder folder;
     EXPECT_TRUE(contains(complaintOf({"--listen", "203.0.113.1:0", "--database", folder.file("s.sqlite")}),
                          "cannot listen on 203.0.113.1:0"));
 }
 
-TEST(Program, ABrokenDatabaseIsOneLine) {
+TEST(Program, ReportsAnUnusableDatabaseInOneLine) {
     const TemporaryFolder folder;
     const std::string broken = folder.write("s.sqlite", std::string(5000, 'x'));
     EXPECT_TRUE(contains(complaintOf({"--listen", "127.0.0.1:0", "--database", broken}), broken));
@@ -121,7 +121,7 @@ TEST(Program, ABrokenDatabaseIsOneLine) {
         contains(complaintOf({"--listen", "127.0.0.1:0", "--database", folder.path()}), folder.path()));
 }
 
-TEST(Program, ABadSeedFileIsOneLine) {
+TEST(Program, ReportsABadSeedFileInOneLine) {
     const TemporaryFolder folder;
     const std::string bad = folder.write("seed.json", "{");
     const std::vector<std::string> common{"--listen", "127.0.0.1:0", "--database", folder.file("s.sqlite"),
@@ -133,7 +133,7 @@ TEST(Program, ABadSeedFileIsOneLine) {
     EXPECT_TRUE(contains(complaintOf(arguments), "missing.json"));
 }
 
-TEST(Program, ABadKnowledgeFolderIsOneLine) {
+TEST(Program, ReportsABadKnowledgeDirectoryInOneLine) {
     const TemporaryFolder folder;
     folder.write("x.topics", "nonsense");
     EXPECT_TRUE(
@@ -142,7 +142,7 @@ TEST(Program, ABadKnowledgeFolderIsOneLine) {
         contains(complaintOf({"--knowledge", folder.file("none"), "--database", ":memory:"}), "none"));
 }
 
-TEST(Program, HelpAndVersionLeaveWithoutADatabase) {
+TEST(Program, HelpAndVersionPrintAndExit) {
     ChildProgram help({"--help"});
     EXPECT_TRUE(contains(help.readOutput(), "--allow-faults"));
     EXPECT_EQ(help.wait(), 0);
@@ -151,19 +151,19 @@ TEST(Program, HelpAndVersionLeaveWithoutADatabase) {
     EXPECT_EQ(version.wait(), 0);
 }
 
-TEST(Program, AsksItselfAQuestion) {
+TEST(Program, AskPrintsTheAnswerAndExits) {
     ChildProgram program({"--ask", "怎么画圆"});
     EXPECT_TRUE(contains(program.readOutput(), "【CIRCLE】"));
     EXPECT_EQ(program.wait(), 0);
 }
 
-TEST(Program, AnswersAnEmptyQuestionInsteadOfListening) {
+TEST(Program, AskAnswersAnEmptyQuestionInsteadOfListening) {
     ChildProgram program({"--ask", ""});
     EXPECT_TRUE(contains(program.readOutput(), "没有找到"));
     EXPECT_EQ(program.wait(), 0);
 }
 
-TEST(Program, VerboseNamesTheCallsButNoTokens) {
+TEST(Program, VerboseLogsRequestsWithoutTokens) {
     const TemporaryFolder folder;
     ChildProgram program(
         {"--listen", "127.0.0.1:0", "--database", folder.file("s.sqlite"), "--delay", "0", "--verbose"});

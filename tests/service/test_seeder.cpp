@@ -13,7 +13,7 @@ namespace zentri::service {
 namespace {
 
 constexpr std::int64_t kDay = 24LL * 60 * 60 * 1000;
-/// A Wednesday, around noon in most time zones.
+/// Wednesday 2024-03-13, 12:00 UTC.
 constexpr std::int64_t kNow = 1'710'331'200'000;
 
 const KnowledgeBase& builtIn() {
@@ -26,7 +26,7 @@ std::vector<SeededSession> demo(const std::string& token = "demo", int count = 4
         .make(token, count, now);
 }
 
-TEST(DemoHistory, IsTheSameEachTime) {
+TEST(DemoHistory, IsReproducible) {
     const auto first = demo("demo", 120);
     const auto second = demo("demo", 120);
     ASSERT_EQ(first.size(), 120U);
@@ -40,7 +40,7 @@ TEST(DemoHistory, IsTheSameEachTime) {
     EXPECT_NE(demo("other", 1).front().id, first.front().id);
 }
 
-TEST(DemoHistory, CoversTwoYearsUpToNowAndNothingAfter) {
+TEST(DemoHistory, CoversThePastTwoYearsWithoutFutureTimes) {
     std::int64_t oldest = kNow;
     int today = 0;
     int lastMonth = 0;
@@ -62,7 +62,7 @@ TEST(DemoHistory, CoversTwoYearsUpToNowAndNothingAfter) {
     EXPECT_GE(lastMonth, 20);
 }
 
-TEST(DemoHistory, AsksInWorkingHours) {
+TEST(DemoHistory, HasFewSessionsAtNight) {
     int atNight = 0;
     for (const SeededSession& session : demo()) {
         const int hour = localTime(session.messages.front().timeMs).tm_hour;
@@ -71,7 +71,7 @@ TEST(DemoHistory, AsksInWorkingHours) {
     EXPECT_LE(atNight, 10);
 }
 
-TEST(DemoHistory, HoldsChineseAndEnglishShortAndLong) {
+TEST(DemoHistory, MixesLanguagesAndLengths) {
     int english = 0;
     int single = 0;
     std::size_t longest = 0;
@@ -93,12 +93,12 @@ TEST(DemoHistory, HoldsChineseAndEnglishShortAndLong) {
     EXPECT_GE(firstQuestions.size(), 250U);
 }
 
-TEST(DemoHistory, MakesAsManyAsAskedFor) {
+TEST(DemoHistory, GeneratesTheRequestedNumberOfSessions) {
     EXPECT_EQ(demo("t", 700).size(), 700U);
     EXPECT_TRUE(demo("t", 0).empty());
 }
 
-TEST(ScriptedConversations, TheFileIsSound) {
+TEST(ScriptedConversations, EmbeddedFileIsWellFormed) {
     const auto conversations = parseConversations(embeddedFile("conversations.txt"), "conversations.txt");
     EXPECT_GE(conversations.size(), 40U);
     for (const ScriptedConversation& conversation : conversations) {
@@ -108,7 +108,7 @@ TEST(ScriptedConversations, TheFileIsSound) {
     }
 }
 
-TEST(ScriptedConversations, ReadsTurnsOverSeveralLines) {
+TEST(ScriptedConversations, ParsesMultiLineTurns) {
     const auto conversations = parseConversations("== en\nQ: a\nA: b\nc\n\n== zh\nQ: 问\n", "x");
     ASSERT_EQ(conversations.size(), 2U);
     EXPECT_TRUE(conversations[0].english);
@@ -118,7 +118,7 @@ TEST(ScriptedConversations, ReadsTurnsOverSeveralLines) {
     EXPECT_THROW(parseConversations("== zh\ntext", "x"), SeedError);
 }
 
-TEST(SeedFile, ReadsSecondsMillisecondsAndMissingTimes) {
+TEST(SeedFile, AcceptsSecondsMillisecondsAndMissingTimes) {
     const auto sessions = parseSeedFile(R"({"sessions":[
         {"title":"一","messages":[{"role":"user","message":"问","createTime":1700000000},
                                   {"role":"assistant","message":"答","createTime":1700000005000},
@@ -134,7 +134,7 @@ TEST(SeedFile, ReadsSecondsMillisecondsAndMissingTimes) {
     EXPECT_NE(sessions[0].id, sessions[1].id);
 }
 
-TEST(SeedFile, RefusesWhatIsBroken) {
+TEST(SeedFile, RejectsMalformedFiles) {
     for (const char* text :
          {"", "{", "[]", "{}", R"({"sessions":{}})", R"({"sessions":[3]})", R"({"sessions":[{}]})",
           R"({"sessions":[{"messages":[]}]})", R"({"sessions":[{"messages":[3]}]})",
@@ -146,7 +146,7 @@ TEST(SeedFile, RefusesWhatIsBroken) {
     }
 }
 
-TEST(SeedHistory, FillsTheUserOnce) {
+TEST(SeedHistory, SeedsAUserOncePerSeed) {
     Database database(":memory:");
     seedHistory(database, builtIn(), "demo", "anna", 30);
     seedHistory(database, builtIn(), "demo", "anna", 30);
@@ -156,7 +156,7 @@ TEST(SeedHistory, FillsTheUserOnce) {
     EXPECT_EQ(database.sessionsOf(database.userOfToken("anna")).size(), 40U);
 }
 
-TEST(SeedHistory, ReadsAFileOnceAndNamesItWhenItIsBad) {
+TEST(SeedHistory, ImportsAFileOnceAndNamesItInErrors) {
     const TemporaryFolder folder;
     const std::string good =
         folder.write("good.json", R"({"sessions":[{"messages":[{"role":"user","message":"问"}]}]})");

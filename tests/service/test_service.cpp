@@ -15,7 +15,7 @@ using Json = nlohmann::json;
 
 using Conversation = std::vector<std::pair<std::string, std::string>>;
 
-/// Roles and texts of a read call's messages.
+/// Roles and texts of the messages in a read call's reply.
 Conversation conversationOf(const Json& messages) {
     Conversation conversation;
     for (const Json& message : messages) {
@@ -32,7 +32,7 @@ bool looksLikeATime(const std::string& text) {
     return shape == "0000-00-00 00:00:00";
 }
 
-/// The connections that this process has accepted at a port, whether each sends what is written at once.
+/// For each connection that this process has accepted on a port: whether TCP_NODELAY is set.
 std::vector<bool> sendsAtOnce(int port) {
     rlimit files{};
     getrlimit(RLIMIT_NOFILE, &files);
@@ -67,14 +67,14 @@ TEST(Service, CreatesASession) {
     EXPECT_FALSE(reply.at("data").get<std::string>().empty());
 }
 
-TEST(Service, ANewUserHasAnEmptyList) {
+TEST(Service, NewUserHasAnEmptySessionList) {
     RunningService service;
     const Json reply = service.client().call("/zr/ai/session/user");
     EXPECT_EQ(reply.at("code"), 200);
     EXPECT_EQ(reply.at("data"), Json::array());
 }
 
-TEST(Service, AnswersAQuestionAsAnEventStreamAndKeepsBoth) {
+TEST(Service, StreamsTheAnswerAndStoresBothMessages) {
     RunningService service;
     const ServiceClient client = service.client();
     const std::string session = client.createSession();
@@ -90,7 +90,7 @@ TEST(Service, AnswersAQuestionAsAnEventStreamAndKeepsBoth) {
               (Conversation{{"user", "怎么画圆？"}, {"assistant", reply.stream.answer()}}));
 }
 
-TEST(Service, ListsSessionsWithTextsForTheirTimes) {
+TEST(Service, ListsSessionsWithFormattedTimes) {
     RunningService service;
     const ServiceClient client = service.client();
     const std::string session = client.createSession();
@@ -117,7 +117,7 @@ TEST(Service, MessageTimesAreMilliseconds) {
     EXPECT_LE(messages[0].at("createTime"), messages[1].at("createTime"));
 }
 
-TEST(Service, AFollowUpKnowsTheSessionsEarlierQuestion) {
+TEST(Service, FollowUpUsesTheSessionsEarlierQuestion) {
     RunningService service;
     const ServiceClient client = service.client();
     const std::string session = client.createSession();
@@ -127,7 +127,7 @@ TEST(Service, AFollowUpKnowsTheSessionsEarlierQuestion) {
     EXPECT_NE(answer.find("【ERASE】"), std::string::npos);
 }
 
-TEST(Service, NobodySeesAnotherUsersSession) {
+TEST(Service, UserCannotAccessAnotherUsersSession) {
     RunningService service;
     const ServiceClient anna = service.client("anna");
     const ServiceClient bert = service.client("bert");
@@ -137,7 +137,7 @@ TEST(Service, NobodySeesAnotherUsersSession) {
     EXPECT_EQ(denied.at("code"), 404);
     EXPECT_NE(denied.at("msg"), "success");
     EXPECT_TRUE(denied.at("data").is_null());
-    // No telling from the reply whether the session exists at all.
+    // The reply must not reveal whether the session exists.
     EXPECT_EQ(denied, bert.call("/zr/ai/chat/user/session/no-such-session"));
     EXPECT_EQ(denied, bert.call("/zr/ai/chat/user/session/"));
     const ChatReply reply = bert.chat(session, "怎么画圆");
@@ -146,14 +146,14 @@ TEST(Service, NobodySeesAnotherUsersSession) {
     EXPECT_EQ(anna.messages(session), Json::array());
 }
 
-TEST(Service, TheTokenIsTakenAsItComes) {
+TEST(Service, AuthorizationHeaderIsTheBareToken) {
     RunningService service;
     const std::string session = service.client("abc").createSession();
     EXPECT_EQ(service.client("Bearer abc").sessions(), Json::array());
     EXPECT_EQ(service.client("abc").sessions().at(0).at("userChatSessionId"), session);
 }
 
-TEST(Service, WithoutATokenEveryCallIsRefused) {
+TEST(Service, EveryCallRequiresAToken) {
     RunningService service;
     const ServiceClient nobody = service.client("");
     for (const char* path : {"/zr/ai/session/create", "/zr/ai/session/user", "/zr/ai/chat/user/session/x"}) {
@@ -166,7 +166,7 @@ TEST(Service, WithoutATokenEveryCallIsRefused) {
     EXPECT_EQ(Json::parse(chat.bytes).at("code"), 401);
 }
 
-TEST(Service, ABrokenChatRequestIsRefusedAndStoresNothing) {
+TEST(Service, InvalidChatRequestIsRejectedAndStoresNothing) {
     RunningService service;
     const ServiceClient client = service.client();
     const std::string session = client.createSession();
@@ -194,7 +194,7 @@ TEST(Service, ABrokenChatRequestIsRefusedAndStoresNothing) {
     EXPECT_EQ(client.messages(session), Json::array());
 }
 
-TEST(Service, TheModelMayBeLeftOut) {
+TEST(Service, ModelIsOptional) {
     RunningService service;
     const ServiceClient client = service.client();
     const std::string session = client.createSession();
@@ -202,7 +202,7 @@ TEST(Service, TheModelMayBeLeftOut) {
               200);
 }
 
-TEST(Service, UnknownPathsMethodsAndHugeBodiesGetAnEnvelope) {
+TEST(Service, ErrorsForUnknownPathsMethodsAndHugeBodiesHaveAnEnvelope) {
     RunningService service;
     httplib::Client client("127.0.0.1", service.port());
     for (const char* path : {"/nothing", "/zr/ai/session/create", "/test/faults"}) {
@@ -213,14 +213,14 @@ TEST(Service, UnknownPathsMethodsAndHugeBodiesGetAnEnvelope) {
     }
     const httplib::Result huge = client.Post("/zr/ai/caddraw/chat", {{"Authorization", "anna"}},
                                              std::string(3U << 20U, 'x'), "application/json");
-    // The service may close while the rest is still on its way.
+    // The service may close the connection before the whole body has been sent.
     if (huge) {
         EXPECT_EQ(huge->status, 413);
     }
     EXPECT_EQ(service.client().sessions(), Json::array());
 }
 
-TEST(Service, AVeryLongSessionIdHarmsNothing) {
+TEST(Service, VeryLongSessionIdIsNotFound) {
     RunningService service;
     httplib::Client client("127.0.0.1", service.port());
     for (const std::size_t length : {200U, 201U, 7000U}) {
@@ -231,7 +231,7 @@ TEST(Service, AVeryLongSessionIdHarmsNothing) {
     }
 }
 
-TEST(Service, TheHealthPageNeedsNoToken) {
+TEST(Service, HealthPageNeedsNoToken) {
     RunningService service;
     httplib::Client client("127.0.0.1", service.port());
     const httplib::Result result = client.Get("/");
@@ -241,13 +241,14 @@ TEST(Service, TheHealthPageNeedsNoToken) {
     EXPECT_NE(result->body.find("topics"), std::string::npos);
 }
 
-TEST(Service, ServesSeveralClientsAtOnce) {
+TEST(Service, ServesClientsConcurrently) {
     Options options = RunningService::quick();
     options.delayMs = 1;
     options.piece = 3;
     RunningService service(options);
     constexpr int kClients = 12;
-    // Nobody reads on until everybody has got a first piece: only possible when all are served side by side.
+    // Each client stops reading until all have received a first piece, which requires that all are served
+    // concurrently.
     std::atomic<int> started{0};
     std::vector<std::thread> threads;
     for (int i = 0; i < kClients; ++i) {
@@ -277,22 +278,22 @@ TEST(Service, ServesSeveralClientsAtOnce) {
     EXPECT_EQ(started, kClients);
 }
 
-TEST(Service, PiecesArriveWhileTheAnswerIsStillBeingWritten) {
+TEST(Service, PiecesArriveBeforeTheAnswerIsComplete) {
     Options options = RunningService::quick();
     options.piece = 2;
     options.delayMs = 60000;
     RunningService service(options);
     const ServiceClient client = service.client();
     const std::string session = client.createSession();
-    // The second piece is a minute away, so whoever sees the first has not waited for the rest.
+    // The second piece is due a minute later, so the first one was not held back for it.
     const ChatReply reply = client.chat(session, "怎么画圆", [](const ChatReply&) { return false; });
     EXPECT_EQ(reply.stream.events(), std::vector<std::string>{"画圆"});
-    // Leaving is noticed during the pause, and what was sent is kept.
+    // The disconnect is detected during the pause, and what was sent is stored.
     EXPECT_EQ(conversationOf(client.waitForMessages(session, 2)),
               (Conversation{{"user", "怎么画圆"}, {"assistant", "画圆"}}));
 }
 
-TEST(Service, SmallPiecesDoNotWaitForOneAnother) {
+TEST(Service, AcceptedConnectionsHaveTcpNoDelaySet) {
     Options options = RunningService::quick();
     options.delayMs = 60000;
     RunningService service(options);
@@ -305,7 +306,7 @@ TEST(Service, SmallPiecesDoNotWaitForOneAnother) {
     EXPECT_EQ(connections, std::vector<bool>{true});
 }
 
-TEST(Service, StoppingCutsTheRunningStreamsAndKeepsWhatWasSent) {
+TEST(Service, StopCutsRunningStreams) {
     Options options = RunningService::quick();
     options.piece = 2;
     options.delayMs = 60000;
@@ -329,7 +330,7 @@ TEST(Service, StoppingCutsTheRunningStreamsAndKeepsWhatWasSent) {
     EXPECT_FALSE(service.service().isRunning());
 }
 
-TEST(Service, ARestartKeepsTheHistory) {
+TEST(Service, HistoryIsKeptAcrossARestart) {
     const TemporaryFolder folder;
     Options options = RunningService::quick();
     options.port = 0;
@@ -352,7 +353,7 @@ TEST(Service, ARestartKeepsTheHistory) {
     EXPECT_EQ(client.sessions().at(0).at("userChatSessionId"), session);
 }
 
-TEST(Service, ABusyPortIsReported) {
+TEST(Service, BusyPortIsReported) {
     RunningService first;
     const TemporaryFolder folder;
     Options options = RunningService::quick();
@@ -361,13 +362,13 @@ TEST(Service, ABusyPortIsReported) {
     Service second(options);
     try {
         second.start();
-        FAIL() << "two services share a port";
+        FAIL() << "a second service listens on the same port";
     } catch (const StartError& error) {
         EXPECT_NE(std::string(error.what()).find("cannot listen on 127.0.0.1:"), std::string::npos);
     }
 }
 
-TEST(Service, QuestionsAndAnswersWithLineBreaksComeBackAsTheyWere) {
+TEST(Service, QuestionsKeepTheirTextExceptForLineEnds) {
     RunningService service;
     const ServiceClient client = service.client();
     const std::string session = client.createSession();
@@ -378,7 +379,7 @@ TEST(Service, QuestionsAndAnswersWithLineBreaksComeBackAsTheyWere) {
     EXPECT_EQ(client.messages(session)[2].at("message"), "a\nb\nc");
 }
 
-TEST(Service, OneConnectionCarriesManyCalls) {
+TEST(Service, OneConnectionServesManyRequests) {
     RunningService service;
     httplib::Client client("127.0.0.1", service.port());
     client.set_keep_alive(true);
@@ -393,7 +394,7 @@ TEST(Service, OneConnectionCarriesManyCalls) {
     EXPECT_EQ(opened, 1);
 }
 
-TEST(Service, ASeededUserFindsHisHistory) {
+TEST(Service, SeededUserHasAHistory) {
     Options options = RunningService::quick();
     options.seed = "demo";
     options.seedToken = "seeded";

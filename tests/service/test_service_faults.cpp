@@ -16,7 +16,7 @@ Options withFaults(std::initializer_list<const char*> faults) {
     return options;
 }
 
-/// The body of a session call, whatever it is.
+/// The unparsed body of a session call's reply; empty when there is no reply.
 std::string rawCall(const RunningService& service, const std::string& path, int* status = nullptr) {
     httplib::Client client("127.0.0.1", service.port());
     const httplib::Result result = client.Post(path, {{"Authorization", "anna"}}, "{}", "application/json");
@@ -26,7 +26,7 @@ std::string rawCall(const RunningService& service, const std::string& path, int*
     return result ? result->body : std::string();
 }
 
-TEST(ServiceFaults, AStatusStrikesOnceAndEveryCall) {
+TEST(ServiceFaults, StatusFaultAppliesToEveryCall) {
     RunningService service(withFaults({"any:status=503,times=4"}));
     const ServiceClient client = service.client();
     for (const char* path : {"/zr/ai/session/create", "/zr/ai/session/user", "/zr/ai/chat/user/session/x"}) {
@@ -38,7 +38,7 @@ TEST(ServiceFaults, AStatusStrikesOnceAndEveryCall) {
     EXPECT_EQ(client.sessions(), Json::array());
 }
 
-TEST(ServiceFaults, EnvelopesCanLie) {
+TEST(ServiceFaults, EnvelopeFaultsChangeTheReply) {
     RunningService service(withFaults({"list:code=500,times=1", "list:msg=broken", "list:data={\"a\":1}",
                                        "create:data=null", "read:broken-json"}));
     const ServiceClient client = service.client();
@@ -49,7 +49,7 @@ TEST(ServiceFaults, EnvelopesCanLie) {
     EXPECT_EQ(client.sessions().size(), 1U);
 }
 
-TEST(ServiceFaults, ACutStreamIsSeenAsCutAndItsPartIsStored) {
+TEST(ServiceFaults, CutStreamIsIncompleteAndItsPartIsStored) {
     for (const char* fault : {"chat:cut-after=2", "chat:cut-in-event=2", "chat:cut-in-char=2"}) {
         RunningService service(withFaults({fault}));
         const ServiceClient client = service.client();
@@ -62,14 +62,14 @@ TEST(ServiceFaults, ACutStreamIsSeenAsCutAndItsPartIsStored) {
     }
 }
 
-TEST(ServiceFaults, CutInACharacterLeavesHalfOfIt) {
+TEST(ServiceFaults, CutInCharLeavesAnIncompleteCharacter) {
     RunningService service(withFaults({"chat:cut-in-char=1"}));
     const ServiceClient client = service.client();
     const ChatReply reply = client.chat(client.createSession(), "怎么画圆");
     EXPECT_FALSE(isValidUtf8(reply.stream.unfinished()));
 }
 
-TEST(ServiceFaults, AnEndInsideAnEventIsAProperEnd) {
+TEST(ServiceFaults, EndInEventEndsTheReplyProperly) {
     RunningService service(withFaults({"chat:end-in-event=1"}));
     const ServiceClient client = service.client();
     const ChatReply reply = client.chat(client.createSession(), "怎么画圆");
@@ -78,7 +78,7 @@ TEST(ServiceFaults, AnEndInsideAnEventIsAProperEnd) {
     EXPECT_NE(reply.stream.unfinished(), "");
 }
 
-TEST(ServiceFaults, CrLfEmptyHugeAndInvalidEvents) {
+TEST(ServiceFaults, SendsCrLfEmptyHugeAndInvalidEvents) {
     RunningService service(withFaults({"chat:crlf", "chat:empty-events=2,skip=1",
                                        "chat:huge-event=300000,skip=2", "chat:invalid-utf8,skip=3"}));
     const ServiceClient client = service.client();
@@ -97,7 +97,7 @@ TEST(ServiceFaults, CrLfEmptyHugeAndInvalidEvents) {
     EXPECT_FALSE(isValidUtf8(invalid.stream.events()[0]));
 }
 
-TEST(ServiceFaults, ANeverEndingStreamEndsWhenTheClientLeaves) {
+TEST(ServiceFaults, NeverEndingStreamEndsWhenTheClientDisconnects) {
     RunningService service(withFaults({"chat:never-ending"}));
     const ServiceClient client = service.client();
     const std::string session = client.createSession();
@@ -110,16 +110,16 @@ TEST(ServiceFaults, ANeverEndingStreamEndsWhenTheClientLeaves) {
     EXPECT_EQ(reply.stream.answer().compare(0, stored.size() * 2, stored + stored, 0, stored.size() * 2), 0);
 }
 
-TEST(ServiceFaults, SlowHeadersDelayAndDoNotOutliveTheService) {
+TEST(ServiceFaults, SlowHeadersDoNotDelayAStop) {
     RunningService service(withFaults({"list:slow-headers=1", "list:slow-headers=3600000,skip=1"}));
     EXPECT_EQ(service.client().sessions(), Json::array());
     std::thread caller([&] { rawCall(service, "/zr/ai/session/user"); });
-    // Whether the call has reached its wait or not, the stop must not take an hour.
+    // Whether or not the call has begun to wait, stop() must not take an hour.
     service.service().stop();
     caller.join();
 }
 
-TEST(ServiceFaults, AreTakenAtRunTimeOnlyWhenAllowed) {
+TEST(ServiceFaults, AreAcceptedAtRunTimeOnlyWhenAllowed) {
     RunningService closed;
     httplib::Client refused("127.0.0.1", closed.port());
     EXPECT_EQ(refused.Post("/test/faults", R"({"kind":"crlf"})", "application/json")->status, 404);

@@ -5,14 +5,14 @@
 namespace zentri::service {
 namespace {
 
-TEST(Text, CountsAndCutsByCodePoints) {
+TEST(Text, CountsAndTruncatesByCodePoint) {
     EXPECT_EQ(codePointCount("a圆😀"), 3U);
     EXPECT_EQ(firstCodePoints("a圆😀b", 3), "a圆😀");
     EXPECT_EQ(firstCodePoints("ab", 9), "ab");
     EXPECT_EQ(firstCodePoints("ab", 0), "");
 }
 
-TEST(Text, BrokenBytesAreReplacedOneByOne) {
+TEST(Text, ReplacesInvalidBytesOneByOne) {
     const std::string broken =
         "\xE5\x9C\xFF\xC0\xAF"
         "a";
@@ -24,7 +24,7 @@ TEST(Text, BrokenBytesAreReplacedOneByOne) {
     EXPECT_EQ(decoded, U"\uFFFD\uFFFD\uFFFD\uFFFD\uFFFDa");
 }
 
-TEST(Text, KnowsValidUtf8) {
+TEST(Text, ValidatesUtf8) {
     EXPECT_TRUE(isValidUtf8(""));
     EXPECT_TRUE(isValidUtf8("圆😀"));
     EXPECT_FALSE(isValidUtf8("\xE5\x9C"));
@@ -53,7 +53,7 @@ TEST(Text, TrimsAndSplits) {
     EXPECT_EQ(oneLine("\n a\nb\tc \n"), "a b c");
 }
 
-TEST(LineEndNormalizer, MakesEveryLineEndALineFeedWhereverThePiecesAreCut) {
+TEST(LineEndNormalizer, ConvertsEveryLineEndToLfAcrossPieceBoundaries) {
     const std::string text = "a\r\nb\rc\n\r\n\r\r\nd\r";
     const std::string wanted = "a\nb\nc\n\n\n\nd\n";
     for (std::size_t first = 0; first <= text.size(); ++first) {

@@ -28,7 +28,7 @@ std::string parseError(const std::string& text) {
     return {};
 }
 
-TEST(Topic, ReadsEveryPart) {
+TEST(Topic, ParsesEveryField) {
     const std::vector<Topic> topics = parseTopics(kCircle, "x.topics");
     ASSERT_EQ(topics.size(), 1U);
     const Topic& topic = topics.front();
@@ -44,7 +44,7 @@ TEST(Topic, ReadsEveryPart) {
     EXPECT_FALSE(topic.isSmallTalk());
 }
 
-TEST(Topic, AnAreaHoldsForTheTopicsThatFollow) {
+TEST(Topic, AreaAppliesToTheFollowingTopics) {
     const std::string two =
         std::string(kCircle) + "# 二\nkeys: 二\nen: two\n说明\narea: 修改\n# 三\nkeys: 三\nen: three\n说明\n";
     const std::vector<Topic> topics = parseTopics(two, "x.topics");
@@ -54,12 +54,12 @@ TEST(Topic, AnAreaHoldsForTheTopicsThatFollow) {
     EXPECT_TRUE(topics[2].isSmallTalk());
 }
 
-TEST(Topic, ANumberWithoutDotAndBlankIsText) {
+TEST(Topic, NumberWithoutDotAndSpaceIsText) {
     const std::vector<Topic> topics = parseTopics("area: a\n# t\nkeys: k\nen: e\n3.5 毫米\n", "x.topics");
     EXPECT_EQ(topics.front().introduction, "3.5 毫米");
 }
 
-TEST(Topic, SaysWhichLineIsWrong) {
+TEST(Topic, ErrorsNameTheLine) {
     EXPECT_EQ(parseError("text\n"), "x.topics:1: text before the first topic");
     EXPECT_EQ(parseError("area: a\n\n# t\nen: e\n说明\n"), "x.topics:3: the topic 't' has no keys");
     EXPECT_EQ(parseError("area: a\n# t\nkeys: k\n说明\n"), "x.topics:2: the topic 't' has no English line");
@@ -69,7 +69,7 @@ TEST(Topic, SaysWhichLineIsWrong) {
     EXPECT_EQ(parseError("area: \xFF\n"), "x.topics: not UTF-8");
 }
 
-TEST(Topic, AnEmptyFileHasNoTopics) {
+TEST(Topic, EmptyFileHasNoTopics) {
     EXPECT_TRUE(parseTopics("", "x.topics").empty());
 }
 

@@ -24,7 +24,7 @@ bool contains(const std::string& text, const std::string& part) {
     return text.find(part) != std::string::npos;
 }
 
-/// One question through a service that forwards to the fake; the answer.
+/// The answer to one question, from a service that forwards to the fake server.
 std::string answerThrough(const FakeUpstream& upstream, ChatReply* whole = nullptr) {
     RunningService service(forwardingTo(upstream.url()));
     const ServiceClient client = service.client();
@@ -38,7 +38,7 @@ std::string answerThrough(const FakeUpstream& upstream, ChatReply* whole = nullp
     return reply.stream.answer();
 }
 
-TEST(Upstream, PassesTheDeltasOn) {
+TEST(Upstream, ForwardsTheDeltas) {
     FakeUpstream upstream;
     upstream.script = [](const auto& send) {
         for (const char* text : {"用", "【CIRCLE】", "\n\n1. data: ", "完"}) {
@@ -49,7 +49,7 @@ TEST(Upstream, PassesTheDeltasOn) {
     EXPECT_EQ(answerThrough(upstream), "用【CIRCLE】\n\n1. data: 完");
 }
 
-TEST(Upstream, PassesEachDeltaOnBeforeTheNextIsThere) {
+TEST(Upstream, ForwardsEachDeltaBeforeTheNextArrives) {
     Gate seen;
     FakeUpstream upstream;
     bool opened = false;
@@ -100,7 +100,7 @@ TEST(Upstream, SendsTheConversationTheModelAndTheKey) {
     EXPECT_EQ(messages[3], (Json{{"role", "user"}, {"content", "第二问"}}));
 }
 
-TEST(Upstream, WithoutAKeyOrModelSendsNoKeyAndTheClientsModel) {
+TEST(Upstream, WithoutKeyAndModelSendsNoKeyAndTheClientsModel) {
     FakeUpstream upstream;
     upstream.script = [](const auto& send) { return send(FakeUpstream::done()); };
     Options options = forwardingTo(upstream.url());
@@ -113,7 +113,7 @@ TEST(Upstream, WithoutAKeyOrModelSendsNoKeyAndTheClientsModel) {
     EXPECT_EQ(Json::parse(upstream.requests()[0].body).at("model"), "deepseek-chat");
 }
 
-TEST(Upstream, UnderstandsAStreamCutAnywhere) {
+TEST(Upstream, ParsesAStreamSplitAtEveryByte) {
     const std::string bytes = ": hello\r\n\r\n" + FakeUpstream::delta("你好") +
                               "event: x\ndata: {\"choices\":[]}\n\n" + FakeUpstream::delta("世界") +
                               FakeUpstream::done();
@@ -129,7 +129,7 @@ TEST(Upstream, UnderstandsAStreamCutAnywhere) {
     EXPECT_EQ(answerThrough(upstream), "你好世界");
 }
 
-TEST(Upstream, AFinishReasonIsAnEndWithoutDone) {
+TEST(Upstream, FinishReasonEndsTheAnswerWithoutDone) {
     FakeUpstream upstream;
     upstream.script = [](const auto& send) {
         send(FakeUpstream::delta("完"));
@@ -138,7 +138,7 @@ TEST(Upstream, AFinishReasonIsAnEndWithoutDone) {
     EXPECT_EQ(answerThrough(upstream), "完");
 }
 
-TEST(Upstream, TakesACompleteReplyWhenTheServerDoesNotStream) {
+TEST(Upstream, AcceptsACompleteReplyWhenTheServerDoesNotStream) {
     FakeUpstream upstream;
     upstream.type = "application/json";
     upstream.body =
@@ -146,7 +146,7 @@ TEST(Upstream, TakesACompleteReplyWhenTheServerDoesNotStream) {
     EXPECT_EQ(answerThrough(upstream), "整段回答");
 }
 
-TEST(Upstream, ErrorStatusesBecomeAnAnswerThatSaysWhy) {
+TEST(Upstream, ErrorStatusIsExplainedInTheAnswer) {
     struct Case {
         int status;
         const char* words;
@@ -164,7 +164,7 @@ TEST(Upstream, ErrorStatusesBecomeAnAnswerThatSaysWhy) {
     }
 }
 
-TEST(Upstream, ARefusedConnectionBecomesAnAnswer) {
+TEST(Upstream, RefusedConnectionIsReportedInTheAnswer) {
     std::string url;
     {
         const FakeUpstream gone;
@@ -175,7 +175,7 @@ TEST(Upstream, ARefusedConnectionBecomesAnAnswer) {
     EXPECT_TRUE(contains(client.chat(client.createSession(), "q").stream.answer(), "连接不上"));
 }
 
-TEST(Upstream, SilenceBecomesAnAnswer) {
+TEST(Upstream, TimeoutIsReportedInTheAnswer) {
     Gate end;
     FakeUpstream upstream;
     upstream.script = [&](const auto&) { return end.wait(); };
@@ -188,7 +188,7 @@ TEST(Upstream, SilenceBecomesAnAnswer) {
     EXPECT_TRUE(contains(answer, "没有给出回答") || contains(answer, "没有回应")) << answer;
 }
 
-TEST(Upstream, ACutInTheMiddleKeepsThePartAndSaysSo) {
+TEST(Upstream, TruncatedStreamKeepsThePartAndReportsIt) {
     FakeUpstream upstream;
     upstream.script = [](const auto& send) {
         send(FakeUpstream::delta("前一半"));
@@ -199,13 +199,13 @@ TEST(Upstream, ACutInTheMiddleKeepsThePartAndSaysSo) {
     EXPECT_TRUE(contains(answer, "中途断开")) << answer;
 }
 
-TEST(Upstream, AProperEndWithoutAnEndMarkIsIncompleteToo) {
+TEST(Upstream, StreamWithoutDoneOrFinishReasonIsIncomplete) {
     FakeUpstream upstream;
     upstream.script = [](const auto& send) { return send(FakeUpstream::delta("前一半")); };
     EXPECT_TRUE(contains(answerThrough(upstream), "不完整"));
 }
 
-TEST(Upstream, BadJsonBecomesAnAnswer) {
+TEST(Upstream, InvalidJsonIsReportedInTheAnswer) {
     FakeUpstream upstream;
     upstream.script = [](const auto& send) {
         send(FakeUpstream::delta("好"));
@@ -218,7 +218,7 @@ TEST(Upstream, BadJsonBecomesAnAnswer) {
     EXPECT_FALSE(contains(answer, "不再看"));
 }
 
-TEST(Upstream, AnErrorInTheStreamBecomesAnAnswer) {
+TEST(Upstream, ErrorEventIsReportedInTheAnswer) {
     FakeUpstream upstream;
     upstream.script = [](const auto& send) {
         return send("data: {\"error\":{\"message\":\"overloaded\"}}\n\n");
@@ -226,26 +226,26 @@ TEST(Upstream, AnErrorInTheStreamBecomesAnAnswer) {
     EXPECT_TRUE(contains(answerThrough(upstream), "overloaded"));
 }
 
-TEST(Upstream, AnErrorPageOfAnyBytesIsToldSafely) {
+TEST(Upstream, BinaryErrorPageIsReportedSafely) {
     FakeUpstream upstream;
     upstream.status = 500;
     upstream.body = "<html>\xFF\xFE" + std::string(100000, 'x');
     EXPECT_TRUE(contains(answerThrough(upstream), "HTTP 500"));
 }
 
-TEST(Upstream, AnEmptyAnswerIsExplained) {
+TEST(Upstream, EmptyAnswerIsReported) {
     FakeUpstream upstream;
     upstream.type = "application/json";
     upstream.body = R"({"choices":[{"message":{"content":""}}]})";
     EXPECT_TRUE(contains(answerThrough(upstream), "没有给出回答"));
 }
 
-TEST(Upstream, AClientThatLeavesEndsTheRequestToASilentServer) {
+TEST(Upstream, ClientDisconnectCancelsTheRequestToASilentServer) {
     Gate ended;
     FakeUpstream upstream;
     upstream.script = [&](const auto& send) {
         send(FakeUpstream::delta("一"));
-        // Nothing more to say, only listening whether anybody is there.
+        // Send no more text, but poll whether the connection is still open.
         const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(30);
         while (send("") && std::chrono::steady_clock::now() < end) {
             std::this_thread::yield();
@@ -261,7 +261,7 @@ TEST(Upstream, AClientThatLeavesEndsTheRequestToASilentServer) {
     EXPECT_EQ(client.waitForMessages(session, 2)[1].at("message"), "一");
 }
 
-TEST(Upstream, StoppingTheServiceEndsTheRequestToASilentServer) {
+TEST(Upstream, StopCancelsTheRequestToASilentServer) {
     Gate end;
     Gate asked;
     FakeUpstream upstream;
@@ -282,7 +282,7 @@ TEST(Upstream, StoppingTheServiceEndsTheRequestToASilentServer) {
     end.open();
 }
 
-/// A key and a self-signed certificate for 127.0.0.1, made for this run.
+/// A key and a self-signed certificate for 127.0.0.1, generated for this run.
 struct Certificate {
     explicit Certificate(const TemporaryFolder& folder)
         : keyFile(folder.file("key.pem")), certificateFile(folder.file("certificate.pem")) {
@@ -318,7 +318,7 @@ struct Certificate {
     std::string certificateFile;
 };
 
-TEST(Upstream, SpeaksHttpsWithATrustedServerOnly) {
+TEST(Upstream, HttpsRequiresATrustedCertificate) {
     const TemporaryFolder folder;
     const Certificate certificate(folder);
     FakeUpstream upstream(std::make_unique<httplib::SSLServer>(certificate.certificateFile.c_str(),

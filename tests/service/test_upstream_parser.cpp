@@ -17,35 +17,35 @@ Events eventsOf(const std::vector<std::string>& chunks) {
     return events;
 }
 
-TEST(SseParser, ReadsAnEvent) {
+TEST(SseParser, ParsesAnEvent) {
     EXPECT_EQ(eventsOf({"data: {\"a\":1}\n\n"}), Events{"{\"a\":1}"});
 }
 
-TEST(SseParser, StripsOneBlankOnly) {
+TEST(SseParser, StripsOneLeadingSpaceOnly) {
     EXPECT_EQ(eventsOf({"data:x\n\ndata:  y\n\n"}), (Events{"x", " y"}));
 }
 
-TEST(SseParser, PassesOverCommentsOtherFieldsAndEmptyEvents) {
+TEST(SseParser, IgnoresCommentsOtherFieldsAndEmptyEvents) {
     EXPECT_EQ(eventsOf({": keep-alive\n\nevent: message\nid: 7\nretry: 10\ndata: x\n\n\n\n"}), Events{"x"});
 }
 
-TEST(SseParser, JoinsTheDataLinesOfAnEvent) {
+TEST(SseParser, JoinsDataLinesWithLineFeeds) {
     EXPECT_EQ(eventsOf({"data: a\ndata\ndata: b\n\n"}), Events{"a\n\nb"});
 }
 
-TEST(SseParser, HandsOnAnEventThatTheEndOfTheStreamCloses) {
+TEST(SseParser, DeliversTheLastEventAtTheEndOfTheStream) {
     EXPECT_EQ(eventsOf({"data: a\n\ndata: b\n"}), (Events{"a", "b"}));
     EXPECT_EQ(eventsOf({"data: a\n\ndata: b"}), (Events{"a", "b"}));
     EXPECT_TRUE(eventsOf({""}).empty());
 }
 
-TEST(SseParser, TakesOffAByteOrderMark) {
+TEST(SseParser, SkipsAByteOrderMark) {
     EXPECT_EQ(eventsOf({"\xEF\xBB\xBF"
                         "data: a\n\n"}),
               Events{"a"});
 }
 
-TEST(SseParser, EveryLineEndAtEveryCutGivesTheSameEvents) {
+TEST(SseParser, EventsDoNotDependOnLineEndsOrChunkBoundaries) {
     const Events wanted{"你好", "a\nb", "[DONE]"};
     for (const std::string end : {"\n", "\r\n", "\r"}) {
         const std::string bytes = ": c" + end + "data: 你好" + end + end + "data: a" + end + "data: b" + end +
@@ -61,7 +61,7 @@ TEST(SseParser, EveryLineEndAtEveryCutGivesTheSameEvents) {
     }
 }
 
-TEST(ParseDelta, TakesTheTextOfADelta) {
+TEST(ParseDelta, ReadsTheTextOfADelta) {
     const UpstreamDelta delta =
         parseDelta(R"({"choices":[{"index":0,"delta":{"content":"你\n好"},"finish_reason":null}]})");
     EXPECT_TRUE(delta.valid);
@@ -69,12 +69,12 @@ TEST(ParseDelta, TakesTheTextOfADelta) {
     EXPECT_EQ(delta.text, "你\n好");
 }
 
-TEST(ParseDelta, SeesTheEnd) {
+TEST(ParseDelta, RecognisesTheEnd) {
     EXPECT_TRUE(parseDelta("[DONE]").finished);
     EXPECT_TRUE(parseDelta(R"({"choices":[{"delta":{},"finish_reason":"stop"}]})").finished);
 }
 
-TEST(ParseDelta, TakesEventsWithoutTextForNothing) {
+TEST(ParseDelta, AcceptsEventsWithoutText) {
     for (const char* data :
          {R"({"choices":[{"delta":{"role":"assistant","content":null}}]})", R"({"choices":[]})",
           R"({"choices":[{"delta":{"reasoning_content":"hm"}}],"usage":{}})", R"({"choices":[{}]})",
@@ -87,7 +87,7 @@ TEST(ParseDelta, TakesEventsWithoutTextForNothing) {
     }
 }
 
-TEST(ParseDelta, TakesOverTheServersErrors) {
+TEST(ParseDelta, ReadsErrorMessages) {
     EXPECT_EQ(parseDelta(R"({"error":{"message":"quota","type":"x"}})").error, "quota");
     EXPECT_EQ(parseDelta(R"({"error":"overloaded"})").error, "overloaded");
     EXPECT_EQ(parseDelta(R"({"error":{"code":3}})").error, R"({"code":3})");
@@ -95,13 +95,13 @@ TEST(ParseDelta, TakesOverTheServersErrors) {
     EXPECT_EQ(parseDelta(R"({"error":null,"choices":[{"delta":{"content":"a"}}]})").text, "a");
 }
 
-TEST(ParseDelta, KnowsWhatIsNoDelta) {
+TEST(ParseDelta, RejectsMalformedEvents) {
     for (const char* data : {"", "{", "[]", "3", "null", "{}", "<html>", R"({"choices":3})", "\xFF"}) {
         EXPECT_FALSE(parseDelta(data).valid) << data;
     }
 }
 
-TEST(ParseCompletion, TakesAWholeAnswer) {
+TEST(ParseCompletion, ReadsACompleteAnswer) {
     EXPECT_EQ(parseCompletion(R"({"choices":[{"message":{"role":"assistant","content":"全部"}}]})").text,
               "全部");
 }
