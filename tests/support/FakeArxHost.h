@@ -26,8 +26,9 @@ private:
     CString m_title;
 };
 
-/// A host without a window loop: it keeps what it is told and answers what the test has set. Installs itself
-/// while it lives.
+/// A host without a message loop. Records what it is called with and returns what the test has set. Installed
+/// as the SDK's host for its lifetime. print() and the members about printed text may be called on any
+/// thread.
 class FakeArxHost : public ArxHost {
 public:
     struct SentString {
@@ -43,7 +44,7 @@ public:
     FakeArxHost(const FakeArxHost&) = delete;
     FakeArxHost& operator=(const FakeArxHost&) = delete;
 
-    // What the test sets.
+    // Set by the test.
     void setVar(const CString& name, short value) { m_variables[name] = value; }
     void setService(const CString& service, const char* symbol, void* address);
     /// Null for a host without an open drawing.
@@ -54,14 +55,14 @@ public:
     void setDark(bool dark) { m_dark = dark; }
     void setDockState(const CString& title, const ArxDockState& state) { m_dockStates[title] = state; }
 
-    // What the module did.
+    // Recorded calls of the module.
     std::vector<CString> printed() const;
-    /// All prints in a row.
+    /// All printed text, concatenated.
     CString printedText() const;
     void clearPrinted();
     const std::vector<SentString>& sent() const { return m_sent; }
     void clearSent() { m_sent.clear(); }
-    /// The dock states that the slice told of, by title.
+    /// The dock states by title, as set by the test or last reported by the ObjectARX slice.
     const std::map<CString, ArxDockState>& dockStates() const { return m_dockStates; }
 
     void print(const CString& text) override;

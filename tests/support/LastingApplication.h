@@ -1,10 +1,10 @@
 #pragma once
 
-/// Makes Qt's application for the rest of the process's life, as the module does in the host. `argc` and
-/// `argv` must be main's own.
+/// Creates the Qt application object for the rest of the process's lifetime, as the module does in the host.
+/// `argc` and `argv` must be main's own.
 ///
-/// It is not deleted at the end of main: that would have the threads of Qt's pool end at the same time as the
-/// process, and Wine crashes now and then over a thread that is just ending when its process does.
+/// The object is leaked on purpose: deleting it at the end of main would make the threads of Qt's thread pool
+/// exit while the process exits, and Wine occasionally crashes when a thread and its process exit together.
 template <class Application>
 void makeLastingApplication(int& argc, char** argv) {
     new Application(argc, argv);

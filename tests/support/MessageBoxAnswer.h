@@ -4,8 +4,8 @@
 
 #include <functional>
 
-/// Answers the message boxes that open while it lives, as a user would: each with the same button. A box must
-/// have a button of that kind. One at a time; main thread.
+/// Answers every message box that opens during its lifetime with the same button, as a user would. The box
+/// must have that button. One instance at a time; main thread.
 class MessageBoxAnswer {
 public:
     /// `meanwhile` is called while a box is open, before it is answered.
@@ -14,7 +14,7 @@ public:
     MessageBoxAnswer(const MessageBoxAnswer&) = delete;
     MessageBoxAnswer& operator=(const MessageBoxAnswer&) = delete;
 
-    /// How many boxes were answered, and what the last one said.
+    /// The number of boxes answered, and the contents of the last one.
     int count() const { return m_count; }
     CString text() const { return m_text; }
     CString caption() const { return m_caption; }

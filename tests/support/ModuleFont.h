@@ -5,7 +5,7 @@
 #include <QFontDatabase>
 #include <QStringList>
 
-/// Gives the application the font of the resource set, in the size that the module asks for.
+/// Sets the application font to the one in the module's resources, in the point size that the module uses.
 inline void useModuleFont() {
     constexpr int kPointSize = 9;
     const int id =

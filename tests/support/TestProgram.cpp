@@ -2,7 +2,7 @@
 
 namespace {
 
-/// CView's constructor is for derived classes.
+/// CView's constructor is protected.
 class TestView : public CView {};
 
 TestApp g_app;
@@ -12,7 +12,7 @@ constexpr int kFrameWidth = 1100;
 constexpr int kFrameHeight = 760;
 constexpr LPARAM kKeyUp = static_cast<LPARAM>(0xC0000001);
 
-/// One message as the program's loop handles it.
+/// Pumps one message like the program's message loop.
 void pumpOne() {
     MSG message;
     if (GetMessageW(&message, nullptr, 0, 0) == FALSE) {
@@ -89,7 +89,7 @@ TestProgram::~TestProgram() {
 
 bool TestProgram::pumpUntil(const std::function<bool()>& condition, int timeoutMs) {
     const ULONGLONG start = GetTickCount64();
-    // The tick lets the loop look at the condition although nothing else happens.
+    // The timer wakes GetMessage, so that the condition is checked even if no other message arrives.
     const UINT_PTR tick = SetTimer(nullptr, 0, kTickMilliseconds, nullptr);
     bool holds = condition();
     while (!holds && GetTickCount64() - start < static_cast<ULONGLONG>(timeoutMs)) {
@@ -101,7 +101,7 @@ bool TestProgram::pumpUntil(const std::function<bool()>& condition, int timeoutM
 }
 
 void TestProgram::settle() {
-    // Two ticks after the queue has run empty: what the first round posted has been handled by the second.
+    // Several checks in a row must find the queue empty, so that messages posted late are handled as well.
     int quietTicks = 0;
     pumpUntil([&quietTicks] {
         MSG waiting;

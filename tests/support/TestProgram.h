@@ -8,7 +8,7 @@
 
 #include "tests/support/FakeArxHost.h"
 
-/// The MFC application object of the host tests. It takes note of what MFC hands it.
+/// The CWinApp of the host tests. Records the message boxes that MFC asks it to show.
 class TestApp : public CWinApp {
 public:
     TestApp() : CWinApp(_T("Test host")) {}
@@ -16,28 +16,28 @@ public:
     BOOL OnIdle(LONG count) override;
     BOOL IsIdleMessage(MSG* message) override;
     BOOL PreTranslateMessage(MSG* message) override;
-    /// Answers instead of showing the box.
+    /// Records the box and returns `boxAnswer` instead of showing it.
     int DoMessageBox(LPCTSTR prompt, UINT type, UINT helpId) override;
 
-    /// Back to the defaults of MFC, with nothing noted.
+    /// Restores MFC's default behaviour and clears the records.
     void reset();
 
-    // What the test sets.
+    // Set by the test.
     std::function<BOOL(LONG)> onIdle;
     std::function<BOOL(MSG*)> isIdleMessage;
     std::function<BOOL(MSG*)> preTranslate;
     int boxAnswer = IDOK;
-    /// Called while a box is open.
+    /// Called while a box would be open.
     std::function<void()> whileBoxOpen;
 
     std::vector<CString> boxes;
-    /// Their types, as MFC hands them on.
+    /// The MB_ flags of the boxes, as MFC passes them.
     std::vector<UINT> boxTypes;
 };
 
 TestApp& testApp();
 
-/// The host of a test with real windows: a frame with a menu, a drawing view in it, and the loop.
+/// A test's host with real windows: a frame with a menu and a drawing view, and a message loop.
 class TestProgram {
 public:
     TestProgram();
@@ -49,11 +49,12 @@ public:
     CView* drawingView() const { return m_view; }
     FakeArxHost& host() { return m_host; }
 
-    /// Runs the loop until the condition holds; false when it does not in time.
+    /// Runs the message loop until the condition holds; false on a timeout.
     static bool pumpUntil(const std::function<bool()>& condition, int timeoutMs = 20000);
-    /// Runs the loop until every posted message and event has been handled.
+    /// Runs the message loop until every posted message and event has been handled.
     static void settle();
-    /// Posts a key as the keyboard does: WM_KEYDOWN, which makes the WM_CHAR, and WM_KEYUP.
+    /// Posts a key stroke as the keyboard does: WM_KEYDOWN, which TranslateMessage turns into WM_CHAR, and
+    /// WM_KEYUP.
     static void typeKey(HWND window, int virtualKey);
 
 private:

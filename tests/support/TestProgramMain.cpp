@@ -2,7 +2,7 @@
 
 #include "tests/support/TestProgram.h"
 
-// Qt's application is made by the code under test or by the fixtures, as in the real host.
+// The code under test or the fixtures create the QApplication, as in the real host.
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
     CString commandLine(_T("-first  \"second\""));

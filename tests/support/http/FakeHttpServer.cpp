@@ -52,8 +52,8 @@ QByteArray FakeHttpServer::Request::header(const QByteArray& name) const {
     return QByteArray();
 }
 
-/// The sockets and what has come in on them. Lives on the server's thread; the mutex guards what the test
-/// reads.
+/// The sockets and the requests received on them. Lives on the server's thread; the mutex guards what the
+/// test reads from other threads.
 class FakeHttpServer::Worker : public QObject {
 public:
     Worker() {
@@ -148,7 +148,7 @@ private:
     mutable QMutex m_mutex;
     QList<Request> m_requests;
 
-    // Last, so that it goes first: its sockets tell of their end.
+    // Last, so that it is destroyed first: its sockets then emit disconnected(), whose slot uses m_received.
     QTcpServer m_server;
 };
 
@@ -170,7 +170,7 @@ public:
 
     const Worker& worker() const { return *m_worker; }
 
-    /// Runs the function on the server's thread and waits for it.
+    /// Runs the function on the server's thread and blocks until it returns.
     template <typename Function>
     void call(Function function) {
         Worker* const worker = m_worker;

@@ -6,21 +6,21 @@
 #include <QString>
 #include <memory>
 
-/// An HTTP server for tests, on a free loopback port and a thread of its own. It records requests byte for
-/// byte. A request whose target has been given an answer gets it at once; every other one waits for the test
-/// to answer it by hand, piece by piece. All members may be called from any thread.
+/// An HTTP server for tests, on a free loopback port and its own thread. It records requests byte for byte. A
+/// request whose target has a prepared reply is answered at once; any other stays open for the test to reply
+/// to step by step. All members may be called from any thread.
 class FakeHttpServer {
 public:
     struct Request {
-        /// Everything received, head and body.
+        /// The request as received, head and body.
         QByteArray raw;
         QByteArray method;
         QByteArray target;
-        /// Names as sent, values without surrounding blanks.
+        /// Names as sent, values trimmed.
         QList<QPair<QByteArray, QByteArray>> headers;
         QByteArray body;
 
-        /// The value of the header, found without regard to case; null when it was not sent.
+        /// The value of the header, matching its name without case; a null QByteArray if it was not sent.
         QByteArray header(const QByteArray& name) const;
     };
 
@@ -30,31 +30,32 @@ public:
     FakeHttpServer& operator=(const FakeHttpServer&) = delete;
 
     quint16 port() const;
-    /// "127.0.0.1:" and the port, as the service address wants it.
+    /// "127.0.0.1:" and the port, in the form of a service address.
     QString address() const;
 
-    /// Every later request for the target gets this whole reply.
+    /// Prepares this complete reply for every later request for the target.
     void answer(const QByteArray& target, const QByteArray& body, int status = 200,
                 const QByteArray& contentType = "application/json");
 
-    /// Complete requests received so far, in the order in which they became complete.
+    /// The complete requests received so far, in order of completion.
     int requestCount() const;
     Request request(int index) const;
-    /// Waits for a number of requests while delivering the calling thread's events.
+    /// Processes the calling thread's events until `count` requests have been received; false on a timeout.
     bool waitForRequests(int count, int timeoutMs = 20000) const;
 
-    // Answering by hand; `index` counts as in request().
-    /// Status line and headers, ended by an empty line. Without a length the reply lasts until close().
+    // Replying step by step; `index` is that of request().
+    /// Sends status line and headers, ended by an empty line. Without a Content-Length among them the body
+    /// ends with close().
     void sendHead(int index, int status = 200, const QByteArray& contentType = "text/event-stream",
                   const QByteArray& moreHeaders = QByteArray());
-    /// A whole reply without a body.
+    /// Sends a complete reply without a body.
     void sendEmptyReply(int index, int status);
     void sendBytes(int index, const QByteArray& bytes);
-    /// Closes once everything has been written.
+    /// Closes the connection once everything has been written.
     void close(int index);
-    /// Drops the connection at once.
+    /// Closes the connection at once, discarding unsent bytes.
     void abort(int index);
-    /// Whether the connection of the request is gone, whoever closed it.
+    /// Whether the connection of the request has been closed, by either side.
     bool isClosed(int index) const;
 
 private:

@@ -11,7 +11,7 @@ std::vector<std::string> ServiceProcess::allOptions(const std::vector<std::strin
 int ServiceProcess::portIn(const std::string& line) {
     const std::string beginning = "zentri-service listening on http://127.0.0.1:";
     if (line.rfind(beginning, 0) != 0) {
-        throw std::runtime_error("the service does not listen; it says: \"" + line + "\"");
+        throw std::runtime_error("the service is not listening; it printed: \"" + line + "\"");
     }
     return std::stoi(line.substr(beginning.size()));
 }

@@ -1,5 +1,5 @@
-// The service is a Linux program, which a program in Wine can neither read from nor end. with-services does
-// both: it starts a service for each connection and kills it when the connection ends.
+// The service is a Linux program: a program in Wine can neither read its output nor kill it. with-services
+// does both. It starts one service per connection, and kills it when the connection is closed.
 
 #include <cstdlib>
 #include <nlohmann/json.hpp>
@@ -13,12 +13,12 @@ public:
     explicit Program(const std::vector<std::string>& options) {
         const char* const port = std::getenv("ZENTRI_TEST_SERVICES");
         if (port == nullptr) {
-            throw std::runtime_error("this test needs tests/support/service/with-services around it");
+            throw std::runtime_error("run this test through tests/support/service/with-services");
         }
         m_socket = cad::net::connectToLoopback(std::atoi(port));
         if (m_socket == cad::net::kNoSocket ||
             !cad::net::sendAll(m_socket, nlohmann::json(options).dump() + "\n")) {
-            throw std::runtime_error("nobody starts services");
+            throw std::runtime_error("cannot reach with-services on its port");
         }
     }
     Program(const Program&) = delete;
