@@ -1,5 +1,5 @@
-# Configures the module for the vendor's SDK, as far as that goes without MSVC: clang in its place, which takes the
-# same options, and an SDK of empty folders. The generated build must hold what is expected.
+# Configures the module for the vendor's SDK, as far as possible without MSVC: with clang-cl, which takes the same
+# options, and an SDK of empty folders. Then checks the contents of the generated build.
 # usage: cmake -DSOURCE=… -DFOLDER=… -DLLVM=… -DQT=… [-DSDK=…] [-DERROR=text] -P configure_with_sdk.cmake
 file(REMOVE_RECURSE ${FOLDER})
 file(MAKE_DIRECTORY ${FOLDER}/sdk/inc ${FOLDER}/sdk/inc-x64 ${FOLDER}/sdk/lib-x64 ${FOLDER}/empty)
@@ -28,12 +28,12 @@ foreach(expected "build bin/ZR_Zentri.arx:" "/DEF:${SOURCE}/host/ZR_Zentri.def" 
                  "-std:c++17" "ZR_Zentri.rc.res")
   string(FIND "${rules}" "${expected}" place)
   if(place EQUAL -1)
-    message(FATAL_ERROR "the build has no ${expected}")
+    message(FATAL_ERROR "build.ninja does not contain ${expected}")
   endif()
 endforeach()
 foreach(unwanted "${SOURCE}/sim/" "${SOURCE}/tests/" "-D_USRDLL")
   string(FIND "${rules}" "${unwanted}" place)
   if(NOT place EQUAL -1)
-    message(FATAL_ERROR "the build has ${unwanted}")
+    message(FATAL_ERROR "build.ninja contains ${unwanted}")
   endif()
 endforeach()

@@ -1,6 +1,6 @@
 #!/usr/bin/python3
-"""Tests tools/demo as a program: it fails when a step does not happen, opens the panel on a user's display, and ends
-what it started, whichever way it ends.
+"""Tests tools/demo as a program: it fails when a step does not happen, opens the panel on a user's display, and
+terminates everything it has started, however it exits.
 
 usage: tests/integration/test_demo.py BUILD-DIRECTORY [Class.test]
 """
@@ -22,7 +22,7 @@ PATIENCE_SECONDS = 60
 
 
 def wait_until(condition):
-    """What the condition gave at last; false when that took too long."""
+    """Polls until the condition is true or the time is up; returns its last result."""
     deadline = time.monotonic() + PATIENCE_SECONDS
     while not (result := condition()) and time.monotonic() < deadline:
         time.sleep(0.02)
@@ -30,7 +30,7 @@ def wait_until(condition):
 
 
 def state_of(pid):
-    """None when there is no such process, or only its exit code is left."""
+    """The fields of /proc/PID/stat after the name; None if there is no such process, or only a zombie."""
     try:
         fields = Path(f"/proc/{pid}/stat").read_text().rpartition(")")[2].split()
     except (FileNotFoundError, ProcessLookupError):
@@ -39,7 +39,7 @@ def state_of(pid):
 
 
 def children_of(parent):
-    """Names of the running children and their ids."""
+    """The ids of the running child processes, by program name."""
     found = {}
     for entry in Path("/proc").glob("[0-9]*"):
         fields = state_of(entry.name)
@@ -77,7 +77,7 @@ class DemoTest(unittest.TestCase):
 
 
 class Demo(DemoTest):
-    """Without a display."""
+    """Without a user's display: the demo starts an X server."""
 
     def start_and_find_programs(self, *arguments):
         demo = self.start(*arguments)
@@ -92,13 +92,13 @@ class Demo(DemoTest):
         self.assertEqual(demo.wait(PATIENCE_SECONDS), 130)
         self.assert_all_ended(programs)
 
-    def test_KilledItLeavesNothingBehind(self):
+    def test_LeavesNothingBehindWhenKilled(self):
         demo, programs = self.start_and_find_programs()
         demo.kill()
         demo.wait()
         self.assert_all_ended(programs)
 
-    def test_AStepThatDoesNotHappenIsAFailure(self):
+    def test_FailsWhenAStepDoesNotHappen(self):
         demo, programs = self.start_and_find_programs("--patience", "2")
         os.kill(programs["zentri-service"], signal.SIGKILL)
         output, errors = demo.communicate(timeout=PATIENCE_SECONDS)
@@ -107,23 +107,23 @@ class Demo(DemoTest):
         self.assertNotIn("Every step happened", output)
         self.assert_all_ended(programs)
 
-    def test_AHostThatDiesIsAFailure(self):
+    def test_FailsWhenTheHostDies(self):
         demo, programs = self.start_and_find_programs()
         os.kill(programs["zentri-host"], signal.SIGKILL)
         output, errors = demo.communicate(timeout=PATIENCE_SECONDS)
         self.assertEqual(demo.returncode, 1, output + errors)
-        self.assertIn("demo: the host went away", errors)
+        self.assertIn("demo: the host closed the connection", errors)
         self.assert_all_ended(programs)
 
-    def test_MissingProgramsAreOneLine(self):
+    def test_ReportsAMissingProgramInOneLine(self):
         demo = self.start("--build", "/nowhere")
         _, errors = demo.communicate(timeout=PATIENCE_SECONDS)
         self.assertEqual(demo.returncode, 1)
-        self.assertRegex(errors, r"\Ademo: /nowhere/bin/zentri-service is not there[^\n]*\n\Z")
+        self.assertRegex(errors, r"\Ademo: /nowhere/bin/zentri-service is missing[^\n]*\n\Z")
 
 
 class Interactive(DemoTest):
-    """On a display of the user's."""
+    """On the user's display."""
 
     def setUp(self):
         super().setUp()

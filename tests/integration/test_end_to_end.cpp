@@ -1,5 +1,5 @@
-// The real module in the real host with the real service, where one of them does what the others do not
-// expect.
+// The real module, host and service together, in situations that involve more than one of them: keyboard
+// focus, nested message loops, and one of them ending while an answer streams in.
 
 #include <gtest/gtest.h>
 
@@ -19,10 +19,10 @@ constexpr const char* kInputFrameColor = "#3C88F0";
 constexpr const char* kDialogSendColor = "#4D6BFE";
 constexpr int kSmallestBubble = 35;
 constexpr int kSmallestButton = 400;
-// From a question's bubble to the middle of the edit icon below it.
+// Offset from the lower left corner of a question's bubble to the center of its edit icon.
 constexpr int kEditIconRight = 47;
 constexpr int kEditIconBelow = 19;
-// The input box: its frame, the room of its first row, and the caret in it.
+// The input box: the thickness of its frame, the height of its first row, and the size of its caret.
 constexpr int kFrame = 3;
 constexpr int kInputRow = 40;
 constexpr int kCaretWidth = 2;
@@ -32,7 +32,7 @@ int area(const Json& rect) {
     return rect["width"].get<int>() * rect["height"].get<int>();
 }
 
-/// A service whose answers come slowly, and a host with the panel open.
+/// A service that streams its answers slowly, and a host with the panel open.
 class EndToEnd : public testing::Test {
 protected:
     EndToEnd() {
@@ -76,7 +76,7 @@ protected:
               box["y"].get<int>() + box["height"].get<int>() / 2);
     }
 
-    /// What is black in the first row of the input box.
+    /// The black strokes (text and caret) in the first row of the input box.
     Json inputStrokes() {
         const Json box = inputBox();
         const Json palette = host->window("palette")["rect"];
@@ -92,14 +92,14 @@ protected:
         });
     }
 
-    /// A text is seen in the input box, beside the caret.
+    /// Whether the input box shows text besides the caret.
     bool textIsSeen() {
         const Json strokes = inputStrokes();
         return std::count_if(strokes.begin(), strokes.end(),
                              [](const Json& stroke) { return stroke["height"] < kCaretHeight; }) > 1;
     }
 
-    /// Longer than a caret is away in its blinking.
+    /// Whether the caret is invisible for longer than a blink.
     bool caretStaysAway() {
         const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(1500);
         while (std::chrono::steady_clock::now() < end) {
@@ -110,7 +110,7 @@ protected:
         return true;
     }
 
-    /// Types the question into the panel and waits until its answer has begun.
+    /// Types the question into the panel and waits until its answer streams in.
     void askQuestion(const std::string& question) {
         clickInputBox();
         const Json before = answer();
@@ -119,10 +119,10 @@ protected:
         ASSERT_TRUE(answerGoesOn());
     }
 
-    /// What of the panel's text is seen, by the places of its strokes.
+    /// The visible text of the answers in the panel, as the rectangles of its strokes.
     Json answer() { return found(kAnswerColor, {{"window", "palette"}, {"tolerance", 40}}); }
 
-    /// More of the answer comes, several times.
+    /// Whether the visible answer keeps growing.
     bool answerGoesOn() {
         for (int i = 0; i < 3; ++i) {
             const Json before = answer();
@@ -138,7 +138,7 @@ protected:
         return HostProcess::waitUntil([&] { return !messageBoxes().empty(); });
     }
 
-    /// The user's sessions, as the service itself has them.
+    /// The user's sessions, requested from the service.
     Json sessions() {
         const cad::net::Socket socket = cad::net::connectToLoopback(service.port());
         cad::net::sendAll(socket, std::string("POST /zr/ai/session/user HTTP/1.1\r\nHost: 127.0.0.1\r\n"
@@ -162,7 +162,7 @@ protected:
 
 }  // namespace
 
-TEST_F(EndToEnd, TheCaretStandsInTheInputBoxWhileThePanelHasTheKeys) {
+TEST_F(EndToEnd, CaretBlinksInTheInputBoxOnlyWhileThePanelHasTheKeyboard) {
     EXPECT_TRUE(caretStaysAway());
     for (const char* typed : {"", "abc"}) {
         clickInputBox();
@@ -171,14 +171,14 @@ TEST_F(EndToEnd, TheCaretStandsInTheInputBoxWhileThePanelHasTheKeys) {
         EXPECT_TRUE(HostProcess::waitUntil([&] { return !caretIsSeen(); })) << "it blinks: " << typed;
         host->ask("clickWindow", {{"window", "commandLine"}});
         EXPECT_TRUE(HostProcess::waitUntil([&] { return caretStaysAway(); })) << typed;
-        // And the keys go where the other caret is.
+        // Keys now reach the command line, which shows its own caret.
         host->type("LINE\n");
         EXPECT_TRUE(host->waitForPrompt("LINE")) << typed;
         host->ask("key", {{"key", "Escape"}});
     }
 }
 
-TEST_F(EndToEnd, TheKeysAreThePanelsUntilTheCommandLineIsClickedAndTheMenusWithAlt) {
+TEST_F(EndToEnd, PanelHasTheKeyboardUntilTheCommandLineIsClickedButAltOpensMenus) {
     const auto press = [&](const std::string& characters) {
         for (const char character : characters) {
             host->ask("key",
@@ -207,7 +207,7 @@ TEST_F(EndToEnd, TheKeysAreThePanelsUntilTheCommandLineIsClickedAndTheMenusWithA
     EXPECT_TRUE(host->waitForPrompt("LINE 指定第一个点"));
 }
 
-TEST_F(EndToEnd, TheAnswerGoesOnBehindAMessageBox) {
+TEST_F(EndToEnd, AnswerKeepsStreamingBehindAMessageBox) {
     host->ask("arx", {{"load", ZENTRI_DUMMY_MODULE}});
     askQuestion("怎么画圆");
     host->ask("clickWindow", {{"window", "commandLine"}});
@@ -218,17 +218,17 @@ TEST_F(EndToEnd, TheAnswerGoesOnBehindAMessageBox) {
     EXPECT_TRUE(host->waitForLine("[answer 6]"));
 }
 
-TEST_F(EndToEnd, TheAnswerGoesOnBehindAnOpenMenu) {
+TEST_F(EndToEnd, AnswerKeepsStreamingBehindAnOpenMenu) {
     askQuestion("怎么画圆");
     host->ask("clickWindow", {{"window", "commandLine"}});
     host->ask("key", {{"key", "d"}, {"alt", true}, {"real", true}});
     EXPECT_TRUE(answerGoesOn());
-    // The menu was open all the time.
+    // The menu has stayed open all the time.
     host->ask("key", {{"key", "c"}, {"real", true}});
     EXPECT_TRUE(host->waitForPrompt("CIRCLE"));
 }
 
-TEST_F(EndToEnd, TheAnswerGoesOnBehindTheEditDialog) {
+TEST_F(EndToEnd, AnswerKeepsStreamingBehindTheEditDialog) {
     askQuestion("怎么画圆");
     const Json bubbles = found(kQuestionBubbleColor,
                                {{"window", "palette"}, {"minPixels", kSmallestBubble * kSmallestBubble}});
@@ -246,7 +246,7 @@ TEST_F(EndToEnd, TheAnswerGoesOnBehindTheEditDialog) {
     EXPECT_TRUE(HostProcess::waitUntil([&] { return !dialogIsOpen(); }));
 }
 
-TEST_F(EndToEnd, AServiceThatDiesInTheMiddleIsReportedAndTheHostGoesOn) {
+TEST_F(EndToEnd, ServiceKilledDuringAnAnswerIsReportedAndTheHostContinues) {
     askQuestion("怎么画圆");
     service.kill();
     ASSERT_TRUE(boxIsOpen());
@@ -260,7 +260,7 @@ TEST_F(EndToEnd, AServiceThatDiesInTheMiddleIsReportedAndTheHostGoesOn) {
     EXPECT_EQ(host->waitForExit(), 0);
 }
 
-TEST_F(EndToEnd, UnloadedInTheMiddleOfAnAnswerItLoadsAndAnswersAgain) {
+TEST_F(EndToEnd, ModuleUnloadedDuringAnAnswerCanBeLoadedAgain) {
     askQuestion("怎么画圆");
     const auto begin = std::chrono::steady_clock::now();
     host->ask("arx", {{"unload", "ZR_Zentri.arx"}});
@@ -269,12 +269,12 @@ TEST_F(EndToEnd, UnloadedInTheMiddleOfAnAnswerItLoadsAndAnswersAgain) {
     host->ask("arx", {{"load", ZENTRI_MODULE}});
     openPanel();
     askQuestion("怎么画直线");
-    // Both questions stand in the user's history, the first with as much of its answer as was sent.
+    // Both questions are in the user's history, although the first answer was interrupted.
     EXPECT_TRUE(HostProcess::waitUntil([&] { return sessions().size() == 2U; }));
     host->type("QUIT\n");
 }
 
-TEST_F(EndToEnd, TheEndOfTheHostInTheMiddleOfAnAnswerIsCleanAndQuick) {
+TEST_F(EndToEnd, HostQuitsCleanlyAndQuicklyDuringAnAnswer) {
     askQuestion("怎么画圆");
     host->ask("quit");
     const auto begin = std::chrono::steady_clock::now();

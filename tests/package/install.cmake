@@ -1,4 +1,4 @@
-# A machine with the host and the packages, and nothing else: what the tests of the packages start from.
+# Sets up the folders of a machine that has only the host and the packages, for the tests of the packages.
 # usage: cmake -DFOLDER=… -DPACKAGES=… -DHOST_FILES=… -P install.cmake
 file(REMOVE_RECURSE ${FOLDER})
 file(MAKE_DIRECTORY ${FOLDER}/host)

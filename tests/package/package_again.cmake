@@ -1,4 +1,4 @@
-# Packages the build once more: it must give the bytes that are there.
+# Packages the build again: the result must be byte-identical to the existing package.
 # usage: cmake -DPACKAGE=… -DBUILD=… -DFOLDER=… -P package_again.cmake
 file(REMOVE_RECURSE ${FOLDER})
 execute_process(COMMAND ${PACKAGE} --windows --build ${BUILD} --out ${FOLDER} RESULT_VARIABLE result)
@@ -8,5 +8,5 @@ endif()
 file(SHA256 ${BUILD}/package/ZR_Zentri.bundle.zip before)
 file(SHA256 ${FOLDER}/ZR_Zentri.bundle.zip now)
 if(NOT before STREQUAL now)
-  message(FATAL_ERROR "another package: ${before}, now ${now}")
+  message(FATAL_ERROR "the package differs: SHA-256 ${before}, now ${now}")
 endif()

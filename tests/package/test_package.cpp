@@ -1,9 +1,9 @@
-// The package in the host, as on a machine that has neither Qt nor the compiler.
+// The packaged module in the host, as on a machine with neither Qt nor a compiler.
 
 #include <gtest/gtest.h>
 #include <windows.h>
 
-// It needs the one above.
+// Needs <windows.h> first.
 #include <tlhelp32.h>
 
 #include <algorithm>
@@ -34,7 +34,7 @@ std::string lower(std::string text) {
     return text;
 }
 
-/// A host on a machine where nothing is found but Windows, with a service that knows no conversations.
+/// A host on a machine whose PATH holds only Windows itself, and a service without conversations.
 class PackagedModule : public testing::Test {
 protected:
     PackagedModule() {
@@ -55,12 +55,12 @@ protected:
             std::vector<std::string>{"--no-state", "--token", "token", "--theme", "light"}, true, kHost);
     }
 
-    /// Loads the module of the bundle; what the host answers to that.
+    /// Loads the module of the bundle and returns the host's reply.
     HostProcess::Json load(const std::string& bundle) {
         return host->call({{"cmd", "arx"}, {"load", bundle + "/Contents/ZR_Zentri.arx"}});
     }
 
-    /// The folders that the host's process has its libraries from, by their names in lower case.
+    /// The DLLs loaded in the host process: their folders, by file name in lower case.
     std::map<std::string, fs::path> loadedLibraries() const {
         std::map<std::string, fs::path> libraries;
         const HANDLE list = CreateToolhelp32Snapshot(TH32CS_SNAPMODULE, static_cast<DWORD>(host->pid()));
@@ -81,7 +81,7 @@ protected:
             const HostProcess::Json set = host->window("paletteSet");
             return !set.is_null() && set["visible"] == true;
         }));
-        // The view's own colour: it has been painted.
+        // A colour of the view: it has been painted.
         EXPECT_TRUE(HostProcess::waitUntil([&] {
             return !host->ask("findColor", {{"color", kInputFrameColor}, {"window", "palette"}})["clusters"]
                         .empty();
@@ -97,7 +97,7 @@ protected:
 
 }  // namespace
 
-TEST_F(PackagedModule, OpensThePanelWithWhatItBrings) {
+TEST_F(PackagedModule, OpensThePanelWithThePackagedLibraries) {
     start();
     for (const auto& [name, folder] : loadedLibraries()) {
         ASSERT_NE(name.rfind("qt5", 0), 0u) << "the host itself uses " << name;
@@ -130,14 +130,14 @@ TEST_F(PackagedModule, UnloadsFromTheHostAndLoadsAgain) {
     EXPECT_EQ(host->waitForExit(), 0);
 }
 
-TEST_F(PackagedModule, WithoutQtIsRefusedWhereTheHostHasNone) {
+TEST_F(PackagedModule, WithoutQtDoesNotLoadIfTheHostHasNone) {
     start();
     EXPECT_EQ(load(kBundleWithoutQt)["ok"], false);
     host->type("LINE\n");
     EXPECT_TRUE(host->waitForPrompt("LINE"));
 }
 
-TEST_F(PackagedModule, WithoutQtTakesTheHosts) {
+TEST_F(PackagedModule, WithoutQtUsesTheQtOfTheHost) {
     setEnvironment("PATH", pathBefore.c_str());
     setEnvironment("QT_PLUGIN_PATH", pluginsBefore.c_str());
     start();

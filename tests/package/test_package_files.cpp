@@ -1,4 +1,4 @@
-// The package by itself: that it is whole, and that it says of the module what is true.
+// The files of the packages: that they are complete, and that their description matches the module.
 
 #include <accmd.h>
 #include <gmock/gmock.h>
@@ -53,7 +53,7 @@ std::set<std::string> filesIn(const fs::path& folder) {
     return files;
 }
 
-/// The files of a folder but for the licences, which have a test of their own.
+/// The files of a folder except the licences, which have their own test.
 std::set<std::string> programsIn(const fs::path& folder) {
     std::set<std::string> files = filesIn(folder);
     for (auto file = files.begin(); file != files.end();) {
@@ -62,7 +62,7 @@ std::set<std::string> programsIn(const fs::path& folder) {
     return files;
 }
 
-/// The DLLs of a folder and what they export, by their names in lower case.
+/// The functions that the DLLs of a folder export, by file name in lower case.
 std::map<std::string, std::set<std::string>> exportsIn(const fs::path& folder) {
     std::map<std::string, std::set<std::string>> libraries;
     for (const std::string& file : programsIn(folder)) {
@@ -78,7 +78,7 @@ bool isWindows(const std::string& dll) {
     return fs::exists(fs::path(folder) / dll);
 }
 
-/// What PackageContents.xml says: the attributes of each element, by its name.
+/// PackageContents.xml: the attributes of each element, by element name.
 struct Contents {
     explicit Contents(const fs::path& bundle) {
         QXmlStreamReader xml(QByteArray::fromStdString(contentOf(bundle / "PackageContents.xml")));
@@ -108,7 +108,7 @@ struct Contents {
     std::string error;
 };
 
-/// The parameter tells whether it is the package with Qt.
+/// The parameter is true for the package with Qt.
 class PackageFiles : public testing::TestWithParam<bool> {
 protected:
     const fs::path bundle = GetParam() ? kBundle : kBundleWithoutQt;
@@ -122,7 +122,7 @@ std::string nameOf(const testing::TestParamInfo<bool>& withQt) {
 
 INSTANTIATE_TEST_SUITE_P(Package, PackageFiles, testing::Bool(), nameOf);
 
-TEST_P(PackageFiles, ContentsNameTheModuleAndTheReleasesOfTheHost) {
+TEST_P(PackageFiles, ContentsNameTheModuleAndTheSupportedHostReleases) {
     const Contents contents(bundle);
     EXPECT_EQ(contents.error, "");
     EXPECT_EQ(contents.value("ApplicationPackage", "SchemaVersion"), "1.0");
@@ -141,11 +141,11 @@ TEST_P(PackageFiles, ContentsNameTheModuleAndTheReleasesOfTheHost) {
 
 TEST_P(PackageFiles, ContentsNameTheCommandsThatTheModuleRegisters) {
     const Contents contents(bundle);
-    std::set<std::string> told;
+    std::set<std::string> listed;
     const auto range = contents.elements.equal_range("Command");
     for (auto command = range.first; command != range.second; ++command) {
-        told.insert(contents.value("Commands", "GroupName") + " " + command->second.at("Global") + " " +
-                    command->second.at("Local"));
+        listed.insert(contents.value("Commands", "GroupName") + " " + command->second.at("Global") + " " +
+                      command->second.at("Local"));
     }
 
     TestProgram program;
@@ -161,10 +161,10 @@ TEST_P(PackageFiles, ContentsNameTheCommandsThatTheModuleRegisters) {
     }
     arxUnloadAllModules();
     TestProgram::settle();
-    EXPECT_EQ(told, registered);
+    EXPECT_EQ(listed, registered);
 }
 
-TEST_P(PackageFiles, EveryLicenceIsNamedAndThere) {
+TEST_P(PackageFiles, EveryLicenceIsListedAndPresent) {
     const fs::path folder = bundle / "Contents/Licenses";
     const std::string notice = contentOf(folder / "NOTICE.txt");
     const std::regex name("[A-Za-z0-9-]+\\.txt");
@@ -180,7 +180,7 @@ TEST_P(PackageFiles, EveryLicenceIsNamedAndThere) {
               std::string::npos);
 }
 
-TEST(PackageLibraries, OfThePackageWithQt) {
+TEST(PackageLibraries, WithQtAreTheModuleQtAndTheRuntime) {
     EXPECT_THAT(
         programsIn(kBundle / "Contents"),
         UnorderedElementsAre("ZR_Zentri.arx", "Qt5Core.dll", "Qt5Gui.dll", "Qt5Network.dll", "Qt5Widgets.dll",
@@ -189,15 +189,15 @@ TEST(PackageLibraries, OfThePackageWithQt) {
                              "imageformats/qgif.dll", "imageformats/qico.dll", "imageformats/qjpeg.dll"));
 }
 
-TEST(PackageLibraries, OfThePackageWithoutQt) {
+TEST(PackageLibraries, WithoutQtAreTheModuleAndTheRuntime) {
     EXPECT_THAT(programsIn(kBundleWithoutQt / "Contents"),
                 UnorderedElementsAre("ZR_Zentri.arx", "libstdc++-6.dll", "libgcc_s_seh-1.dll",
                                      "libwinpthread-1.dll"));
 }
 
-TEST(PackageLibraries, GetEveryFunctionTheyWantFromThePackageTheHostOrWindows) {
+TEST(PackageLibraries, ImportOnlyWhatThePackageTheHostOrWindowsExports) {
     auto libraries = exportsIn(kBundle / "Contents");
-    // Where both have a file the host's is loaded first.
+    // A file that both have is loaded from the host.
     for (const auto& [name, functions] : exportsIn(kHost)) {
         libraries[name] = functions;
     }
@@ -211,12 +211,12 @@ TEST(PackageLibraries, GetEveryFunctionTheyWantFromThePackageTheHostOrWindows) {
         for (const auto& [dll, functions] : library.imports()) {
             const auto provider = libraries.find(dll);
             if (provider == libraries.end()) {
-                EXPECT_TRUE(isWindows(dll)) << file << " wants " << dll;
+                EXPECT_TRUE(isWindows(dll)) << file << " imports " << dll;
                 continue;
             }
             for (const std::string& function : functions) {
                 EXPECT_EQ(provider->second.count(function), 1u)
-                    << file << " wants " << function << " of " << dll;
+                    << file << " imports " << function << " from " << dll;
                 ++checked;
             }
         }
