@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-/// A window that writes down the messages it gets.
+/// A window that records its messages.
 class TestWindow {
 public:
     using Handler = std::function<bool(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result)>;
@@ -24,9 +24,9 @@ public:
     const std::vector<MSG>& messages() const { return m_messages; }
     void clear() { m_messages.clear(); }
     int count(UINT message) const;
-    /// The last message of that number; fails the test when there was none.
+    /// The last message with this number; fails the test if there was none.
     MSG last(UINT message) const;
-    /// Called before the default handling; true takes the message.
+    /// Called before DefWindowProc; true means the message is handled.
     void setHandler(Handler handler) { m_handler = std::move(handler); }
 
 private:
@@ -37,9 +37,9 @@ private:
     Handler m_handler;
 };
 
-/// Runs a message loop until the condition holds; false when that takes more than a generous time.
+/// Runs a message loop until the condition holds; false on timeout.
 bool pumpUntil(const std::function<bool()>& condition, int milliseconds = 10000);
-/// Handles what is in the queue and goes on until nothing has come for a moment.
+/// Dispatches messages until none has arrived for a short time.
 void pumpAll();
-/// Takes one message off the queue; one with no number when there is none.
+/// Removes one message from the queue; WM_NULL if there is none.
 MSG takeMessage();

@@ -1,5 +1,5 @@
-// The module ZR_Test.arx of the module tests. It counts how often it was mapped in a variable of the
-// environment, which outlives it.
+// The module ZR_Test.arx of the module tests. It counts how often it is mapped and unmapped in environment
+// variables, which outlive it.
 
 #include <cstdlib>
 #include <string>

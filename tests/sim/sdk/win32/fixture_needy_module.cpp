@@ -1,4 +1,4 @@
-// A module that needs a function that nobody has.
+// A module with an undefined symbol.
 extern "C" int zrNobodyHasThis();
 extern "C" __attribute__((visibility("default"))) int zrNeedy() {
     return zrNobodyHasThis();

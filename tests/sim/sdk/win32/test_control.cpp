@@ -23,7 +23,7 @@ Win32Picture picture(const std::vector<std::string>& rows) {
 
 }  // namespace
 
-TEST(Clusters, SeparateGroupsAreTold) {
+TEST(Clusters, SeparateGroupsAreSeparateClusters) {
     const auto clusters = win32FindClusters(picture({
                                                 "##..#",
                                                 "##..#",
@@ -40,7 +40,7 @@ TEST(Clusters, SeparateGroupsAreTold) {
     EXPECT_EQ(clusters[2].right, 4);
 }
 
-TEST(Clusters, ConnectedAroundACornerIsOne) {
+TEST(Clusters, PixelsConnectedAroundACornerAreOneCluster) {
     const auto clusters = win32FindClusters(picture({
                                                 "#..#",
                                                 "#..#",
@@ -52,7 +52,7 @@ TEST(Clusters, ConnectedAroundACornerIsOne) {
     EXPECT_EQ(clusters[0].bottom, 3);
 }
 
-TEST(Clusters, SmallOnesAndOtherColoursAreLeftOut) {
+TEST(Clusters, SmallClustersAndOtherColoursAreIgnored) {
     const Win32Picture sample = picture({
         "##.+",
         "##.+",
@@ -64,13 +64,13 @@ TEST(Clusters, SmallOnesAndOtherColoursAreLeftOut) {
     EXPECT_EQ(win32FindClusters(sample, 0x000000, 6, 1, 1).size(), 0U);
 }
 
-TEST(Clusters, DistanceJoinsLetters) {
+TEST(Clusters, JoinDistanceMergesNearbyClusters) {
     const Win32Picture sample = picture({"#..#..#"});
     EXPECT_EQ(win32FindClusters(sample, 0xFF8040, 0, 1, 1).size(), 3U);
     EXPECT_EQ(win32FindClusters(sample, 0xFF8040, 0, 1, 3).size(), 1U);
 }
 
-TEST(Pictures, WindowIsGrabbedAndSaved) {
+TEST(Pictures, WindowIsCapturedAndSavedAsPng) {
     TestWindow window(WS_POPUP, {10, 20, 110, 80});
     ShowWindow(window, SW_SHOW);
     pumpAll();
@@ -88,7 +88,7 @@ TEST(Pictures, WindowIsGrabbedAndSaved) {
     EXPECT_EQ(screen.width, GetSystemMetrics(SM_CXSCREEN));
 }
 
-TEST(Pictures, HiddenWindowHasNoPicture) {
+TEST(Pictures, HiddenWindowGivesAnEmptyPicture) {
     const TestWindow window;
     EXPECT_TRUE(win32Grab(window).pixels.empty());
     EXPECT_FALSE(win32SavePng({}, "/nowhere.png"));

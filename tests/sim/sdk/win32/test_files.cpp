@@ -56,7 +56,7 @@ LARGE_INTEGER distance(LONGLONG value) {
 
 }  // namespace
 
-TEST_F(Files, WrittenBytesAreRead) {
+TEST_F(Files, WrittenBytesAreReadBack) {
     const HANDLE file = open(u"a.txt", CREATE_NEW);
     ASSERT_NE(file, INVALID_HANDLE_VALUE);
     EXPECT_EQ(GetLastError(), ERROR_SUCCESS);
@@ -70,7 +70,7 @@ TEST_F(Files, WrittenBytesAreRead) {
     EXPECT_TRUE(ReadFile(file, buffer, sizeof buffer, &count, nullptr));
     EXPECT_EQ(count, 4U);
     EXPECT_STREQ(buffer, "ello");
-    // At the end there is nothing, and that is no error.
+    // Reading at the end of the file succeeds with 0 bytes.
     EXPECT_TRUE(ReadFile(file, buffer, sizeof buffer, &count, nullptr));
     EXPECT_EQ(count, 0U);
     LARGE_INTEGER size;
@@ -83,7 +83,7 @@ TEST_F(Files, WrittenBytesAreRead) {
     EXPECT_EQ(read("a.txt"), "he");
 }
 
-TEST_F(Files, MissingFileAndMissingFolderDiffer) {
+TEST_F(Files, MissingFileAndMissingFolderGiveDifferentErrors) {
     EXPECT_EQ(open(u"none.txt", OPEN_EXISTING), INVALID_HANDLE_VALUE);
     EXPECT_EQ(GetLastError(), ERROR_FILE_NOT_FOUND);
     EXPECT_EQ(open(u"none\\none.txt", OPEN_EXISTING), INVALID_HANDLE_VALUE);
@@ -99,7 +99,7 @@ TEST_F(Files, MissingFileAndMissingFolderDiffer) {
     EXPECT_EQ(GetLastError(), ERROR_INVALID_NAME);
 }
 
-TEST_F(Files, CreationTellsWhatWasThere) {
+TEST_F(Files, CreationDispositionsHandleAnExistingFile) {
     write("a.txt", "old");
     EXPECT_EQ(open(u"a.txt", CREATE_NEW), INVALID_HANDLE_VALUE);
     EXPECT_EQ(GetLastError(), ERROR_FILE_EXISTS);
@@ -120,7 +120,7 @@ TEST_F(Files, CreationTellsWhatWasThere) {
     EXPECT_EQ(GetLastError(), ERROR_INVALID_PARAMETER);
 }
 
-TEST_F(Files, FoldersAndReadOnlyFilesAreRefused) {
+TEST_F(Files, OpeningAFolderOrWritingAReadOnlyFileIsDenied) {
     fs::create_directory(m_folder / "sub");
     EXPECT_EQ(open(u"sub", OPEN_EXISTING), INVALID_HANDLE_VALUE);
     EXPECT_EQ(GetLastError(), ERROR_ACCESS_DENIED);
@@ -135,7 +135,7 @@ TEST_F(Files, FoldersAndReadOnlyFilesAreRefused) {
     EXPECT_EQ(GetFileAttributesW(path(u"sub").c_str()), FILE_ATTRIBUTE_DIRECTORY);
 }
 
-TEST_F(Files, ShareModesHoldBothWays) {
+TEST_F(Files, ShareModesOfBothHandlesAreChecked) {
     const HANDLE exclusive = open(u"a.txt", CREATE_ALWAYS, GENERIC_WRITE, 0);
     ASSERT_NE(exclusive, INVALID_HANDLE_VALUE);
     EXPECT_EQ(open(u"a.txt", OPEN_EXISTING, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE),
@@ -156,7 +156,7 @@ TEST_F(Files, ShareModesHoldBothWays) {
     EXPECT_EQ(GetLastError(), ERROR_FILE_NOT_FOUND);
 }
 
-TEST_F(Files, RefusedOpeningTruncatesNothing) {
+TEST_F(Files, SharingViolationDoesNotTruncateTheFile) {
     write("a.txt", "kept");
     const HANDLE reader = open(u"a.txt", OPEN_EXISTING, GENERIC_READ, FILE_SHARE_READ);
     EXPECT_EQ(open(u"a.txt", CREATE_ALWAYS, GENERIC_WRITE, FILE_SHARE_READ), INVALID_HANDLE_VALUE);
@@ -164,7 +164,7 @@ TEST_F(Files, RefusedOpeningTruncatesNothing) {
     CloseHandle(reader);
 }
 
-TEST_F(Files, AccessIsChecked) {
+TEST_F(Files, AccessRightsOfTheHandleAreChecked) {
     write("a.txt", "x");
     const HANDLE reader = open(u"a.txt", OPEN_EXISTING, GENERIC_READ);
     DWORD count = 9;
@@ -181,7 +181,7 @@ TEST_F(Files, AccessIsChecked) {
     CloseHandle(writer);
 }
 
-TEST_F(Files, ClosedHandleIsNoHandle) {
+TEST_F(Files, ClosedHandleIsInvalid) {
     const HANDLE file = open(u"a.txt", CREATE_ALWAYS);
     CloseHandle(file);
     SetLastError(0);
@@ -193,7 +193,7 @@ TEST_F(Files, ClosedHandleIsNoHandle) {
     EXPECT_FALSE(CloseHandle(INVALID_HANDLE_VALUE));
 }
 
-TEST_F(Files, PathsAreFoundInAnyCaseAndBothSpellings) {
+TEST_F(Files, PathsAreCaseInsensitiveInBothSyntaxes) {
     fs::create_directory(m_folder / "Sub");
     write("Sub/File.TXT", "found");
     const HANDLE file = open(u"SUB\\file.txt", OPEN_EXISTING, GENERIC_READ);
@@ -202,7 +202,7 @@ TEST_F(Files, PathsAreFoundInAnyCaseAndBothSpellings) {
     const std::string plain = (m_folder / "Sub/File.TXT").string();
     EXPECT_NE(GetFileAttributesW(std::u16string(plain.begin(), plain.end()).c_str()),
               INVALID_FILE_ATTRIBUTES);
-    // A new file takes the spelling of the folder that is there.
+    // A new file is created in the existing folder, whatever the case of its name.
     const HANDLE made = open(u"sub\\new.txt", CREATE_NEW);
     ASSERT_NE(made, INVALID_HANDLE_VALUE);
     CloseHandle(made);
@@ -217,11 +217,11 @@ TEST_F(Files, FullPathsAreResolved) {
     EXPECT_EQ(std::u16string(part), u"c.txt");
     EXPECT_GT(GetFullPathNameW(u"/tmp/x", MAX_PATH, buffer, nullptr), 0U);
     EXPECT_EQ(std::u16string(buffer), u"Z:\\tmp\\x");
-    // Too small: the size it must have.
+    // Too small a buffer: the size needed is returned.
     EXPECT_EQ(GetFullPathNameW(u"Z:\\a", 2, buffer, nullptr), 5U);
 }
 
-TEST_F(Files, FoldersAreMade) {
+TEST_F(Files, CreateDirectoryCreatesAFolder) {
     EXPECT_TRUE(CreateDirectoryW(path(u"made").c_str(), nullptr));
     EXPECT_FALSE(CreateDirectoryW(path(u"made").c_str(), nullptr));
     EXPECT_EQ(GetLastError(), ERROR_ALREADY_EXISTS);
@@ -229,7 +229,7 @@ TEST_F(Files, FoldersAreMade) {
     EXPECT_EQ(GetLastError(), ERROR_PATH_NOT_FOUND);
 }
 
-TEST(Errors, EachThreadHasItsOwn) {
+TEST(Errors, EachThreadHasItsOwnLastError) {
     SetLastError(11);
     std::thread([] {
         EXPECT_EQ(GetLastError(), 0U);
@@ -238,7 +238,7 @@ TEST(Errors, EachThreadHasItsOwn) {
     EXPECT_EQ(GetLastError(), 11U);
 }
 
-TEST(Environment, VariableIsCopiedOrItsSizeTold) {
+TEST(Environment, VariableIsCopiedOrTheSizeNeededIsReturned) {
     setenv("ZR_TEST_VARIABLE", "变量", 1);
     TCHAR buffer[8];
     EXPECT_EQ(GetEnvironmentVariableW(u"ZR_TEST_VARIABLE", buffer, 8), 2U);
@@ -248,7 +248,7 @@ TEST(Environment, VariableIsCopiedOrItsSizeTold) {
     EXPECT_EQ(GetLastError(), ERROR_ENVVAR_NOT_FOUND);
 }
 
-TEST(Environment, CommandLineHoldsTheProgram) {
+TEST(Environment, CommandLineContainsTheProgramName) {
     const std::u16string line = GetCommandLineW();
     EXPECT_NE(line.find(u"test_win32_files"), std::u16string::npos);
 }

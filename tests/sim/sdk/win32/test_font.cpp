@@ -10,7 +10,7 @@
 
 namespace {
 
-/// How many characters of a Chinese text have no glyph.
+/// The number of characters of a Chinese text without a glyph.
 int missingGlyphs() {
     const TestWindow window(WS_POPUP, {0, 0, 50, 50});
     const HDC dc = GetDC(window);
@@ -21,7 +21,7 @@ int missingGlyphs() {
     return missing;
 }
 
-/// A machine without any font of its own.
+/// Makes fontconfig find no installed fonts.
 void takeSystemFontsAway(const std::filesystem::path& folder) {
     std::ofstream(folder / "fonts.conf")
         << "<fontconfig><cachedir>" << folder.string() << "/cache</cachedir></fontconfig>\n";
@@ -30,7 +30,7 @@ void takeSystemFontsAway(const std::filesystem::path& folder) {
 
 }  // namespace
 
-TEST(Font, FontOfTheEnvironmentShowsChineseWithoutSystemFonts) {
+TEST(Font, FontFileFromTheEnvironmentShowsChineseWithoutSystemFonts) {
     std::string pattern = (std::filesystem::temp_directory_path() / "zr_font_XXXXXX").string();
     ASSERT_NE(mkdtemp(pattern.data()), nullptr);
     takeSystemFontsAway(pattern);

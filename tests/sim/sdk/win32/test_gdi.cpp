@@ -9,7 +9,7 @@
 
 namespace {
 
-/// What is on the screen after drawing into a white window.
+/// A capture of a white window after drawing into it.
 Win32Picture drawn(const std::function<void(HDC)>& draw) {
     TestWindow window(WS_POPUP, {50, 50, 250, 150});
     window.setHandler([&](UINT message, WPARAM, LPARAM, LRESULT&) {
@@ -29,7 +29,7 @@ Win32Picture drawn(const std::function<void(HDC)>& draw) {
 
 }  // namespace
 
-TEST(Gdi, RectanglesAreFilledUpToTheirEdges) {
+TEST(Gdi, FillRectExcludesTheRightAndBottomEdges) {
     const Win32Picture picture = drawn([](HDC dc) {
         const RECT rectangle = {10, 20, 30, 40};
         const HBRUSH brush = CreateSolidBrush(RGB(0, 128, 255));
@@ -42,7 +42,7 @@ TEST(Gdi, RectanglesAreFilledUpToTheirEdges) {
     EXPECT_EQ(picture.at(9, 20), 0xFFFFFFU);
 }
 
-TEST(Gdi, FramesAreOnePixelWide) {
+TEST(Gdi, FrameRectIsOnePixelWide) {
     const Win32Picture picture = drawn([](HDC dc) {
         const RECT rectangle = {10, 20, 30, 40};
         FrameRect(dc, &rectangle, static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH)));
@@ -70,7 +70,7 @@ TEST(Gdi, LinesAndShapesUseTheSelectedObjects) {
     EXPECT_EQ(picture.at(70, 20), 0xFFFFFFU);
 }
 
-TEST(Gdi, TextIsMeasuredAndDrawnWhereItIsTold) {
+TEST(Gdi, TextIsMeasuredAndAligned) {
     RECT measured = {0, 0, 0, 0};
     const Win32Picture picture = drawn([&measured](HDC dc) {
         DrawTextW(dc, u"朔禾CAD", -1, &measured, DT_CALCRECT | DT_SINGLELINE);
@@ -89,7 +89,7 @@ TEST(Gdi, TextIsMeasuredAndDrawnWhereItIsTold) {
     }
 }
 
-TEST(Gdi, PrefixMarksAreNotDrawn) {
+TEST(Gdi, PrefixCharactersAreNotDrawn) {
     drawn([](HDC dc) {
         SIZE plain;
         GetTextExtentPoint32W(dc, u"File", 4, &plain);
@@ -102,7 +102,7 @@ TEST(Gdi, PrefixMarksAreNotDrawn) {
     });
 }
 
-TEST(Gdi, SavedStateComesBack) {
+TEST(Gdi, RestoreDCRestoresTheSavedState) {
     drawn([](HDC dc) {
         SetTextColor(dc, RGB(1, 2, 3));
         const int saved = SaveDC(dc);
@@ -114,7 +114,7 @@ TEST(Gdi, SavedStateComesBack) {
     });
 }
 
-TEST(Gdi, PaintingIsClippedToTheUpdatedPart) {
+TEST(Gdi, PaintingIsClippedToTheUpdateRectangle) {
     TestWindow window(WS_POPUP, {50, 50, 250, 150});
     COLORREF color = RGB(0, 255, 0);
     window.setHandler([&](UINT message, WPARAM, LPARAM, LRESULT&) {
@@ -143,7 +143,7 @@ TEST(Gdi, PaintingIsClippedToTheUpdatedPart) {
     window.setHandler(nullptr);
 }
 
-TEST(Gdi, ContextOutsidePaintingDrawsAtOnce) {
+TEST(Gdi, DeviceContextFromGetDCDrawsImmediately) {
     TestWindow window(WS_OVERLAPPEDWINDOW, {50, 50, 250, 200});
     ShowWindow(window, SW_SHOW);
     pumpAll();
@@ -155,7 +155,7 @@ TEST(Gdi, ContextOutsidePaintingDrawsAtOnce) {
     EXPECT_EQ(ReleaseDC(window, dc), 1);
     EXPECT_EQ(ReleaseDC(window, dc), 0);
     EXPECT_EQ(win32Cairo(dc), nullptr);
-    // The origin is the client area's, below the caption.
+    // The origin is that of the client area, below the caption.
     POINT origin{};
     ClientToScreen(window, &origin);
     const Win32Picture screen = win32Grab(nullptr);

@@ -63,7 +63,7 @@ protected:
 
 }  // namespace
 
-TEST_F(Hooks, LastInstalledIsCalledFirst) {
+TEST_F(Hooks, LastInstalledHookIsCalledFirst) {
     const HHOOK first = install(record<1>);
     const HHOOK second = install(record<2>);
     MSG message;
@@ -74,7 +74,7 @@ TEST_F(Hooks, LastInstalledIsCalledFirst) {
     EXPECT_TRUE(UnhookWindowsHookEx(second));
 }
 
-TEST_F(Hooks, PeekTellsWhetherItRemoves) {
+TEST_F(Hooks, PeekPassesItsRemoveFlagToTheHook) {
     const HHOOK hook = install(record<1>);
     MSG message;
     ASSERT_TRUE(PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE));
@@ -86,11 +86,11 @@ TEST_F(Hooks, PeekTellsWhetherItRemoves) {
     UnhookWindowsHookEx(hook);
 }
 
-TEST_F(Hooks, HookThatDoesNotPassOnHidesTheOlderOnes) {
+TEST_F(Hooks, HookWithoutCallNextHookExHidesOlderHooks) {
     const HHOOK first = install(record<1>);
     const HHOOK second = install(swallow);
     MSG message;
-    // The message itself comes all the same.
+    // GetMessage still returns the message.
     ASSERT_TRUE(GetMessageW(&message, nullptr, 0, 0));
     EXPECT_EQ(message.message, kMessage);
     const std::vector<Call> expected = {{9, PM_REMOVE, kMessage}};
@@ -107,7 +107,7 @@ TEST_F(Hooks, HookMayChangeTheMessage) {
     UnhookWindowsHookEx(hook);
 }
 
-TEST_F(Hooks, HookThatRemovesItselfStillPassesOn) {
+TEST_F(Hooks, HookThatRemovesItselfCanStillCallTheNext) {
     const HHOOK first = install(record<1>);
     g_selfRemoving = install(removeItself);
     MSG message;
@@ -120,7 +120,7 @@ TEST_F(Hooks, HookThatRemovesItselfStillPassesOn) {
     UnhookWindowsHookEx(first);
 }
 
-TEST_F(Hooks, RemovedHookIsNoHook) {
+TEST_F(Hooks, RemovedHookIsNotCalled) {
     const HHOOK hook = install(record<1>);
     EXPECT_TRUE(UnhookWindowsHookEx(hook));
     SetLastError(0);
@@ -131,13 +131,13 @@ TEST_F(Hooks, RemovedHookIsNoHook) {
     EXPECT_TRUE(g_calls.empty());
 }
 
-TEST_F(Hooks, HookForAllThreadsNeedsAModule) {
+TEST_F(Hooks, GlobalHookNeedsAModule) {
     SetLastError(0);
     EXPECT_EQ(SetWindowsHookExW(WH_GETMESSAGE, record<1>, nullptr, 0), nullptr);
     EXPECT_EQ(GetLastError(), ERROR_HOOK_NEEDS_HMOD);
 }
 
-TEST_F(Hooks, QuitPassesThroughTheHooksToo) {
+TEST_F(Hooks, HooksSeeWmQuit) {
     MSG message;
     ASSERT_TRUE(GetMessageW(&message, nullptr, 0, 0));
     const HHOOK hook = install(record<1>);

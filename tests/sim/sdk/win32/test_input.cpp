@@ -45,7 +45,7 @@ TEST_F(Input, ShownFrameIsActiveAndHasTheFocus) {
     EXPECT_EQ(GetFocus(), m_frame->handle());
 }
 
-TEST_F(Input, FocusMessagesNameEachOther) {
+TEST_F(Input, FocusMessagesCarryTheOtherWindow) {
     SetFocus(*m_left);
     EXPECT_EQ(m_frame->last(WM_KILLFOCUS).wParam, reinterpret_cast<WPARAM>(m_left->handle()));
     EXPECT_EQ(m_left->last(WM_SETFOCUS).wParam, reinterpret_cast<WPARAM>(m_frame->handle()));
@@ -56,7 +56,7 @@ TEST_F(Input, FocusMessagesNameEachOther) {
     EXPECT_TRUE(m_right->messages().empty());
 }
 
-TEST_F(Input, KillFocusMayMoveTheFocusElsewhere) {
+TEST_F(Input, KillFocusHandlerMayMoveTheFocus) {
     SetFocus(*m_left);
     m_left->setHandler([this](UINT message, WPARAM, LPARAM, LRESULT&) {
         if (message == WM_KILLFOCUS) {
@@ -77,13 +77,13 @@ TEST_F(Input, DisabledWindowGetsNoFocus) {
     EXPECT_EQ(m_left->last(WM_ENABLE).wParam, 0U);
 }
 
-TEST_F(Input, HiddenChildGivesTheFocusToItsParent) {
+TEST_F(Input, HidingAChildMovesTheFocusToItsParent) {
     SetFocus(*m_left);
     ShowWindow(*m_left, SW_HIDE);
     EXPECT_EQ(GetFocus(), m_frame->handle());
 }
 
-TEST_F(Input, DestroyedFrameLetsAnotherBecomeActive) {
+TEST_F(Input, DestroyingTheActiveFrameActivatesAnother) {
     auto other = std::make_unique<TestWindow>(WS_OVERLAPPEDWINDOW, RECT{10, 10, 90, 90});
     ShowWindow(*other, SW_SHOW);
     EXPECT_EQ(GetActiveWindow(), other->handle());
@@ -93,7 +93,7 @@ TEST_F(Input, DestroyedFrameLetsAnotherBecomeActive) {
     EXPECT_EQ(LOWORD(m_frame->last(WM_ACTIVATE).wParam), WA_ACTIVE);
 }
 
-TEST_F(Input, RealKeyComesAsDownCharUp) {
+TEST_F(Input, RealKeyGivesKeyDownCharAndKeyUp) {
     SetFocus(*m_left);
     clear();
     ASSERT_TRUE(win32KeyStroke('A'));
@@ -125,7 +125,7 @@ TEST_F(Input, RealShiftAndControlChangeTheCharacter) {
     EXPECT_EQ(GetKeyState(VK_CONTROL) & 0x8000, 0);
 }
 
-TEST_F(Input, RealKeysHaveTheirVirtualKeys) {
+TEST_F(Input, RealKeysMapToVirtualKeys) {
     SetFocus(*m_left);
     const struct {
         int virtualKey;
@@ -158,7 +158,7 @@ TEST_F(Input, RealKeysHaveTheirVirtualKeys) {
     }
 }
 
-TEST_F(Input, AltMakesSystemKeys) {
+TEST_F(Input, AltGivesSystemKeyMessages) {
     SetFocus(*m_left);
     ASSERT_TRUE(win32KeyStroke('X', false, false, true));
     ASSERT_TRUE(pumpUntil([this] { return m_left->count(WM_SYSCHAR) == 1; }));
@@ -167,7 +167,7 @@ TEST_F(Input, AltMakesSystemKeys) {
     EXPECT_EQ(m_left->count(WM_KEYDOWN), 0);
 }
 
-TEST_F(Input, KeysGoToTheFocusWhereverThePointerIs) {
+TEST_F(Input, KeysGoToTheFocusWindowRegardlessOfThePointer) {
     SetFocus(*m_left);
     RECT place;
     GetWindowRect(*m_right, &place);
@@ -177,7 +177,7 @@ TEST_F(Input, KeysGoToTheFocusWhereverThePointerIs) {
     EXPECT_EQ(m_right->count(WM_KEYDOWN), 0);
 }
 
-TEST_F(Input, PostedKeysBecomeCharactersByTheirState) {
+TEST_F(Input, PostedKeysAreTranslatedByTheKeyState) {
     const auto typed = [this](int key) {
         clear();
         PostMessageW(*m_left, WM_KEYDOWN, static_cast<WPARAM>(key), 1);
@@ -202,7 +202,7 @@ TEST_F(Input, PostedKeysBecomeCharactersByTheirState) {
     EXPECT_EQ(typed('C'), static_cast<WPARAM>(u'c'));
 }
 
-TEST_F(Input, KeyStateFollowsRetrievalNotPosting) {
+TEST_F(Input, KeyStateChangesOnRetrievalNotOnPosting) {
     PostMessageW(*m_left, WM_KEYDOWN, VK_CONTROL, 1);
     EXPECT_EQ(GetKeyState(VK_CONTROL) & 0x8000, 0);
     EXPECT_EQ(takeMessage().message, static_cast<UINT>(WM_KEYDOWN));
@@ -227,7 +227,7 @@ TEST_F(Input, CharactersAreNotTranslatedAgain) {
     EXPECT_EQ(takeMessage().message, static_cast<UINT>(WM_NULL));
 }
 
-TEST_F(Input, ClickTellsPositionAndButtons) {
+TEST_F(Input, ClickMessagesCarryPositionAndButtons) {
     click(*m_left, 12, 34);
     ASSERT_TRUE(pumpUntil([this] { return m_left->count(WM_LBUTTONUP) == 1; }));
     const MSG down = m_left->last(WM_LBUTTONDOWN);
@@ -237,7 +237,7 @@ TEST_F(Input, ClickTellsPositionAndButtons) {
     EXPECT_EQ(m_right->count(WM_LBUTTONDOWN), 0);
 }
 
-TEST_F(Input, SecondClickIsADoubleClickWhereTheClassWantsIt) {
+TEST_F(Input, SecondClickIsADoubleClickOnlyWithCsDblClks) {
     click(*m_left, 12, 34);
     click(*m_left, 12, 34);
     ASSERT_TRUE(pumpUntil([this] { return m_left->count(WM_LBUTTONUP) == 2; }));
@@ -249,11 +249,11 @@ TEST_F(Input, SecondClickIsADoubleClickWhereTheClassWantsIt) {
     EXPECT_EQ(m_right->count(WM_LBUTTONDOWN), 2);
 }
 
-TEST_F(Input, RightClickAsksForAContextMenu) {
+TEST_F(Input, RightClickSendsWmContextMenu) {
     click(*m_left, 5, 5, 3);
     ASSERT_TRUE(pumpUntil([this] { return m_left->count(WM_CONTEXTMENU) == 1; }));
     EXPECT_EQ(m_left->count(WM_RBUTTONDOWN), 1);
-    // Nobody took it, so it went up to the parent.
+    // Unhandled, it is passed to the parent.
     EXPECT_EQ(m_frame->count(WM_CONTEXTMENU), 1);
 }
 
@@ -266,7 +266,7 @@ TEST_F(Input, WheelGoesToTheWindowUnderThePointer) {
     EXPECT_EQ(GET_WHEEL_DELTA_WPARAM(m_right->last(WM_MOUSEWHEEL).wParam), -WHEEL_DELTA);
 }
 
-TEST_F(Input, CaptureGetsThePointerOutsideItsWindow) {
+TEST_F(Input, CaptureWindowGetsPointerEventsOutsideIt) {
     SetCapture(*m_left);
     EXPECT_EQ(GetCapture(), m_left->handle());
     RECT place;
@@ -279,7 +279,7 @@ TEST_F(Input, CaptureGetsThePointerOutsideItsWindow) {
     EXPECT_EQ(GetCapture(), nullptr);
 }
 
-TEST_F(Input, DisabledFrameTakesNoInput) {
+TEST_F(Input, DisabledFrameGetsNoInput) {
     EnableWindow(*m_frame, FALSE);
     clear();
     click(*m_left, 5, 5);
@@ -289,7 +289,7 @@ TEST_F(Input, DisabledFrameTakesNoInput) {
     EnableWindow(*m_frame, TRUE);
 }
 
-TEST_F(Input, ClickActivatesTheFrameAndAsksFirst) {
+TEST_F(Input, ClickSendsWmMouseActivateAndActivatesTheFrame) {
     TestWindow other(WS_OVERLAPPEDWINDOW, {550, 100, 700, 200});
     ShowWindow(other, SW_SHOW);
     pumpAll();
@@ -302,7 +302,7 @@ TEST_F(Input, ClickActivatesTheFrameAndAsksFirst) {
     EXPECT_EQ(LOWORD(m_frame->last(WM_ACTIVATE).wParam), WA_CLICKACTIVE);
 }
 
-TEST_F(Input, QueuedMovesAreOneMessage) {
+TEST_F(Input, QueuedMouseMovesAreCoalesced) {
     RECT place;
     GetWindowRect(*m_left, &place);
     for (int i = 1; i <= 5; ++i) {

@@ -46,7 +46,7 @@ protected:
         m_frame->clear();
     }
 
-    /// Runs steps one after the other from inside the menu's loop, each when the loop is idle.
+    /// Runs the steps one after the other from a timer, so that they also run inside the menu's modal loop.
     void run(std::vector<std::function<void()>> steps) {
         static std::vector<std::function<void()>> s_steps;
         s_steps = std::move(steps);
@@ -71,7 +71,7 @@ protected:
             win32PointerClick(origin.x + x, origin.y - GetSystemMetrics(SM_CYMENU) / 2);
         };
     }
-    /// Below a bar item, at the n-th row of its popup.
+    /// Clicks below a bar item, on the given row of its popup.
     std::function<void()> clickRow(int x, int row) {
         return [this, x, row] {
             POINT origin{};
@@ -100,7 +100,7 @@ TEST_F(Menus, ItemsAreFoundByPositionAndByCommand) {
     EXPECT_EQ(GetMenuState(m_bar, 9999, MF_BYCOMMAND), 0xFFFFFFFFU);
 }
 
-TEST_F(Menus, StatesChange) {
+TEST_F(Menus, CheckAndEnableStatesChange) {
     EXPECT_EQ(CheckMenuItem(m_bar, kDark, MF_UNCHECKED), static_cast<DWORD>(MF_CHECKED));
     EXPECT_EQ(GetMenuState(m_bar, kDark, MF_BYCOMMAND), 0U);
     EXPECT_EQ(EnableMenuItem(m_bar, kSave, MF_ENABLED), static_cast<BOOL>(MF_GRAYED));
@@ -109,7 +109,7 @@ TEST_F(Menus, StatesChange) {
     EXPECT_EQ(GetMenuItemCount(m_file), 4);
 }
 
-TEST_F(Menus, DestroyedMenuTakesItsPopupsAlong) {
+TEST_F(Menus, DestroyMenuDestroysItsSubmenus) {
     const HMENU bar = CreateMenu();
     const HMENU popup = CreatePopupMenu();
     AppendMenuW(bar, MF_POPUP, reinterpret_cast<UINT_PTR>(popup), u"x");
@@ -119,13 +119,13 @@ TEST_F(Menus, DestroyedMenuTakesItsPopupsAlong) {
     EXPECT_EQ(GetLastError(), ERROR_INVALID_MENU_HANDLE);
 }
 
-TEST_F(Menus, FramesMenuGoesWithTheFrame) {
+TEST_F(Menus, MenuBarIsDestroyedWithItsWindow) {
     m_frame.reset();
     EXPECT_FALSE(IsMenu(m_bar));
     EXPECT_FALSE(IsMenu(m_recent));
 }
 
-TEST_F(Menus, ClickedItemComesAsACommand) {
+TEST_F(Menus, ClickedItemPostsWmCommand) {
     run({clickBar(20), clickRow(40, 0)});
     ASSERT_EQ(m_frame->count(WM_COMMAND), 1);
     EXPECT_EQ(m_frame->last(WM_COMMAND).wParam, static_cast<WPARAM>(kOpen));
@@ -150,7 +150,7 @@ TEST_F(Menus, ClickElsewhereClosesTheMenu) {
     EXPECT_EQ(m_frame->count(WM_EXITMENULOOP), 1);
 }
 
-TEST_F(Menus, PointerOverAnotherBarItemOpensIt) {
+TEST_F(Menus, MovingToAnotherBarItemOpensItsPopup) {
     run({clickBar(20),
          [this] {
              POINT origin{};
@@ -162,7 +162,7 @@ TEST_F(Menus, PointerOverAnotherBarItemOpensIt) {
     EXPECT_EQ(m_frame->last(WM_COMMAND).wParam, static_cast<WPARAM>(kLine));
 }
 
-TEST_F(Menus, AltAndTheLetterOpenAndKeysChoose) {
+TEST_F(Menus, AltWithAccessKeyOpensAPopupAndKeysChoose) {
     run({key('F', true), key('O')});
     ASSERT_EQ(m_frame->count(WM_COMMAND), 1);
     EXPECT_EQ(m_frame->last(WM_COMMAND).wParam, static_cast<WPARAM>(kOpen));
@@ -176,7 +176,7 @@ TEST_F(Menus, AltAndTheLetterOpenAndKeysChoose) {
     EXPECT_EQ(m_frame->last(WM_COMMAND).wParam, static_cast<WPARAM>(kRecent));
 }
 
-TEST_F(Menus, AltAloneOpensTheBar) {
+TEST_F(Menus, AltAloneOpensTheMenuBar) {
     run({[] {
              win32KeyEvent(VK_MENU, true);
              win32KeyEvent(VK_MENU, false);
@@ -186,7 +186,7 @@ TEST_F(Menus, AltAloneOpensTheBar) {
     EXPECT_EQ(m_frame->last(WM_COMMAND).wParam, static_cast<WPARAM>(kOpen));
 }
 
-TEST_F(Menus, TrackedPopupGivesItsChoice) {
+TEST_F(Menus, TrackPopupMenuReturnsTheChosenCommand) {
     BOOL chosen = 0;
     bool done = false;
     run({[&] {
@@ -199,7 +199,7 @@ TEST_F(Menus, TrackedPopupGivesItsChoice) {
     EXPECT_EQ(m_frame->count(WM_COMMAND), 0);
 }
 
-TEST_F(Menus, TimersGoOnWhileAMenuIsOpen) {
+TEST_F(Menus, TimersFireWhileAMenuIsOpen) {
     SetTimer(*m_frame, 1, USER_TIMER_MINIMUM, nullptr);
     int before = 0;
     run({clickBar(20), [&] { before = m_frame->count(WM_TIMER); }, [] {}, [] {},
@@ -233,7 +233,7 @@ TEST_F(Menus, MessageBoxOverTheFrameClosesItsMenu) {
     EXPECT_EQ(m_frame->count(WM_EXITMENULOOP), 1);
 }
 
-TEST_F(Menus, DestroyedOwnerEndsTheMenu) {
+TEST_F(Menus, DestroyingTheOwnerEndsTheMenuLoop) {
     run({clickBar(20), [this] { DestroyWindow(*m_frame); }});
     EXPECT_EQ(m_frame->handle(), nullptr);
     EXPECT_FALSE(IsMenu(m_bar));

@@ -13,7 +13,7 @@
 
 namespace {
 
-/// Does something once a box stands, from within the box's own loop.
+/// Runs the action once when a message box is open, from a timer in the box's modal loop.
 class WhenBoxStands {
 public:
     explicit WhenBoxStands(std::function<void(const Win32MessageBox&)> action) : m_action(std::move(action)) {
@@ -57,7 +57,7 @@ std::vector<int> ids(const Win32MessageBox& box) {
 
 }  // namespace
 
-TEST(MessageBoxes, AreListedAndAnswered) {
+TEST(MessageBoxes, OpenBoxCanBeInspectedAndAnswered) {
     const WhenBoxStands when([](const Win32MessageBox& box) {
         EXPECT_EQ(box.caption, u"命令执行");
         EXPECT_EQ(box.text, u"是否取消当前命令？");
@@ -71,7 +71,7 @@ TEST(MessageBoxes, AreListedAndAnswered) {
     EXPECT_TRUE(win32MessageBoxes().empty());
 }
 
-TEST(MessageBoxes, EveryKindHasItsButtons) {
+TEST(MessageBoxes, EveryTypeHasItsButtons) {
     const struct {
         UINT type;
         std::vector<int> buttons;
@@ -92,12 +92,12 @@ TEST(MessageBoxes, EveryKindHasItsButtons) {
     }
 }
 
-TEST(MessageBoxes, RealClickChooses) {
+TEST(MessageBoxes, RealClickChoosesAButton) {
     const WhenBoxStands when([](const Win32MessageBox& box) { clickButton(box, 1); });
     EXPECT_EQ(MessageBoxW(nullptr, u"text", u"caption", MB_YESNO), IDNO);
 }
 
-TEST(MessageBoxes, RealKeysChoose) {
+TEST(MessageBoxes, RealKeysChooseAButton) {
     {
         const WhenBoxStands when([](const Win32MessageBox&) { win32KeyStroke(VK_RETURN); });
         EXPECT_EQ(MessageBoxW(nullptr, u"text", u"caption", MB_YESNO | MB_DEFBUTTON2), IDNO);
@@ -119,7 +119,7 @@ TEST(MessageBoxes, RealKeysChoose) {
     }
 }
 
-TEST(MessageBoxes, EscapeLeavesNoWayOutOfAYesNoBox) {
+TEST(MessageBoxes, EscapeAndCloseDoNotDismissAYesNoBox) {
     const WhenBoxStands when([](const Win32MessageBox& box) {
         PostMessageW(box.window, WM_KEYDOWN, VK_ESCAPE, 1);
         PostMessageW(box.window, WM_CLOSE, 0, 0);
@@ -128,7 +128,7 @@ TEST(MessageBoxes, EscapeLeavesNoWayOutOfAYesNoBox) {
     EXPECT_EQ(MessageBoxW(nullptr, u"text", u"caption", MB_YESNO), IDYES);
 }
 
-TEST(MessageBoxes, OwnerIsDisabledWhileTheBoxStandsAndActiveAfterwards) {
+TEST(MessageBoxes, OwnerIsDisabledWhileTheBoxIsOpenAndActiveAfterwards) {
     TestWindow owner;
     const TestWindow child(WS_CHILD | WS_VISIBLE, {0, 0, 50, 50}, owner);
     ShowWindow(owner, SW_SHOW);
@@ -138,13 +138,13 @@ TEST(MessageBoxes, OwnerIsDisabledWhileTheBoxStandsAndActiveAfterwards) {
         EXPECT_EQ(GetActiveWindow(), box.window);
         win32AnswerMessageBox(box.window, IDOK);
     });
-    // A child is as good as its frame.
+    // For a child the top-level window becomes the owner.
     EXPECT_EQ(MessageBoxW(child, u"text", u"caption", MB_OK), IDOK);
     EXPECT_TRUE(IsWindowEnabled(owner));
     EXPECT_EQ(GetActiveWindow(), owner.handle());
 }
 
-TEST(MessageBoxes, BoxWithoutOwnerDisablesNobody) {
+TEST(MessageBoxes, BoxWithoutOwnerDisablesNoWindow) {
     TestWindow other;
     ShowWindow(other, SW_SHOW);
     const WhenBoxStands when([&other](const Win32MessageBox& box) {
@@ -154,11 +154,11 @@ TEST(MessageBoxes, BoxWithoutOwnerDisablesNobody) {
     MessageBoxW(nullptr, u"text", u"caption", MB_OK);
 }
 
-TEST(MessageBoxes, InvalidOwnerShowsNothing) {
+TEST(MessageBoxes, InvalidOwnerShowsNoBox) {
     EXPECT_EQ(MessageBoxW(reinterpret_cast<HWND>(std::uintptr_t{0x7FFFFF}), u"text", u"caption", MB_OK), 0);
 }
 
-TEST(MessageBoxes, TimersAndOtherSourcesGoOn) {
+TEST(MessageBoxes, TimersAndOtherSourcesRunWhileABoxIsOpen) {
     static int windowTimer = 0;
     static int source = 0;
     windowTimer = source = 0;
@@ -184,7 +184,7 @@ TEST(MessageBoxes, TimersAndOtherSourcesGoOn) {
     EXPECT_GE(windowTimer, 3);
 }
 
-TEST(MessageBoxes, BoxInABoxEndsFirst) {
+TEST(MessageBoxes, NestedBoxReturnsFirst) {
     int inner = 0;
     const WhenBoxStands when([&inner](const Win32MessageBox& outerBox) {
         static HWND s_outer;
@@ -203,7 +203,7 @@ TEST(MessageBoxes, BoxInABoxEndsFirst) {
     EXPECT_EQ(inner, IDRETRY);
 }
 
-TEST(MessageBoxes, WorkerThreadWaitsWhileTheMainLoopGoesOn) {
+TEST(MessageBoxes, WorkerThreadBlocksWhileTheMainLoopRuns) {
     std::atomic<int> answer{0};
     std::atomic<bool> finished{false};
     const DWORD mainThread = GetCurrentThreadId();
@@ -216,7 +216,7 @@ TEST(MessageBoxes, WorkerThreadWaitsWhileTheMainLoopGoesOn) {
     const WhenBoxStands when([&](const Win32MessageBox& box) {
         EXPECT_EQ(GetCurrentThreadId(), mainThread);
         EXPECT_FALSE(finished);
-        // The loop still works while the box stands.
+        // The main thread's message loop still runs while the box is open.
         SendMessageW(window, WM_APP, 0, 0);
         PostMessageW(window, WM_APP, 0, 0);
         win32AnswerMessageBox(box.window, IDCANCEL);
@@ -231,7 +231,7 @@ TEST(MessageBoxes, WorkerThreadWaitsWhileTheMainLoopGoesOn) {
     EXPECT_EQ(messages, 2);
 }
 
-TEST(MessageBoxes, QuitClosesTheBoxAndReachesTheLoop) {
+TEST(MessageBoxes, QuitClosesTheBoxAndReachesTheMessageLoop) {
     const WhenBoxStands when([](const Win32MessageBox&) { PostQuitMessage(4); });
     EXPECT_EQ(MessageBoxW(nullptr, u"text", u"caption", MB_OKCANCEL), IDCANCEL);
     MSG message;

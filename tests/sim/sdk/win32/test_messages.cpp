@@ -13,18 +13,18 @@ namespace {
 
 constexpr UINT kFirst = WM_APP + 1;
 constexpr UINT kSecond = WM_APP + 2;
-/// By then the loop waits.
+/// After this delay the message loop is waiting.
 constexpr guint kWaitedMilliseconds = 5;
 constexpr ULONGLONG kPatienceMilliseconds = 10000;
 
-/// The queue of the thread that the test runs in.
+/// Tests of the calling thread's message queue.
 class Messages : public testing::Test {
 protected:
     static void post(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) {
         EXPECT_TRUE(PostThreadMessageW(GetCurrentThreadId(), message, wParam, lParam));
     }
 
-    /// Waits for a message; the one that ends a loop is WM_QUIT.
+    /// Waits for a message with GetMessage, which returns FALSE only for WM_QUIT.
     static MSG waited(UINT first = 0, UINT last = 0) {
         MSG message{};
         const bool goesOn = GetMessageW(&message, nullptr, first, last) != FALSE;
@@ -32,13 +32,13 @@ protected:
         return message;
     }
 
-    /// WM_NULL when there is none.
+    /// Peeks for a message; WM_NULL if there is none.
     static MSG peeked(UINT first, UINT last, UINT remove) {
         MSG message{};
         return PeekMessageW(&message, nullptr, first, last, remove) != FALSE ? message : MSG{};
     }
 
-    /// Looks on until the condition holds or patience ends.
+    /// Repeats the step until the condition holds; false on timeout.
     static bool repeatUntil(const std::function<bool()>& condition, const std::function<void()>& step) {
         const ULONGLONG end = GetTickCount64() + kPatienceMilliseconds;
         while (!condition() && GetTickCount64() < end) {
@@ -48,7 +48,7 @@ protected:
     }
 };
 
-/// A timer without a window, as short as there is, that counts the calls of its procedure.
+/// A thread timer with the shortest period, whose procedure counts its calls.
 class Timers : public Messages {
 protected:
     Timers() { s_calls = 0; }
@@ -77,13 +77,13 @@ private:
     UINT_PTR m_timer = 0;
 };
 
-/// The main context's other sources; they stand for Qt's timers and posted events.
+/// Tests of the main context's other sources, which represent Qt's timers and posted events.
 class Loop : public Timers {};
 
-/// One such source, which runs again and again from its delay on until it is told to end.
+/// Such a source: a GLib timeout that runs repeatedly until its work returns false.
 class OtherSource {
 public:
-    /// The work says whether the source goes on.
+    /// The work returns whether the source continues.
     explicit OtherSource(
         std::function<bool()> work = [] { return false; }, guint delayMilliseconds = 0)
         : m_work(std::move(work)), m_id(g_timeout_add(delayMilliseconds, &OtherSource::run, this)) {}
@@ -115,7 +115,7 @@ private:
 
 }  // namespace
 
-TEST_F(Messages, PostedMessagesComeInOrder) {
+TEST_F(Messages, PostedMessagesAreRetrievedInOrder) {
     post(kFirst, 1, 2);
     post(kSecond, 3, 4);
     const MSG first = waited();
@@ -125,13 +125,13 @@ TEST_F(Messages, PostedMessagesComeInOrder) {
     EXPECT_EQ(waited().message, kSecond);
 }
 
-TEST_F(Messages, QuitPassesEveryFilterButOnlyOnce) {
+TEST_F(Messages, QuitIgnoresTheFilterAndIsRetrievedOnce) {
     PostQuitMessage(0);
     EXPECT_EQ(peeked(kFirst, kFirst, PM_REMOVE).message, static_cast<UINT>(WM_QUIT));
     EXPECT_EQ(peeked(0, 0, PM_REMOVE).message, static_cast<UINT>(WM_NULL));
 }
 
-TEST_F(Messages, FilterTakesOnlyItsRangeAndLeavesTheRest) {
+TEST_F(Messages, FilterRetrievesOnlyItsRange) {
     post(kFirst);
     post(kSecond);
     EXPECT_EQ(peeked(kSecond, kSecond, PM_REMOVE).message, kSecond);
@@ -146,17 +146,17 @@ TEST_F(Messages, PeekWithoutRemovalLeavesTheMessage) {
     EXPECT_EQ(peeked(0, 0, PM_REMOVE).message, static_cast<UINT>(WM_NULL));
 }
 
-TEST_F(Messages, ThreadWithoutQueueCannotBePostedTo) {
+TEST_F(Messages, PostingToAThreadWithoutAQueueFails) {
     SetLastError(0);
     EXPECT_FALSE(PostThreadMessageW(0x7FFFFFF0, kFirst, 0, 0));
     EXPECT_EQ(GetLastError(), ERROR_INVALID_THREAD_ID);
 }
 
-TEST_F(Messages, WorkerThreadHasAQueueOfItsOwn) {
+TEST_F(Messages, WorkerThreadHasItsOwnQueue) {
     std::atomic<DWORD> workerId{0};
     std::atomic<UINT> got{0};
     std::thread worker([&] {
-        // Asking once makes the queue.
+        // The first call creates the thread's queue.
         peeked(0, 0, PM_NOREMOVE);
         workerId = GetCurrentThreadId();
         MSG message;
@@ -181,14 +181,14 @@ TEST_F(Messages, MessagePostedFromAnotherThreadWakesTheLoop) {
     worker.join();
 }
 
-TEST_F(Messages, RegisteredMessagesAreTheSameForTheSameName) {
+TEST_F(Messages, RegisteredMessageDependsOnlyOnItsName) {
     const UINT message = RegisterWindowMessageW(u"zr.test.one");
     EXPECT_GE(message, 0xC000U);
     EXPECT_EQ(RegisterWindowMessageW(u"ZR.TEST.ONE"), message);
     EXPECT_NE(RegisterWindowMessageW(u"zr.test.two"), message);
 }
 
-TEST_F(Timers, ComeAfterPostedMessagesAndBeforeTheEnd) {
+TEST_F(Timers, ComeAfterPostedMessagesAndBeforeQuit) {
     const UINT_PTR timer = start();
     Sleep(2 * USER_TIMER_MINIMUM);
     PostQuitMessage(7);
@@ -214,7 +214,7 @@ TEST_F(Timers, FireOnAWorkerThread) {
     worker.join();
 }
 
-TEST_F(Timers, FireAgainAndAgainUntilKilled) {
+TEST_F(Timers, FireRepeatedlyUntilKilled) {
     const UINT_PTR timer = start();
     for (int i = 0; i < 3; ++i) {
         const MSG due = waited();
@@ -227,15 +227,15 @@ TEST_F(Timers, FireAgainAndAgainUntilKilled) {
     EXPECT_EQ(peeked(WM_TIMER, WM_TIMER, PM_REMOVE).message, static_cast<UINT>(WM_NULL));
 }
 
-TEST_F(Timers, MissedPeriodsAreOneMessage) {
+TEST_F(Timers, MissedPeriodsAreCoalesced) {
     start(1000);
-    // The queue is looked at only after several periods have gone by.
+    // Check the queue only after several periods have passed.
     Sleep(2500);
     EXPECT_EQ(peeked(WM_TIMER, WM_TIMER, PM_REMOVE).message, static_cast<UINT>(WM_TIMER));
     EXPECT_EQ(peeked(WM_TIMER, WM_TIMER, PM_REMOVE).message, static_cast<UINT>(WM_NULL));
 }
 
-TEST_F(Timers, ProcedureIsCalledByDispatch) {
+TEST_F(Timers, DispatchMessageCallsTheTimerProcedure) {
     startCounting();
     EXPECT_TRUE(pumpUntil([] { return calls() >= 2; }));
 }
@@ -262,7 +262,7 @@ TEST_F(Loop, AStreamOfMessagesDoesNotStarveOtherSources) {
 
 TEST_F(Loop, ADueTimerDoesNotStarveOtherSources) {
     const OtherSource source;
-    // Due, but never retrieved: there is always a posted message first.
+    // Due, but never retrieved: posted messages come first.
     start();
     EXPECT_TRUE(repeatUntil([&] { return source.ran(); },
                             [] {
@@ -276,7 +276,7 @@ TEST_F(Loop, APollingLoopRunsOtherSourcesToo) {
     EXPECT_TRUE(repeatUntil([&] { return source.ran(); }, [] { peeked(0, 0, PM_REMOVE); }));
 }
 
-TEST_F(Loop, LookingAtTheQueueRunsNoOtherSource) {
+TEST_F(Loop, PeekWithoutRemovalRunsNoOtherSource) {
     const OtherSource source([] { return true; });
     for (int i = 0; i < 100; ++i) {
         peeked(0, 0, PM_NOREMOVE);
@@ -286,13 +286,13 @@ TEST_F(Loop, LookingAtTheQueueRunsNoOtherSource) {
 
 TEST_F(Loop, AForeignLoopDispatchesMessages) {
     startCounting();
-    // The slice attaches itself on its first wait.
+    // The slice attaches its source to the main context on the first wait.
     EXPECT_EQ(waited(WM_TIMER, WM_TIMER).message, static_cast<UINT>(WM_TIMER));
     EXPECT_TRUE(repeatUntil([] { return calls() >= 3; }, [] { g_main_context_iteration(nullptr, TRUE); }));
 }
 
 TEST_F(Loop, AForeignLoopInsideAWaitDispatchesMessages) {
-    // As when Qt runs a dialog from one of its timers, which itself ran from GetMessage.
+    // As when Qt runs a dialog from a timer that GetMessage dispatched.
     const OtherSource source(
         [this] {
             startCounting();

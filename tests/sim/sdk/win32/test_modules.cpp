@@ -70,7 +70,7 @@ TEST_F(Modules, LoadedModuleIsMappedOnceAndUnmappedWithItsLastReference) {
     EXPECT_EQ(GetLastError(), ERROR_MOD_NOT_FOUND);
 }
 
-TEST_F(Modules, UnloadedModuleLoadsAfresh) {
+TEST_F(Modules, UnloadedModuleCanBeLoadedAgain) {
     for (const char* count : {"x", "xx"}) {
         const HMODULE module = LoadLibraryW(m_path.c_str());
         ASSERT_NE(module, nullptr);
@@ -86,19 +86,19 @@ TEST_F(Modules, HandleIsFoundByBaseNameInAnyCase) {
     EXPECT_EQ(GetModuleHandleW(u"zr_test.ARX"), module);
     EXPECT_EQ(GetModuleHandleA("ZR_TEST.arx"), module);
     EXPECT_EQ(GetModuleHandleW(m_path.c_str()), module);
-    // Without an extension it is another name.
+    // Without an extension ".dll" is added.
     EXPECT_EQ(GetModuleHandleW(u"ZR_Test"), nullptr);
     EXPECT_TRUE(FreeLibrary(module));
 }
 
-TEST_F(Modules, AskingForAHandleAddsNoReference) {
+TEST_F(Modules, GetModuleHandleAddsNoReference) {
     const HMODULE module = LoadLibraryW(m_path.c_str());
     GetModuleHandleW(u"ZR_Test.arx");
     FreeLibrary(module);
     EXPECT_EQ(value("ZR_TEST_UNMAPPED"), "x");
 }
 
-TEST_F(Modules, LoadedModuleIsReferencedByItsName) {
+TEST_F(Modules, LoadLibraryByBaseNameAddsAReference) {
     const HMODULE module = LoadLibraryW(m_path.c_str());
     EXPECT_EQ(LoadLibraryA("zr_test.arx"), module);
     FreeLibrary(module);
@@ -107,7 +107,7 @@ TEST_F(Modules, LoadedModuleIsReferencedByItsName) {
     EXPECT_EQ(value("ZR_TEST_UNMAPPED"), "x");
 }
 
-TEST_F(Modules, ModuleThatLoadsItselfAgainIsPinned) {
+TEST_F(Modules, ModuleThatLoadsItselfStaysLoaded) {
     const HMODULE module = LoadLibraryW(m_path.c_str());
     char name[MAX_PATH];
     ASSERT_NE(GetModuleFileNameA(module, name, MAX_PATH), 0U);
@@ -117,13 +117,13 @@ TEST_F(Modules, ModuleThatLoadsItselfAgainIsPinned) {
     FreeLibrary(module);
 }
 
-TEST_F(Modules, UnixPathLoadsToo) {
+TEST_F(Modules, UnixPathsAreAccepted) {
     const HMODULE module = LoadLibraryA(ZR_TEST_MODULE);
     ASSERT_NE(module, nullptr);
     FreeLibrary(module);
 }
 
-TEST_F(Modules, LoadsWithTheModulesOwnSearchPathToo) {
+TEST_F(Modules, LoadLibraryExAcceptsTheAlteredSearchPath) {
     const HMODULE module = LoadLibraryExW(m_path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
     ASSERT_NE(module, nullptr);
     EXPECT_EQ(LoadLibraryW(m_path.c_str()), module);
@@ -135,7 +135,7 @@ TEST_F(Modules, LoadsWithTheModulesOwnSearchPathToo) {
     EXPECT_EQ(GetLastError(), ERROR_MOD_NOT_FOUND);
 }
 
-TEST_F(Modules, ProceduresAreThoseOfTheModuleItself) {
+TEST_F(Modules, GetProcAddressFindsOnlyTheModulesOwnExports) {
     const HMODULE module = LoadLibraryW(m_path.c_str());
     const auto answer =
         reinterpret_cast<int (*)()>(reinterpret_cast<void (*)()>(GetProcAddress(module, "zrTestAnswer")));
@@ -144,19 +144,19 @@ TEST_F(Modules, ProceduresAreThoseOfTheModuleItself) {
     SetLastError(0);
     EXPECT_EQ(GetProcAddress(module, "noSuchFunction"), nullptr);
     EXPECT_EQ(GetLastError(), ERROR_PROC_NOT_FOUND);
-    // A function of a library that it uses.
+    // A function of a library that the module depends on.
     EXPECT_EQ(GetProcAddress(module, "setenv"), nullptr);
     FreeLibrary(module);
 }
 
-TEST_F(Modules, LoadingErrorsAreTold) {
+TEST_F(Modules, LoadingErrorsSetTheLastError) {
     SetLastError(0);
     EXPECT_EQ(LoadLibraryW(u"Z:\\no\\such\\module.arx"), nullptr);
     EXPECT_EQ(GetLastError(), ERROR_MOD_NOT_FOUND);
     EXPECT_EQ(LoadLibraryW(u"zr_no_such_module"), nullptr);
     EXPECT_EQ(GetLastError(), ERROR_MOD_NOT_FOUND);
     const std::string text = std::string(ZR_TEST_MODULE) + ".txt.arx";
-    std::ofstream(text) << "no module, but text that is long enough to be read as a header of something\n";
+    std::ofstream(text) << "not a module, but text that is long enough to be read as an ELF header\n";
     EXPECT_EQ(LoadLibraryA(text.c_str()), nullptr);
     EXPECT_EQ(GetLastError(), ERROR_BAD_EXE_FORMAT);
     std::filesystem::remove(text);
@@ -164,7 +164,7 @@ TEST_F(Modules, LoadingErrorsAreTold) {
     EXPECT_EQ(GetLastError(), ERROR_PROC_NOT_FOUND);
 }
 
-TEST_F(Modules, AFileThatWasCutOffIsNoModule) {
+TEST_F(Modules, TruncatedFileIsNotLoaded) {
     const std::string cut = std::string(ZR_TEST_MODULE) + ".cut.arx";
     for (const std::uintmax_t kept :
          {std::uintmax_t{0}, std::uintmax_t{4}, std::uintmax_t{100}, std::uintmax_t{5000}}) {
@@ -177,7 +177,7 @@ TEST_F(Modules, AFileThatWasCutOffIsNoModule) {
     std::filesystem::remove(cut);
 }
 
-TEST_F(Modules, FileNameLooksLikeWindows) {
+TEST_F(Modules, FileNameIsAWindowsPath) {
     const HMODULE module = LoadLibraryW(m_path.c_str());
     TCHAR buffer[MAX_PATH];
     const DWORD length = GetModuleFileNameW(module, buffer, MAX_PATH);
@@ -189,13 +189,13 @@ TEST_F(Modules, FileNameLooksLikeWindows) {
     FreeLibrary(module);
 }
 
-TEST_F(Modules, FileNameThatDoesNotFitIsCut) {
+TEST_F(Modules, FileNameThatDoesNotFitIsTruncated) {
     const HMODULE module = LoadLibraryW(m_path.c_str());
     TCHAR buffer[8];
     EXPECT_EQ(GetModuleFileNameW(module, buffer, 8), 8U);
     EXPECT_EQ(GetLastError(), ERROR_INSUFFICIENT_BUFFER);
     EXPECT_EQ(std::u16string(buffer), m_path.substr(0, 7));
-    // One unit short of the terminator.
+    // One character too small for the terminator.
     std::u16string exact(m_path.size(), u'?');
     EXPECT_EQ(GetModuleFileNameW(module, exact.data(), static_cast<DWORD>(exact.size())), m_path.size());
     EXPECT_EQ(GetLastError(), ERROR_INSUFFICIENT_BUFFER);
@@ -208,7 +208,7 @@ TEST_F(Modules, FileNameThatDoesNotFitIsCut) {
     FreeLibrary(module);
 }
 
-TEST_F(Modules, NullNamesTheProgram) {
+TEST_F(Modules, NullHandleMeansTheProgram) {
     TCHAR buffer[MAX_PATH];
     const DWORD length = GetModuleFileNameW(nullptr, buffer, MAX_PATH);
     EXPECT_EQ(narrow(std::u16string(buffer, length)),

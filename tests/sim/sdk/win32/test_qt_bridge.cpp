@@ -44,7 +44,7 @@ struct KeyRecord {
     bool repeated;
 };
 
-/// Writes down the key events of a widget.
+/// Records the key events of a widget.
 class KeyLog : public QObject {
 public:
     bool eventFilter(QObject*, QEvent* event) override {
@@ -58,7 +58,7 @@ public:
     std::vector<KeyRecord> records;
 };
 
-/// A frame with a child window, in it a Qt view with a text field and a button that takes no focus.
+/// A frame with a child window that contains a Qt view with a text field and a button with Qt::NoFocus.
 class QtEmbedding : public testing::Test {
 protected:
     void SetUp() override {
@@ -108,7 +108,7 @@ protected:
 
 }  // namespace
 
-TEST_F(QtEmbedding, QtsTimersRunFromTheMessageLoop) {
+TEST_F(QtEmbedding, QtTimersRunFromTheMessageLoop) {
     int fired = 0;
     QTimer timer;
     QObject::connect(&timer, &QTimer::timeout, &timer, [&fired] { ++fired; });
@@ -116,7 +116,7 @@ TEST_F(QtEmbedding, QtsTimersRunFromTheMessageLoop) {
     EXPECT_TRUE(pumpUntil([&fired] { return fired >= 3; }));
 }
 
-TEST_F(QtEmbedding, ViewIsAWindowInsideTheContainer) {
+TEST_F(QtEmbedding, ViewIsAChildOfTheContainer) {
     EXPECT_TRUE(IsWindow(view()));
     EXPECT_EQ(GetParent(view()), m_container->handle());
     EXPECT_TRUE(IsChild(*m_frame, view()));
@@ -147,7 +147,7 @@ TEST_F(QtEmbedding, SentCharacterIsTypedExactlyOnce) {
     EXPECT_EQ(m_edit->toPlainText(), QStringLiteral("画a"));
 }
 
-TEST_F(QtEmbedding, LoneCharacterHasNoKeyButItsText) {
+TEST_F(QtEmbedding, LoneCharacterHasKeyZeroAndItsText) {
     KeyLog log;
     m_edit->installEventFilter(&log);
     m_edit->setFocus();
@@ -164,7 +164,7 @@ TEST_F(QtEmbedding, LoneCharacterHasNoKeyButItsText) {
     m_edit->removeEventFilter(&log);
 }
 
-TEST_F(QtEmbedding, KeyMessagesBecomeQtsKeys) {
+TEST_F(QtEmbedding, KeyMessagesBecomeQtKeyEvents) {
     KeyLog log;
     m_edit->installEventFilter(&log);
     m_edit->setFocus();
@@ -208,7 +208,7 @@ TEST_F(QtEmbedding, KeyMessagesBecomeQtsKeys) {
     m_edit->removeEventFilter(&log);
 }
 
-TEST_F(QtEmbedding, KeyPressedAgainWithoutAReleaseRepeats) {
+TEST_F(QtEmbedding, KeyDownWithoutAReleaseIsAutoRepeat) {
     KeyLog log;
     m_edit->installEventFilter(&log);
     m_edit->setFocus();
@@ -225,7 +225,7 @@ TEST_F(QtEmbedding, DispatchedKeyTakesItsCharacterFromTheQueue) {
     KeyLog log;
     m_edit->installEventFilter(&log);
     m_edit->setFocus();
-    // As a loop does with a key for Qt's own window: translated first, then dispatched.
+    // As a message loop does: TranslateMessage before DispatchMessage.
     PostMessageW(view(), WM_KEYDOWN, 'K', 1);
     PostMessageW(view(), WM_KEYUP, 'K', 1);
     pumpAll();
@@ -248,7 +248,7 @@ TEST_F(QtEmbedding, ControlIsAModifierOfPostedKeys) {
     EXPECT_EQ(m_edit->textCursor().selectedText(), QStringLiteral("some text"));
 }
 
-TEST_F(QtEmbedding, NativeFilterSeesDeliveredMessagesAndMayTakeThem) {
+TEST_F(QtEmbedding, NativeFilterSeesSentMessagesAndMayConsumeThem) {
     NativeFilter filter;
     QAbstractEventDispatcher::instance()->installNativeEventFilter(&filter);
     QWidget window;
@@ -265,7 +265,7 @@ TEST_F(QtEmbedding, NativeFilterSeesDeliveredMessagesAndMayTakeThem) {
     EXPECT_EQ(filter.delivered[0].hwnd, handle);
 }
 
-TEST_F(QtEmbedding, NativeFilterSeesNoDeliveredInput) {
+TEST_F(QtEmbedding, NativeFilterDoesNotSeeSentInput) {
     NativeFilter filter;
     QAbstractEventDispatcher::instance()->installNativeEventFilter(&filter);
     m_edit->setFocus();
@@ -284,14 +284,14 @@ TEST_F(QtEmbedding, ClickIntoTheTextFieldMovesTheFocusThere) {
     EXPECT_TRUE(pumpUntil([this] { return m_edit->hasFocus(); }));
     EXPECT_EQ(GetFocus(), view());
     EXPECT_EQ(m_other->count(WM_KILLFOCUS), 1);
-    // And real keys reach it.
+    // Real keys reach it too.
     ASSERT_TRUE(win32KeyStroke('H'));
     ASSERT_TRUE(win32KeyStroke('I', true));
     EXPECT_TRUE(pumpUntil([this] { return m_edit->toPlainText() == QStringLiteral("hI"); }))
         << m_edit->toPlainText().toStdString();
 }
 
-TEST_F(QtEmbedding, ClickOnAWidgetWithoutFocusLeavesTheFocus) {
+TEST_F(QtEmbedding, ClickOnANoFocusWidgetDoesNotMoveTheFocus) {
     SetFocus(*m_other);
     bool clicked = false;
     QObject::connect(m_button, &QToolButton::clicked, m_button, [&clicked] { clicked = true; });
@@ -301,7 +301,7 @@ TEST_F(QtEmbedding, ClickOnAWidgetWithoutFocusLeavesTheFocus) {
     EXPECT_EQ(GetFocus(), m_other->handle());
 }
 
-TEST_F(QtEmbedding, FocusThatLeavesTheViewLeavesItsField) {
+TEST_F(QtEmbedding, FieldLosesItsFocusWhenTheFocusLeavesTheView) {
     click(*m_edit, {30, 20});
     ASSERT_TRUE(pumpUntil([this] { return m_edit->hasFocus(); }));
     SetFocus(*m_other);
@@ -312,7 +312,7 @@ TEST_F(QtEmbedding, FocusThatLeavesTheViewLeavesItsField) {
 }
 
 TEST_F(QtEmbedding, FieldKeepsItsCaretAndCharactersWhenTheContainerTakesTheFocus) {
-    // The palette does so on every focus-in, twice in a row as well.
+    // The palette does so on every FocusIn, also on two in a row.
     class TakeBack : public QObject {
     public:
         explicit TakeBack(HWND window) : m_window(window) {}
@@ -340,7 +340,7 @@ TEST_F(QtEmbedding, FieldKeepsItsCaretAndCharactersWhenTheContainerTakesTheFocus
         EXPECT_TRUE(m_edit->hasFocus()) << "round " << round;
         SendMessageW(view(), WM_CHAR, u'a', 1);
         EXPECT_EQ(m_edit->toPlainText(), QStringLiteral("a")) << "round " << round;
-        // Clicks so close to each other select what is there.
+        // Clicks this close together select text: leave none to be selected.
         m_edit->clear();
     }
     SetFocus(*m_other);
@@ -353,7 +353,7 @@ TEST_F(QtEmbedding, FieldKeepsItsCaretAndCharactersWhenTheContainerTakesTheFocus
     m_edit->removeEventFilter(&takeBack);
 }
 
-TEST_F(QtEmbedding, DialogsLoopDispatchesMessagesThroughTheNativeFilter) {
+TEST_F(QtEmbedding, DialogEventLoopDispatchesMessagesThroughTheNativeFilter) {
     NativeFilter filter;
     QAbstractEventDispatcher::instance()->installNativeEventFilter(&filter);
     constexpr UINT kPosted = WM_APP + 5;
@@ -397,7 +397,7 @@ TEST_F(QtEmbedding, DialogRunFromQtInsideGetMessageDispatchesMessages) {
     EXPECT_GE(windowTimer, 3);
 }
 
-TEST_F(QtEmbedding, FilterThatTakesAMessageKeepsItFromItsWindow) {
+TEST_F(QtEmbedding, NativeFilterMayConsumeAPostedMessage) {
     NativeFilter filter;
     QAbstractEventDispatcher::instance()->installNativeEventFilter(&filter);
     constexpr UINT kPosted = WM_APP + 6;
@@ -413,7 +413,7 @@ TEST_F(QtEmbedding, FilterThatTakesAMessageKeepsItFromItsWindow) {
     EXPECT_EQ(filter.pumped.size(), 1U);
 }
 
-TEST_F(QtEmbedding, QuitEndsADialogsLoopAndReachesTheProgramsOwn) {
+TEST_F(QtEmbedding, QuitEndsADialogEventLoopAndReachesTheMessageLoop) {
     QDialog dialog;
     QTimer::singleShot(0, &dialog, [] { PostQuitMessage(5); });
     dialog.exec();
@@ -424,7 +424,7 @@ TEST_F(QtEmbedding, QuitEndsADialogsLoopAndReachesTheProgramsOwn) {
     EXPECT_EQ(message.wParam, 5U);
 }
 
-TEST_F(QtEmbedding, DisabledFrameTakesNoClicksInItsQtWindows) {
+TEST_F(QtEmbedding, DisabledFrameBlocksClicksInItsQtWindows) {
     bool clicked = false;
     QObject::connect(m_button, &QToolButton::clicked, m_button, [&clicked] { clicked = true; });
     EnableWindow(*m_frame, FALSE);
@@ -436,7 +436,7 @@ TEST_F(QtEmbedding, DisabledFrameTakesNoClicksInItsQtWindows) {
     EXPECT_TRUE(pumpUntil([&clicked] { return clicked; }));
 }
 
-TEST_F(QtEmbedding, ClosedDialogGivesTheKeyboardBackToTheFrame) {
+TEST_F(QtEmbedding, ClosingADialogReturnsTheFocusToTheFrame) {
     SetFocus(*m_other);
     pumpAll();
     {
@@ -472,7 +472,7 @@ TEST_F(QtEmbedding, ViewMayBeDestroyedBeforeTheContainer) {
     EXPECT_EQ(GetFocus(), m_other->handle());
 }
 
-TEST_F(QtEmbedding, ResizedContainerResizesTheViewThatFollows) {
+TEST_F(QtEmbedding, ViewCanFollowItsContainersSize) {
     m_container->setHandler([this](UINT message, WPARAM, LPARAM, LRESULT&) {
         if (message == WM_SIZE) {
             RECT place;
@@ -492,7 +492,7 @@ TEST_F(QtEmbedding, ResizedContainerResizesTheViewThatFollows) {
 
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
-    // The tests are listed where no platform is set up, maybe without any display.
+    // The build lists the tests, possibly without a display.
     if (testing::GTEST_FLAG(list_tests)) {
         return RUN_ALL_TESTS();
     }

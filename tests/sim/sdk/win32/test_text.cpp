@@ -58,14 +58,14 @@ private:
 
 }  // namespace
 
-TEST(Connectivity, ListeningPortIsReached) {
+TEST(Connectivity, ListeningPortIsReachable) {
     const Listener listener;
     EXPECT_TRUE(InternetCheckConnectionW(listener.url().c_str(), FLAG_ICC_FORCE_CONNECTION, 0));
     EXPECT_TRUE(InternetCheckConnectionW((listener.url(u"localhost") + u"/path?x=1").c_str(),
                                          FLAG_ICC_FORCE_CONNECTION, 0));
 }
 
-TEST(Connectivity, ClosedPortIsNot) {
+TEST(Connectivity, ClosedPortIsNotReachable) {
     Listener listener;
     listener.stop();
     SetLastError(0);
@@ -73,7 +73,7 @@ TEST(Connectivity, ClosedPortIsNot) {
     EXPECT_EQ(GetLastError(), ERROR_NOT_CONNECTED);
 }
 
-TEST(Connectivity, NonsenseIsNot) {
+TEST(Connectivity, MalformedUrlIsNotReachable) {
     for (const TCHAR* url : {u"", u"127.0.0.1", u"http://", u"http://[::1", u"http://127.0.0.1:notaport"}) {
         SetLastError(0);
         EXPECT_FALSE(InternetCheckConnectionW(url, FLAG_ICC_FORCE_CONNECTION, 0));
@@ -85,7 +85,7 @@ TEST(ConnectivityDeathTest, UnforcedCheckIsNotSupported) {
     EXPECT_DEATH(InternetCheckConnectionW(u"http://127.0.0.1", 0, 0), "InternetCheckConnection");
 }
 
-TEST(Guids, AreRandomAndMarkedSo) {
+TEST(Guids, AreUniqueVersion4Guids) {
     std::set<std::string> seen;
     for (int i = 0; i < 100; ++i) {
         GUID guid;
@@ -98,18 +98,18 @@ TEST(Guids, AreRandomAndMarkedSo) {
     EXPECT_TRUE(FAILED(CoCreateGuid(nullptr)));
 }
 
-TEST(Format, GuidLikeNumbers) {
+TEST(Format, HexadecimalFieldsAreZeroPadded) {
     EXPECT_EQ(formatted(_T("%08X-%04X-%02X"), 0xABCU, 0x1FU, 0x7U), u"00000ABC-001F-07");
 }
 
-TEST(Format, StringsAreWideUnlessSaidOtherwise) {
+TEST(Format, StringsAreWideUnlessMarkedNarrow) {
     EXPECT_EQ(formatted(_T("【%s】%hs|%S|%ls"), _T("命令"), "窄", "窄", _T("宽")), u"【命令】窄|窄|宽");
     EXPECT_EQ(formatted(_T("[%5s][%-5s][%.2s]"), _T("ab"), _T("ab"), _T("abc")), u"[   ab][ab   ][ab]");
     EXPECT_EQ(formatted(_T("%s"), static_cast<const TCHAR*>(nullptr)), u"(null)");
     EXPECT_EQ(formatted(_T("%c%%"), u'字'), u"字%");
 }
 
-TEST(Format, NumbersHaveTheWidthsOfWindows) {
+TEST(Format, NumbersHaveTheirWindowsSizes) {
     EXPECT_EQ(formatted(_T("%d %u %x"), -1, 4294967295U, 255), u"-1 4294967295 ff");
     EXPECT_EQ(formatted(_T("%ld %lu"), LONG{-5}, DWORD{4000000000U}), u"-5 4000000000");
     EXPECT_EQ(formatted(_T("%I64d %lld %llu"), INT64{-9000000000}, -9000000000LL, 18446744073709551615ULL),
@@ -119,7 +119,7 @@ TEST(Format, NumbersHaveTheWidthsOfWindows) {
     EXPECT_EQ(formatted(_T("%p"), reinterpret_cast<void*>(std::uintptr_t{0xAB})), u"00000000000000AB");
 }
 
-TEST(Format, TextThatDoesNotFitIsTold) {
+TEST(Format, TextThatDoesNotFitGivesMinusOne) {
     TCHAR buffer[4];
     const auto format = [&buffer](const TCHAR* pattern, ...) {
         va_list arguments;
@@ -132,7 +132,7 @@ TEST(Format, TextThatDoesNotFitIsTold) {
     EXPECT_EQ(format(_T("%d"), 12345), -1);
 }
 
-TEST(FormatDeathTest, SafeFormIntoTooSmallABufferEndsTheProgram) {
+TEST(FormatDeathTest, SecureFormAbortsIfTheBufferIsTooSmall) {
     TCHAR buffer[4];
     EXPECT_DEATH(_stprintf_s(buffer, _T("%d"), 12345), "too small");
 }
@@ -158,7 +158,7 @@ TEST(Tchar, SearchesAndCompares) {
     EXPECT_EQ(end, number + 3);
 }
 
-TEST(Tchar, CopiesAreChecked) {
+TEST(Tchar, CopiesAreBoundsChecked) {
     TCHAR buffer[4];
     EXPECT_EQ(_tcscpy_s(buffer, _T("ab")), 0);
     EXPECT_EQ(_tcscat_s(buffer, _T("c")), 0);
@@ -169,12 +169,12 @@ TEST(Tchar, CopiesAreChecked) {
     EXPECT_EQ(std::u16string(buffer), u"abc");
 }
 
-TEST(TcharDeathTest, CopyIntoTooSmallABufferEndsTheProgram) {
+TEST(TcharDeathTest, CopyAbortsIfTheBufferIsTooSmall) {
     TCHAR buffer[2];
     EXPECT_DEATH(_tcscpy_s(buffer, _T("ab")), "too small");
 }
 
-TEST(Time, StampIsFormattedWithChineseText) {
+TEST(Time, TimestampIsFormattedWithChineseText) {
     std::tm time{};
     time.tm_year = 124;
     time.tm_mon = 2;
@@ -189,7 +189,7 @@ TEST(Time, StampIsFormattedWithChineseText) {
     EXPECT_EQ(_tcsftime(buffer, 6, _T("%Y年"), &time), 5U);
 }
 
-TEST(Time, LocalTimeIsBrokenDownAndChecked) {
+TEST(Time, LocalTimeIsConvertedAndRangeChecked) {
     setenv("TZ", "UTC-8", 1);
     tzset();
     std::tm time{};
@@ -207,7 +207,7 @@ TEST(Time, LocalTimeIsBrokenDownAndChecked) {
     EXPECT_GT(now, 1600000000);
 }
 
-TEST(CodePages, Utf8GoesBothWays) {
+TEST(CodePages, Utf8RoundTrips) {
     const std::u16string text = u"aé字\U0001F600";
     char utf8[32];
     EXPECT_EQ(WideCharToMultiByte(CP_UTF8, 0, text.c_str(), -1, nullptr, 0, nullptr, nullptr), 11);
@@ -216,13 +216,13 @@ TEST(CodePages, Utf8GoesBothWays) {
     TCHAR back[32];
     EXPECT_EQ(MultiByteToWideChar(CP_UTF8, 0, utf8, -1, back, 32), 6);
     EXPECT_EQ(std::u16string(back), text);
-    // A given length has no terminator.
+    // With an explicit length no terminator is counted.
     EXPECT_EQ(MultiByteToWideChar(CP_UTF8, 0, utf8, 1, back, 32), 1);
     EXPECT_EQ(MultiByteToWideChar(CP_UTF8, 0, utf8, -1, back, 2), 0);
     EXPECT_EQ(GetLastError(), ERROR_INSUFFICIENT_BUFFER);
 }
 
-TEST(CodePages, BrokenTextIsReplacedOrRefused) {
+TEST(CodePages, MalformedTextIsReplacedOrRejected) {
     TCHAR wide[16];
     for (const char* broken : {"\xFF", "\xC0\x80", "\xED\xA0\x80", "\xE5\xAD", "\xF4\x90\x80\x80"}) {
         EXPECT_EQ(MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, broken, -1, wide, 16), 0);

@@ -36,7 +36,7 @@ TEST(Windows, CreationSendsItsMessagesInOrder) {
     EXPECT_FALSE(IsWindowVisible(window));
 }
 
-TEST(Windows, ChildTellsItsParent) {
+TEST(Windows, ChildNotifiesItsParent) {
     TestWindow parent;
     const TestWindow child(WS_CHILD, {0, 0, 10, 10}, parent);
     const MSG notice = parent.last(WM_PARENTNOTIFY);
@@ -47,7 +47,7 @@ TEST(Windows, ChildTellsItsParent) {
     EXPECT_FALSE(IsChild(child, parent));
 }
 
-TEST(Windows, UnknownClassIsRefused) {
+TEST(Windows, UnknownClassIsRejected) {
     SetLastError(0);
     EXPECT_EQ(CreateWindowExW(0, u"NoSuchClass", u"", WS_OVERLAPPED, 0, 0, 1, 1, nullptr, nullptr, nullptr,
                               nullptr),
@@ -55,7 +55,7 @@ TEST(Windows, UnknownClassIsRefused) {
     EXPECT_EQ(GetLastError(), ERROR_CANNOT_FIND_WND_CLASS);
 }
 
-TEST(Windows, ClassIsRegisteredOnce) {
+TEST(Windows, ClassNameIsRegisteredOnlyOnce) {
     WNDCLASSW description{};
     description.lpfnWndProc = DefWindowProcW;
     description.lpszClassName = u"ZrOnce";
@@ -68,7 +68,7 @@ TEST(Windows, ClassIsRegisteredOnce) {
     EXPECT_EQ(GetLastError(), ERROR_CLASS_DOES_NOT_EXIST);
 }
 
-TEST(Windows, RefusedCreationLeavesNoWindow) {
+TEST(Windows, CreationCancelledByWmCreateLeavesNoWindow) {
     WNDCLASSW description{};
     description.lpfnWndProc = [](HWND window, UINT message, WPARAM wParam, LPARAM lParam) -> LRESULT {
         return message == WM_CREATE ? -1 : DefWindowProcW(window, message, wParam, lParam);
@@ -81,7 +81,7 @@ TEST(Windows, RefusedCreationLeavesNoWindow) {
     EXPECT_EQ(FindWindowW(u"ZrRefuses", nullptr), nullptr);
 }
 
-TEST(Windows, DestructionReachesChildrenFirstWithItsLastMessage) {
+TEST(Windows, NcDestroyReachesChildrenFirst) {
     TestWindow parent;
     TestWindow child(WS_CHILD, {0, 0, 10, 10}, parent);
     std::vector<std::pair<HWND, UINT>> order;
@@ -109,7 +109,7 @@ TEST(Windows, DestructionReachesChildrenFirstWithItsLastMessage) {
     EXPECT_EQ(GetLastError(), ERROR_INVALID_WINDOW_HANDLE);
 }
 
-TEST(Windows, OwnedWindowsGoWithTheirOwner) {
+TEST(Windows, OwnedWindowsAreDestroyedWithTheirOwner) {
     TestWindow owner;
     const TestWindow owned(WS_POPUP, {0, 0, 10, 10}, owner);
     const HWND handle = owned;
@@ -122,7 +122,7 @@ TEST(Windows, OwnedWindowsGoWithTheirOwner) {
     EXPECT_FALSE(IsWindow(handle));
 }
 
-TEST(Windows, MoveAndSizeTellOnlyWhatChanged) {
+TEST(Windows, MoveAndSizeMessagesReportOnlyChanges) {
     TestWindow parent;
     TestWindow child(WS_CHILD | WS_VISIBLE, {5, 6, 105, 56}, parent);
     child.clear();
@@ -140,7 +140,7 @@ TEST(Windows, MoveAndSizeTellOnlyWhatChanged) {
     EXPECT_EQ(child.count(WM_SIZE) + child.count(WM_MOVE), 0);
 }
 
-TEST(Windows, ChildrenStandInTheClientArea) {
+TEST(Windows, ChildrenArePositionedInTheClientArea) {
     TestWindow frame(WS_OVERLAPPEDWINDOW, {50, 60, 450, 360});
     const TestWindow child(WS_CHILD | WS_VISIBLE, {10, 20, 110, 70}, frame);
     ShowWindow(frame, SW_SHOW);
@@ -172,7 +172,7 @@ TEST(Windows, MenuBarMovesTheClientArea) {
     EXPECT_EQ(GetMenu(frame), menu);
 }
 
-TEST(Windows, MaximizedWindowFillsTheScreenAndGoesBack) {
+TEST(Windows, MaximizedWindowFillsTheScreenAndCanBeRestored) {
     TestWindow frame(WS_OVERLAPPEDWINDOW, {50, 60, 450, 360});
     ShowWindow(frame, SW_SHOWMAXIMIZED);
     RECT place;
@@ -186,7 +186,7 @@ TEST(Windows, MaximizedWindowFillsTheScreenAndGoesBack) {
     EXPECT_EQ(place.right, 450);
 }
 
-TEST(Windows, TextIsKeptAndCut) {
+TEST(Windows, WindowTextIsStoredAndTruncatedToTheBuffer) {
     const TestWindow window;
     EXPECT_TRUE(SetWindowTextW(window, u"朔禾CAD"));
     EXPECT_EQ(text(window), "朔禾CAD");
@@ -196,7 +196,7 @@ TEST(Windows, TextIsKeptAndCut) {
     EXPECT_EQ(std::u16string(small), u"朔禾");
 }
 
-TEST(Windows, LongsAreExchanged) {
+TEST(Windows, WindowLongsAreExchanged) {
     const TestWindow window;
     EXPECT_EQ(SetWindowLongPtrW(window, GWLP_ID, 5), 0);
     EXPECT_EQ(GetWindowLongPtrW(window, GWLP_ID), 5);
@@ -206,7 +206,7 @@ TEST(Windows, LongsAreExchanged) {
     EXPECT_EQ(GetLastError(), ERROR_INVALID_INDEX);
 }
 
-TEST(Windows, PaintComesAfterInputAndOnlyOnce) {
+TEST(Windows, PaintComesAfterPostedMessagesAndOnlyOnce) {
     TestWindow window;
     ShowWindow(window, SW_SHOW);
     pumpAll();
@@ -231,7 +231,7 @@ TEST(Windows, HiddenWindowIsNotPainted) {
     EXPECT_EQ(window.count(WM_PAINT), 0);
 }
 
-TEST(Windows, PaintedPictureIsOnTheScreen) {
+TEST(Windows, PaintedPixelsAreOnTheScreen) {
     TestWindow window(WS_POPUP, {100, 100, 300, 250});
     window.setHandler([&window](UINT message, WPARAM, LPARAM, LRESULT&) {
         if (message != WM_PAINT) {
@@ -257,7 +257,7 @@ TEST(Windows, PaintedPictureIsOnTheScreen) {
     window.setHandler(nullptr);
 }
 
-TEST(Windows, FramesCaptionIsDrawnWithoutAWindowManager) {
+TEST(Windows, CaptionIsDrawnWithoutAWindowManager) {
     TestWindow window(WS_OVERLAPPEDWINDOW, {100, 100, 400, 300});
     ShowWindow(window, SW_SHOW);
     pumpAll();
@@ -268,12 +268,12 @@ TEST(Windows, FramesCaptionIsDrawnWithoutAWindowManager) {
     const DWORD pixel = static_cast<DWORD>(GetRValue(color)) << 16 |
                         static_cast<DWORD>(GetGValue(color)) << 8 | static_cast<DWORD>(GetBValue(color));
     EXPECT_FALSE(win32FindClusters(win32Grab(window), pixel, 0, 1000).empty());
-    // Its cross closes.
+    // Its close button closes the window.
     ASSERT_TRUE(win32PointerClick(400 - 8, 100 + 8));
     EXPECT_TRUE(pumpUntil([&window] { return window.handle() == nullptr; }));
 }
 
-TEST(Windows, CrossThreadSendIsAnsweredByTheWindowsThread) {
+TEST(Windows, CrossThreadSendRunsOnTheWindowsThread) {
     TestWindow window;
     const DWORD mainThread = GetCurrentThreadId();
     std::atomic<bool> answered{false};
@@ -315,7 +315,7 @@ TEST(Windows, SentMessageIsHandledBeforePostedOnes) {
     while (!sending) {
         std::this_thread::yield();
     }
-    // Time for the worker to go from its flag into the call.
+    // Give the worker time to get from setting its flag into SendMessage.
     Sleep(200);
     pumpAll();
     worker.join();
@@ -323,7 +323,7 @@ TEST(Windows, SentMessageIsHandledBeforePostedOnes) {
     EXPECT_EQ(order, expected);
 }
 
-TEST(Windows, MessageToADeadWindowFails) {
+TEST(Windows, MessageToADestroyedWindowFails) {
     HWND handle = nullptr;
     {
         const TestWindow window;
@@ -334,11 +334,11 @@ TEST(Windows, MessageToADeadWindowFails) {
     EXPECT_FALSE(PostMessageW(handle, WM_APP, 0, 0));
     EXPECT_EQ(GetLastError(), ERROR_INVALID_WINDOW_HANDLE);
     EXPECT_EQ(SendMessageW(handle, WM_APP, 0, 0), 0);
-    // What was posted while it lived went with it.
+    // Messages posted before the window was destroyed are discarded.
     EXPECT_EQ(takeMessage().message, static_cast<UINT>(WM_NULL));
 }
 
-TEST(Windows, TimerOfAWindowGoesWithIt) {
+TEST(Windows, WindowTimersAreRemovedWithTheWindow) {
     UINT_PTR id = 0;
     {
         const TestWindow window;
@@ -360,7 +360,7 @@ TEST(Windows, BroadcastReachesTopLevelWindowsOnly) {
     EXPECT_EQ(child.count(WM_APP + 3), 0);
 }
 
-TEST(Windows, FilterOnAWindowTakesItsChildrensMessagesToo) {
+TEST(Windows, WindowFilterIncludesItsChildren) {
     TestWindow first;
     TestWindow second;
     const TestWindow child(WS_CHILD, {0, 0, 10, 10}, first);
