@@ -8,7 +8,7 @@
 
 #include "mfc_text.h"
 
-/// An application object as a program has it, for the time of a test.
+/// An initialized application object for the duration of a test.
 class TestApp : public CWinApp {
 public:
     TestApp() : CWinApp(_T("MFC test")) {
@@ -19,12 +19,12 @@ private:
     TCHAR m_commandLine[1] = {0};
 };
 
-/// A hidden window of its own, not owned by anything.
+/// Creates a hidden top-level window without an owner.
 inline BOOL createHidden(CWnd& window) {
     return window.CreateEx(0, nullptr, _T("hidden"), WS_POPUP, 0, 0, 200, 100, nullptr, nullptr);
 }
 
-/// Joins what was logged with blanks.
+/// Joins log entries with blanks.
 inline std::string joined(const std::vector<std::string>& entries) {
     std::string text;
     for (const std::string& entry : entries) {

@@ -7,7 +7,7 @@
 #include <ostream>
 #include <string>
 
-/// The text in UTF-8; lone surrogates come out as replacement characters.
+/// The text in UTF-8; lone surrogates become replacement characters.
 inline std::string utf8(const CString& text) {
     const int size =
         WideCharToMultiByte(CP_UTF8, 0, text.GetString(), text.GetLength(), nullptr, 0, nullptr, nullptr);
@@ -19,17 +19,17 @@ inline std::string utf8(const CString& text) {
     return result;
 }
 
-/// How GoogleTest shows a text.
+/// Lets GoogleTest print a CString.
 inline void PrintTo(const CString& text, std::ostream* stream) {
     *stream << '"' << utf8(text) << '"';
 }
 
-// NOLINTBEGIN(bugprone-macro-parentheses): the argument is a class.
-/// Expects the statement to throw a pointer to that kind of exception, and gives it back.
+// NOLINTBEGIN(bugprone-macro-parentheses): the argument is a class name.
+/// Expects the statement to throw a pointer to an exception of this class, and deletes the exception.
 #define EXPECT_MFC_THROW(statement, Exception)            \
     try {                                                 \
         statement;                                        \
-        ADD_FAILURE() << #statement << " throws nothing"; \
+        ADD_FAILURE() << #statement << " does not throw"; \
     } catch (Exception * e) {                             \
         e->Delete();                                      \
     }

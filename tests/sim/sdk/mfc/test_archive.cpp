@@ -10,7 +10,7 @@ namespace {
 
 typedef std::vector<int> Bytes;
 
-/// What an archive writes.
+/// The bytes that an archive writes.
 Bytes stored(const std::function<void(CArchive&)>& store, int bufferSize = 4096) {
     CMemFile file;
     {
@@ -27,7 +27,7 @@ Bytes stored(const std::function<void(CArchive&)>& store, int bufferSize = 4096)
     return bytes;
 }
 
-/// A file with these bytes, at its beginning.
+/// A memory file with these bytes, positioned at its beginning.
 std::unique_ptr<CMemFile> fileOf(const Bytes& bytes) {
     auto file = std::make_unique<CMemFile>();
     for (int byte : bytes) {
@@ -38,7 +38,7 @@ std::unique_ptr<CMemFile> fileOf(const Bytes& bytes) {
     return file;
 }
 
-/// The first bytes of the archived text of `length` letters x, and how many there are after them.
+/// The first bytes of an archived string of `length` letters x, and the number of bytes after them.
 struct Head {
     Bytes bytes;
     size_t rest;
@@ -72,13 +72,13 @@ T roundTrip(T value) {
 
 }  // namespace
 
-TEST(CArchiveText, ShortTextIsMarkLengthUnits) {
+TEST(CArchiveText, ShortStringIsMarkerLengthAndUnits) {
     EXPECT_EQ(stored([](CArchive& ar) { ar << CString(_T("a朔")); }),
               (Bytes{0xFF, 0xFE, 0xFF, 2, 'a', 0, 0x14, 0x67}));
     EXPECT_EQ(stored([](CArchive& ar) { ar << CString(); }), (Bytes{0xFF, 0xFE, 0xFF, 0}));
 }
 
-TEST(CArchiveText, LengthsTakeMoreBytesAtTheirBoundaries) {
+TEST(CArchiveText, LengthPrefixGrowsAtItsBoundaries) {
     Head head = textHead(254, 4);
     EXPECT_EQ(head.bytes, (Bytes{0xFF, 0xFE, 0xFF, 0xFE}));
     EXPECT_EQ(head.rest, 254U * 2);
@@ -111,7 +111,7 @@ TEST(CArchiveText, EveryLengthLoadsBack) {
     }
 }
 
-TEST(CArchiveText, LoneSurrogatesAndZerosAreKept) {
+TEST(CArchiveText, LoneSurrogatesAndZerosArePreserved) {
     const TCHAR units[] = {0xD800, 0, 0xDC00, 0xFFFF};
     const CString text(units, 4);
     const CString back = roundTrip(text);
@@ -121,7 +121,7 @@ TEST(CArchiveText, LoneSurrogatesAndZerosAreKept) {
     }
 }
 
-TEST(CArchiveText, NarrowTextOfOlderArchivesIsRead) {
+TEST(CArchiveText, NarrowStringsOfOlderArchivesAreRead) {
     EXPECT_EQ(utf8(loadedText({3, 'a', 'b', 'c'})), "abc");
     EXPECT_EQ(utf8(loadedText({0})), "");
     Bytes longer{0xFF, 0x2C, 0x01};  // 300
@@ -129,14 +129,14 @@ TEST(CArchiveText, NarrowTextOfOlderArchivesIsRead) {
     EXPECT_EQ(loadedText(longer).GetLength(), 300);
 }
 
-TEST(CArchiveText, DataThatEndsInsideATextRaises) {
+TEST(CArchiveText, TruncatedStringThrowsEndOfFile) {
     for (const Bytes& bytes :
          {Bytes{}, Bytes{0xFF}, Bytes{0xFF, 0xFE}, Bytes{0xFF, 0xFE, 0xFF},
           Bytes{0xFF, 0xFE, 0xFF, 2, 'a', 0, 'b'}, Bytes{0xFF, 0xFE, 0xFF, 0xFF, 0x10},
           Bytes{0xFF, 0xFE, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0x7F, 'x', 0}, Bytes{5, 'a'}}) {
         try {
             loadedText(bytes);
-            ADD_FAILURE() << bytes.size() << " bytes load";
+            ADD_FAILURE() << bytes.size() << " bytes were loaded";
         } catch (CArchiveException* e) {
             EXPECT_EQ(e->m_cause, CArchiveException::endOfFile);
             e->Delete();
@@ -166,7 +166,7 @@ TEST(CArchiveCount, EveryCountLoadsBack) {
     }
 }
 
-TEST(CArchiveValue, ValuesAreLittleEndianOfTheirWindowsSize) {
+TEST(CArchiveValue, ValuesAreLittleEndianWithTheirWindowsSizes) {
     EXPECT_EQ(stored([](CArchive& ar) { ar << BYTE(0x12); }), (Bytes{0x12}));
     EXPECT_EQ(stored([](CArchive& ar) { ar << WORD(0x1234); }), (Bytes{0x34, 0x12}));
     EXPECT_EQ(stored([](CArchive& ar) { ar << DWORD(0x12345678); }), (Bytes{0x78, 0x56, 0x34, 0x12}));
@@ -203,7 +203,7 @@ TEST(CArchiveValue, EveryValueLoadsBack) {
     EXPECT_EQ(roundTrip<unsigned>(5), 5U);
 }
 
-TEST(CArchive, ResultsDoNotDependOnTheBuffer) {
+TEST(CArchive, ResultsDoNotDependOnTheBufferSize) {
     const auto store = [](CArchive& ar) {
         for (int i = 0; i < 200; ++i) {
             ar << i << CString(_T('y'), i) << BYTE(i);
@@ -226,7 +226,7 @@ TEST(CArchive, ResultsDoNotDependOnTheBuffer) {
     }
 }
 
-TEST(CArchive, EndOfFileRaisesAndRawReadsComeShort) {
+TEST(CArchive, EndOfFileThrowsAndRawReadsAreShort) {
     const auto file = fileOf({1, 2, 3});
     CArchive archive(file.get(), CArchive::load);
     BYTE bytes[8] = {};
@@ -234,7 +234,7 @@ TEST(CArchive, EndOfFileRaisesAndRawReadsComeShort) {
     DWORD value = 0;
     try {
         archive >> value;
-        ADD_FAILURE() << "a value out of one byte";
+        ADD_FAILURE() << "read a 4-byte value from one byte";
     } catch (CArchiveException* e) {
         EXPECT_EQ(e->m_cause, CArchiveException::endOfFile);
         e->Delete();
@@ -242,13 +242,13 @@ TEST(CArchive, EndOfFileRaisesAndRawReadsComeShort) {
     EXPECT_EQ(archive.Read(bytes, 8), 0U);
 }
 
-TEST(CArchive, TheWrongDirectionRaises) {
+TEST(CArchive, TheWrongDirectionThrows) {
     CMemFile file;
     CArchive store(&file, CArchive::store);
     BYTE value = 0;
     try {
         store >> value;
-        ADD_FAILURE() << "reads while storing";
+        ADD_FAILURE() << "a storing archive was read";
     } catch (CArchiveException* e) {
         EXPECT_EQ(e->m_cause, CArchiveException::writeOnly);
         e->Delete();
@@ -256,7 +256,7 @@ TEST(CArchive, TheWrongDirectionRaises) {
     CArchive load(&file, CArchive::load);
     try {
         load << value;
-        ADD_FAILURE() << "writes while loading";
+        ADD_FAILURE() << "a loading archive was written";
     } catch (CArchiveException* e) {
         EXPECT_EQ(e->m_cause, CArchiveException::readOnly);
         e->Delete();

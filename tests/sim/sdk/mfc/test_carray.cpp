@@ -18,7 +18,7 @@ std::string listed(const IntArray& array) {
     return text;
 }
 
-/// Counts how many of its kind are alive.
+/// Counts its live instances.
 struct Counted {
     static int alive;
     explicit Counted(int v = 0) : value(v) { ++alive; }
@@ -31,8 +31,8 @@ int Counted::alive = 0;
 
 }  // namespace
 
-static_assert(!std::is_copy_constructible<IntArray>::value, "MFC's arrays do not copy");
-static_assert(!std::is_copy_assignable<IntArray>::value, "MFC's arrays do not copy");
+static_assert(!std::is_copy_constructible<IntArray>::value, "MFC's arrays are not copyable");
+static_assert(!std::is_copy_assignable<IntArray>::value, "MFC's arrays are not copyable");
 
 TEST(CArray, StartsEmpty) {
     const IntArray array;
@@ -51,7 +51,7 @@ TEST(CArray, AddReturnsTheNewIndex) {
     EXPECT_EQ(array.GetData()[1], 6);
 }
 
-TEST(CArray, SetSizeMakesZerosAndCuts) {
+TEST(CArray, SetSizeValueInitializesAndTruncates) {
     IntArray array;
     array.Add(1);
     array.SetSize(3);
@@ -67,7 +67,7 @@ TEST(CArray, SetSizeMakesZerosAndCuts) {
     EXPECT_MFC_THROW(array.SetSize(-1), CInvalidArgException);
 }
 
-TEST(CArray, IndexOutsideRaises) {
+TEST(CArray, IndexOutOfRangeThrows) {
     IntArray array;
     array.Add(1);
     const IntArray& constant = array;
@@ -121,7 +121,7 @@ TEST(CArray, CopyReplacesAndAppendAdds) {
     EXPECT_MFC_THROW(target.Append(target), CInvalidArgException);
 }
 
-TEST(CArray, AnElementOfItsOwnCanBeAdded) {
+TEST(CArray, OwnElementCanBeAdded) {
     CArray<CString, const CString&> array;
     array.Add(_T("first"));
     for (int i = 0; i < 100; ++i) {
@@ -167,7 +167,7 @@ TEST(CArray, GrowsInStepsAndNotAtEveryElement) {
     EXPECT_EQ(array[19999], 19999);
 }
 
-TEST(CArray, SerializesPlainElementsAsTheirBytes) {
+TEST(CArray, SerializesTrivialElementsAsRawBytes) {
     CMemFile file;
     {
         CArchive store(&file, CArchive::store);
@@ -185,7 +185,7 @@ TEST(CArray, SerializesPlainElementsAsTheirBytes) {
     EXPECT_EQ(listed(back), "1 16909060");
 }
 
-TEST(CArray, RefusesToLoadBytesIntoElementsThatAreNotPlain) {
+TEST(CArray, RefusesToLoadRawBytesIntoNonTrivialElements) {
     CMemFile file;
     {
         CArchive store(&file, CArchive::store);
@@ -198,7 +198,7 @@ TEST(CArray, RefusesToLoadBytesIntoElementsThatAreNotPlain) {
     EXPECT_MFC_THROW(array.Serialize(load), CNotSupportedException);
 }
 
-TEST(CStringArray, KeepsTextsAndSerializesThem) {
+TEST(CStringArray, StoresAndSerializesStrings) {
     CStringArray array;
     array.Add(_T("一"));
     array.Add(CString(_T("two")));

@@ -2,13 +2,14 @@
 
 #include "mfc_text.h"
 
-TEST(CString, IsOnePointerToItsCharacters) {
+TEST(CString, IsASinglePointerToItsCharacters) {
     const CString text(_T("abc"));
-    static_assert(sizeof(CString) == sizeof(void*), "MFC passes it through a variable argument list");
+    static_assert(sizeof(CString) == sizeof(void*),
+                  "MFC code passes a CString through a variable argument list");
     EXPECT_EQ(reinterpret_cast<const LPCTSTR&>(text), text.GetString());
 }
 
-TEST(CString, IsMadeFromEveryKindOfText) {
+TEST(CString, IsConstructedFromEveryKindOfText) {
     EXPECT_EQ(utf8(CString()), "");
     EXPECT_EQ(utf8(CString(_T("朔禾CAD"))), "朔禾CAD");
     EXPECT_EQ(utf8(CString(_T("abcdef"), 3)), "abc");
@@ -20,14 +21,14 @@ TEST(CString, IsMadeFromEveryKindOfText) {
     EXPECT_EQ(utf8(CString(static_cast<const char*>(nullptr))), "");
 }
 
-TEST(CString, KeepsZerosInsideItsLength) {
+TEST(CString, KeepsEmbeddedZeros) {
     const CString text(_T("a\0b"), 3);
     EXPECT_EQ(text.GetLength(), 3);
     EXPECT_EQ(text[1], 0);
     EXPECT_EQ(text[2], _T('b'));
 }
 
-TEST(CString, CopiesShareUntilOneChanges) {
+TEST(CString, CopiesShareTheBufferUntilOneIsModified) {
     CString first(_T("shared"));
     CString second(first);
     EXPECT_EQ(first.GetString(), second.GetString());
@@ -58,7 +59,7 @@ TEST(CString, AssignsItselfAndPartsOfItself) {
     EXPECT_EQ(utf8(text), "");
 }
 
-TEST(CString, IndexOutsideRaises) {
+TEST(CString, IndexOutOfRangeThrows) {
     CString text(_T("abc"));
     EXPECT_EQ(text.GetAt(3), 0);
     EXPECT_MFC_THROW(text.GetAt(4), CInvalidArgException);
@@ -67,7 +68,7 @@ TEST(CString, IndexOutsideRaises) {
     EXPECT_MFC_THROW(text.SetAt(-1, _T('x')), CInvalidArgException);
 }
 
-TEST(CString, ComparesUnitByUnit) {
+TEST(CString, ComparesCodeUnits) {
     const CString text(_T("abc"));
     EXPECT_EQ(text.Compare(_T("abc")), 0);
     EXPECT_LT(text.Compare(_T("abd")), 0);
@@ -85,7 +86,7 @@ TEST(CString, ComparesUnitByUnit) {
     EXPECT_EQ(CString().Compare(nullptr), 0);
 }
 
-TEST(CString, FindsFromThePlaceGiven) {
+TEST(CString, FindsFromTheGivenPosition) {
     const CString text(_T("one two one"));
     EXPECT_EQ(text.Find(_T("one")), 0);
     EXPECT_EQ(text.Find(_T("one"), 1), 8);
@@ -101,7 +102,7 @@ TEST(CString, FindsFromThePlaceGiven) {
     EXPECT_EQ(CString().ReverseFind(_T('x')), -1);
 }
 
-TEST(CString, CutsToWhatThereIs) {
+TEST(CString, SubstringsAreClampedToTheText) {
     const CString text(_T("abcdef"));
     EXPECT_EQ(utf8(text.Left(2)), "ab");
     EXPECT_EQ(utf8(text.Left(99)), "abcdef");
@@ -117,7 +118,7 @@ TEST(CString, CutsToWhatThereIs) {
     EXPECT_EQ(utf8(CString(_T("aab")).SpanExcluding(_T("b"))), "aa");
 }
 
-TEST(CString, TokenizeSkipsEmptyPieces) {
+TEST(CString, TokenizeSkipsEmptyTokens) {
     const CString text(_T(" a  bc "));
     int at = 0;
     EXPECT_EQ(utf8(text.Tokenize(_T(" "), at)), "a");
@@ -126,7 +127,7 @@ TEST(CString, TokenizeSkipsEmptyPieces) {
     EXPECT_EQ(at, -1);
 }
 
-TEST(CString, JoinsTexts) {
+TEST(CString, ConcatenatesStrings) {
     CString text(_T("a"));
     text += _T("b");
     text += _T('c');
@@ -183,7 +184,7 @@ TEST(CString, MapsCaseOfAsciiOnly) {
     EXPECT_EQ(utf8(CString(_T("abc")).MakeReverse()), "cba");
 }
 
-TEST(CString, BufferIsItsOwnAndEndsAtTheTerminator) {
+TEST(CString, GetBufferUnsharesAndReleaseStopsAtTheTerminator) {
     CString first(_T("shared"));
     CString second(first);
     LPTSTR buffer = second.GetBuffer(32);
@@ -214,7 +215,7 @@ TEST(CString, BufferFilledToItsEndKeepsItsLength) {
     EXPECT_EQ(text.GetLength(), room);
 }
 
-TEST(CString, AppendingPiecesDoesNotCopyEveryTime) {
+TEST(CString, AppendingDoesNotReallocateEveryTime) {
     CString text;
     int moves = 0;
     LPCTSTR last = text.GetString();

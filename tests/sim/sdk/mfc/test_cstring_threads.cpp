@@ -5,9 +5,9 @@
 #include <thread>
 #include <vector>
 
-// Texts travel between threads as copies that share their characters.
+// Copies on different threads share one buffer.
 
-TEST(CStringThreads, CopiesMadeAndDroppedOnManyThreadsLeaveTheTextWhole) {
+TEST(CStringThreads, CopyingOnManyThreadsKeepsTheStringIntact) {
     const CString source(_T("一条共享的文字 shared text"));
     std::atomic<int> wrong{0};
     std::vector<std::thread> threads;
@@ -28,7 +28,7 @@ TEST(CStringThreads, CopiesMadeAndDroppedOnManyThreadsLeaveTheTextWhole) {
     EXPECT_EQ(utf8(source), "一条共享的文字 shared text");
 }
 
-TEST(CStringThreads, ChangingACopyOnAnotherThreadLeavesTheFirstAlone) {
+TEST(CStringThreads, ModifyingACopyOnAnotherThreadKeepsTheOriginal) {
     const CString source(_T("base"));
     std::atomic<int> wrong{0};
     std::vector<std::thread> threads;
@@ -47,7 +47,7 @@ TEST(CStringThreads, ChangingACopyOnAnotherThreadLeavesTheFirstAlone) {
     EXPECT_EQ(wrong, 0);
 }
 
-TEST(CStringThreads, TheLastCopyFreesOnWhateverThreadItEnds) {
+TEST(CStringThreads, TheLastCopyFreesTheBufferOnAnyThread) {
     for (int i = 0; i < 2000; ++i) {
         auto text = std::make_unique<CString>(_T("handed over"));
         const CString copy(*text);

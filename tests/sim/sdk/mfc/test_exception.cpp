@@ -9,7 +9,7 @@ CString messageOf(const CException& e) {
 
 }  // namespace
 
-TEST(CException, IsCaughtAsItsBasesToo) {
+TEST(CException, IsCaughtAsItsBaseClasses) {
     bool caught = false;
     try {
         AfxThrowFileException(CFileException::diskFull, 112, _T("a.txt"));
@@ -29,7 +29,7 @@ TEST(CException, IsCaughtAsItsBasesToo) {
     EXPECT_MFC_THROW(AfxThrowArchiveException(CArchiveException::badClass), CArchiveException);
 }
 
-TEST(CException, TextNamesTheFile) {
+TEST(CException, MessageNamesTheFile) {
     EXPECT_EQ(utf8(messageOf(CFileException(CFileException::fileNotFound, 2, _T("图.dwg")))),
               "图.dwg was not found.");
     EXPECT_EQ(utf8(messageOf(CFileException(CFileException::accessDenied))),
@@ -42,14 +42,14 @@ TEST(CException, TextNamesTheFile) {
     EXPECT_EQ(utf8(messageOf(CUserException())), "(none)");
 }
 
-TEST(CException, TextIsCutToTheBuffer) {
+TEST(CException, MessageIsTruncatedToTheBuffer) {
     TCHAR small[8] = {};
     EXPECT_TRUE(CMemoryException().GetErrorMessage(small, 8));
     EXPECT_EQ(utf8(CString(small)), "Out of ");
     EXPECT_FALSE(CMemoryException().GetErrorMessage(nullptr, 0));
 }
 
-TEST(CFileException, CausesStandForSystemErrors) {
+TEST(CFileException, SystemErrorsMapToCauses) {
     const auto cause = [](DWORD error) {
         return CFileException::OsErrorToException(static_cast<LONG>(error));
     };

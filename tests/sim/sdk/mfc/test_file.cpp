@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// A fresh folder that goes away with the test.
+/// Creates a temporary folder and removes it after the test.
 class CFileTest : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -40,7 +40,7 @@ protected:
     fs::path m_folder;
 };
 
-const UINT kLogMode = 0x3402;  // create, keep the contents, read and write, Unicode text
+const UINT kLogMode = 0x3402;  // modeCreate | modeNoTruncate | modeReadWrite | typeUnicode
 
 }  // namespace
 
@@ -58,7 +58,7 @@ TEST(CFileModes, HaveTheirDocumentedValues) {
               kLogMode);
 }
 
-TEST_F(CFileTest, CreateMakesOrEmptiesTheFile) {
+TEST_F(CFileTest, CreateCreatesOrTruncatesTheFile) {
     {
         CFile file(named("a.txt").GetString(), CFile::modeCreate | CFile::modeWrite);
         file.Write("hello", 5);
@@ -121,13 +121,13 @@ TEST_F(CFileTest, LengthCanBeSet) {
     EXPECT_EQ(contents("a.txt"), std::string("0123\0\0", 6));
 }
 
-TEST_F(CFileTest, NamesAreThePathAndItsLastPart) {
+TEST_F(CFileTest, FileNameIsTheLastPartOfTheFilePath) {
     CFile file(named("图.txt").GetString(), CFile::modeCreate | CFile::modeWrite);
     EXPECT_EQ(utf8(file.GetFileName()), "图.txt");
     EXPECT_EQ(utf8(file.GetFilePath().Right(6)), "\\图.txt");
     file.Close();
     EXPECT_EQ(utf8(file.GetFilePath()), "");
-    file.Close();  // a closed file stays closed
+    file.Close();  // closing twice is harmless
 }
 
 TEST_F(CFileTest, MissingFileIsReported) {
@@ -151,7 +151,7 @@ TEST_F(CFileTest, MissingFolderIsReported) {
     EXPECT_EQ(error.m_cause, CFileException::badPath);
 }
 
-TEST_F(CFileTest, AFolderIsNoFile) {
+TEST_F(CFileTest, OpeningAFolderIsDenied) {
     CFile file;
     CFileException error;
     EXPECT_FALSE(file.Open(CString(m_folder.c_str()).GetString(), CFile::modeWrite, &error));
@@ -166,7 +166,7 @@ TEST_F(CFileTest, AFileOpenForReadingCannotBeWritten) {
     EXPECT_EQ(contents("a.txt"), "text");
 }
 
-TEST_F(CFileTest, AClosedFileRaises) {
+TEST_F(CFileTest, AClosedFileThrows) {
     CFile file;
     char unit = 0;
     EXPECT_MFC_THROW(file.Read(&unit, 1), CFileException);
@@ -174,7 +174,7 @@ TEST_F(CFileTest, AClosedFileRaises) {
     EXPECT_MFC_THROW(file.Open(nullptr, CFile::modeRead), CInvalidArgException);
 }
 
-TEST_F(CFileTest, ASecondExclusiveOpeningIsASharingViolation) {
+TEST_F(CFileTest, OpeningAnExclusiveFileAgainIsASharingViolation) {
     write("a.txt", "text");
     const CFile first(named("a.txt").GetString(), CFile::modeReadWrite | CFile::shareExclusive);
     CFile second;
@@ -183,14 +183,14 @@ TEST_F(CFileTest, ASecondExclusiveOpeningIsASharingViolation) {
     EXPECT_EQ(error.m_cause, CFileException::sharingViolation);
 }
 
-TEST_F(CFileTest, RemoveDeletesOrRaises) {
+TEST_F(CFileTest, RemoveDeletesOrThrows) {
     write("a.txt", "text");
     CFile::Remove(named("a.txt").GetString());
     EXPECT_FALSE(fs::exists(path("a.txt")));
     EXPECT_MFC_THROW(CFile::Remove(named("a.txt").GetString()), CFileException);
 }
 
-TEST_F(CFileTest, CarriesAnArchive) {
+TEST_F(CFileTest, StoresAndLoadsAnArchive) {
     {
         CFile file(named("a.bin").GetString(), CFile::modeCreate | CFile::modeWrite);
         CArchive archive(&file, CArchive::store);
@@ -223,7 +223,7 @@ TEST(CMemFile, GrowsReadsAndSeeks) {
     EXPECT_MFC_THROW(file.Seek(-4, CFile::end), CFileException);
 }
 
-TEST(CMemFile, ReadsABufferOfTheCallersAndCannotGrowIt) {
+TEST(CMemFile, ReadsTheCallersBufferAndCannotGrow) {
     BYTE buffer[4] = {1, 2, 3, 4};
     CMemFile file(buffer, 4);
     EXPECT_EQ(file.GetLength(), 4U);
@@ -234,7 +234,7 @@ TEST(CMemFile, ReadsABufferOfTheCallersAndCannotGrowIt) {
     EXPECT_MFC_THROW(file.Write("x", 1), CMemoryException);
 }
 
-TEST(CMemFile, DetachGivesTheBytesAway) {
+TEST(CMemFile, DetachTransfersTheBuffer) {
     CMemFile file;
     file.Write("abc", 3);
     BYTE* const bytes = file.Detach();
@@ -245,11 +245,11 @@ TEST(CMemFile, DetachGivesTheBytesAway) {
 
 #ifndef _WIN32
 
-// A folder has no such right on Windows.
+// A folder has no write permission of this kind on Windows.
 
 namespace {
 
-/// Lets the superuser open files as nobody would, who may not write everywhere.
+/// If the test runs as root, accesses files as "nobody", whose permissions are checked.
 class OrdinaryUser {
 public:
     OrdinaryUser() : m_previous(setfsuid(geteuid() == 0 ? kNobody : geteuid())) {}

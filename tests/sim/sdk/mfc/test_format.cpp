@@ -22,7 +22,7 @@ constexpr const char* kGermanLocale = "German";
 constexpr const char* kGermanLocale = "de_DE.UTF-8";
 #endif
 
-/// Numbers are written with a comma as long as it lives. Machines without such a locale get one for the time.
+/// Sets a locale with a decimal comma for its lifetime; creates a temporary one if none is installed.
 class DecimalComma {
 public:
     DecimalComma() : m_before(std::setlocale(LC_NUMERIC, nullptr)) {
@@ -44,7 +44,7 @@ private:
         ASSERT_NE(mkdtemp(folder.data()), nullptr);
         m_folder = folder;
         const std::string make = "localedef -i de_DE -f UTF-8 --no-archive " + folder + "/" + kGermanLocale;
-        ASSERT_EQ(std::system(make.c_str()), 0) << "the package locales has the sources";
+        ASSERT_EQ(std::system(make.c_str()), 0) << "localedef needs the sources in the package locales";
         setenv("LOCPATH", folder.c_str(), 1);
         ASSERT_NE(std::setlocale(LC_NUMERIC, kGermanLocale), nullptr);
 #endif
@@ -56,7 +56,7 @@ private:
 
 }  // namespace
 
-TEST(Format, TextsAreWideUnlessSaidOtherwise) {
+TEST(Format, StringsAreWideUnlessMarkedNarrow) {
     EXPECT_EQ(formatted(_T("[%s]"), _T("朔禾")), "[朔禾]");
     EXPECT_EQ(formatted(_T("[%ls]"), _T("朔禾")), "[朔禾]");
     EXPECT_EQ(formatted(_T("[%ws]"), _T("朔禾")), "[朔禾]");
@@ -68,7 +68,7 @@ TEST(Format, TextsAreWideUnlessSaidOtherwise) {
     EXPECT_EQ(formatted(_T("[%s]"), CString(_T("string")).GetString()), "[string]");
 }
 
-TEST(Format, TextsArePaddedAndCut) {
+TEST(Format, StringsArePaddedAndTruncated) {
     EXPECT_EQ(formatted(_T("[%5s]"), _T("ab")), "[   ab]");
     EXPECT_EQ(formatted(_T("[%-5s]"), _T("ab")), "[ab   ]");
     EXPECT_EQ(formatted(_T("[%.2s]"), _T("abcdef")), "[ab]");
@@ -82,7 +82,7 @@ TEST(Format, TextsArePaddedAndCut) {
     EXPECT_EQ(formatted(_T("[%.2s]"), static_cast<LPCTSTR>(unterminated)), "[ab]");
 }
 
-TEST(Format, CharactersAreWideUnlessSaidOtherwise) {
+TEST(Format, CharactersAreWideUnlessMarkedNarrow) {
     EXPECT_EQ(formatted(_T("[%c]"), _T('朔')), "[朔]");
     EXPECT_EQ(formatted(_T("[%lc]"), _T('x')), "[x]");
     EXPECT_EQ(formatted(_T("[%hc]"), 'x'), "[x]");
@@ -116,7 +116,7 @@ TEST(Format, HexadecimalAndOctalNumbers) {
     EXPECT_EQ(formatted(_T("%08X-%04X"), 0xABCDU, 0x12), "0000ABCD-0012");
 }
 
-TEST(Format, SizePrefixesHaveTheWidthsOfWindows) {
+TEST(Format, SizePrefixesHaveTheirWindowsSizes) {
     EXPECT_EQ(formatted(_T("%hhd"), 0x1FF), "-1");
     EXPECT_EQ(formatted(_T("%hd"), 0x1FFFF), "-1");
     EXPECT_EQ(formatted(_T("%hu"), 0x1FFFF), "65535");
@@ -133,7 +133,7 @@ TEST(Format, SizePrefixesHaveTheWidthsOfWindows) {
     EXPECT_EQ(formatted(_T("%td"), INT_PTR(-9)), "-9");
 }
 
-TEST(Format, PrefixesLeaveTheNextArgumentsInPlace) {
+TEST(Format, SizePrefixesConsumeExactlyTheirArgument) {
     EXPECT_EQ(formatted(_T("%lld %d %s %I64d %c"), 1LL, 2, _T("three"), LONGLONG(4), _T('5')),
               "1 2 three 4 5");
     EXPECT_EQ(formatted(_T("%f %d %f"), 1.5, 2, 3.5), "1.500000 2 3.500000");
@@ -165,20 +165,20 @@ TEST(Format, TheDecimalPointIsAFullStopInEveryLocale) {
     EXPECT_EQ(formatted(_T("%.2f"), 1.5), "1.50");
 }
 
-TEST(Format, PercentAndBrokenConversionsStandForThemselves) {
+TEST(Format, PercentSignsAndInvalidConversionsAreCopied) {
     EXPECT_EQ(formatted(_T("100%%")), "100%");
     EXPECT_EQ(formatted(_T("%y")), "y");
     EXPECT_EQ(formatted(_T("end%")), "end");
     EXPECT_EQ(formatted(_T("end%l")), "end");
 }
 
-TEST(Format, WritingThroughAnArgumentDoesNothing) {
+TEST(Format, PercentNWritesNothing) {
     int written = 77;
     EXPECT_EQ(formatted(_T("ab%ncd%d"), &written, 5), "abcd5");
     EXPECT_EQ(written, 77);
 }
 
-TEST(Format, TheTextItselfMayBeAnArgument) {
+TEST(Format, TheStringItselfMayBeAnArgument) {
     CString text(_T("inner"));
     text.Format(_T("<%s|%s>"), text.GetString(), text.GetString());
     EXPECT_EQ(utf8(text), "<inner|inner>");
@@ -186,7 +186,7 @@ TEST(Format, TheTextItselfMayBeAnArgument) {
     EXPECT_EQ(utf8(text), "<inner|inner>7");
 }
 
-TEST(Format, NullFormatRaises) {
+TEST(Format, NullFormatThrows) {
     CString text(_T("kept"));
     EXPECT_MFC_THROW(text.Format(nullptr), CInvalidArgException);
     EXPECT_EQ(utf8(text), "kept");

@@ -5,7 +5,7 @@
 
 #include "mfc_text.h"
 
-// Not in an unnamed namespace: each class brings an operator of its own, and not every one is used.
+// Not in an unnamed namespace: each class defines its own operator>>, and unused ones would cause warnings.
 namespace mfc_test {
 
 class Shape : public CObject {
@@ -25,7 +25,7 @@ public:
     double m_side = 0;
 };
 
-/// Points at other shapes, itself among them.
+/// Refers to other objects, itself included.
 class Group : public CObject {
     DECLARE_SERIAL(Group)
 
@@ -163,7 +163,7 @@ TEST(RuntimeClass, KnowsNameSizeSchemaAndBase) {
     EXPECT_FALSE(RUNTIME_CLASS(Shape)->IsDerivedFrom(c));
 }
 
-TEST(RuntimeClass, ObjectsKnowTheirKind) {
+TEST(RuntimeClass, ObjectsKnowTheirClass) {
     Square square;
     CObject* const object = &square;
     EXPECT_EQ(object->GetRuntimeClass(), RUNTIME_CLASS(Square));
@@ -175,7 +175,7 @@ TEST(RuntimeClass, ObjectsKnowTheirKind) {
     EXPECT_FALSE(dynamic.IsSerializable());
 }
 
-TEST(RuntimeClass, CreatesWhatCanBeCreated) {
+TEST(RuntimeClass, CreatesObjectsOfDynamicallyCreatableClasses) {
     const std::unique_ptr<CObject> square(RUNTIME_CLASS(Square)->CreateObject());
     ASSERT_NE(square, nullptr);
     EXPECT_TRUE(square->IsKindOf(RUNTIME_CLASS(Square)));
@@ -192,7 +192,7 @@ TEST(RuntimeClass, SerializableClassesAreFoundByName) {
     EXPECT_TRUE(shape->IsKindOf(RUNTIME_CLASS(Shape)));
 }
 
-TEST(RuntimeClass, AClassLeavesTheListWithItsModule) {
+TEST(RuntimeClass, AClassIsUnregisteredWithItsModule) {
     static CRuntimeClass passing = {"Passing", 1, 1, nullptr, nullptr, nullptr};
     {
         const AFX_CLASSINIT registration(&passing);
@@ -202,7 +202,7 @@ TEST(RuntimeClass, AClassLeavesTheListWithItsModule) {
     EXPECT_EQ(CRuntimeClass::FromName("Square"), RUNTIME_CLASS(Square));
 }
 
-TEST(ArchiveObject, TheFirstOfAClassCarriesItsNameAndLaterOnesItsNumber) {
+TEST(ArchiveObject, FirstObjectStoresTheClassNameLaterOnesItsNumber) {
     CMemFile file;
     {
         CArchive archive(&file, CArchive::store);
@@ -213,14 +213,14 @@ TEST(ArchiveObject, TheFirstOfAClassCarriesItsNameAndLaterOnesItsNumber) {
     }
     EXPECT_EQ(
         bytesOf(file),
-        (std::vector<int>{0xFF, 0xFF, 1, 0, 5,    0,    'S',  'h',  'a',  'p', 'e',  // a new class, number 1
+        (std::vector<int>{0xFF, 0xFF, 1, 0, 5,    0,    'S',  'h',  'a',  'p', 'e',  // new class, number 1
                           3,    0,    0, 0, 0xFF, 0xFE, 0xFF, 0,                     // the object, number 2
                           0x01, 0x80, 0, 0, 0,    0,    0xFF, 0xFE, 0xFF, 0,  // class 1 again, number 3
                           2,    0,                                            // object 2 again
                           0,    0}));                                         // no object
 }
 
-TEST(ArchiveObject, ComesBackAsTheClassItWas) {
+TEST(ArchiveObject, IsLoadedAsItsOriginalClass) {
     CMemFile file;
     {
         CArchive archive(&file, CArchive::store);
@@ -242,7 +242,7 @@ TEST(ArchiveObject, ComesBackAsTheClassItWas) {
     EXPECT_EQ(static_cast<Square*>(loaded)->m_side, 2.5);
 }
 
-TEST(ArchiveObject, OneThatIsMetTwiceIsOneAgain) {
+TEST(ArchiveObject, SharedReferencesAreRestored) {
     CMemFile file;
     {
         CArchive archive(&file, CArchive::store);
@@ -269,7 +269,7 @@ TEST(ArchiveObject, OneThatIsMetTwiceIsOneAgain) {
     delete loaded->m_members[0];
 }
 
-TEST(ArchiveObject, NumbersPastFifteenBitsLoadBack) {
+TEST(ArchiveObject, NumbersBeyondFifteenBitsLoadBack) {
     const int count = 0x8010;
     CMemFile file;
     Group group;
@@ -297,7 +297,7 @@ TEST(ArchiveObject, NumbersPastFifteenBitsLoadBack) {
     EXPECT_EQ(last, loaded->m_members[count - 1]);
 }
 
-TEST(ArchiveObject, SchemaIsCheckedUnlessTheClassTakesEvery) {
+TEST(ArchiveObject, SchemaIsCheckedUnlessTheClassIsVersionable) {
     EXPECT_EQ(causeOfLoading({0xFF, 0xFF, 9, 0, 5, 0, 'S', 'h', 'a', 'p', 'e'}, RUNTIME_CLASS(Shape)),
               CArchiveException::badSchema);
 
@@ -312,7 +312,7 @@ TEST(ArchiveObject, SchemaIsCheckedUnlessTheClassTakesEvery) {
     EXPECT_EQ(loaded->m_secondAnswer, 0xFFFFFFFFU);
 }
 
-TEST(ArchiveObject, BrokenDataRaisesWhatIsDocumented) {
+TEST(ArchiveObject, CorruptDataThrowsTheDocumentedCause) {
     const CRuntimeClass* const shape = RUNTIME_CLASS(Shape);
     EXPECT_EQ(causeOfLoading({0xFF, 0xFF, 1, 0, 6, 0, 'N', 'o', 'b', 'o', 'd', 'y'}, shape),
               CArchiveException::badClass);

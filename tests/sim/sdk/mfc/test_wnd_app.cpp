@@ -2,7 +2,7 @@
 
 namespace {
 
-/// Logs its idle calls and ends its loop in a chosen quiet time.
+/// Records its OnIdle calls and ends its message loop after a given number of idle periods.
 class IdleApp : public TestApp {
 public:
     std::vector<LONG> m_counts;
@@ -37,7 +37,7 @@ MSG message(UINT number, int x = 0, int y = 0) {
     return msg;
 }
 
-/// Answers to IsIdleMessage for messages in their order.
+/// IsIdleMessage's results for the messages, in order.
 std::string idle(CWinApp& app, std::vector<MSG> messages) {
     std::string answers;
     for (MSG& msg : messages) {
@@ -48,7 +48,7 @@ std::string idle(CWinApp& app, std::vector<MSG> messages) {
 
 }  // namespace
 
-TEST(WinApp, KnowsItselfAndItsNames) {
+TEST(WinApp, ObjectIsRegisteredWithItsNames) {
     EXPECT_EQ(AfxGetApp(), nullptr);
     {
         TestApp app;
@@ -65,7 +65,7 @@ TEST(WinApp, KnowsItselfAndItsNames) {
     EXPECT_EQ(AfxGetThread(), nullptr);
 }
 
-TEST(WinApp, ResourceHandleIsTheModuleStates) {
+TEST(WinApp, ResourceHandleBelongsToTheModuleState) {
     TestApp app;
     const auto other = reinterpret_cast<HINSTANCE>(UINT_PTR(0x1230));
     AfxSetResourceHandle(other);
@@ -81,14 +81,14 @@ TEST(WinApp, ResourceHandleIsTheModuleStates) {
     EXPECT_EQ(AfxGetResourceHandle(), other);
 }
 
-TEST(WinApp, IdleWorkIsNotDueAfterPaintingOrTheCaret) {
+TEST(WinApp, PaintAndCaretMessagesDoNotRestartIdle) {
     TestApp app;
     EXPECT_EQ(idle(app, {message(WM_PAINT), message(0x0118), message(WM_USER), message(WM_TIMER),
                          message(WM_KEYDOWN)}),
               "00111");
 }
 
-TEST(WinApp, IdleWorkIsDueOnceForMovesThatMoveNothing) {
+TEST(WinApp, RepeatedMouseMovesRestartIdleOnce) {
     TestApp app;
     EXPECT_EQ(
         idle(app, {message(WM_MOUSEMOVE, 5, 5), message(WM_MOUSEMOVE, 5, 5), message(WM_MOUSEMOVE, 5, 6),
@@ -97,14 +97,14 @@ TEST(WinApp, IdleWorkIsDueOnceForMovesThatMoveNothing) {
         "1010101");
 }
 
-TEST(WinApp, OnIdleWantsExactlyTwoCalls) {
+TEST(WinApp, OnIdleRequestsExactlyTwoCalls) {
     TestApp app;
     EXPECT_TRUE(app.CWinApp::OnIdle(0));
     EXPECT_FALSE(app.CWinApp::OnIdle(1));
     EXPECT_FALSE(app.CWinApp::OnIdle(2));
 }
 
-TEST(WinApp, RunDoesIdleWorkInEveryQuietTimeAndReturnsTheExitCode) {
+TEST(WinApp, RunCallsOnIdleOnEmptyQueueAndReturnsTheExitCode) {
     IdleApp app;
     CWnd window;
     ASSERT_TRUE(createHidden(window));
@@ -114,7 +114,7 @@ TEST(WinApp, RunDoesIdleWorkInEveryQuietTimeAndReturnsTheExitCode) {
     EXPECT_EQ(app.m_exits, 1);
     EXPECT_EQ(app.m_pMainWnd, nullptr);
     EXPECT_EQ(app.m_quietTimes, 3);
-    // Counting starts anew after a message; a message may come before the second call.
+    // The count restarts after a message, which may arrive before the second call.
     LONG last = 1;
     int second = 0;
     for (const LONG count : app.m_counts) {
@@ -125,7 +125,7 @@ TEST(WinApp, RunDoesIdleWorkInEveryQuietTimeAndReturnsTheExitCode) {
     EXPECT_EQ(second, 3);
 }
 
-TEST(WinApp, ThePostedExitCodeComesBack) {
+TEST(WinApp, RunReturnsThePostedExitCode) {
     IdleApp app;
     CWnd window;
     ASSERT_TRUE(createHidden(window));
@@ -136,12 +136,12 @@ TEST(WinApp, ThePostedExitCodeComesBack) {
     app.m_pMainWnd = nullptr;
 }
 
-TEST(WinApp, RunWithoutAMainWindowEndsAtOnce) {
+TEST(WinApp, RunWithoutAMainWindowReturnsAtOnce) {
     TestApp app;
     EXPECT_EQ(app.Run(), 0);
 }
 
-TEST(WinApp, IdleTimeDropsTemporaryObjects) {
+TEST(WinApp, IdleProcessingDeletesTemporaryObjects) {
     TestApp app;
     const HWND other = CreateWindowExW(0, AfxRegisterWndClass(0), nullptr, WS_POPUP, 0, 0, 10, 10, nullptr,
                                        nullptr, AfxGetInstanceHandle(), nullptr);

@@ -4,7 +4,7 @@
 
 namespace {
 
-/// A bar that wants the same size everywhere.
+/// A bar with the same size at every edge.
 class Bar : public CControlBar {
 public:
     explicit Bar(CSize wanted = CSize(0, 0)) : m_wanted(wanted) {}
@@ -72,7 +72,7 @@ std::string describe(const CRect& rect) {
     return utf8(text);
 }
 
-/// A hidden frame whose client area is 800 by 600, with a pane.
+/// A hidden frame with a pane and a client area of 800 by 600.
 class Docking : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -110,7 +110,7 @@ protected:
 
 }  // namespace
 
-TEST_F(Docking, WithoutBarsThePaneTakesEverything) {
+TEST_F(Docking, WithoutBarsThePaneFillsTheClientArea) {
     m_frame->RecalcLayout();
     EXPECT_EQ(place(*m_view), "0,0 800x600");
     m_frame->SetWindowPos(nullptr, 0, 0, 500, 400, SWP_NOMOVE | SWP_NOZORDER);
@@ -140,7 +140,7 @@ TEST_F(Docking, BarsTakeTheirEdgesAndThePaneTheRest) {
     EXPECT_EQ(m_frame->GetControlBars().size(), 4U);
 }
 
-TEST_F(Docking, ABarDocksWhereItsStyleAllowsWhenNoEdgeIsNamed) {
+TEST_F(Docking, WithoutAnEdgeABarDocksWhereItsStyleAllows) {
     Bar bar(CSize(80, 40));
     ASSERT_TRUE(bar.create(*m_frame, 0, 1));
     bar.EnableDocking(CBRS_ALIGN_RIGHT);
@@ -151,7 +151,7 @@ TEST_F(Docking, ABarDocksWhereItsStyleAllowsWhenNoEdgeIsNamed) {
     EXPECT_MFC_THROW(m_frame->DockControlBar(&bar, 0x1234), CInvalidArgException);
 }
 
-TEST_F(Docking, AHiddenBarTakesNoPlace) {
+TEST_F(Docking, AHiddenBarTakesNoSpace) {
     Bar bar(CSize(100, 0));
     ASSERT_TRUE(bar.create(*m_frame, 0, 1, WS_CHILD));
     bar.EnableDocking(CBRS_ALIGN_LEFT);
@@ -167,7 +167,7 @@ TEST_F(Docking, AHiddenBarTakesNoPlace) {
     EXPECT_EQ(place(*m_view), "0,0 800x600");
 }
 
-TEST_F(Docking, ADelayedBarShowsInIdleTime) {
+TEST_F(Docking, DelayedShowIsAppliedInIdleProcessing) {
     Bar bar(CSize(100, 0));
     ASSERT_TRUE(bar.create(*m_frame, 0, 1, WS_CHILD));
     bar.EnableDocking(CBRS_ALIGN_LEFT);
@@ -184,7 +184,7 @@ TEST_F(Docking, ADelayedBarShowsInIdleTime) {
     EXPECT_EQ(place(*m_view), "0,0 800x600");
 }
 
-TEST_F(Docking, ADynamicBarKeepsItsDockedSizeAndItsEdgeIsDragged) {
+TEST_F(Docking, ADynamicBarIsResizedByDraggingItsEdge) {
     Bar bar;
     bar.m_sizeDocked = CSize(200, 150);
     ASSERT_TRUE(bar.create(*m_frame, 0, 1));
@@ -205,7 +205,7 @@ TEST_F(Docking, ADynamicBarKeepsItsDockedSizeAndItsEdgeIsDragged) {
     dragFrom(302, 300, 0, 300);
     EXPECT_EQ(place(bar), "0,0 20x600");
     m_frame->SendMessage(WM_MOUSEMOVE, 0, MAKELPARAM(400, 300));
-    EXPECT_EQ(place(bar), "0,0 20x600") << "nothing is dragged any more";
+    EXPECT_EQ(place(bar), "0,0 20x600") << "the drag has ended";
 }
 
 TEST_F(Docking, ABarAtTheRightGrowsToTheLeft) {
@@ -225,7 +225,7 @@ TEST_F(Docking, ABarAtTheRightGrowsToTheLeft) {
     EXPECT_EQ(place(bar), "0,440 800x160");
 }
 
-TEST_F(Docking, DraggingLeavesThePaneItsLeastSize) {
+TEST_F(Docking, DraggingLeavesThePaneItsMinimumSize) {
     m_frame->SetWindowPos(nullptr, 0, 0, 300, 600, SWP_NOMOVE | SWP_NOZORDER);
     Bar bar;
     bar.m_sizeDocked = CSize(100, 100);
@@ -239,7 +239,7 @@ TEST_F(Docking, DraggingLeavesThePaneItsLeastSize) {
     EXPECT_EQ(pane.Width(), 80);
 }
 
-TEST_F(Docking, ABarThatGoesLeavesItsPlace) {
+TEST_F(Docking, ADeletedBarFreesItsSpace) {
     auto bar = std::make_unique<Bar>(CSize(100, 0));
     ASSERT_TRUE(bar->create(*m_frame, 0, 1));
     bar->EnableDocking(CBRS_ALIGN_LEFT);
@@ -251,7 +251,7 @@ TEST_F(Docking, ABarThatGoesLeavesItsPlace) {
     EXPECT_EQ(place(*m_view), "0,0 800x600");
 }
 
-TEST_F(Docking, ABarOutlivesItsFrame) {
+TEST_F(Docking, ABarMayOutliveItsFrame) {
     Bar bar(CSize(100, 0));
     ASSERT_TRUE(bar.create(*m_frame, 0, 1));
     bar.EnableDocking(CBRS_ALIGN_LEFT);
@@ -278,7 +278,7 @@ TEST_F(Docking, CommandsGoToTheViewThenTheFrameThenTheApplication) {
     EXPECT_EQ(m_frame->m_commands, 2);
 }
 
-TEST_F(Docking, ClosingTheMainFrameEndsTheLoop) {
+TEST_F(Docking, ClosingTheMainFrameEndsTheMessageLoop) {
     m_app.m_pMainWnd = m_frame;
     m_frame->PostMessage(WM_CLOSE);
     EXPECT_EQ(m_app.Run(), 0);

@@ -7,7 +7,7 @@
 
 namespace {
 
-/// A main window that answers the message box it finds open, from the loop the box runs.
+/// A main window with a timer that answers the open message box from the box's modal loop.
 class BoxTest : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -50,7 +50,7 @@ BoxTest* BoxTest::s_test = nullptr;
 
 }  // namespace
 
-TEST_F(BoxTest, ShowsTheTextUnderTheApplicationsNameOverTheMainWindow) {
+TEST_F(BoxTest, ShowsTheTextAndAppNameOwnedByTheMainWindow) {
     EXPECT_EQ(AfxMessageBox(_T("文字")), IDOK);
     EXPECT_EQ(utf8(m_text), "文字");
     EXPECT_EQ(utf8(m_caption), "MFC test");
@@ -59,7 +59,7 @@ TEST_F(BoxTest, ShowsTheTextUnderTheApplicationsNameOverTheMainWindow) {
     EXPECT_TRUE(m_window.IsWindowEnabled());
 }
 
-TEST_F(BoxTest, ReturnsTheButtonAndAsksWithAQuestionMark) {
+TEST_F(BoxTest, ReturnsTheButtonAndChoosesADefaultIcon) {
     m_answer = IDNO;
     EXPECT_EQ(AfxMessageBox(_T("?"), MB_YESNO), IDNO);
     EXPECT_EQ(m_type, MB_YESNO | MB_ICONQUESTION);
@@ -68,7 +68,7 @@ TEST_F(BoxTest, ReturnsTheButtonAndAsksWithAQuestionMark) {
     EXPECT_EQ(m_type, MB_YESNO | MB_ICONWARNING);
 }
 
-TEST_F(BoxTest, ComesFromAnyThreadAndThenHasNoOwner) {
+TEST_F(BoxTest, HasNoOwnerWhenShownFromAnotherThread) {
     std::atomic<int> answer{0};
     m_answer = IDYES;
     std::thread worker([this, &answer] {
@@ -84,8 +84,8 @@ TEST_F(BoxTest, ComesFromAnyThreadAndThenHasNoOwner) {
     EXPECT_TRUE(m_ownerEnabled);
 }
 
-TEST_F(BoxTest, ReportsAnExceptionThatLeftAHandler) {
-    /// Raises once.
+TEST_F(BoxTest, ReportsAnExceptionThatEscapesAHandler) {
+    /// Throws from WM_USER.
     class Failing : public CWnd {
     protected:
         LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override {

@@ -5,7 +5,7 @@ namespace {
 const UINT kOwnMessage = WM_USER + 7;
 UINT g_registered = 0;
 
-/// Logs what its handlers are given.
+/// Records the arguments of its handlers.
 class Base : public CWnd {
 public:
     std::vector<std::string> m_log;
@@ -102,7 +102,7 @@ ON_COMMAND_RANGE(200, 209, &Base::OnRange)
 ON_CONTROL(5, 300, &Base::OnControl)
 END_MESSAGE_MAP()
 
-/// Takes over some of its base's messages.
+/// Overrides some of its base class's handlers.
 class Derived : public Base {
 protected:
     void OnSize(UINT type, int cx, int cy) {
@@ -118,7 +118,7 @@ ON_WM_SIZE()
 ON_COMMAND(100, &Derived::OnFirst)
 END_MESSAGE_MAP()
 
-/// Throws what it is told to from its handlers.
+/// Throws from its handlers.
 class Thrower : public CWnd {
 public:
     enum class What { user, file } m_what = What::user;
@@ -149,7 +149,7 @@ ON_WM_PAINT()
 ON_MESSAGE(kOwnMessage, &Thrower::OnOwn)
 END_MESSAGE_MAP()
 
-/// Changes wParam before it asks for the default, which must not notice.
+/// Calls the base class's handler with other arguments; the default handling must use the original ones.
 class Defaulter : public CWnd {
 public:
     WPARAM m_seen = 0;
@@ -182,7 +182,7 @@ LPARAM point(int x, int y) {
 
 }  // namespace
 
-TEST(MessageMap, HandlersAreGivenTheirArguments) {
+TEST(MessageMap, HandlersReceiveTheirArguments) {
     TestApp app;
     Base window;
     ASSERT_TRUE(createHidden(window));
@@ -217,7 +217,7 @@ TEST(MessageMap, HandlersAreGivenTheirArguments) {
     EXPECT_EQ(rect.right, 77);
 }
 
-TEST(MessageMap, ResultsComeBack) {
+TEST(MessageMap, HandlerResultsAreReturned) {
     TestApp app;
     Base window;
     ASSERT_TRUE(createHidden(window));
@@ -230,7 +230,7 @@ TEST(MessageMap, ResultsComeBack) {
     EXPECT_EQ(window.send(WM_ERASEBKGND, 0x55), TRUE);
 }
 
-TEST(MessageMap, ADerivedMapIsSearchedFirstAndItsBaseAfterIt) {
+TEST(MessageMap, TheDerivedMapIsSearchedBeforeItsBase) {
     TestApp app;
     Derived window;
     ASSERT_TRUE(createHidden(window));
@@ -242,7 +242,7 @@ TEST(MessageMap, ADerivedMapIsSearchedFirstAndItsBaseAfterIt) {
     EXPECT_EQ(joined(window.m_log), "command:derived");
 }
 
-TEST(MessageMap, CommandsGoByIdAndCode) {
+TEST(MessageMap, CommandsAreRoutedByIdAndCode) {
     TestApp app;
     Base window;
     ASSERT_TRUE(createHidden(window));
@@ -252,14 +252,14 @@ TEST(MessageMap, CommandsGoByIdAndCode) {
     EXPECT_EQ(joined(window.m_log), "command:range,205");
     window.send(WM_COMMAND, 210);
     EXPECT_EQ(joined(window.m_log), "");
-    // From a control: the code is its notification's.
+    // From a control: the notification code must match.
     window.send(WM_COMMAND, MAKEWPARAM(300, 5), reinterpret_cast<LPARAM>(window.m_hWnd));
     EXPECT_EQ(joined(window.m_log), "control");
     window.send(WM_COMMAND, MAKEWPARAM(300, 6), reinterpret_cast<LPARAM>(window.m_hWnd));
     EXPECT_EQ(joined(window.m_log), "");
 }
 
-TEST(MessageMap, DefaultTakesTheMessageAsItCame) {
+TEST(MessageMap, DefaultUsesTheOriginalArguments) {
     TestApp app;
     Defaulter window;
     ASSERT_TRUE(createHidden(window));
@@ -267,7 +267,7 @@ TEST(MessageMap, DefaultTakesTheMessageAsItCame) {
     EXPECT_EQ(window.m_seen, static_cast<WPARAM>(SIZE_MAXIMIZED));
 }
 
-TEST(MessageMap, AnEmptyMapPassesEverythingOn) {
+TEST(MessageMap, AnEmptyMapPassesEverythingToTheBase) {
     TestApp app;
     EmptyMap window;
     ASSERT_TRUE(createHidden(window));
@@ -277,7 +277,7 @@ TEST(MessageMap, AnEmptyMapPassesEverythingOn) {
     EXPECT_EQ(utf8(text), "标题");
 }
 
-TEST(HandlerException, IsCaughtAtTheWindow) {
+TEST(HandlerException, IsCaughtInTheWindowProcedure) {
     TestApp app;
     Thrower window;
     ASSERT_TRUE(createHidden(window));
@@ -287,7 +287,7 @@ TEST(HandlerException, IsCaughtAtTheWindow) {
     EXPECT_TRUE(IsWindow(window.m_hWnd));
 }
 
-TEST(HandlerException, InCreationMeansNoWindow) {
+TEST(HandlerException, InCreationCancelsTheWindow) {
     TestApp app;
     Thrower window;
     window.m_throwInCreate = true;
@@ -296,7 +296,7 @@ TEST(HandlerException, InCreationMeansNoWindow) {
     EXPECT_EQ(window.m_ended, 1);
 }
 
-TEST(HandlerException, InPaintingLeavesNothingToPaint) {
+TEST(HandlerException, InPaintingValidatesTheWindow) {
     TestApp app;
     Thrower window;
     ASSERT_TRUE(
@@ -306,7 +306,7 @@ TEST(HandlerException, InPaintingLeavesNothingToPaint) {
     EXPECT_FALSE(GetUpdateRect(window.m_hWnd, nullptr, FALSE));
 }
 
-TEST(WindowLife, CreationRefusedByTheHandlerEndsTheWindow) {
+TEST(WindowLife, CreationCancelledByOnCreateDestroysTheWindow) {
     TestApp app;
     Thrower window;
     window.m_failCreate = true;
@@ -317,17 +317,17 @@ TEST(WindowLife, CreationRefusedByTheHandlerEndsTheWindow) {
     EXPECT_TRUE(createHidden(window));
 }
 
-TEST(WindowLife, AnUnknownClassEndsWithoutAWindow) {
+TEST(WindowLife, AnUnknownClassCreatesNoWindow) {
     TestApp app;
     Thrower window;
     EXPECT_FALSE(window.CreateEx(0, _T("no such class"), nullptr, WS_POPUP, 0, 0, 1, 1, nullptr, nullptr));
     EXPECT_EQ(window.m_ended, 1);
-    // The next window is caught for its own object all the same.
+    // The next window is still attached to its own object.
     EXPECT_TRUE(createHidden(window));
     EXPECT_EQ(CWnd::FromHandlePermanent(window.m_hWnd), &window);
 }
 
-TEST(WindowLife, DestroyingDetachesAndThenEnds) {
+TEST(WindowLife, DestroyingDetachesAndCallsPostNcDestroy) {
     TestApp app;
     Thrower window;
     ASSERT_TRUE(createHidden(window));
@@ -341,7 +341,7 @@ TEST(WindowLife, DestroyingDetachesAndThenEnds) {
     EXPECT_FALSE(window.DestroyWindow());
 }
 
-TEST(WindowLife, TheObjectTakesItsWindowAlong) {
+TEST(WindowLife, TheDestructorDestroysTheWindow) {
     TestApp app;
     HWND handle = nullptr;
     {
@@ -366,12 +366,12 @@ TEST(HandleMap, OtherHandlesGetTemporaryObjects) {
     EXPECT_EQ(temporary->m_hWnd, other);
     EXPECT_EQ(CWnd::FromHandle(other), temporary);
     CWnd::DeleteTempMap();
-    EXPECT_TRUE(IsWindow(other));  // only the object goes
+    EXPECT_TRUE(IsWindow(other));  // only the object is deleted
     EXPECT_EQ(CWnd::FromHandle(nullptr), nullptr);
     DestroyWindow(other);
 }
 
-TEST(HandleMap, AttachedWindowsAreKnownAndNotSubclassed) {
+TEST(HandleMap, AttachedWindowsAreMappedButNotSubclassed) {
     TestApp app;
     const HWND other = CreateWindowExW(0, AfxRegisterWndClass(0), _T("other"), WS_POPUP, 0, 0, 10, 10,
                                        nullptr, nullptr, AfxGetInstanceHandle(), nullptr);
@@ -392,7 +392,7 @@ TEST(HandleMap, AttachedWindowsAreKnownAndNotSubclassed) {
     DestroyWindow(other);
 }
 
-TEST(WindowClass, EqualTraitsShareAName) {
+TEST(WindowClass, EqualAttributesShareAName) {
     TestApp app;
     const CString first(AfxRegisterWndClass(CS_DBLCLKS));
     const CString second(AfxRegisterWndClass(CS_HREDRAW));

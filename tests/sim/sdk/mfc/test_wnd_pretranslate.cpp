@@ -6,7 +6,7 @@ const UINT kOwnMessage = WM_USER + 9;
 
 std::vector<std::string> g_order;
 
-/// Logs that it was offered a message, and that it got it.
+/// Records PreTranslateMessage ("name") and the dispatched message ("name!").
 class Offered : public CWnd {
 public:
     explicit Offered(const char* name) : m_name(name) {}
@@ -34,7 +34,7 @@ BEGIN_MESSAGE_MAP(Offered, CWnd)
 ON_MESSAGE(kOwnMessage, &Offered::OnOwn)
 END_MESSAGE_MAP()
 
-/// A main window with a child and a grandchild, and another window.
+/// A main window with a child and a grandchild, and a second top-level window.
 class PreTranslate : public ::testing::Test {
 protected:
     void SetUp() override {
@@ -47,7 +47,7 @@ protected:
         m_app.m_pMainWnd = &m_main;
     }
     void TearDown() override {
-        m_app.m_pMainWnd = nullptr;  // or its end would post a quit message for the next test
+        m_app.m_pMainWnd = nullptr;  // or destroying it would post WM_QUIT to the next test
         m_elsewhere.DestroyWindow();
         m_grandchild.DestroyWindow();
         m_child.DestroyWindow();
@@ -56,7 +56,7 @@ protected:
     std::string pumped(const CWnd& window) {
         g_order.clear();
         ::PostMessageW(window.m_hWnd, kOwnMessage, 0, 0);
-        // Other messages of the windows may stand before it.
+        // Other messages may precede it in the queue.
         do {
             EXPECT_TRUE(AfxPumpMessage());
         } while (m_app.GetCurrentMsg().message != kOwnMessage);
@@ -72,19 +72,19 @@ protected:
 
 }  // namespace
 
-TEST_F(PreTranslate, GoesFromTheWindowUpToTheMainWindowAndThenDispatches) {
+TEST_F(PreTranslate, WalksUpToTheMainWindowAndThenDispatches) {
     EXPECT_EQ(pumped(m_grandchild), "grandchild child main grandchild!");
     EXPECT_EQ(pumped(m_main), "main main!");
 }
 
-TEST_F(PreTranslate, TheFirstToTakeItEndsTheWayAndTheMessage) {
+TEST_F(PreTranslate, TheFirstHandlerEndsTheWalkAndPreventsDispatch) {
     m_child.m_take = true;
     EXPECT_EQ(pumped(m_grandchild), "grandchild child");
     m_grandchild.m_take = true;
     EXPECT_EQ(pumped(m_grandchild), "grandchild");
 }
 
-TEST_F(PreTranslate, TheWalkEndsAtTheStopWindowOnly) {
+TEST_F(PreTranslate, TheWalkEndsAtTheStopWindow) {
     MSG msg = {};
     msg.hwnd = m_grandchild.m_hWnd;
     msg.message = kOwnMessage;
@@ -95,13 +95,13 @@ TEST_F(PreTranslate, TheWalkEndsAtTheStopWindowOnly) {
     EXPECT_EQ(joined(g_order), "grandchild child main");
 }
 
-TEST_F(PreTranslate, AWindowOfAnotherTreeIsOfferedToTheMainWindowLast) {
+TEST_F(PreTranslate, MessagesOfAnotherTreeReachTheMainWindowLast) {
     EXPECT_EQ(pumped(m_elsewhere), "elsewhere main elsewhere!");
     m_main.m_take = true;
     EXPECT_EQ(pumped(m_elsewhere), "elsewhere main");
 }
 
-TEST_F(PreTranslate, WindowsWithoutAnObjectAreSteppedOver) {
+TEST_F(PreTranslate, WindowsWithoutAnObjectAreSkipped) {
     const RECT rect = {0, 0, 10, 10};
     const HWND plain = CreateWindowExW(0, AfxRegisterWndClass(0), nullptr, WS_CHILD, 0, 0, 10, 10,
                                        m_child.m_hWnd, nullptr, AfxGetInstanceHandle(), nullptr);
