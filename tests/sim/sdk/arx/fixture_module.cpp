@@ -1,5 +1,5 @@
-// A loadable module for the loader's tests. It tells the host what it is sent, in the order of arrival; its
-// flavour is chosen when it is compiled.
+// A module for the loader's tests. It prints the messages it receives on the host's command line; macros
+// select its variant at compile time.
 
 #include <acutads.h>
 #include <arxEntryPoint.h>
@@ -66,7 +66,7 @@ public:
 private:
     static void throwOn(AcRx::AppMsgCode message) {
         if (message == FIXTURE_THROWS_ON) {
-            throw std::runtime_error("the module cannot");
+            throw std::runtime_error("thrown by the test module");
         }
     }
 

@@ -1,4 +1,4 @@
-// A library that is no module.
+// A library without a module's exports.
 int fixtureNothing() {
     return 0;
 }

@@ -1,4 +1,4 @@
-// A module made for another release: the loader must not send it anything.
+// A module for another API release: the loader must not send it any message.
 
 #include <acutads.h>
 #include <arxEntryPoint.h>

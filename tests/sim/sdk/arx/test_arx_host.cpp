@@ -11,7 +11,7 @@
 
 #include "tests/support/FakeArxHost.h"
 
-TEST(ArxHost, CallingTheSliceWithoutOneEndsTheProgram) {
+TEST(ArxHost, CallingTheSliceWithoutAHostAborts) {
     EXPECT_DEATH(acutPrintf(_T("text")), "no host is installed");
 }
 
@@ -30,7 +30,7 @@ TEST(AcutPrintf, MayBeCalledFromAnyThread) {
     EXPECT_EQ(host.printed().size(), 2U);
 }
 
-TEST(AcedGetVar, GivesTheValueOrAnError) {
+TEST(AcedGetVar, ReturnsTheValueOrAnError) {
     FakeArxHost host;
     host.setVar(_T("COLORTHEME"), 1);
     resbuf result = {};
@@ -66,7 +66,7 @@ TEST(DocManager, QueuesStringsOnTheHost) {
     EXPECT_TRUE(host.sent()[0].echo);
 }
 
-TEST(DocManager, RefusesNoDocumentAndNoText) {
+TEST(DocManager, RejectsANullDocumentAndNullText) {
     FakeArxHost host;
     EXPECT_EQ(acDocManager->sendStringToExecute(nullptr, _T("LINE\n")), Acad::eNoDocument);
     EXPECT_EQ(acDocManager->sendStringToExecute(host.document(), nullptr), Acad::eInvalidInput);
@@ -99,11 +99,11 @@ TEST(Services, SymbolsAreLookedUpInTheHost) {
     EXPECT_EQ(acrxGetServiceSymbolAddr(nullptr, nullptr), nullptr);
 }
 
-// As a module declares and implements its own.
+// As in a module.
 AC_DECLARE_EXTENSION_MODULE(g_testModule);
 AC_IMPLEMENT_EXTENSION_MODULE(g_testModule);
 
-TEST(ModuleResourceOverride, SwitchesTheHandleAndPutsItBack) {
+TEST(ModuleResourceOverride, SwitchesAndRestoresTheHandle) {
     const HINSTANCE mine = reinterpret_cast<HINSTANCE>(0x1000);
     const HINSTANCE before = AfxGetResourceHandle();
     g_testModule.AttachInstance(mine);

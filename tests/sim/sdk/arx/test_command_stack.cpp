@@ -30,7 +30,7 @@ protected:
 
 }  // namespace
 
-TEST_F(CommandStack, KeepsWhatACommandWasRegisteredWith) {
+TEST_F(CommandStack, StoresTheAttributesOfACommand) {
     AcEdCommand* added = nullptr;
     ASSERT_EQ(stack->addCommand(_T("ONE"), _T("GLOBAL"), _T("LOCAL"), ACRX_CMD_NOHISTORY, &countRun, nullptr,
                                 -1, AcRxResourceInstance::empty(), &added),
@@ -46,7 +46,7 @@ TEST_F(CommandStack, KeepsWhatACommandWasRegisteredWith) {
     EXPECT_EQ(g_runs, 1);
 }
 
-TEST_F(CommandStack, FindsALocalNameWithoutRegardToCase) {
+TEST_F(CommandStack, FindsNamesIgnoringCase) {
     add(_T("ONE"), _T("GLOBAL"), _T("LOCAL"));
     EXPECT_NE(stack->lookupCmd(_T("local"), false), nullptr);
     EXPECT_EQ(stack->lookupCmd(_T("GLOBAL"), false), nullptr);
@@ -54,7 +54,7 @@ TEST_F(CommandStack, FindsALocalNameWithoutRegardToCase) {
     EXPECT_EQ(stack->lookupCmd(_T("LOCAL"), true), nullptr);
 }
 
-TEST_F(CommandStack, UnderscoreAsksForTheGlobalName) {
+TEST_F(CommandStack, UnderscoreSelectsTheGlobalName) {
     add(_T("ONE"), _T("GLOBAL"), _T("LOCAL"));
     EXPECT_NE(stack->lookupCmd(_T("_GLOBAL"), false), nullptr);
     EXPECT_EQ(stack->lookupCmd(_T("_LOCAL"), false), nullptr);
@@ -66,13 +66,13 @@ TEST_F(CommandStack, FindsANameThatItselfBeginsWithAnUnderscore) {
     EXPECT_EQ(stack->lookupCmd(_T("refreshChatView"), false), nullptr);
 }
 
-TEST_F(CommandStack, RefusesANameThatTheGroupHas) {
+TEST_F(CommandStack, RejectsADuplicateNameInAGroup) {
     EXPECT_EQ(add(_T("ONE"), _T("A"), _T("A")), Acad::eOk);
     EXPECT_EQ(add(_T("ONE"), _T("a"), _T("B")), Acad::eDuplicateKey);
     EXPECT_EQ(add(_T("TWO"), _T("A"), _T("A")), Acad::eOk);
 }
 
-TEST_F(CommandStack, RefusesEmptyNamesAndNoFunction) {
+TEST_F(CommandStack, RejectsEmptyNamesAndANullFunction) {
     EXPECT_EQ(add(_T(""), _T("A"), _T("A")), Acad::eInvalidInput);
     EXPECT_EQ(add(_T("ONE"), _T(""), _T("A")), Acad::eInvalidInput);
     EXPECT_EQ(add(_T("ONE"), _T("A"), _T("A"), 0, nullptr), Acad::eInvalidInput);
@@ -88,7 +88,7 @@ TEST_F(CommandStack, TheTopGroupIsSearchedFirst) {
     EXPECT_EQ(stack->popGroupToTop(_T("NONE")), Acad::eKeyNotFound);
 }
 
-TEST_F(CommandStack, RemovingAGroupTakesAllItsCommands) {
+TEST_F(CommandStack, RemovingAGroupRemovesItsCommands) {
     add(_T("ONE"), _T("A"), _T("A"));
     add(_T("ONE"), _T("B"), _T("B"));
     add(_T("TWO"), _T("C"), _T("C"));

@@ -37,7 +37,7 @@ private:
 
 }  // namespace
 
-TEST(EditorReactors, EachIsToldOfEveryEvent) {
+TEST(EditorReactors, EachReceivesEveryNotification) {
     Recorder first;
     Recorder second;
     acedEditor->addReactor(&first);
@@ -55,7 +55,7 @@ TEST(EditorReactors, EachIsToldOfEveryEvent) {
     EXPECT_TRUE(second.log == first.log);
 }
 
-TEST(EditorReactors, AddingTwiceTellsOnce) {
+TEST(EditorReactors, AddingTwiceNotifiesOnce) {
     Recorder reactor;
     acedEditor->addReactor(&reactor);
     acedEditor->addReactor(&reactor);
@@ -64,7 +64,7 @@ TEST(EditorReactors, AddingTwiceTellsOnce) {
     EXPECT_TRUE(reactor.log == _T("start:LINE "));
 }
 
-TEST(EditorReactors, RemovedReactorHearsNothing) {
+TEST(EditorReactors, RemovedReactorIsNotNotified) {
     Recorder reactor;
     acedEditor->addReactor(&reactor);
     acedEditor->removeReactor(&reactor);
@@ -73,7 +73,7 @@ TEST(EditorReactors, RemovedReactorHearsNothing) {
     EXPECT_EQ(arxEditorReactorCount(), 0);
 }
 
-TEST(EditorReactors, OneThatIsRemovedDuringAnEventIsSkipped) {
+TEST(EditorReactors, ReactorRemovedDuringANotificationIsSkipped) {
     Recorder victim;
     Remover remover(&victim);
     acedEditor->addReactor(&remover);

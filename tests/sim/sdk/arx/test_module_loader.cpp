@@ -37,7 +37,7 @@ protected:
 
 }  // namespace
 
-TEST_F(ModuleLoader, SendsTheMessagesInTheirOrder) {
+TEST_F(ModuleLoader, SendsTheMessagesInOrder) {
     ASSERT_TRUE(acrxLoadModule(fixture("good"), false));
     EXPECT_TRUE(takePrinted() == _T("[good init 1][good register][good loadDwg]"));
     ASSERT_TRUE(acrxUnloadModule(fixture("good")));
@@ -51,7 +51,7 @@ TEST_F(ModuleLoader, SendsNoDrawingMessagesWithoutADrawing) {
     EXPECT_TRUE(takePrinted() == _T("[good init 1][good register][good unload]"));
 }
 
-TEST_F(ModuleLoader, KnowsALoadedModuleByItsNameAlone) {
+TEST_F(ModuleLoader, IdentifiesALoadedModuleByItsBaseName) {
     ASSERT_TRUE(acrxLoadModule(fixture("good"), false));
     EXPECT_TRUE(acrxAppIsLoaded(_T("GOOD.arx")));
     EXPECT_TRUE(acrxAppIsLoaded(fixture("good")));
@@ -61,7 +61,7 @@ TEST_F(ModuleLoader, KnowsALoadedModuleByItsNameAlone) {
     EXPECT_TRUE(loadedNames().IsEmpty());
 }
 
-TEST_F(ModuleLoader, RefusesASecondLoad) {
+TEST_F(ModuleLoader, RejectsASecondLoad) {
     ASSERT_TRUE(acrxLoadModule(fixture("good"), false));
     takePrinted();
     EXPECT_FALSE(acrxLoadModule(fixture("good"), true));
@@ -86,13 +86,13 @@ TEST_F(ModuleLoader, DoesNotUnloadALockedModule) {
     EXPECT_TRUE(acrxAppIsLoaded(_T("locked.arx")));
 }
 
-TEST_F(ModuleLoader, TheBaseClassUnlocksTheModuleAndDeclaresItMdiAware) {
+TEST_F(ModuleLoader, TheBaseClassUnlocksTheModuleAndRegistersItAsMdiAware) {
     ASSERT_TRUE(acrxLoadModule(fixture("good"), false));
     EXPECT_FALSE(acrxDynamicLinker->isApplicationLocked(_T("good.arx")));
     EXPECT_TRUE(acrxDynamicLinker->isAppMDIAware(_T("good.arx")));
 }
 
-TEST_F(ModuleLoader, UnmapsAModuleThatDoesNotInitialise) {
+TEST_F(ModuleLoader, UnmapsAModuleThatFailsToInitialize) {
     EXPECT_FALSE(acrxLoadModule(fixture("refusing"), true));
     EXPECT_GE(takePrinted().Find(_T("cannot be initialized.")), 0);
     EXPECT_FALSE(acrxAppIsLoaded(_T("refusing.arx")));
@@ -105,11 +105,11 @@ TEST_F(ModuleLoader, AModuleThatThrowsIsNotLoadedButStaysMapped) {
     EXPECT_GE(printed.Find(_T("\nthrowing.arx failed.")), 0);
     EXPECT_GE(printed.Find(_T("cannot be initialized.")), 0);
     EXPECT_FALSE(acrxAppIsLoaded(_T("throwing.arx")));
-    // What it registered before may still be called.
+    // Functions that it registered before may still be called.
     EXPECT_NE(GetModuleHandleW(_T("throwing.arx")), nullptr);
 }
 
-TEST_F(ModuleLoader, AModuleThatThrowsAtItsEndIsForgottenButStaysMapped) {
+TEST_F(ModuleLoader, AModuleThatThrowsOnUnloadIsDroppedButStaysMapped) {
     ASSERT_TRUE(acrxLoadModule(fixture("throwinglate"), false));
     takePrinted();
     EXPECT_TRUE(acrxUnloadModule(fixture("throwinglate")));
@@ -119,7 +119,7 @@ TEST_F(ModuleLoader, AModuleThatThrowsAtItsEndIsForgottenButStaysMapped) {
     EXPECT_NE(GetModuleHandleW(_T("throwinglate.arx")), nullptr);
 }
 
-TEST_F(ModuleLoader, RefusesAnotherReleaseWithoutCallingIt) {
+TEST_F(ModuleLoader, RejectsAnotherReleaseWithoutCallingIt) {
     EXPECT_FALSE(acrxLoadModule(fixture("old"), true));
     const CString printed = takePrinted();
     EXPECT_GE(printed.Find(_T("is not a module for this release.")), 0);
@@ -127,12 +127,12 @@ TEST_F(ModuleLoader, RefusesAnotherReleaseWithoutCallingIt) {
     EXPECT_EQ(GetModuleHandleW(_T("old.arx")), nullptr);
 }
 
-TEST_F(ModuleLoader, RefusesALibraryWithoutTheExports) {
+TEST_F(ModuleLoader, RejectsALibraryWithoutTheExports) {
     EXPECT_FALSE(acrxLoadModule(fixture("nomodule"), true));
     EXPECT_GE(takePrinted().Find(_T("is not a module for this release.")), 0);
 }
 
-TEST_F(ModuleLoader, RefusesAFileThatIsNotThere) {
+TEST_F(ModuleLoader, RejectsAMissingFile) {
     EXPECT_FALSE(acrxLoadModule(fixture("missing"), true));
     EXPECT_GE(takePrinted().Find(_T("cannot be loaded.")), 0);
     EXPECT_FALSE(acrxLoadModule(fixture("missing"), false));
@@ -146,7 +146,7 @@ TEST_F(ModuleLoader, UnloadingWhatIsNotLoadedFails) {
     EXPECT_FALSE(acrxUnloadModule(nullptr));
 }
 
-TEST_F(ModuleLoader, ProgramEndTellsAndUnloadsAllTheLastFirst) {
+TEST_F(ModuleLoader, ProgramExitNotifiesAllAndUnloadsInReverseOrder) {
     ASSERT_TRUE(acrxLoadModule(fixture("good"), false));
     ASSERT_TRUE(acrxLoadModule(fixture("locked"), false));
     takePrinted();

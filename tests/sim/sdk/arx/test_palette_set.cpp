@@ -63,7 +63,7 @@ protected:
         TestProgram::settle();
     }
 
-    /// A palette's place in its set.
+    /// A palette's rectangle in its set's client coordinates.
     CRect placeOf(const CAdUiPalette* palette) const {
         CRect rect;
         palette->GetWindowRect(&rect);
@@ -94,7 +94,7 @@ TEST_F(PaletteSet, IsHiddenUntilTheFrameShowsIt) {
     EXPECT_FALSE(set->IsVisible());
 }
 
-TEST_F(PaletteSet, CannotBeMadeWithoutAFrame) {
+TEST_F(PaletteSet, CannotBeCreatedWithoutAFrame) {
     CAdUiPaletteSet orphan;
     EXPECT_FALSE(orphan.Create(_T("Panel"), WS_DLGFRAME, CRect(0, 0, 300, 400), nullptr, 0));
 }
@@ -135,7 +135,7 @@ TEST_F(PaletteSet, ARememberedWidthIsKeptWithinTheLimits) {
     EXPECT_EQ(set->m_sizeDocked.cx, 200);
 }
 
-TEST_F(PaletteSet, TellsTheHostItsStateToRemember) {
+TEST_F(PaletteSet, ReportsItsDockStateToTheHost) {
     set->RestoreControlBar(AFX_IDW_DOCKBAR_LEFT);
     show();
     ASSERT_EQ(program.host().dockStates().count(_T("Panel")), 1U);
@@ -197,7 +197,7 @@ TEST_F(PaletteSet, ATabSwitchesThePalette) {
     EXPECT_EQ(placeOf(second), set->PaletteRect());
 }
 
-TEST_F(PaletteSet, ARemovedPaletteIsTheCallersAgain) {
+TEST_F(PaletteSet, ARemovedPaletteIsOwnedByTheCaller) {
     const std::unique_ptr<TestPalette> first(add(_T("First")));
     TestPalette* const second = add(_T("Second"));
     EXPECT_TRUE(set->RemovePalette(0));
@@ -207,7 +207,7 @@ TEST_F(PaletteSet, ARemovedPaletteIsTheCallersAgain) {
     EXPECT_EQ(set->GetPalette(1), nullptr);
 }
 
-TEST_F(PaletteSet, APaletteWithoutAWindowIsRefused) {
+TEST_F(PaletteSet, APaletteWithoutAWindowIsRejected) {
     TestPalette palette;
     EXPECT_EQ(set->AddPalette(&palette), -1);
     EXPECT_EQ(set->AddPalette(nullptr), -1);
@@ -216,7 +216,7 @@ TEST_F(PaletteSet, APaletteWithoutAWindowIsRefused) {
     EXPECT_FALSE(palette.Create(WS_CHILD, _T("No set"), &unmade, 0));
 }
 
-TEST_F(PaletteSet, DeletingItDeletesItsPalettesAndLeavesTheFrame) {
+TEST_F(PaletteSet, DeletingItDeletesItsPalettesAndRemovesItFromTheFrame) {
     int living = 0;
     add(_T("First"), &living);
     add(_T("Second"), &living);
@@ -229,7 +229,7 @@ TEST_F(PaletteSet, DeletingItDeletesItsPalettesAndLeavesTheFrame) {
     TestProgram::settle();
 }
 
-TEST_F(PaletteSet, TheCloseCrossHidesItUnlessItRefuses) {
+TEST_F(PaletteSet, TheCloseButtonHidesItUnlessOnClosingRefuses) {
     set->RestoreControlBar(AFX_IDW_DOCKBAR_LEFT);
     show();
     set->mayClose = false;
@@ -242,14 +242,14 @@ TEST_F(PaletteSet, TheCloseCrossHidesItUnlessItRefuses) {
     EXPECT_FALSE(set->IsVisible());
 }
 
-TEST_F(PaletteSet, WithoutTheStyleThereIsNoCloseCross) {
+TEST_F(PaletteSet, WithoutTheStyleThereIsNoCloseButton) {
     TestPaletteSet plain;
     ASSERT_TRUE(plain.Create(_T("Plain"), WS_DLGFRAME, CRect(0, 0, 300, 400), program.frame(), PSS_SNAP));
     EXPECT_TRUE(plain.CloseButtonRect().IsRectEmpty());
     EXPECT_EQ(plain.GetPaletteSetStyle(), static_cast<DWORD>(PSS_SNAP));
 }
 
-TEST_F(PaletteSet, HidingItGivesTheFocusToTheFrame) {
+TEST_F(PaletteSet, HidingItMovesTheFocusToTheFrame) {
     TestPalette* const palette = add(_T("First"));
     show();
     palette->SendMessage(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(3, 3));

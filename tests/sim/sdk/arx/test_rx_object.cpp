@@ -25,7 +25,7 @@ ACRX_NO_CONS_DEFINE_MEMBERS(Other, AcRxObject)
 
 }  // namespace
 
-TEST(RxObject, IsOfItsOwnClassAndOfEveryParent) {
+TEST(RxObject, IsKindOfItsClassAndItsParents) {
     const Derived object;
     EXPECT_EQ(object.isA(), Derived::desc());
     EXPECT_TRUE(object.isKindOf(Derived::desc()));
@@ -34,12 +34,12 @@ TEST(RxObject, IsOfItsOwnClassAndOfEveryParent) {
     EXPECT_FALSE(object.isKindOf(Other::desc()));
 }
 
-TEST(RxObject, ParentIsNotOfTheDerivedClass) {
+TEST(RxObject, ParentIsNotKindOfTheDerivedClass) {
     const Base object;
     EXPECT_FALSE(object.isKindOf(Derived::desc()));
 }
 
-TEST(RxObject, CastGivesNullForAnotherClassAndForNull) {
+TEST(RxObject, CastReturnsNullForAnotherClassAndForNull) {
     Derived object;
     AcRxObject* const plain = &object;
     EXPECT_EQ(Base::cast(plain), &object);
@@ -58,7 +58,7 @@ TEST(RxClass, KnowsItsNameAndParent) {
     EXPECT_EQ(AcRxClass::cast(Derived::desc()), Derived::desc());
 }
 
-TEST(SystemRegistry, HoldsTheEditorTheCommandStackAndTheLinker) {
+TEST(SystemRegistry, ContainsTheEditorTheCommandStackAndTheLinker) {
     AcRxObject* const editor = acrxSysRegistry()->at(_T("AcEditor"));
     ASSERT_NE(editor, nullptr);
     EXPECT_TRUE(editor->isA()->isDerivedFrom(AcEditor::desc()));
@@ -69,7 +69,7 @@ TEST(SystemRegistry, HoldsTheEditorTheCommandStackAndTheLinker) {
     EXPECT_EQ(acrxSysRegistry()->at(_T("NoSuchThing")), nullptr);
 }
 
-TEST(SystemRegistry, EntriesCanBePutAndTakenOut) {
+TEST(SystemRegistry, EntriesCanBeAddedAndRemoved) {
     Base object;
     Base other;
     AcRxDictionary* const registry = acrxSysRegistry();
