@@ -35,7 +35,7 @@ struct SliceSource {
 
 SliceSource* g_source = nullptr;
 // Created when the library is loaded, so that any thread may use it at any time.
-const int g_wakeFd = eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC);
+const int kWakeFd = eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC);
 int g_displayFd = -1;
 Win32ForeignToolkit* g_toolkit = nullptr;
 ULONGLONG g_lastTurn = 0;
@@ -116,7 +116,7 @@ void pumpForForeignLoop() {
 
 void takeWakeUps() {
     std::uint64_t count = 0;
-    while (read(g_wakeFd, &count, sizeof count) > 0) {
+    while (read(kWakeFd, &count, sizeof count) > 0) {
     }
 }
 
@@ -142,7 +142,7 @@ void ensureMainLoop() {
         unsupported("main loop", "set up by a thread other than the main thread");
     }
     g_source = reinterpret_cast<SliceSource*>(g_source_new(&g_functions, sizeof(SliceSource)));
-    g_source->wakeTag = g_source_add_unix_fd(&g_source->base, g_wakeFd, G_IO_IN);
+    g_source->wakeTag = g_source_add_unix_fd(&g_source->base, kWakeFd, G_IO_IN);
     g_source->displayTag = nullptr;
     g_source_set_can_recurse(&g_source->base, TRUE);
     g_source_set_name(&g_source->base, "win32");
@@ -164,7 +164,7 @@ void watchDisplay(int fileDescriptor) {
 void wakeMainLoop() {
     const std::uint64_t one = 1;
     // If the counter is full, a wake-up is pending anyway.
-    const auto written = write(g_wakeFd, &one, sizeof one);
+    const auto written = write(kWakeFd, &one, sizeof one);
     static_cast<void>(written);
 }
 

@@ -1,6 +1,7 @@
 // Message boxes: each is a window with a modal message loop.
 
-#include "win32_control.h"
+#include "win32_message_box.h"
+
 #include "win32_paint.h"
 #include "win32_queue.h"
 #include "win32_support.h"
@@ -79,7 +80,7 @@ public:
 
     int run();
     HWND window() const { return m_window; }
-    Win32MessageBox describe() const;
+    OpenBox describe() const;
     bool hasButton(int id) const;
     LRESULT handle(UINT message, WPARAM wParam, LPARAM lParam);
 
@@ -424,12 +425,8 @@ int MessageBoxSession::run() {
     return m_result;
 }
 
-Win32MessageBox MessageBoxSession::describe() const {
-    Win32MessageBox box;
-    box.window = m_window;
-    box.caption = m_caption;
-    box.text = m_text;
-    box.type = m_type;
+OpenBox MessageBoxSession::describe() const {
+    OpenBox box = {m_window, m_caption, m_text, m_type, {}};
     for (const Button& button : m_buttons) {
         RECT place = button.place;
         MapWindowPoints(m_window, nullptr, reinterpret_cast<LPPOINT>(&place), 2);
@@ -441,6 +438,23 @@ Win32MessageBox MessageBoxSession::describe() const {
 }
 
 }  // namespace
+
+std::vector<OpenBox> openMessageBoxes() {
+    std::vector<OpenBox> boxes;
+    for (const MessageBoxSession* session : sessions()) {
+        boxes.push_back(session->describe());
+    }
+    return boxes;
+}
+
+bool answerMessageBox(HWND window, int buttonId) {
+    for (const MessageBoxSession* session : sessions()) {
+        if (session->window() == window && session->hasButton(buttonId)) {
+            return PostMessageW(window, WM_COMMAND, static_cast<WPARAM>(buttonId), 0) != FALSE;
+        }
+    }
+    return false;
+}
 
 }  // namespace win32
 
@@ -464,21 +478,4 @@ BOOL MessageBeep(UINT) {
         Display::instance().flush();
     }
     return TRUE;
-}
-
-std::vector<Win32MessageBox> win32MessageBoxes() {
-    std::vector<Win32MessageBox> boxes;
-    for (const MessageBoxSession* session : sessions()) {
-        boxes.push_back(session->describe());
-    }
-    return boxes;
-}
-
-bool win32AnswerMessageBox(HWND window, int buttonId) {
-    for (const MessageBoxSession* session : sessions()) {
-        if (session->window() == window && session->hasButton(buttonId)) {
-            return PostMessageW(window, WM_COMMAND, static_cast<WPARAM>(buttonId), 0) != FALSE;
-        }
-    }
-    return false;
 }

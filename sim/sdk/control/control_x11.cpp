@@ -4,6 +4,7 @@
 
 #include "win32_display.h"
 #include "win32_keyboard.h"
+#include "win32_message_box.h"
 #include "win32_support.h"
 #include "win32_window.h"
 
@@ -38,6 +39,22 @@ bool fake(std::uint8_t type, std::uint8_t detail, int x = 0, int y = 0) {
 }
 
 }  // namespace
+
+std::vector<Win32MessageBox> win32MessageBoxes() {
+    std::vector<Win32MessageBox> boxes;
+    for (OpenBox& open : openMessageBoxes()) {
+        Win32MessageBox box = {open.window, std::move(open.caption), std::move(open.text), open.type, {}};
+        for (BoxButton& button : open.buttons) {
+            box.buttons.push_back({button.id, std::move(button.text), button.place});
+        }
+        boxes.push_back(std::move(box));
+    }
+    return boxes;
+}
+
+bool win32AnswerMessageBox(HWND window, int buttonId) {
+    return answerMessageBox(window, buttonId);
+}
 
 bool win32PointerMove(int x, int y) {
     return fake(XCB_MOTION_NOTIFY, 0, x, y);
