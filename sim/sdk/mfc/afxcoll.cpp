@@ -1,14 +1,30 @@
 #include "afxcoll.h"
 
+#include <cstdio>
+#include <cstdlib>
+
 IMPLEMENT_SERIAL(CStringArray, CObject, 0)
 
-template <>
-void AFXAPI SerializeElements<CString>(CArchive& ar, CString* elements, INT_PTR count) {
-    for (INT_PTR i = 0; i < count; ++i) {
+void AFXAPI AfxFailOwnElement(const char* function) {
+    std::fprintf(stderr,
+                 "MFC slice: CArray::%s was given an element of the array itself, which moves meanwhile. In MFC the "
+                 "argument dangles: pass a copy.\n",
+                 function);
+    std::abort();
+}
+
+void CStringArray::Serialize(CArchive& ar) {
+    CObject::Serialize(ar);
+    if (ar.IsStoring()) {
+        ar.WriteCount(static_cast<DWORD_PTR>(GetSize()));
+    } else {
+        SetSize(static_cast<INT_PTR>(ar.ReadCount()), -1);
+    }
+    for (INT_PTR i = 0; i < GetSize(); ++i) {
         if (ar.IsStoring()) {
-            ar << elements[i];
+            ar << GetAt(i);
         } else {
-            ar >> elements[i];
+            ar >> GetAt(i);
         }
     }
 }

@@ -1,14 +1,15 @@
 #pragma once
 
 // CArray.
-// Simplified: no other template collections; a growing array move-constructs its elements, where MFC moves
-// their bytes.
+// Simplified: no other template collections.
 
 #include <afx.h>
 
+#include <cstring>
+#include <functional>
+#include <memory>
 #include <new>
 #include <type_traits>
-#include <utility>
 
 // NOLINTBEGIN(bugprone-sizeof-expression): elements may be pointers.
 
@@ -20,9 +21,10 @@ void AFXAPI CopyElements(TYPE* destination, const TYPE* source, INT_PTR count) {
     }
 }
 
-/// How CArray stores and loads its elements: by default as raw bytes. Those are useless for a type that is
-/// not trivially copyable, so loading one throws CNotSupportedException; specialize the template for such a
-/// type.
+/// How CArray stores and loads its elements: by default as raw bytes, whatever their type. A list whose
+/// elements own memory or have virtual functions (CString, or a structure with one) therefore cannot be loaded:
+/// its elements would be copies of former pointers. Specialize the template for such a type. (CStringArray
+/// serializes its texts itself.)
 template <class TYPE>
 void AFXAPI SerializeElements(CArchive& ar, TYPE* elements, INT_PTR count) {
     const INT_PTR piece = 0x10000;
@@ -31,21 +33,25 @@ void AFXAPI SerializeElements(CArchive& ar, TYPE* elements, INT_PTR count) {
         const UINT bytes = static_cast<UINT>(static_cast<size_t>(now) * sizeof(TYPE));
         if (ar.IsStoring()) {
             ar.Write(elements, bytes);
-        } else if (std::is_trivially_copyable<TYPE>::value) {
-            ar.EnsureRead(static_cast<void*>(elements), bytes);
         } else {
-            AfxThrowNotSupportedException();
+            ar.EnsureRead(static_cast<void*>(elements), bytes);
         }
         elements += now;
         count -= now;
     }
 }
 
-template <>
-void AFXAPI SerializeElements<CString>(CArchive& ar, CString* elements, INT_PTR count);
+/// Aborts with a message: an element of the array was passed to one of its own functions that moves the
+/// elements, which leaves the argument dangling.
+[[noreturn]] void AFXAPI AfxFailOwnElement(const char* function);
 
 /// A dynamic array. Like every CObject it is not copyable: use Copy. An index out of range throws
-/// CInvalidArgException. The argument of Add and its like may be an element of the array itself.
+/// CInvalidArgException.
+///
+/// Elements are moved as bytes, without constructors and destructors, when the array grows and when elements
+/// are inserted or removed: a type that holds a pointer into itself breaks. The argument of Add and SetAtGrow
+/// must not be an element of the array itself, or part of one, if the array grows in that call; that of
+/// InsertAt never. In MFC it dangles; here the call aborts.
 template <class TYPE, class ARG_TYPE = const TYPE&>
 class CArray : public CObject {
 public:
@@ -73,10 +79,7 @@ public:
         if (newSize > m_capacity) {
             reallocate(m_size == 0 ? newSize : grown(newSize));
         }
-        while (m_size < newSize) {
-            ::new (static_cast<void*>(m_data + m_size)) TYPE();
-            ++m_size;
-        }
+        construct(m_size, newSize);
         destroy(newSize, m_size);
         m_size = newSize;
     }
@@ -110,26 +113,19 @@ public:
         if (index < 0) {
             AfxThrowInvalidArgException();
         }
-        if (index < m_size) {
-            m_data[index] = newElement;
-            return;
+        if (index >= m_size) {
+            if (index >= m_capacity && isOwn(newElement)) {
+                AfxFailOwnElement("Add or SetAtGrow");
+            }
+            SetSize(index + 1, -1);
         }
-        TYPE element(newElement);  // the argument may be one of our own elements
-        SetSize(index + 1, -1);
-        m_data[index] = std::move(element);
+        m_data[index] = newElement;
     }
     /// Returns the new element's index.
     INT_PTR Add(ARG_TYPE newElement) {
-        if (m_size < m_capacity) {
-            ::new (static_cast<void*>(m_data + m_size)) TYPE(newElement);
-            ++m_size;
-        } else {
-            TYPE element(newElement);
-            reallocate(grown(m_size + 1));
-            ::new (static_cast<void*>(m_data + m_size)) TYPE(std::move(element));
-            ++m_size;
-        }
-        return m_size - 1;
+        const INT_PTR index = m_size;
+        SetAtGrow(index, newElement);
+        return index;
     }
     /// Returns the index of the first appended element. Append and Copy throw CInvalidArgException if the
     /// source is the array itself.
@@ -156,10 +152,12 @@ public:
         if (index < 0 || count <= 0) {
             AfxThrowInvalidArgException();
         }
-        TYPE element(newElement);
+        if (isOwn(newElement)) {
+            AfxFailOwnElement("InsertAt");
+        }
         open(index, count);
         for (INT_PTR i = index; i < index + count; ++i) {
-            m_data[i] = element;
+            m_data[i] = newElement;
         }
     }
     void InsertAt(INT_PTR startIndex, const CArray* newArray) {
@@ -175,10 +173,8 @@ public:
         if (index < 0 || count < 0 || index > m_size || count > m_size - index) {
             AfxThrowInvalidArgException();
         }
-        for (INT_PTR i = index; i + count < m_size; ++i) {
-            m_data[i] = std::move(m_data[i + count]);
-        }
-        destroy(m_size - count, m_size);
+        destroy(index, index + count);
+        moveBytes(m_data + index, m_data + index + count, m_size - index - count);
         m_size -= count;
     }
 
@@ -220,10 +216,7 @@ private:
             }
             data = static_cast<TYPE*>(memory);
         }
-        for (INT_PTR i = 0; i < m_size; ++i) {
-            ::new (static_cast<void*>(data + i)) TYPE(std::move(m_data[i]));
-        }
-        destroy(0, m_size);
+        moveBytes(data, m_data, m_size);
         ::operator delete(static_cast<void*>(m_data));
         m_data = data;
         m_capacity = capacity;
@@ -236,8 +229,27 @@ private:
             return;
         }
         SetSize(oldSize + count, -1);
-        for (INT_PTR i = oldSize - 1; i >= index; --i) {
-            m_data[i + count] = std::move(m_data[i]);
+        destroy(oldSize, oldSize + count);
+        moveBytes(m_data + index + count, m_data + index, oldSize - index);
+        construct(index, index + count);
+    }
+    /// Whether the element, or the object that holds it, is one of the array's own.
+    template <typename T>
+    bool isOwn(const T& element) const {
+        const auto* const address = static_cast<const void*>(std::addressof(element));
+        const std::less<const void*> less;
+        return m_data != nullptr && !less(address, m_data) && less(address, m_data + m_size);
+    }
+    /// Moves elements, whose old and new places may overlap.
+    static void moveBytes(TYPE* to, const TYPE* from, INT_PTR count) {
+        if (count > 0) {
+            std::memmove(static_cast<void*>(to), static_cast<const void*>(from),
+                         static_cast<size_t>(count) * sizeof(TYPE));
+        }
+    }
+    void construct(INT_PTR from, INT_PTR to) {
+        for (INT_PTR i = from; i < to; ++i) {
+            ::new (static_cast<void*>(m_data + i)) TYPE();
         }
     }
     void destroy(INT_PTR from, INT_PTR to) {

@@ -1,3 +1,4 @@
+#include <string_view>
 #include <utility>
 
 #include "cstringchars_.h"
@@ -140,10 +141,13 @@ int CStringW::Replace(LPCTSTR oldText, LPCTSTR newText) {
     CStringW result;
     int count = 0;
     int done = 0;
-    for (int found = Find(oldText); found >= 0; found = Find(oldText, done)) {
-        result.Append(m_pszData + done, found - done);
+    // Unlike Find, this goes on behind embedded zeros.
+    const std::basic_string_view<TCHAR> whole(m_pszData, static_cast<size_t>(GetLength()));
+    for (size_t found = whole.find(oldText); found != whole.npos;
+         found = whole.find(oldText, static_cast<size_t>(done))) {
+        result.Append(m_pszData + done, static_cast<int>(found) - done);
         result.Append(newText, newLength);
-        done = found + oldLength;
+        done = static_cast<int>(found) + oldLength;
         ++count;
     }
     if (count > 0) {

@@ -286,21 +286,23 @@ int CStringW::Find(LPCTSTR text, int start) const noexcept {
     if (text == nullptr || start < 0 || start > GetLength()) {
         return -1;
     }
-    const size_t found = std::basic_string_view<TCHAR>(m_pszData, static_cast<size_t>(GetLength()))
-                             .find(text, static_cast<size_t>(start));
-    return found == std::basic_string_view<TCHAR>::npos ? -1 : static_cast<int>(found);
+    const std::basic_string_view<TCHAR> searched(m_pszData + start);
+    const size_t found = searched.find(text);
+    return found == std::basic_string_view<TCHAR>::npos ? -1 : start + static_cast<int>(found);
 }
 
 int CStringW::Find(TCHAR character, int start) const noexcept {
     if (start < 0 || start >= GetLength()) {
         return -1;
     }
-    const TCHAR* found = Traits::find(m_pszData + start, static_cast<size_t>(GetLength() - start), character);
+    // With the terminator: as wcschr, it finds that too.
+    const LPCTSTR begin = m_pszData + start;
+    const TCHAR* const found = Traits::find(begin, static_cast<size_t>(lengthOf(begin)) + 1, character);
     return found == nullptr ? -1 : static_cast<int>(found - m_pszData);
 }
 
 int CStringW::ReverseFind(TCHAR character) const noexcept {
-    for (int i = GetLength() - 1; i >= 0; --i) {
+    for (int i = lengthOf(m_pszData) - 1; i >= 0; --i) {
         if (m_pszData[i] == character) {
             return i;
         }
@@ -309,7 +311,7 @@ int CStringW::ReverseFind(TCHAR character) const noexcept {
 }
 
 int CStringW::FindOneOf(LPCTSTR characters) const noexcept {
-    for (int i = 0; i < GetLength(); ++i) {
+    for (int i = 0; m_pszData[i] != 0; ++i) {
         if (isOneOf(m_pszData[i], characters)) {
             return i;
         }

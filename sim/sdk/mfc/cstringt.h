@@ -68,10 +68,14 @@ public:
     void Append(LPCTSTR characters, int length);
     void AppendChar(TCHAR character);
 
+    // Comparing (the operators too) and searching stop at an embedded zero, as the C functions that MFC calls
+    // for them do.
+
     int Compare(LPCTSTR text) const noexcept;
     int CompareNoCase(LPCTSTR text) const noexcept;
 
-    /// The index of the first occurrence at or after `start`, or -1.
+    /// The index of the first occurrence at or after `start`, or -1. A text beyond an embedded zero is not
+    /// found, unless `start` is beyond it too. Searching for a zero finds the next one, be it the terminator.
     int Find(LPCTSTR text, int start = 0) const noexcept;
     int Find(TCHAR character, int start = 0) const noexcept;
     int ReverseFind(TCHAR character) const noexcept;

@@ -102,6 +102,36 @@ TEST(CString, FindsFromTheGivenPosition) {
     EXPECT_EQ(CString().ReverseFind(_T('x')), -1);
 }
 
+TEST(CString, SearchingStopsAtAnEmbeddedZero) {
+    const CString text(_T("ab\0cab"), 6);
+    ASSERT_EQ(text.GetLength(), 6);
+    EXPECT_EQ(text.Find(_T("ab"), 1), -1);
+    EXPECT_EQ(text.Find(_T("c")), -1);
+    EXPECT_EQ(text.Find(_T('c')), -1);
+    EXPECT_EQ(text.ReverseFind(_T('b')), 1);
+    EXPECT_EQ(text.ReverseFind(_T('c')), -1);
+    EXPECT_EQ(text.FindOneOf(_T("xc")), -1);
+    // From behind the zero it goes on to the next.
+    EXPECT_EQ(text.Find(_T("ab"), 3), 4);
+    EXPECT_EQ(text.Find(_T('c'), 3), 3);
+    EXPECT_EQ(text.Find(_T('\0')), 2);
+    EXPECT_EQ(text.Find(_T('\0'), 3), 6);
+}
+
+TEST(CString, ComparingStopsAtAnEmbeddedZero) {
+    const CString text(_T("ab\0c"), 4);
+    EXPECT_TRUE(text == CString(_T("ab")));
+    EXPECT_TRUE(text == _T("ab"));
+    EXPECT_EQ(text.CompareNoCase(_T("AB")), 0);
+}
+
+TEST(CString, ReplacingGoesOnBehindAnEmbeddedZero) {
+    CString text(_T("X\0X"), 3);
+    EXPECT_EQ(text.Replace(_T("X"), _T("yz")), 2);
+    EXPECT_EQ(text.GetLength(), 5);
+    EXPECT_EQ(text[4], _T('z'));
+}
+
 TEST(CString, SubstringsAreClampedToTheText) {
     const CString text(_T("abcdef"));
     EXPECT_EQ(utf8(text.Left(2)), "ab");
