@@ -37,6 +37,10 @@ constexpr int kPaletteSetWidth = 700;
 constexpr int kPaletteSetHeight = 500;
 constexpr unsigned long kThreadStopMilliseconds = 5000;
 
+/// By this the host remembers where the panel is docked, so it never changes. Not a constant because
+/// SetToolID takes a pointer to a variable; static because the palette set may keep that pointer.
+GUID g_paletteSetToolId = {0x6F2A9D84, 0x3B1C, 0x4E57, {0x9C, 0x0E, 0x81, 0x5D, 0x2B, 0xF7, 0x46, 0xA3}};
+
 /// The host's editor object; null when the registry holds none or something else.
 AcEditor* editor() {
     AcRxObject* const object = acrxSysRegistry()->at(_T("AcEditor"));
@@ -126,6 +130,7 @@ void CZR_ZentriApp::createPalettes() {
         zentriLog(_T("The palette set's window could not be made."));
         return;
     }
+    paletteSet->SetToolID(&g_paletteSetToolId);
     paletteSet->EnableDocking(kDockingStyle);
     paletteSet->RestoreControlBar(AFX_IDW_DOCKBAR_LEFT);
     g_zentriPaletteSet = paletteSet.release();

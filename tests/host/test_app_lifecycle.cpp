@@ -92,7 +92,9 @@ TEST_F(AppLifecycle, ThePanelIsDockedLeftAndHidden) {
 }
 
 TEST_F(AppLifecycle, TheHostsRememberedDockingIsRestored) {
-    program.host().setDockState(_T("朔禾CAD Zentri"), ArxDockState{AFX_IDW_DOCKBAR_RIGHT, 420});
+    // By this id users' hosts know the panel.
+    program.host().setDockState(_T("{6F2A9D84-3B1C-4E57-9C0E-815D2BF746A3}"),
+                                ArxDockState{AFX_IDW_DOCKBAR_RIGHT, 420});
     load();
     EXPECT_EQ(g_zentriPaletteSet->m_nDockBarID, static_cast<UINT>(AFX_IDW_DOCKBAR_RIGHT));
     EXPECT_EQ(g_zentriPaletteSet->m_sizeDocked.cx, 420);

@@ -70,8 +70,8 @@ void* FakeArxHost::serviceSymbol(const ACHAR* service, const char* symbol) {
     return found != symbols->second.end() ? found->second : nullptr;
 }
 
-bool FakeArxHost::dockState(const CString& title, ArxDockState& state) {
-    const auto found = m_dockStates.find(title);
+bool FakeArxHost::dockState(const CString& toolId, ArxDockState& state) {
+    const auto found = m_dockStates.find(toolId);
     if (found == m_dockStates.end()) {
         return false;
     }
@@ -79,6 +79,6 @@ bool FakeArxHost::dockState(const CString& title, ArxDockState& state) {
     return true;
 }
 
-void FakeArxHost::dockStateChanged(const CString& title, const ArxDockState& state) {
-    m_dockStates[title] = state;
+void FakeArxHost::dockStateChanged(const CString& toolId, const ArxDockState& state) {
+    m_dockStates[toolId] = state;
 }

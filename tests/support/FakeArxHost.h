@@ -53,7 +53,7 @@ public:
     void setFrame(CMDIFrameWnd* frame) { m_frame = frame; }
     void setDrawingView(CView* view) { m_view = view; }
     void setDark(bool dark) { m_dark = dark; }
-    void setDockState(const CString& title, const ArxDockState& state) { m_dockStates[title] = state; }
+    void setDockState(const CString& toolId, const ArxDockState& state) { m_dockStates[toolId] = state; }
 
     // Recorded calls of the module.
     std::vector<CString> printed() const;
@@ -62,7 +62,7 @@ public:
     void clearPrinted();
     const std::vector<SentString>& sent() const { return m_sent; }
     void clearSent() { m_sent.clear(); }
-    /// The dock states by title, as set by the test or last reported by the ObjectARX slice.
+    /// The dock states by tool id, as set by the test or last reported by the ObjectARX slice.
     const std::map<CString, ArxDockState>& dockStates() const { return m_dockStates; }
 
     void print(const CString& text) override;
@@ -75,8 +75,8 @@ public:
                                  bool wrapUpInactiveDocument, bool echo) override;
     bool hasService(const ACHAR* service) override;
     void* serviceSymbol(const ACHAR* service, const char* symbol) override;
-    bool dockState(const CString& title, ArxDockState& state) override;
-    void dockStateChanged(const CString& title, const ArxDockState& state) override;
+    bool dockState(const CString& toolId, ArxDockState& state) override;
+    void dockStateChanged(const CString& toolId, const ArxDockState& state) override;
     bool isDark() override { return m_dark; }
 
 private:

@@ -132,9 +132,9 @@ void* HostArx::serviceSymbol(const ACHAR* service, const char* symbol) {
     return hasService(service) ? Account::symbol(symbol) : nullptr;
 }
 
-bool HostArx::dockState(const CString& title, ArxDockState& state) {
+bool HostArx::dockState(const CString& toolId, ArxDockState& state) {
     const auto& palettes = m_app.state().palettes;
-    const auto found = palettes.find(fromWide(title));
+    const auto found = palettes.find(fromWide(toolId));
     if (found == palettes.end()) {
         return false;
     }
@@ -143,9 +143,9 @@ bool HostArx::dockState(const CString& title, ArxDockState& state) {
     return true;
 }
 
-void HostArx::dockStateChanged(const CString& title, const ArxDockState& state) {
+void HostArx::dockStateChanged(const CString& toolId, const ArxDockState& state) {
     const DockSide side = state.dockBarId == AFX_IDW_DOCKBAR_RIGHT ? DockSide::Right : DockSide::Left;
-    m_app.state().palettes[fromWide(title)] = {side, state.width};
+    m_app.state().palettes[fromWide(toolId)] = {side, state.width};
 }
 
 bool HostArx::isDark() {

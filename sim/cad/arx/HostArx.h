@@ -35,8 +35,8 @@ public:
                                  bool wrapUpInactiveDocument, bool echo) override;
     bool hasService(const ACHAR* service) override;
     void* serviceSymbol(const ACHAR* service, const char* symbol) override;
-    bool dockState(const CString& title, ArxDockState& state) override;
-    void dockStateChanged(const CString& title, const ArxDockState& state) override;
+    bool dockState(const CString& toolId, ArxDockState& state) override;
+    void dockStateChanged(const CString& toolId, const ArxDockState& state) override;
     bool isDark() override;
 
 private:

@@ -14,6 +14,17 @@ constexpr char32_t kEscape = 27;
 constexpr const char* kCommandPrompt = "命令: ";
 constexpr const char* kCancelled = "*取消*";
 
+/// Takes the full stop from a typed command, before or behind the underscore. It selects the built-in command
+/// where a module has one of the same name.
+bool takeFullStop(std::string& name) {
+    const std::size_t place = startsWith(name, "_") ? 1 : 0;
+    if (name.compare(place, 1, ".") != 0) {
+        return false;
+    }
+    name.erase(place, 1);
+    return true;
+}
+
 class FlagGuard {
 public:
     explicit FlagGuard(bool& flag) : m_flag(flag) { m_flag = true; }
@@ -271,8 +282,9 @@ void Editor::submitCommand(const std::string& typed) {
     if (name.empty()) {
         return;
     }
-    const std::string bare = startsWith(name, "'") ? name.substr(1) : name;
-    if (m_external != nullptr) {
+    std::string bare = startsWith(name, "'") ? name.substr(1) : name;
+    const bool builtInOnly = takeFullStop(bare);
+    if (m_external != nullptr && !builtInOnly) {
         if (const auto command = m_external->find(bare)) {
             runExternal(*command, name);
             return;

@@ -1,5 +1,7 @@
 #include "sim/cad/core/HostState.h"
 
+#include <algorithm>
+#include <cctype>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -22,6 +24,14 @@ int integer(const json& object, const char* key) {
     }
     const auto value = found->get<long long>();
     return value < -kFarthest || value > kFarthest ? 0 : static_cast<int>(value);
+}
+
+/// Whether the text is a tool id, "{01234567-89AB-CDEF-0123-456789ABCDEF}".
+bool isToolId(const std::string& text) {
+    const std::string model = "{hhhhhhhh-hhhh-hhhh-hhhh-hhhhhhhhhhhh}";
+    return std::equal(text.begin(), text.end(), model.begin(), model.end(), [](char c, char expected) {
+        return expected == 'h' ? std::isxdigit(static_cast<unsigned char>(c)) != 0 : c == expected;
+    });
 }
 
 std::string environment(const char* name) {
@@ -52,10 +62,11 @@ HostState HostState::fromJson(const std::string& text) {
         state.theme = theme->get<int>();
     }
     if (const auto palettes = root.find("palettes"); palettes != root.end() && palettes->is_object()) {
-        for (const auto& [title, value] : palettes->items()) {
-            if (value.is_object() && integer(value, "width") > 0) {
+        for (const auto& [toolId, value] : palettes->items()) {
+            // Earlier versions kept palettes by their titles; whose they were cannot be told.
+            if (isToolId(toolId) && value.is_object() && integer(value, "width") > 0) {
                 const bool right = value.value("side", json("left")) == json("right");
-                state.palettes[title] = {right ? DockSide::Right : DockSide::Left, integer(value, "width")};
+                state.palettes[toolId] = {right ? DockSide::Right : DockSide::Left, integer(value, "width")};
             }
         }
     }
@@ -74,9 +85,9 @@ std::string HostState::toJson() const {
     if (theme) {
         root["theme"] = *theme;
     }
-    for (const auto& [title, palette] : palettes) {
-        root["palettes"][title] = {{"side", palette.side == DockSide::Right ? "right" : "left"},
-                                   {"width", palette.width}};
+    for (const auto& [toolId, palette] : palettes) {
+        root["palettes"][toolId] = {{"side", palette.side == DockSide::Right ? "right" : "left"},
+                                    {"width", palette.width}};
     }
     return root.dump(2, ' ', false, json::error_handler_t::replace) + "\n";
 }

@@ -26,6 +26,7 @@ struct HostState {
 
     std::optional<Window> window;
     std::optional<int> theme;
+    /// By tool id: a GUID in braces.
     std::map<std::string, DockedPalette> palettes;
 
     static HostState fromJson(const std::string& text);

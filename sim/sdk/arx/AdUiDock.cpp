@@ -33,13 +33,25 @@ BOOL CAdUiDockControlBar::createBar(LPCTSTR title, DWORD style, const CRect& siz
 void CAdUiDockControlBar::RestoreControlBar(int dockBarId, CDockState*) {
     ArxDockState remembered;
     remembered.dockBarId = static_cast<UINT>(dockBarId);
-    if (arxHost().dockState(m_title, remembered) && remembered.width > 0) {
+    const CString toolId = toolIdText();
+    if (!toolId.IsEmpty() && arxHost().dockState(toolId, remembered) && remembered.width > 0) {
         m_sizeDocked.cx = remembered.width;
         OnDockedSizing(m_sizeDocked);
     }
     if (CFrameWnd* const frame = GetDockingFrame()) {
         frame->DockControlBar(this, remembered.dockBarId);
     }
+}
+
+CString CAdUiDockControlBar::toolIdText() const {
+    CString text;
+    if (m_toolId != nullptr) {
+        const BYTE* const last = m_toolId->Data4;
+        text.Format(_T("{%08X-%04X-%04X-%02X%02X-%02X%02X%02X%02X%02X%02X}"),
+                    static_cast<unsigned>(m_toolId->Data1), m_toolId->Data2, m_toolId->Data3, last[0],
+                    last[1], last[2], last[3], last[4], last[5], last[6], last[7]);
+    }
+    return text;
 }
 
 void CAdUiDockControlBar::GetMinimumSize(CSize& size) {
@@ -65,8 +77,9 @@ bool CAdUiDockControlBar::OnClosing() {
 
 void CAdUiDockControlBar::OnSize(UINT type, int width, int height) {
     CControlBar::OnSize(type, width, height);
-    if (m_nDockBarID != 0) {
-        arxHost().dockStateChanged(m_title, ArxDockState{m_nDockBarID, static_cast<int>(m_sizeDocked.cx)});
+    const CString toolId = toolIdText();
+    if (!toolId.IsEmpty() && m_nDockBarID != 0) {
+        arxHost().dockStateChanged(toolId, ArxDockState{m_nDockBarID, static_cast<int>(m_sizeDocked.cx)});
     }
 }
 

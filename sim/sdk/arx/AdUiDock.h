@@ -5,6 +5,7 @@
 
 #include <afxext.h>
 #include <afxwin.h>
+#include <objbase.h>
 
 #include "adesk.h"
 
@@ -17,6 +18,10 @@ class CAdUiDockControlBar : public CControlBar {
 public:
     /// Simplified: the close button's position is ignored; it is always at the right.
     explicit CAdUiDockControlBar(short closeButtonPosition = 0);
+
+    /// The GUID by which the host remembers where the bar is docked; it remembers nothing of a bar without
+    /// one. Not copied: it must outlive the bar.
+    void SetToolID(void* toolId) { m_toolId = static_cast<const GUID*>(toolId); }
 
     /// Docks the bar where the host remembers it (ArxHost::dockState), otherwise at the given dock bar;
     /// `state` is ignored.
@@ -40,4 +45,10 @@ protected:
     DECLARE_MESSAGE_MAP()
 
     CString m_title;
+
+private:
+    /// The tool id's text; empty without one.
+    CString toolIdText() const;
+
+    const GUID* m_toolId = nullptr;
 };

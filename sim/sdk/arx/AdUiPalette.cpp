@@ -1,6 +1,7 @@
 #include "AdUiPalette.h"
 
 #include "AdUiPaletteSet.h"
+#include "ArxHost.h"
 
 IMPLEMENT_DYNAMIC(CAdUiPalette, CWnd)
 
@@ -9,7 +10,9 @@ ON_WM_LBUTTONDOWN()
 END_MESSAGE_MAP()
 
 CAdUiPalette::~CAdUiPalette() {
-    DestroyWindow();
+    if (arxVariant().setDestroysWindow) {
+        DestroyWindow();
+    }
 }
 
 BOOL CAdUiPalette::Create(DWORD style, LPCTSTR name, CAdUiPaletteSet* paletteSet, DWORD paletteStyle) {

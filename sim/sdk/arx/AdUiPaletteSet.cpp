@@ -70,10 +70,13 @@ END_MESSAGE_MAP()
 CAdUiPaletteSet::CAdUiPaletteSet(short closeButtonPosition) : CAdUiDockControlBar(closeButtonPosition) {}
 
 CAdUiPaletteSet::~CAdUiPaletteSet() {
-    // Destroy the window while this is still a complete object: WM_DESTROY removes the bar from its frame.
-    DestroyWindow();
-    for (CAdUiPalette* palette : m_palettes) {
-        delete palette;
+    if (arxVariant().setDestroysWindow) {
+        DestroyWindow();
+    }
+    if (arxVariant().setDeletesPalettes) {
+        for (CAdUiPalette* palette : m_palettes) {
+            delete palette;
+        }
     }
 }
 

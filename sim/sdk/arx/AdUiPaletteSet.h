@@ -23,17 +23,17 @@ class CAdUiPaletteSet : public CAdUiDockControlBar {
 
 public:
     explicit CAdUiPaletteSet(short closeButtonPosition = 0);
-    /// Destroys the window and deletes the palettes.
+    /// Destroys the window and deletes the palettes, or does not: see ArxVariant.
     ~CAdUiPaletteSet() override;
 
     using CWnd::Create;
     virtual BOOL Create(LPCTSTR title, DWORD style, const CRect& size, CWnd* parent,
                         DWORD paletteSetStyle = 0);
 
-    /// Appends the palette and returns its index; -1 if it has no window. The first one becomes active. The
-    /// set takes ownership: its destructor deletes the palette.
+    /// Appends the palette and returns its index; -1 if it has no window. The first one becomes active.
+    /// Whether the set takes ownership depends on ArxVariant.
     virtual int AddPalette(CAdUiPalette* palette);
-    /// Removes the palette from the set and hides it; the caller owns it again.
+    /// Removes the palette from the set and hides it; the caller owns it.
     virtual BOOL RemovePalette(int index);
     int GetPaletteCount() const { return static_cast<int>(m_palettes.size()); }
     /// Null for an index out of range.

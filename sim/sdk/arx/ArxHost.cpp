@@ -14,6 +14,11 @@ namespace {
 ArxHost* g_host = nullptr;
 }
 
+ArxVariant& arxVariant() {
+    static ArxVariant variant;
+    return variant;
+}
+
 bool ArxHost::dockState(const CString&, ArxDockState&) {
     return false;
 }

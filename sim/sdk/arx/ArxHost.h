@@ -11,6 +11,22 @@
 
 class AcApDocument;
 
+/// What is not documented, or differs between releases of the host. Tests run the module with each value.
+struct ArxVariant {
+    /// Whether the destructor of a palette set deletes its palettes. If not, whoever made them deletes them.
+    bool setDeletesPalettes = true;
+    /// Whether the destructors of palette sets and palettes destroy the window. If not, that of CControlBar
+    /// or CWnd does, when the handlers and virtual functions of the derived classes are gone.
+    bool setDestroysWindow = true;
+    /// What becomes of the underscore before a typed command, which selects the global name, when a
+    /// registered name begins with one too. True: the host strips it from either before it compares them.
+    /// False: the command is looked up as it was typed, and only then without the underscore.
+    bool underscoreIsStripped = true;
+};
+
+/// The process's variant; to be changed before what it is about happens. UI thread.
+ArxVariant& arxVariant();
+
 /// The docking state of a palette set, as the host remembers it between runs.
 struct ArxDockState {
     UINT dockBarId = 0;  ///< AFX_IDW_DOCKBAR_LEFT or AFX_IDW_DOCKBAR_RIGHT
@@ -46,11 +62,11 @@ public:
     /// The address of a service's symbol, or null.
     virtual void* serviceSymbol(const ACHAR* service, const char* symbol) = 0;
 
-    /// Gets the remembered state of the palette set with this title; false if there is none. The default
-    /// implementation remembers nothing.
-    virtual bool dockState(const CString& title, ArxDockState& state);
-    /// Called when the palette set has been docked or resized.
-    virtual void dockStateChanged(const CString& title, const ArxDockState& state);
+    /// Gets the remembered state of the palette set with this tool id, a GUID in braces; false if there is
+    /// none. The default implementation remembers nothing. Not called for a set without an id.
+    virtual bool dockState(const CString& toolId, ArxDockState& state);
+    /// Called when a palette set with a tool id has been docked or resized.
+    virtual void dockStateChanged(const CString& toolId, const ArxDockState& state);
 
     /// Whether palettes use the dark colour theme.
     virtual bool isDark() { return false; }

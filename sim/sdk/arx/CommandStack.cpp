@@ -5,6 +5,7 @@
 #include <memory>
 #include <vector>
 
+#include "ArxHost.h"
 #include "ArxObjects.h"
 
 ACRX_NO_CONS_DEFINE_MEMBERS(AcEdCommand, AcRxObject)
@@ -60,6 +61,16 @@ bool sameName(const ACHAR* left, const ACHAR* right) {
     return CString(left).CompareNoCase(right) == 0;
 }
 
+const ACHAR* withoutUnderscore(const ACHAR* name) {
+    return name[0] == ACRX_T('_') && name[1] != 0 ? name + 1 : name;
+}
+
+/// Whether two registered names are one.
+bool sameCommandName(const ACHAR* left, const ACHAR* right) {
+    return arxVariant().underscoreIsStripped ? sameName(withoutUnderscore(left), withoutUnderscore(right))
+                                             : sameName(left, right);
+}
+
 class CommandIterator : public AcEdCommandIterator {
 public:
     explicit CommandIterator(std::vector<const Command*> commands) : m_commands(std::move(commands)) {}
@@ -97,8 +108,8 @@ public:
         auto group = find(groupName);
         if (group != m_groups.end()) {
             for (const auto& command : group->commands) {
-                if (sameName(command->globalName(), globalName) ||
-                    sameName(command->localName(), localName)) {
+                if (sameCommandName(command->globalName(), globalName) ||
+                    sameCommandName(command->localName(), localName)) {
                     return Acad::eDuplicateKey;
                 }
             }
@@ -123,9 +134,10 @@ public:
             return Acad::eKeyNotFound;
         }
         auto& commands = group->commands;
-        const auto command = std::find_if(
-            commands.begin(), commands.end(),
-            [globalName](const auto& candidate) { return sameName(candidate->globalName(), globalName); });
+        const auto command =
+            std::find_if(commands.begin(), commands.end(), [globalName](const auto& candidate) {
+                return sameCommandName(candidate->globalName(), globalName);
+            });
         if (command == commands.end()) {
             return Acad::eKeyNotFound;
         }
@@ -161,24 +173,23 @@ public:
         if (name == nullptr || *name == 0) {
             return nullptr;
         }
-        const bool underscored = *name == ACRX_T('_');
-        const ACHAR* const plainName = underscored ? name + 1 : name;
-        for (const Group& group : m_groups) {
-            for (const auto& command : group.commands) {
-                const bool globalMatches = sameName(command->globalName(), name) ||
-                                           (underscored && sameName(command->globalName(), plainName));
-                if ((globalLookup || underscored) && globalMatches) {
-                    return command.get();
-                }
-                if (!globalLookup && sameName(command->localName(), name)) {
-                    return command.get();
-                }
-            }
-            if (!allGroups) {
-                break;
-            }
+        const ACHAR* const bareName = withoutUnderscore(name);
+        const bool globally = globalLookup || bareName != name;
+        if (arxVariant().underscoreIsStripped) {
+            return findNamed(allGroups, [=](const Command& command) {
+                return sameName(withoutUnderscore(globally ? command.globalName() : command.localName()),
+                                bareName);
+            });
         }
-        return nullptr;
+        AcEdCommand* const asTyped = findNamed(allGroups, [=](const Command& command) {
+            return sameName(globalLookup ? command.globalName() : command.localName(), name);
+        });
+        if (asTyped != nullptr || !globally) {
+            return asTyped;
+        }
+        return findNamed(allGroups, [=](const Command& command) {
+            return sameName(command.globalName(), name) || sameName(command.globalName(), bareName);
+        });
     }
 
     AcEdCommandIterator* iterator() override {
@@ -192,6 +203,21 @@ public:
     }
 
 private:
+    template <typename Matches>
+    AcEdCommand* findNamed(bool allGroups, Matches matches) const {
+        for (const Group& group : m_groups) {
+            for (const auto& command : group.commands) {
+                if (matches(*command)) {
+                    return command.get();
+                }
+            }
+            if (!allGroups) {
+                break;
+            }
+        }
+        return nullptr;
+    }
+
     std::list<Group>::iterator find(const ACHAR* groupName) {
         return std::find_if(m_groups.begin(), m_groups.end(),
                             [groupName](const Group& group) { return sameName(group.name, groupName); });

@@ -77,7 +77,8 @@ public:
     virtual Acad::ErrorStatus popGroupToTop(const ACHAR* groupName) = 0;
 
     /// Finds a command by its local name, or by its global name if `globalLookup` is set or the name begins
-    /// with an underscore (a prefix of the global name that may also be part of it). Null if there is none.
+    /// with an underscore. That is a prefix and no part of the name; what becomes of one in a registered name
+    /// depends on ArxVariant. Null if there is none.
     virtual AcEdCommand* lookupCmd(const ACHAR* name, bool globalLookup, bool allGroups = true) = 0;
 
     /// The caller owns the iterator.

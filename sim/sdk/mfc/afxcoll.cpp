@@ -6,10 +6,11 @@
 IMPLEMENT_SERIAL(CStringArray, CObject, 0)
 
 void AFXAPI AfxFailOwnElement(const char* function) {
-    std::fprintf(stderr,
-                 "MFC slice: CArray::%s was given an element of the array itself, which moves meanwhile. In MFC the "
-                 "argument dangles: pass a copy.\n",
-                 function);
+    std::fprintf(
+        stderr,
+        "MFC slice: CArray::%s was given an element of the array itself, which moves meanwhile. In MFC the "
+        "argument dangles: pass a copy.\n",
+        function);
     std::abort();
 }
 

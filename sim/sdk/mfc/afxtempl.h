@@ -22,9 +22,9 @@ void AFXAPI CopyElements(TYPE* destination, const TYPE* source, INT_PTR count) {
 }
 
 /// How CArray stores and loads its elements: by default as raw bytes, whatever their type. A list whose
-/// elements own memory or have virtual functions (CString, or a structure with one) therefore cannot be loaded:
-/// its elements would be copies of former pointers. Specialize the template for such a type. (CStringArray
-/// serializes its texts itself.)
+/// elements own memory or have virtual functions (CString, or a structure with one) therefore cannot be
+/// loaded: its elements would be copies of former pointers. Specialize the template for such a type.
+/// (CStringArray serializes its texts itself.)
 template <class TYPE>
 void AFXAPI SerializeElements(CArchive& ar, TYPE* elements, INT_PTR count) {
     const INT_PTR piece = 0x10000;

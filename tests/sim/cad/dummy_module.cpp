@@ -42,6 +42,7 @@ public:
 
 SayingReactor* g_reactor = nullptr;
 CAdUiPaletteSet* g_set = nullptr;
+GUID g_toolId = {0x5D0C4B1A, 0x9E37, 0x4F6B, {0x8A, 0x21, 0x3C, 0x54, 0x7D, 0x60, 0x1B, 0xF2}};
 CountingPalette* g_palette = nullptr;
 
 void printIt() {
@@ -119,6 +120,7 @@ public:
         g_set = new CAdUiPaletteSet;
         g_set->Create(_T("测试面板"), WS_DLGFRAME, CRect(0, 0, 320, 500), acedGetAcadFrame(),
                       PSS_CLOSE_BUTTON | PSS_SNAP);
+        g_set->SetToolID(&g_toolId);
         g_set->EnableDocking(CBRS_ALIGN_LEFT | CBRS_ALIGN_RIGHT);
         g_set->RestoreControlBar(AFX_IDW_DOCKBAR_LEFT);
         g_palette = new CountingPalette;
@@ -133,6 +135,10 @@ public:
         stack->removeGroup(kGroup);
         acedEditor->removeReactor(g_reactor);
         delete g_reactor;
+        // Neither the set's deleting the palette nor its destroying the window is relied on.
+        g_set->RemovePalette(0);
+        delete g_palette;
+        g_set->DestroyWindow();
         delete g_set;
         acutPrintf(_T("\n[dummy unloaded]"));
         return AcRxArxApp::On_kUnloadAppMsg(packet);

@@ -125,6 +125,21 @@ TEST_F(EditorTest, ExternalCommandTakesPrecedenceOverABuiltInOne) {
     EXPECT_EQ(runs, 1);
 }
 
+TEST_F(EditorTest, FullStopSelectsTheBuiltInCommand) {
+    int runs = 0;
+    addExternal("CIRCLE", false, [&] { ++runs; });
+    addExternal("OTHER", false, [&] { ++runs; });
+    type("CIRCLE\n");
+    EXPECT_EQ(runs, 1);
+    type(".CIRCLE 0,0 5 ");
+    type("._circle 0,0 6 ");
+    type("_.circle 0,0 7 ");
+    EXPECT_EQ(entities().size(), 3u);
+    type(".OTHER\n");
+    EXPECT_EQ(runs, 1);
+    EXPECT_EQ(lastLine(), "未知命令“.OTHER”。按 F1 查看帮助。");
+}
+
 TEST_F(EditorTest, NoHistoryCommandLeavesNoTrace) {
     int runs = 0;
     addExternal("_refresh", true, [&] { ++runs; });

@@ -3,6 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <string>
+
+#include "sim/sdk/arx/ArxHost.h"
 
 namespace {
 
@@ -27,6 +30,16 @@ protected:
 
     AcEdCommandStack* stack;
 };
+
+/// The stack of each kind of host.
+class CommandStackUnderscore : public CommandStack, public testing::WithParamInterface<bool> {
+protected:
+    CommandStackUnderscore() { arxVariant().underscoreIsStripped = GetParam(); }
+};
+
+INSTANTIATE_TEST_SUITE_P(EveryHost, CommandStackUnderscore, testing::Bool(), [](const auto& test) {
+    return test.param ? std::string("Stripped") : std::string("LookedUpAsTyped");
+});
 
 }  // namespace
 
@@ -54,16 +67,44 @@ TEST_F(CommandStack, FindsNamesIgnoringCase) {
     EXPECT_EQ(stack->lookupCmd(_T("LOCAL"), true), nullptr);
 }
 
-TEST_F(CommandStack, UnderscoreSelectsTheGlobalName) {
+TEST_P(CommandStackUnderscore, ANameThatItselfBeginsWithOneIsFoundAsItWasRegistered) {
+    add(_T("ONE"), _T("_refreshChatView"), _T("_refreshChatView"), ACRX_CMD_NOHISTORY);
+    ASSERT_NE(stack->lookupCmd(_T("_refreshChatView"), false), nullptr);
+    EXPECT_NE(stack->lookupCmd(_T("_REFRESHCHATVIEW"), true), nullptr);
+    EXPECT_TRUE(CString(stack->lookupCmd(_T("_refreshChatView"), false)->globalName()) ==
+                _T("_refreshChatView"));
+    EXPECT_EQ(stack->lookupCmd(_T("_"), false), nullptr);
+}
+
+TEST_P(CommandStackUnderscore, AGlobalNameThatBeginsWithOneIsFoundBesideAnotherLocalName) {
+    add(_T("ONE"), _T("_hidden"), _T("LOCAL"));
+    EXPECT_NE(stack->lookupCmd(_T("_hidden"), false), nullptr);
+    EXPECT_NE(stack->lookupCmd(_T("local"), false), nullptr);
+}
+
+TEST_P(CommandStackUnderscore, BeforeAGlobalNameItIsNoPartOfTheName) {
     add(_T("ONE"), _T("GLOBAL"), _T("LOCAL"));
     EXPECT_NE(stack->lookupCmd(_T("_GLOBAL"), false), nullptr);
+    EXPECT_NE(stack->lookupCmd(_T("_GLOBAL"), true), nullptr);
     EXPECT_EQ(stack->lookupCmd(_T("_LOCAL"), false), nullptr);
 }
 
-TEST_F(CommandStack, FindsANameThatItselfBeginsWithAnUnderscore) {
-    add(_T("ONE"), _T("_refreshChatView"), _T("_refreshChatView"), ACRX_CMD_NOHISTORY);
-    EXPECT_NE(stack->lookupCmd(_T("_refreshChatView"), false), nullptr);
-    EXPECT_EQ(stack->lookupCmd(_T("refreshChatView"), false), nullptr);
+TEST_F(CommandStack, StrippingTheUnderscoreMakesANameOfBoth) {
+    arxVariant().underscoreIsStripped = true;
+    add(_T("ONE"), _T("_refreshChatView"), _T("_refreshChatView"));
+    EXPECT_NE(stack->lookupCmd(_T("refreshChatView"), false), nullptr);
+    EXPECT_EQ(add(_T("ONE"), _T("refreshChatView"), _T("other")), Acad::eDuplicateKey);
+    EXPECT_EQ(stack->removeCmd(_T("ONE"), _T("refreshChatView")), Acad::eOk);
+}
+
+TEST_F(CommandStack, WhatWasTypedIsLookedUpBeforeTheNameWithoutItsUnderscore) {
+    arxVariant().underscoreIsStripped = false;
+    add(_T("ONE"), _T("_HIDDEN"), _T("_HIDDEN"));
+    add(_T("TWO"), _T("HIDDEN"), _T("HIDDEN"));
+    EXPECT_TRUE(CString(stack->lookupCmd(_T("_HIDDEN"), false)->groupName()) == _T("ONE"));
+    EXPECT_TRUE(CString(stack->lookupCmd(_T("HIDDEN"), false)->groupName()) == _T("TWO"));
+    stack->removeGroup(_T("TWO"));
+    EXPECT_EQ(stack->lookupCmd(_T("HIDDEN"), false), nullptr);
 }
 
 TEST_F(CommandStack, RejectsADuplicateNameInAGroup) {

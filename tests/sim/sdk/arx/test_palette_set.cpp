@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <string>
+#include <tuple>
 
 #include "tests/support/TestProgram.h"
 
@@ -51,6 +53,19 @@ protected:
         set->EnableDocking(CBRS_ALIGN_LEFT | CBRS_SIZE_DYNAMIC);
     }
 
+    ~PaletteSet() override {
+        if (set != nullptr && !arxVariant().setDeletesPalettes) {
+            deletePalettes();
+        }
+    }
+
+    void deletePalettes() {
+        while (CAdUiPalette* const palette = set->GetPalette(0)) {
+            set->RemovePalette(0);
+            delete palette;
+        }
+    }
+
     TestPalette* add(LPCTSTR name, int* living = nullptr) {
         auto* const palette = new TestPalette(living);
         EXPECT_TRUE(palette->Create(WS_CHILD | WS_VISIBLE, name, set.get(), 0));
@@ -79,6 +94,37 @@ protected:
 
     TestProgram program;
     std::unique_ptr<TestPaletteSet> set;
+    GUID toolId = {0x01234567, 0x89AB, 0xCDEF, {0x01, 0x23, 0x45, 0x67, 0x89, 0xAB, 0xCD, 0xEF}};
+    const CString toolIdText = _T("{01234567-89AB-CDEF-0123-456789ABCDEF}");
+};
+
+/// Counts the handlers called.
+class HandlingPaletteSet : public CAdUiPaletteSet {
+public:
+    explicit HandlingPaletteSet(int& destroyed) : m_destroyed(destroyed) {}
+
+protected:
+    afx_msg void OnDestroy() {
+        ++m_destroyed;
+        CAdUiPaletteSet::OnDestroy();
+    }
+    DECLARE_MESSAGE_MAP()
+
+private:
+    int& m_destroyed;
+};
+
+BEGIN_MESSAGE_MAP(HandlingPaletteSet, CAdUiPaletteSet)
+ON_WM_DESTROY()
+END_MESSAGE_MAP()
+
+/// A palette set in each kind of framework.
+class PaletteSetOwnership : public PaletteSet, public testing::WithParamInterface<std::tuple<bool, bool>> {
+protected:
+    PaletteSetOwnership() {
+        arxVariant().setDeletesPalettes = std::get<0>(GetParam());
+        arxVariant().setDestroysWindow = std::get<1>(GetParam());
+    }
 };
 
 }  // namespace
@@ -114,7 +160,8 @@ TEST_F(PaletteSet, DocksAtTheGivenSideWithItsWidth) {
 }
 
 TEST_F(PaletteSet, DocksWhereTheHostRemembersIt) {
-    program.host().setDockState(_T("Panel"), ArxDockState{AFX_IDW_DOCKBAR_RIGHT, 350});
+    set->SetToolID(&toolId);
+    program.host().setDockState(toolIdText, ArxDockState{AFX_IDW_DOCKBAR_RIGHT, 350});
     set->RestoreControlBar(AFX_IDW_DOCKBAR_LEFT);
     show();
     CRect place;
@@ -127,21 +174,34 @@ TEST_F(PaletteSet, DocksWhereTheHostRemembersIt) {
 }
 
 TEST_F(PaletteSet, ARememberedWidthIsKeptWithinTheLimits) {
-    program.host().setDockState(_T("Panel"), ArxDockState{AFX_IDW_DOCKBAR_LEFT, 5000});
+    set->SetToolID(&toolId);
+    program.host().setDockState(toolIdText, ArxDockState{AFX_IDW_DOCKBAR_LEFT, 5000});
     set->RestoreControlBar(AFX_IDW_DOCKBAR_LEFT);
     EXPECT_EQ(set->m_sizeDocked.cx, 500);
-    program.host().setDockState(_T("Panel"), ArxDockState{AFX_IDW_DOCKBAR_LEFT, 3});
+    program.host().setDockState(toolIdText, ArxDockState{AFX_IDW_DOCKBAR_LEFT, 3});
     set->RestoreControlBar(AFX_IDW_DOCKBAR_LEFT);
     EXPECT_EQ(set->m_sizeDocked.cx, 200);
 }
 
 TEST_F(PaletteSet, ReportsItsDockStateToTheHost) {
+    set->SetToolID(&toolId);
     set->RestoreControlBar(AFX_IDW_DOCKBAR_LEFT);
     show();
-    ASSERT_EQ(program.host().dockStates().count(_T("Panel")), 1U);
-    const ArxDockState state = program.host().dockStates().at(_T("Panel"));
+    ASSERT_EQ(program.host().dockStates().count(toolIdText), 1U);
+    const ArxDockState state = program.host().dockStates().at(toolIdText);
     EXPECT_EQ(state.dockBarId, static_cast<UINT>(AFX_IDW_DOCKBAR_LEFT));
     EXPECT_EQ(state.width, 300);
+}
+
+TEST_F(PaletteSet, ASetWithoutAToolIdIsNotRemembered) {
+    program.host().setDockState(_T("Panel"), ArxDockState{AFX_IDW_DOCKBAR_RIGHT, 350});
+    program.host().setDockState(CString(), ArxDockState{AFX_IDW_DOCKBAR_RIGHT, 350});
+    set->RestoreControlBar(AFX_IDW_DOCKBAR_LEFT);
+    show();
+    EXPECT_EQ(set->m_nDockBarID, static_cast<UINT>(AFX_IDW_DOCKBAR_LEFT));
+    EXPECT_EQ(set->m_sizeDocked.cx, 300);
+    EXPECT_EQ(program.host().dockStates().size(), 2U);
+    EXPECT_EQ(program.host().dockStates().at(_T("Panel")).width, 350);
 }
 
 TEST_F(PaletteSet, TheFirstPaletteIsActiveAndFillsTheFrame) {
@@ -216,18 +276,55 @@ TEST_F(PaletteSet, APaletteWithoutAWindowIsRejected) {
     EXPECT_FALSE(palette.Create(WS_CHILD, _T("No set"), &unmade, 0));
 }
 
-TEST_F(PaletteSet, DeletingItDeletesItsPalettesAndRemovesItFromTheFrame) {
+TEST_P(PaletteSetOwnership, DeletingItDeletesItsPalettesOrLeavesThemToTheirMaker) {
     int living = 0;
-    add(_T("First"), &living);
-    add(_T("Second"), &living);
+    const CAdUiPalette* const first = add(_T("First"), &living);
+    const CAdUiPalette* const second = add(_T("Second"), &living);
     set->RestoreControlBar(AFX_IDW_DOCKBAR_LEFT);
     show();
     EXPECT_EQ(living, 2);
     set.reset();
-    EXPECT_EQ(living, 0);
     EXPECT_TRUE(program.frame()->GetControlBars().empty());
     TestProgram::settle();
+    if (std::get<0>(GetParam())) {
+        EXPECT_EQ(living, 0);
+        return;
+    }
+    EXPECT_EQ(living, 2);
+    // Their windows went with the set's.
+    EXPECT_EQ(first->GetSafeHwnd(), nullptr);
+    EXPECT_EQ(second->GetSafeHwnd(), nullptr);
+    delete first;
+    delete second;
 }
+
+TEST_P(PaletteSetOwnership, DeletingItWithItsWindowCallsNoHandlerOfADerivedClass) {
+    int destroyed = 0;
+    auto handling = std::make_unique<HandlingPaletteSet>(destroyed);
+    ASSERT_TRUE(
+        handling->Create(_T("Handling"), WS_DLGFRAME, CRect(0, 0, 300, 400), program.frame(), PSS_SNAP));
+    const HWND window = handling->m_hWnd;
+    handling.reset();
+    EXPECT_EQ(destroyed, 0);
+    EXPECT_FALSE(IsWindow(window));
+}
+
+TEST_P(PaletteSetOwnership, DestroyingTheWindowFirstCallsThem) {
+    int destroyed = 0;
+    HandlingPaletteSet handling(destroyed);
+    ASSERT_TRUE(
+        handling.Create(_T("Handling"), WS_DLGFRAME, CRect(0, 0, 300, 400), program.frame(), PSS_SNAP));
+    EXPECT_TRUE(handling.DestroyWindow());
+    EXPECT_EQ(destroyed, 1);
+    EXPECT_EQ(program.frame()->GetControlBars().size(), 1U);
+}
+
+INSTANTIATE_TEST_SUITE_P(EveryFramework, PaletteSetOwnership,
+                         testing::Combine(testing::Bool(), testing::Bool()), [](const auto& test) {
+                             return std::string(std::get<0>(test.param) ? "Deletes" : "Leaves") +
+                                    "PalettesAnd" + (std::get<1>(test.param) ? "Destroys" : "Leaves") +
+                                    "Window";
+                         });
 
 TEST_F(PaletteSet, TheCloseButtonHidesItUnlessOnClosingRefuses) {
     set->RestoreControlBar(AFX_IDW_DOCKBAR_LEFT);

@@ -158,7 +158,8 @@ TEST(CArray, AddingAnOwnElementWhileGrowingAborts) {
 TEST(CArray, AddingPartOfAnOwnElementWhileGrowingAborts) {
     struct Named {
         Named() = default;
-        Named(const CString& name) : m_name(name) {}  // NOLINT(google-explicit-constructor): what Add converts
+        Named(const CString& name)
+            : m_name(name) {}  // NOLINT(google-explicit-constructor): what Add converts
         int m_number = 0;
         CString m_name;
     };
