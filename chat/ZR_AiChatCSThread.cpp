@@ -24,8 +24,7 @@ namespace {
 /// Of a longer buffer only the end is traced, so that a large event does not cost more with every chunk.
 constexpr int kTracedBufferSize = 4096;
 
-QByteArray requestBody() {
-    const ZR_AiChatExchange exchange = zentriCurrentExchange();
+QByteArray requestBody(const ZR_AiChatExchange& exchange) {
     QJsonObject body;
     body.insert(QLatin1String("userInput"), exchange.userInput);
     body.insert(QLatin1String("model"), QLatin1String("deepseek-chat"));
@@ -56,6 +55,10 @@ ZR_AiChatCSThread::~ZR_AiChatCSThread() {
     wait();
 }
 
+void ZR_AiChatCSThread::setExchange(const ZR_AiChatExchange& exchange) {
+    m_exchange = exchange;
+}
+
 void ZR_AiChatCSThread::run() {
     runAndLogExceptions(_T("C/S通信线程发生错误:"), _T("C/S通信线程发生未知错误！"),
                         [this] { runExchange(); });
@@ -71,7 +74,7 @@ void ZR_AiChatCSThread::runExchange() {
 
     QNetworkAccessManager network;
     const QNetworkRequest request = streamRequest();
-    QNetworkReply* const reply = network.post(request, requestBody());
+    QNetworkReply* const reply = network.post(request, requestBody(m_exchange));
 
     QEventLoop loop;
     ZR_AiChatEventSplitter splitter;

@@ -3,11 +3,18 @@
 #include <QString>
 #include <QThread>
 
-/// Carries one question to the AI service and streams the answer back. Each start() makes one exchange with
-/// what zentriCurrentExchange() says at that moment; it must not be started while it runs. quit() ends a
-/// running exchange at once.
+/// What one exchange sends.
+struct ZR_AiChatExchange {
+    /// The question.
+    QString userInput;
+    QString sessionId;
+};
+
+/// The client/server (CS) thread: carries one question to the AI service and streams the answer back. The
+/// manager hands it the exchange and starts it, for each question, and only while it is not running. quit()
+/// ends a running exchange at once.
 ///
-/// After a run that failed the user gets a message box, from this thread, before streamEnd.
+/// When an exchange fails, this thread shows the user a message box before it emits streamEnd.
 class ZR_AiChatCSThread : public QThread {
     Q_OBJECT
 
@@ -15,6 +22,10 @@ public:
     explicit ZR_AiChatCSThread(QObject* parent = nullptr);
     /// Stops a running exchange and waits for it: a QThread that is deleted while it runs ends the process.
     ~ZR_AiChatCSThread() override;
+
+    /// What the next run sends. Must be called before start(), on the thread that calls it; a running thread
+    /// reads the exchange without a lock.
+    void setExchange(const ZR_AiChatExchange& exchange);
 
 signals:
     /// A run has begun, nothing has been sent yet.
@@ -30,4 +41,6 @@ protected:
 
 private:
     void runExchange();
+
+    ZR_AiChatExchange m_exchange;
 };

@@ -55,18 +55,14 @@ ZR_AiChatManager& ZR_AiChatManager::instance() {
     return manager;
 }
 
-ZR_AiChatManager::ZR_AiChatManager() {
-    if (g_zentriChatThread != nullptr && g_zentriHistoryThread != nullptr) {
-        m_connected = true;
-        connectThreads();
-    } else {
+ZR_AiChatManager::ZR_AiChatManager()
+    : m_createdAfterThreads(g_zentriChatThread != nullptr && g_zentriHistoryThread != nullptr) {
+    if (!m_createdAfterThreads) {
         print(_T("\n初始化顺序有误,通信线程应先于管理类初始化"));
     }
-    setZentriExchangeSource(this);
 }
 
 ZR_AiChatManager::~ZR_AiChatManager() {
-    setZentriExchangeSource(nullptr);
     if (g_zentriExchangeUnfinished) {
         print(_T("\n通信线程未正常结束,可能发生错误"));
     }
@@ -94,8 +90,7 @@ bool ZR_AiChatManager::canCommunicate() {
 
 void ZR_AiChatManager::initUserData() {
     if (zentriHasAccess() && canCommunicate()) {
-        connectThreads();
-        g_zentriHistoryThread->start();
+        startThread(g_zentriHistoryThread);
     }
 }
 
@@ -129,7 +124,7 @@ void ZR_AiChatManager::sendInNewSession(const CString& question, bool flag,
         print(noThreadText());
         return;
     }
-    changeCurrent([&] { m_current.SetSessionId(sessionId); });
+    m_current.SetSessionId(sessionId);
     addToCurrent(kChatRoleUser, question);
     m_sessions.put(m_current);
     emit newSessionSet(sessionId);
@@ -179,8 +174,9 @@ void ZR_AiChatManager::startExchange(const CString& question, bool flag, const A
     m_sendFlag = flag;
     m_answer = answer;
     zentriLog(_T("准备发送用户对话,内容如下:\n") + question);
-    connectThreads();
-    g_zentriChatThread->start();
+    g_zentriChatThread->setExchange(
+        {toQString(m_current.GetLastUserInput()), toQString(m_current.GetSessionId())});
+    startThread(g_zentriChatThread);
 }
 
 void ZR_AiChatManager::newSession() {
@@ -302,13 +298,13 @@ void ZR_AiChatManager::onReadEnd() {
     print(_T("\nZentri:用户数据初始化完成"));
 }
 
-ZR_AiChatExchange ZR_AiChatManager::currentExchange() const {
-    const std::lock_guard<std::mutex> lock(m_currentMutex);
-    return {toQString(m_current.GetLastUserInput()), toQString(m_current.GetSessionId())};
+void ZR_AiChatManager::startThread(QThread* thread) {
+    connectThreads();
+    thread->start();
 }
 
 void ZR_AiChatManager::connectThreads() {
-    if (!m_connected || g_zentriChatThread == nullptr || g_zentriHistoryThread == nullptr) {
+    if (!m_createdAfterThreads || g_zentriChatThread == nullptr || g_zentriHistoryThread == nullptr) {
         return;
     }
     const auto once = static_cast<Qt::ConnectionType>(Qt::AutoConnection | Qt::UniqueConnection);
@@ -334,7 +330,7 @@ void ZR_AiChatManager::fileCurrent() {
     if (!m_current.GetSessionId().IsEmpty()) {
         m_sessions.put(m_current);
     }
-    changeCurrent([this] { m_current.Clear(); });
+    m_current.Clear();
 }
 
 bool ZR_AiChatManager::makeCurrent(const CString& sessionId) {
@@ -342,10 +338,10 @@ bool ZR_AiChatManager::makeCurrent(const CString& sessionId) {
     if (found == nullptr) {
         return false;
     }
-    changeCurrent([&] { m_current = *found; });
+    m_current = *found;
     return true;
 }
 
 void ZR_AiChatManager::addToCurrent(std::uint32_t role, const CString& text) {
-    changeCurrent([&] { m_current.AddUnit(role, text); });
+    m_current.AddUnit(role, text);
 }

@@ -6,18 +6,17 @@
 #include <QPointer>
 #include <QString>
 #include <cstdint>
-#include <mutex>
 
-#include "chat/ZR_AiChatExchangeSource.h"
 #include "chat/ZR_AiChatSessionStore.h"
 #include "chat/ZR_AiChatSingleChatRecord.h"
 
+class QThread;
 class ZR_AiChatAnswerInterface;
 
 /// Holds the user's sessions and the current conversation, and decides whether an exchange may start.
 /// Refusals are printed on the host's command line. UI thread, but for what the streaming thread asks as its
 /// exchange source.
-class ZR_AiChatManager : public QObject, private ZR_AiChatExchangeSource {
+class ZR_AiChatManager : public QObject {
     Q_OBJECT
 
 public:
@@ -100,10 +99,10 @@ private:
         QPointer<QObject> object;
     };
 
-    ZR_AiChatExchange currentExchange() const override;
-
-    /// Connects the signals of the threads that are not connected yet: after the module was unloaded and
-    /// loaded again in one process these are other objects.
+    /// Connects the threads first: after the module has been unloaded and loaded again in one process they
+    /// are other objects.
+    void startThread(QThread* thread);
+    /// Makes the connections that do not exist yet.
     void connectThreads();
     void onThreadFinished();
 
@@ -118,11 +117,6 @@ private:
 
     /// Puts the current record into the list, unless it has no session id, and clears it.
     void fileCurrent();
-    template <typename Change>
-    void changeCurrent(const Change& change) {
-        const std::lock_guard<std::mutex> lock(m_currentMutex);
-        change();
-    }
     void addToCurrent(std::uint32_t role, const CString& text);
     /// Copies the listed session into the current record; false when it is not listed.
     bool makeCurrent(const CString& sessionId);
@@ -133,11 +127,9 @@ private:
     bool m_sendFlag = false;
     bool m_initialising = false;
 
-    /// Guards m_current: the streaming thread reads it while a late second streamEnd may still add an answer.
-    mutable std::mutex m_currentMutex;
     /// True while a session is being created: the wait delivers events, and what they start must not change
     /// the current record.
     bool m_creatingSession = false;
-    /// Whether the threads existed when the manager was made. When not, it never reacts to them.
-    bool m_connected = false;
+    /// False when the manager was created before the threads: it then never reacts to them.
+    const bool m_createdAfterThreads;
 };

@@ -2,8 +2,6 @@
 
 #include <atomic>
 
-#include "chat/ZR_AiChatExchangeSource.h"
-
 class ZR_AiChatCSThread;
 class ZR_AiChatReadHistoricalChatThread;
 
@@ -20,10 +18,3 @@ extern std::atomic<bool> g_zentriCommunicating;
 
 /// Tells the manager's destructor that an exchange was left unfinished. Nothing sets it at present.
 extern bool g_zentriExchangeUnfinished;
-
-/// Announces who tells the streaming thread what to send; null takes it back. Returns once no call of the
-/// former source is under way. The caller keeps ownership.
-void setZentriExchangeSource(const ZR_AiChatExchangeSource* source);
-
-/// What the announced source says now; empty texts while there is none. Any thread.
-ZR_AiChatExchange zentriCurrentExchange();

@@ -4,6 +4,7 @@
 #include <QException>
 #include <QLoggingCategory>
 #include <QSet>
+#include <functional>
 #include <mutex>
 #include <stdexcept>
 
@@ -19,28 +20,12 @@ namespace {
 
 const QByteArray kTarget = "/zr/ai/caddraw/chat";
 
-/// Tells the thread what the test wants sent.
-class FakeSource : public ZR_AiChatExchangeSource {
-public:
-    FakeSource() { setZentriExchangeSource(this); }
-    ~FakeSource() override { setZentriExchangeSource(nullptr); }
-
-    ZR_AiChatExchange currentExchange() const override {
-        if (failure) {
-            failure();
-        }
-        return exchange;
-    }
-
-    ZR_AiChatExchange exchange{QStringLiteral("怎样画圆"), QStringLiteral("sess-1")};
-    std::function<void()> failure;
-};
-
 class CSThread : public ChatTest {
 protected:
     CSThread() {
         setServiceAddress(m_server.address());
         m_thread = std::make_unique<ZR_AiChatCSThread>();
+        m_thread->setExchange({QStringLiteral("怎样画圆"), QStringLiteral("sess-1")});
         const ZR_AiChatCSThread* thread = m_thread.get();
         QObject::connect(thread, &ZR_AiChatCSThread::streamStart, &m_receiver,
                          [this] { m_signals.append(QStringLiteral("start")); });
@@ -73,11 +58,16 @@ protected:
         return true;
     }
 
+    /// Lets the next runs fail before anything is sent: `failure` is called on the worker thread and throws.
+    void failAtStart(const std::function<void()>& failure) {
+        QObject::connect(m_thread.get(), &ZR_AiChatCSThread::streamStart, m_thread.get(), failure,
+                         Qt::DirectConnection);
+    }
+
     /// Runs once and gives the debug output meanwhile.
     QString tracesOfARun();
 
     FakeHttpServer m_server;
-    FakeSource m_source;
     QObject m_receiver;
     QStringList m_signals;
     QList<int> m_boxesAtEnd;
@@ -127,15 +117,15 @@ TEST_F(CSThread, SendsTheTokenAsUtf8WithoutAnyPrefix) {
 }
 
 TEST_F(CSThread, EscapesWhatJsonCannotHold) {
-    m_source.exchange.userInput = QStringLiteral("a\"b\\c\nd");
+    m_thread->setExchange({QStringLiteral("a\"b\\c\nd"), QStringLiteral("sess-1")});
     m_server.answer(kTarget, "");
     m_thread->start();
     ASSERT_TRUE(finish());
     EXPECT_TRUE(m_server.request(0).body.contains("\"userInput\": \"a\\\"b\\\\c\\nd\"\n"));
 }
 
-TEST_F(CSThread, SendsEmptyTextsBeforeThereIsAManager) {
-    setZentriExchangeSource(nullptr);
+TEST_F(CSThread, SendsEmptyTextsForAnEmptyExchange) {
+    m_thread->setExchange({});
     m_server.answer(kTarget, "data:x\n\n");
     m_thread->start();
     ASSERT_TRUE(finish());
@@ -294,7 +284,7 @@ TEST_F(CSThread, KeepsNothingOfARunForTheNext) {
     ASSERT_TRUE(finish());
     m_signals.clear();
 
-    m_source.exchange = {QStringLiteral("second"), QStringLiteral("sess-2")};
+    m_thread->setExchange({QStringLiteral("second"), QStringLiteral("sess-2")});
     ASSERT_TRUE(startAnswer(1));
     m_server.sendBytes(1, "\n\ndata:b\n\n");
     m_server.close(1);
@@ -367,7 +357,7 @@ TEST_F(CSThread, CanBeDeletedWhileItStreams) {
 
 TEST_F(CSThread, LogsAnExceptionWithItsMessage) {
     const int logged = LogFile::messages().size();
-    m_source.failure = [] { throw std::runtime_error("坏了"); };
+    failAtStart([] { throw std::runtime_error("坏了"); });
     m_thread->start();
     ASSERT_TRUE(finish());
     EXPECT_EQ(LogFile::messages().mid(logged), QStringList{QStringLiteral("C/S通信线程发生错误:坏了")});
@@ -378,10 +368,11 @@ TEST_F(CSThread, LogsAnExceptionWithItsMessage) {
 
 TEST_F(CSThread, LogsAnExceptionWithoutMessage) {
     const int logged = LogFile::messages().size();
-    m_source.failure = [] { throw 7; };
+    std::function<void()> failure = [] { throw 7; };
+    failAtStart([&failure] { failure(); });
     m_thread->start();
     ASSERT_TRUE(finish());
-    m_source.failure = [] { AfxThrowMemoryException(); };
+    failure = [] { AfxThrowMemoryException(); };
     m_thread->start();
     ASSERT_TRUE(finish());
     const QString unknown = QStringLiteral("C/S通信线程发生未知错误！");
@@ -390,7 +381,7 @@ TEST_F(CSThread, LogsAnExceptionWithoutMessage) {
 
 TEST_F(CSThread, EndsAfterAnExceptionWhileTheFlagIsSet) {
     g_zentriCommunicating = true;
-    m_source.failure = [] { throw QException(); };
+    failAtStart([] { throw QException(); });
     m_thread->start();
     ASSERT_TRUE(finish());
     EXPECT_EQ(m_signals, texts({"start", "end"}));

@@ -280,14 +280,3 @@ TEST_F(Manager, FollowsANewHistoryReaderAfterAnotherLoad) {
     loadHistory({"a"});
     EXPECT_EQ(sessionIds(), texts({"a"}));
 }
-
-TEST_F(Manager, IsNotAskedForAnExchangeOnceItIsGone) {
-    makeManager();
-    loadHistory({"a"});
-    m_manager->openSession(_T("a"));
-    EXPECT_EQ(zentriCurrentExchange().sessionId, QStringLiteral("a"));
-    EXPECT_EQ(zentriCurrentExchange().userInput, QStringLiteral("Q a"));
-    m_manager.reset();
-    EXPECT_TRUE(zentriCurrentExchange().sessionId.isEmpty());
-    EXPECT_TRUE(zentriCurrentExchange().userInput.isEmpty());
-}

@@ -188,6 +188,15 @@ TEST_F(ManagerStream, SendsTheNewestQuestionAndTheSession) {
     EXPECT_TRUE(m_server.request(2).body.contains("\"userChatSessionId\": \"s1\""));
 }
 
+TEST_F(ManagerStream, SendsTheRecordAsItIsWhenTheExchangeStarts) {
+    m_manager->send(_T("Q"), true, m_answer.get());
+    // newSession() leaves the check for a running exchange to its caller. Without it the request is the same.
+    m_manager->newSession();
+    ASSERT_TRUE(m_server.waitForRequests(2));
+    EXPECT_TRUE(m_server.request(1).body.contains("\"userInput\": \"Q\""));
+    EXPECT_TRUE(m_server.request(1).body.contains("\"userChatSessionId\": \"s1\""));
+}
+
 TEST_F(ManagerStream, IsFreeAgainAfterUnloadCutAStreamShort) {
     ask();
     deleteThreads();

@@ -38,14 +38,6 @@ private:
     std::thread m_thread;
 };
 
-class PairSource : public ZR_AiChatExchangeSource {
-public:
-    ZR_AiChatExchange currentExchange() const override { return {m_text, m_text}; }
-
-private:
-    QString m_text = QStringLiteral("both");
-};
-
 class SharedState : public ChatTest {};
 
 }  // namespace
@@ -60,28 +52,4 @@ TEST_F(SharedState, TheFlagIsReadWhileItIsWritten) {
     }
     EXPECT_GT(seen, 0);
     EXPECT_FALSE(g_zentriCommunicating);
-}
-
-TEST_F(SharedState, TheCurrentRecordIsReadWhileItChanges) {
-    m_manager = std::make_unique<TestManager>();
-    std::atomic<int> wrong{0};
-    const Repeatedly reading([&] { wrong += zentriCurrentExchange().userInput.isEmpty() ? 0 : 1; });
-    for (int i = 0; i < kRounds; ++i) {
-        m_manager->newSession();
-    }
-    EXPECT_EQ(wrong, 0);
-}
-
-TEST_F(SharedState, ASourceGoesOnlyWhenNobodyAsksIt) {
-    std::atomic<int> wrong{0};
-    const Repeatedly asking([&] {
-        const ZR_AiChatExchange exchange = zentriCurrentExchange();
-        wrong += exchange.userInput != exchange.sessionId ? 1 : 0;
-    });
-    for (int i = 0; i < kRounds; ++i) {
-        const PairSource source;
-        setZentriExchangeSource(&source);
-        setZentriExchangeSource(nullptr);
-    }
-    EXPECT_EQ(wrong, 0);
 }
