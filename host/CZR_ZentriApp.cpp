@@ -127,7 +127,7 @@ void CZR_ZentriApp::createPalettes() {
     const CRect size(0, 0, kPaletteSetWidth, kPaletteSetHeight);
     if (!paletteSet->Create(_T("朔禾CAD Zentri"), kPaletteSetWindowStyle, size, acedGetAcadFrame(),
                             kPaletteSetStyle)) {
-        zentriLog(_T("The palette set's window could not be made."));
+        zentriLog(_T("The palette set's window could not be created."));
         return;
     }
     paletteSet->SetToolID(&g_paletteSetToolId);
@@ -135,15 +135,12 @@ void CZR_ZentriApp::createPalettes() {
     paletteSet->RestoreControlBar(AFX_IDW_DOCKBAR_LEFT);
     g_zentriPaletteSet = paletteSet.release();
 
-    // A palette of an earlier load went with its set.
-    g_zentriPalette = nullptr;
     auto palette = std::make_unique<ZR_ZentriPalette>();
     if (!palette->Create(kPaletteWindowStyle, _T("朔禾 Zentri"), g_zentriPaletteSet, 0)) {
-        zentriLog(_T("The palette's window could not be made."));
+        zentriLog(_T("The palette's window could not be created."));
         return;
     }
-    g_zentriPalette = palette.release();
-    g_zentriPaletteSet->addPalette(g_zentriPalette);
+    g_zentriPaletteSet->addPalette(std::move(palette));
 }
 
 void CZR_ZentriApp::attachReactors() {

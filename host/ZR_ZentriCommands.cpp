@@ -9,11 +9,11 @@
 #include "chat/ZR_AiChatManager.h"
 #include "host/ZR_AccountService.h"
 #include "host/ZR_ZentriModule.h"
-#include "host/ZR_ZentriPalette.h"
 #include "host/ZR_ZentriPaletteSet.h"
 #include "host/core/ZR_ZentriAccount.h"
 #include "host/core/ZR_ZentriColorTheme.h"
 #include "host/core/ZR_ZentriModalScope.h"
+#include "host/core/ZR_ZentriPaletteAccess.h"
 
 namespace {
 
@@ -67,7 +67,7 @@ void explainSignIn() {
 }
 
 void togglePanel() {
-    if (ZR_ZentriPalette* const palette = zentriPalette()) {
+    if (ZR_ZentriPaletteAccess* const palette = zentriPaletteAccess()) {
         palette->setColorTheme(readColorTheme());
     }
     const BOOL show = g_zentriPaletteSet->IsVisible() ? FALSE : TRUE;

@@ -30,6 +30,8 @@ ZR_ZentriPalette::ZR_ZentriPalette() : m_view(std::make_unique<ZR_ZentriPaletteV
 }
 
 ZR_ZentriPalette::~ZR_ZentriPalette() {
+    // While this is still a whole object, so that OnDestroy() runs.
+    DestroyWindow();
     if (zentriPaletteAccess() == this) {
         setZentriPaletteAccess(nullptr);
     }

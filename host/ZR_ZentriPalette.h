@@ -16,14 +16,12 @@ class ZR_ZentriPalette : public CAdUiPalette, public ZR_ZentriPaletteAccess {
     DECLARE_DYNAMIC(ZR_ZentriPalette)
 
 public:
-    /// Makes the chat view, not shown yet, and announces itself as the module's palette.
+    /// Makes the chat view, not shown yet, and registers itself as the module's palette.
     ZR_ZentriPalette();
     ~ZR_ZentriPalette() override;
 
-    /// The view's theme: 1 light, 0 dark.
-    void setColorTheme(int theme);
-
     ZR_AiChatViewInterface* chatView() override;
+    void setColorTheme(int theme) override;
     void takeKeyboardFocus() override;
 
     BOOL OnSetActive() override;

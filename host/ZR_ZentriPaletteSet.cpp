@@ -1,5 +1,7 @@
 #include "host/ZR_ZentriPaletteSet.h"
 
+#include <utility>
+
 #include "host/ZR_ZentriPalette.h"
 
 IMPLEMENT_DYNAMIC(ZR_ZentriPaletteSet, CAdUiPaletteSet)
@@ -9,10 +11,19 @@ ON_WM_SIZE()
 ON_WM_SIZING()
 END_MESSAGE_MAP()
 
-void ZR_ZentriPaletteSet::addPalette(ZR_ZentriPalette* palette) {
-    if (AddPalette(palette) >= 0) {
-        m_palette = palette;
+ZR_ZentriPaletteSet::ZR_ZentriPaletteSet() = default;
+
+ZR_ZentriPaletteSet::~ZR_ZentriPaletteSet() {
+    // The palette leaves the base class before it is deleted: whether the base class would delete the
+    // palettes that it still holds then makes no difference.
+    if (GetPaletteCount() > 0) {
+        RemovePalette(0);
     }
+}
+
+void ZR_ZentriPaletteSet::addPalette(std::unique_ptr<ZR_ZentriPalette> palette) {
+    m_palette = std::move(palette);
+    AddPalette(m_palette.get());
 }
 
 void ZR_ZentriPaletteSet::GetMinimumSize(CSize& size) {

@@ -3,6 +3,8 @@
 #include <AdUiPaletteSet.h>
 #include <afxwin.h>
 
+#include <memory>
+
 class ZR_ZentriPalette;
 
 /// The dockable frame in the host's main window that holds the one palette. UI thread.
@@ -10,10 +12,12 @@ class ZR_ZentriPaletteSet : public CAdUiPaletteSet {
     DECLARE_DYNAMIC(ZR_ZentriPaletteSet)
 
 public:
-    ZR_ZentriPaletteSet() = default;
+    ZR_ZentriPaletteSet();
+    /// Deletes the palette too, and with it the chat view.
+    ~ZR_ZentriPaletteSet() override;
 
-    /// Adds the palette, which the set then owns.
-    void addPalette(ZR_ZentriPalette* palette);
+    /// Adds the one palette and takes ownership of it.
+    void addPalette(std::unique_ptr<ZR_ZentriPalette> palette);
 
     /// Called after the panel was shown or hidden, and by the hidden refresh command; there is nothing to do.
     void refresh() {}
@@ -30,5 +34,5 @@ protected:
     DECLARE_MESSAGE_MAP()
 
 private:
-    ZR_ZentriPalette* m_palette = nullptr;
+    std::unique_ptr<ZR_ZentriPalette> m_palette;
 };

@@ -2,12 +2,11 @@
 
 #include <tchar.h>
 
-#include "host/ZR_ZentriModule.h"
-#include "host/ZR_ZentriPalette.h"
 #include "host/core/ZR_ZentriColorTheme.h"
+#include "host/core/ZR_ZentriPaletteAccess.h"
 
 void ZR_ZentriSysReactor::sysVarChanged(const ACHAR* variableName, bool success) {
-    ZR_ZentriPalette* const palette = zentriPalette();
+    ZR_ZentriPaletteAccess* const palette = zentriPaletteAccess();
     if (palette == nullptr || _tcscmp(variableName, _T("COLORTHEME")) != 0 || !success) {
         return;
     }

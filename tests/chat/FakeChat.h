@@ -53,6 +53,7 @@ public:
     QRect viewGeometry() const override { return QRect(); }
 
     ZR_AiChatViewInterface* chatView() override { return this; }
+    void setColorTheme(int) override {}
     void takeKeyboardFocus() override {}
 
     /// Run within each call of the manager, once it has been written down.

@@ -12,6 +12,7 @@
 #include "host/ZR_ZentriModule.h"
 #include "host/ZR_ZentriPalette.h"
 #include "host/ZR_ZentriPaletteSet.h"
+#include "host/core/ZR_ZentriPaletteAccess.h"
 #include "host/qtmfc/QMfcApp.h"
 #include "view/ZR_ZentriPaletteView.h"
 
@@ -61,10 +62,34 @@ int ModuleFixture::paletteSetsInFrame() const {
     return count;
 }
 
+ZR_ZentriPalette* ModuleFixture::palette() {
+    return dynamic_cast<ZR_ZentriPalette*>(zentriPaletteAccess());
+}
+
+HWND ModuleFixture::paletteHandle() {
+    return palette()->m_hWnd;
+}
+
 ZR_ZentriPaletteView* ModuleFixture::view() const {
     return dynamic_cast<ZR_ZentriPaletteView*>(zentriChatView());
 }
 
 QTextEdit* ModuleFixture::inputBox() const {
     return view()->findChild<QTextEdit*>(QStringLiteral("textEdit_userInput"));
+}
+
+void ModuleFixture::focusInput() {
+    view()->activateWindow();
+    inputBox()->setFocus(Qt::MouseFocusReason);
+    ASSERT_TRUE(TestProgram::pumpUntil([] { return GetFocus() == paletteHandle(); }));
+    TestProgram::settle();
+}
+
+bool ModuleFixture::typed(const QString& text) {
+    constexpr int kTimeoutMs = 5000;
+    if (!TestProgram::pumpUntil([&] { return inputBox()->toPlainText() == text; }, kTimeoutMs)) {
+        return false;
+    }
+    TestProgram::settle();
+    return inputBox()->toPlainText() == text;
 }

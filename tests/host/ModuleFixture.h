@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QString>
 #include <memory>
 
 #include "host/CZR_ZentriApp.h"
@@ -32,8 +33,16 @@ protected:
     /// The palette set as the frame knows it, by its title.
     int paletteSetsInFrame() const;
 
+    /// Null while there is no palette.
+    static ZR_ZentriPalette* palette();
+    static HWND paletteHandle();
     ZR_ZentriPaletteView* view() const;
     QTextEdit* inputBox() const;
+
+    /// Gives the input box the Qt focus, as a click in it does; the palette then takes the native focus.
+    void focusInput();
+    /// Runs the host's loop until the input box holds the text and nothing more is on its way.
+    bool typed(const QString& text);
 
     /// Qt's application, which the fake service needs before the module is loaded.
     QApplication* application;

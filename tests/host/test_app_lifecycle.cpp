@@ -65,10 +65,9 @@ TEST_F(AppLifecycle, LoadingMakesEveryObject) {
     ASSERT_NE(g_zentriHistoryThread, nullptr);
     EXPECT_EQ(g_zentriHistoryThread->parent(), qApp);
     ASSERT_NE(g_zentriPaletteSet, nullptr);
-    ASSERT_NE(g_zentriPalette, nullptr);
+    EXPECT_NE(palette(), nullptr);
     EXPECT_NE(g_zentriCmdRecorder, nullptr);
     EXPECT_NE(g_zentriSysReactor, nullptr);
-    EXPECT_EQ(zentriPaletteAccess(), g_zentriPalette);
     EXPECT_NE(view(), nullptr);
     EXPECT_NE(acedRegCmds->lookupCmd(_T("KQ_AICHAT"), false), nullptr);
     EXPECT_NE(acedRegCmds->lookupCmd(_T("_refreshChatView"), false), nullptr);
@@ -84,11 +83,12 @@ TEST_F(AppLifecycle, ThePanelIsDockedLeftAndHidden) {
     EXPECT_EQ(g_zentriPaletteSet->m_dwDockStyle, 0x1004U);
     EXPECT_EQ(g_zentriPaletteSet->GetDockingFrame(), program.frame());
     EXPECT_EQ(g_zentriPaletteSet->GetPaletteCount(), 1);
-    EXPECT_EQ(g_zentriPaletteSet->GetActivePalette(), g_zentriPalette);
-    EXPECT_TRUE(g_zentriPalette->GetName() == _T("朔禾 Zentri"));
-    EXPECT_EQ(g_zentriPalette->GetPaletteSet(), g_zentriPaletteSet);
-    EXPECT_EQ(g_zentriPalette->GetPaletteStyle(), 0U);
-    EXPECT_EQ(g_zentriPalette->GetStyle() & 0x50000000U, 0x50000000U);
+    ASSERT_NE(palette(), nullptr);
+    EXPECT_EQ(g_zentriPaletteSet->GetActivePalette(), palette());
+    EXPECT_TRUE(palette()->GetName() == _T("朔禾 Zentri"));
+    EXPECT_EQ(palette()->GetPaletteSet(), g_zentriPaletteSet);
+    EXPECT_EQ(palette()->GetPaletteStyle(), 0U);
+    EXPECT_EQ(palette()->GetStyle() & 0x50000000U, 0x50000000U);
 }
 
 TEST_F(AppLifecycle, TheHostsRememberedDockingIsRestored) {
@@ -103,14 +103,14 @@ TEST_F(AppLifecycle, TheHostsRememberedDockingIsRestored) {
 TEST_F(AppLifecycle, ASecondInitialisationMakesNothingTwice) {
     load();
     const auto* const paletteSet = g_zentriPaletteSet;
-    const auto* const palette = g_zentriPalette;
+    const auto* const firstPalette = palette();
     const auto* const recorder = g_zentriCmdRecorder;
     const auto* const reactor = g_zentriSysReactor;
     const auto* const chatThread = g_zentriChatThread;
     const auto* const historyThread = g_zentriHistoryThread;
     EXPECT_EQ(load(), AcRx::kRetOK);
     EXPECT_EQ(g_zentriPaletteSet, paletteSet);
-    EXPECT_EQ(g_zentriPalette, palette);
+    EXPECT_EQ(palette(), firstPalette);
     EXPECT_EQ(g_zentriCmdRecorder, recorder);
     EXPECT_EQ(g_zentriSysReactor, reactor);
     EXPECT_EQ(g_zentriChatThread, chatThread);
@@ -122,13 +122,11 @@ TEST_F(AppLifecycle, ASecondInitialisationMakesNothingTwice) {
 }
 
 TEST_F(AppLifecycle, ThePaletteIsMadeOnlyTogetherWithANewPaletteSet) {
-    g_zentriPalette = nullptr;
     g_zentriPaletteSet = new ZR_ZentriPaletteSet;
     ASSERT_TRUE(g_zentriPaletteSet->Create(_T("without a palette"), WS_DLGFRAME, CRect(0, 0, 300, 300),
                                            program.frame(), PSS_CLOSE_BUTTON));
     load();
-    EXPECT_EQ(g_zentriPalette, nullptr);
-    EXPECT_EQ(zentriPalette(), nullptr);
+    EXPECT_EQ(zentriPaletteAccess(), nullptr);
     EXPECT_EQ(zentriChatView(), nullptr);
     // Everything that would use the palette does without.
     arxFireSysVarChanged(_T("COLORTHEME"), true);
@@ -239,8 +237,8 @@ TEST_F(AppLifecycle, LoadingAgainMakesANewPanelThatWorks) {
     EXPECT_EQ(load(), AcRx::kRetOK);
     ASSERT_NE(g_zentriPaletteSet, nullptr);
     EXPECT_EQ(paletteSetsInFrame(), 1);
-    EXPECT_EQ(zentriPaletteAccess(), g_zentriPalette);
-    EXPECT_EQ(g_zentriPaletteSet->GetActivePalette(), g_zentriPalette);
+    ASSERT_NE(palette(), nullptr);
+    EXPECT_EQ(g_zentriPaletteSet->GetActivePalette(), palette());
     EXPECT_EQ(g_zentriCmdRecorder, recorder);
     EXPECT_EQ(arxEditorReactorCount(), 2);
     arxFireCommandWillStart(_T("LINE"));
@@ -341,9 +339,10 @@ TEST_F(AppLifecycle, APaletteOfAnEarlierLoadDoesNotWithdrawTheNewOne) {
         unload();
         load();
     }
-    const auto* const newPalette = g_zentriPalette;
+    const auto* const newPalette = palette();
+    ASSERT_NE(newPalette, nullptr);
     ASSERT_NE(g_zentriPaletteSet, nullptr);
     ASSERT_TRUE(TestProgram::pumpUntil([&oldView] { return oldView.isNull(); }));
-    EXPECT_EQ(zentriPaletteAccess(), newPalette);
+    EXPECT_EQ(palette(), newPalette);
     EXPECT_NE(view(), nullptr);
 }

@@ -86,7 +86,7 @@ protected:
         if (g_zentriPaletteSet != nullptr) {
             line += QStringLiteral(" set");
         }
-        if (zentriPalette() != nullptr) {
+        if (zentriPaletteAccess() != nullptr) {
             line += QStringLiteral(" palette");
         }
         if (g_zentriCmdRecorder != nullptr) {
@@ -184,7 +184,7 @@ TEST_F(AppOrder, APaletteWindowThatCannotBeMadeLeavesTheSetWithoutOne) {
     UnhookWindowsHookEx(hook);
     ASSERT_NE(g_zentriPaletteSet, nullptr);
     EXPECT_EQ(g_zentriPaletteSet->GetPaletteCount(), 0);
-    EXPECT_EQ(g_zentriPalette, nullptr);
+    EXPECT_EQ(zentriPaletteAccess(), nullptr);
     EXPECT_EQ(zentriChatView(), nullptr);
     EXPECT_EQ(recorder.addedReactors.size(), 2U);
     EXPECT_EQ(app.On_kUnloadAppMsg(&app), AcRx::kRetOK);
@@ -197,7 +197,7 @@ TEST_F(AppOrder, ThePaletteOfAnEarlierLoadIsNotTakenForANewSetsOwn) {
     app.On_kInitAppMsg(&app);
     UnhookWindowsHookEx(hook);
     ASSERT_NE(g_zentriPaletteSet, nullptr);
-    EXPECT_EQ(zentriPalette(), nullptr);
+    EXPECT_EQ(zentriPaletteAccess(), nullptr);
     arxFireSysVarChanged(_T("COLORTHEME"), true);
     app.On_kUnloadAppMsg(&app);
 }

@@ -1,8 +1,8 @@
 #include <QVariant>
 #include <QWidget>
 
-#include "host/ZR_ZentriModule.h"
 #include "host/ZR_ZentriSysReactor.h"
+#include "host/core/ZR_ZentriPaletteAccess.h"
 #include "tests/host/ModuleFixture.h"
 #include "view/ZR_ZentriPaletteView.h"
 
@@ -53,14 +53,12 @@ TEST_F(SysReactor, AFailedChangeDoesNothing) {
 
 TEST_F(SysReactor, WithoutAPaletteChangesAreIgnored) {
     ZR_ZentriSysReactor reactor;
-    ASSERT_EQ(zentriPalette(), nullptr);
+    ASSERT_EQ(zentriPaletteAccess(), nullptr);
     reactor.sysVarChanged(_T("COLORTHEME"), true);
-    // The palette of an earlier load is none.
     load();
     unload();
-    ASSERT_NE(g_zentriPalette, nullptr);
+    ASSERT_EQ(zentriPaletteAccess(), nullptr);
     reactor.sysVarChanged(_T("COLORTHEME"), true);
-    EXPECT_EQ(zentriPalette(), nullptr);
 }
 
 TEST_F(SysReactor, TheNextOpeningAppliesAChangeMadeBefore) {

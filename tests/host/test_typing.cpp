@@ -8,7 +8,6 @@
 
 #include "chat/ZR_AiChatCSThread.h"
 #include "chat/ZR_AiChatModuleState.h"
-#include "host/ZR_ZentriModule.h"
 #include "host/ZR_ZentriPalette.h"
 #include "tests/host/TypingFixture.h"
 #include "view/ZR_ZentriPaletteView.h"
@@ -24,7 +23,7 @@ protected:
 
     static void type(const std::initializer_list<int>& keys) {
         for (const int key : keys) {
-            TestProgram::typeKey(palette(), key);
+            TestProgram::typeKey(paletteHandle(), key);
         }
     }
 
@@ -70,24 +69,24 @@ TEST_F(Typing, AnEditingKeyActsBetweenTheCharactersOfTheKeysAroundIt) {
 }
 
 TEST_F(Typing, ACharacterThatWaitsIsNotTakenForTheNextKeys) {
-    PostMessageW(palette(), WM_CHAR, u'画', 1);
+    PostMessageW(paletteHandle(), WM_CHAR, u'画', 1);
     // As a key that comes before its turn, from within a message sent by another program.
     MSG down = {};
-    down.hwnd = palette();
+    down.hwnd = paletteHandle();
     down.message = WM_KEYDOWN;
     down.wParam = VK_RIGHT;
     down.lParam = 1;
-    EXPECT_FALSE(g_zentriPalette->PreTranslateMessage(&down));
+    EXPECT_FALSE(palette()->PreTranslateMessage(&down));
     EXPECT_TRUE(typed(QStringLiteral("画"))) << inputBox()->toPlainText().toStdString();
 }
 
 TEST_F(Typing, AQuitThatWaitsIsLeftInTheQueue) {
     PostQuitMessage(7);
     MSG down = {};
-    down.hwnd = palette();
+    down.hwnd = paletteHandle();
     down.message = WM_KEYDOWN;
     down.wParam = VK_RIGHT;
-    EXPECT_FALSE(g_zentriPalette->PreTranslateMessage(&down));
+    EXPECT_FALSE(palette()->PreTranslateMessage(&down));
     MSG message = {};
     while (message.message != WM_QUIT && PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != FALSE) {
         DispatchMessageW(&message);
@@ -152,7 +151,7 @@ TEST_F(Typing, TheFocusGoesBackAndForthAThousandTimes) {
     int expectedInHost = 0;
     for (int round = 1; round <= kRounds; ++round) {
         inputBox()->setFocus(Qt::MouseFocusReason);
-        ASSERT_EQ(GetFocus(), palette()) << round;
+        ASSERT_EQ(GetFocus(), paletteHandle()) << round;
         ASSERT_EQ(view()->focusWidget(), inputBox()) << round;
         if (round % kTypedEvery == 0) {
             TestProgram::typeKey(GetFocus(), 'A');

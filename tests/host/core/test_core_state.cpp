@@ -101,6 +101,7 @@ namespace {
 class Palette : public ZR_ZentriPaletteAccess {
 public:
     ZR_AiChatViewInterface* chatView() override { return nullptr; }
+    void setColorTheme(int) override {}
     void takeKeyboardFocus() override {}
 };
 

@@ -109,7 +109,7 @@ TEST_F(WindowsTyping, AltOpensTheHostsMenuAndTheFieldHasTheKeysAgainAfterIt) {
     EXPECT_TRUE(TestProgram::pumpUntil([] { return MenuLoops::left() == 1; }, 5000));
     EXPECT_EQ(MenuLoops::entered(), 1);
     TestProgram::settle();
-    EXPECT_EQ(GetFocus(), palette());
+    EXPECT_EQ(GetFocus(), paletteHandle());
     ASSERT_TRUE(win32KeyStroke('A'));
     EXPECT_TRUE(typed(QStringLiteral("a"))) << inputBox()->toPlainText().toStdString();
 }

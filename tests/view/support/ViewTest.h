@@ -26,6 +26,7 @@ public:
     FakePalette& operator=(const FakePalette&) = delete;
 
     ZR_AiChatViewInterface* chatView() override { return view; }
+    void setColorTheme(int) override {}
     void takeKeyboardFocus() override { ++focusTaken; }
 
     void onStreamStart() override { calls.append(QStringLiteral("start")); }
