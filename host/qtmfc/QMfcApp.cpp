@@ -6,6 +6,7 @@
 #include <QByteArray>
 #include <QEvent>
 #include <QPointer>
+#include <QScopedValueRollback>
 #include <QString>
 #include <QStringList>
 #include <QWidget>
@@ -62,18 +63,6 @@ QPointer<DeferredDeletes> g_deferredDeletes;
 HHOOK g_messageHook = nullptr;
 /// QApplication keeps a reference to it.
 int g_argumentCount = 0;
-
-/// Sets a flag for a scope, however that is left.
-class FlagScope {
-public:
-    explicit FlagScope(bool& flag) : m_flag(flag) { m_flag = true; }
-    ~FlagScope() { m_flag = false; }
-    FlagScope(const FlagScope&) = delete;
-    FlagScope& operator=(const FlagScope&) = delete;
-
-private:
-    bool& m_flag;
-};
 
 char* heapCopy(const QString& text) {
     const QByteArray bytes = text.toLocal8Bit();
@@ -208,7 +197,7 @@ bool QMfcApp::winEventFilter(MSG* message, long* result) {
     if (s_filtering) {
         return false;
     }
-    const FlagScope filtering(s_filtering);
+    const QScopedValueRollback<bool> filtering(s_filtering, true);
 
     if (widgetOf(message) != nullptr) {
         if (forwardMenuKey(message, result)) {

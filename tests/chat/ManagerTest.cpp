@@ -2,11 +2,6 @@
 
 #include "host/core/ZR_ZentriText.h"
 
-const QByteArray kChatTarget = "/zr/ai/caddraw/chat";
-const QByteArray kCreateTarget = "/zr/ai/session/create";
-const QByteArray kListTarget = "/zr/ai/session/user";
-const QByteArray kReadTarget = "/zr/ai/chat/user/session/";
-
 const QString kNotSignedIn = QStringLiteral("\n尚未登录！");
 const QString kNoThreads = QStringLiteral("\n通信线程未初始化！");
 const QString kBusy = QStringLiteral("\n已有正在通信的对话，请等待该通信完成...");
@@ -24,19 +19,11 @@ ManagerTest::ManagerTest() {
     setServiceAddress(m_server.address());
 }
 
-void ManagerTest::answerCreate(const QByteArray& id) {
-    m_server.answer(kCreateTarget, "{\"code\":200,\"msg\":\"success\",\"data\":\"" + id + "\"}");
-}
-
 void ManagerTest::answerHistory(const QList<QByteArray>& ids) {
-    QByteArray data;
     for (const QByteArray& id : ids) {
-        data += (data.isEmpty() ? "{" : ",{") + QByteArray("\"userChatSessionId\":\"") + id + "\"}";
-        m_server.answer(kReadTarget + id,
-                        "{\"code\":200,\"msg\":\"success\",\"data\":[{\"role\":\"user\",\"message\":\"Q " +
-                            id + "\",\"createTime\":5}]}");
+        answerRead(m_server, id);
     }
-    m_server.answer(kListTarget, "{\"code\":200,\"msg\":\"success\",\"data\":[" + data + "]}");
+    answerList(m_server, ids);
 }
 
 void ManagerTest::loadHistory(const QList<QByteArray>& ids) {

@@ -6,13 +6,8 @@
 #include <QStringList>
 
 #include "tests/chat/FakeChat.h"
+#include "tests/chat/ServiceReplies.h"
 #include "tests/support/http/FakeHttpServer.h"
-
-// What the manager asks the service for.
-extern const QByteArray kChatTarget;
-extern const QByteArray kCreateTarget;
-extern const QByteArray kListTarget;
-extern const QByteArray kReadTarget;
 
 // What the manager prints.
 extern const QString kNotSignedIn;
@@ -32,7 +27,7 @@ protected:
     ManagerTest();
 
     /// Lets the service create sessions with this id.
-    void answerCreate(const QByteArray& id);
+    void answerCreate(const QByteArray& id) { ::answerCreate(m_server, id); }
     /// Lets the service tell of sessions with one question each.
     void answerHistory(const QList<QByteArray>& ids);
     /// Reads a history in, and forgets what that printed and called.

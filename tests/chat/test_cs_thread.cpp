@@ -14,11 +14,10 @@
 #include "tests/chat/FakeChat.h"
 #include "tests/chat/LogFile.h"
 #include "tests/chat/MessageBoxes.h"
+#include "tests/chat/ServiceReplies.h"
 #include "tests/support/http/FakeHttpServer.h"
 
 namespace {
-
-const QByteArray kTarget = "/zr/ai/caddraw/chat";
 
 class CSThread : public ChatTest {
 protected:
@@ -79,7 +78,7 @@ const QString kErrorLogBegin = QStringLiteral("网络请求出错！错误信息
 }  // namespace
 
 TEST_F(CSThread, SendsExactlyTheRequest) {
-    m_server.answer(kTarget, "");
+    m_server.answer(kChatTarget, "");
     m_thread->start();
     ASSERT_TRUE(finish());
     ASSERT_EQ(m_server.requestCount(), 1);
@@ -110,7 +109,7 @@ TEST_F(CSThread, SendsExactlyTheRequest) {
 
 TEST_F(CSThread, SendsTheTokenAsUtf8WithoutAnyPrefix) {
     signIn(_T("令牌 with blanks=="));
-    m_server.answer(kTarget, "");
+    m_server.answer(kChatTarget, "");
     m_thread->start();
     ASSERT_TRUE(finish());
     EXPECT_EQ(m_server.request(0).header("Authorization"), "令牌 with blanks==");
@@ -118,7 +117,7 @@ TEST_F(CSThread, SendsTheTokenAsUtf8WithoutAnyPrefix) {
 
 TEST_F(CSThread, EscapesWhatJsonCannotHold) {
     m_thread->setExchange({QStringLiteral("a\"b\\c\nd"), QStringLiteral("sess-1")});
-    m_server.answer(kTarget, "");
+    m_server.answer(kChatTarget, "");
     m_thread->start();
     ASSERT_TRUE(finish());
     EXPECT_TRUE(m_server.request(0).body.contains("\"userInput\": \"a\\\"b\\\\c\\nd\"\n"));
@@ -126,7 +125,7 @@ TEST_F(CSThread, EscapesWhatJsonCannotHold) {
 
 TEST_F(CSThread, SendsEmptyTextsForAnEmptyExchange) {
     m_thread->setExchange({});
-    m_server.answer(kTarget, "data:x\n\n");
+    m_server.answer(kChatTarget, "data:x\n\n");
     m_thread->start();
     ASSERT_TRUE(finish());
     EXPECT_TRUE(m_server.request(0).body.contains("\"userChatSessionId\": \"\",\n    \"userInput\": \"\"\n"));
@@ -156,21 +155,21 @@ TEST_F(CSThread, GivesAnEventCutInTwoOnceItIsComplete) {
 }
 
 TEST_F(CSThread, KeepsBlankAfterDataColon) {
-    m_server.answer(kTarget, "data: 你好\n\ndata:a\ndata:b\n\n", 200, "text/event-stream");
+    m_server.answer(kChatTarget, "data: 你好\n\ndata:a\ndata:b\n\n", 200, "text/event-stream");
     m_thread->start();
     ASSERT_TRUE(finish());
     EXPECT_EQ(m_signals, texts({"start", "< 你好", "<a\nb", "end"}));
 }
 
 TEST_F(CSThread, GivesAnEmptyTextForAnEmptyEvent) {
-    m_server.answer(kTarget, "\n\ndata:\n\n");
+    m_server.answer(kChatTarget, "\n\ndata:\n\n");
     m_thread->start();
     ASSERT_TRUE(finish());
     EXPECT_EQ(m_signals, texts({"start", "<", "<", "end"}));
 }
 
 TEST_F(CSThread, DropsBytesThatEndWithoutAnEmptyLine) {
-    m_server.answer(kTarget, "data:a\n\ndata:lost\r\n\r\n");
+    m_server.answer(kChatTarget, "data:a\n\ndata:lost\r\n\r\n");
     m_thread->start();
     ASSERT_TRUE(finish());
     EXPECT_EQ(m_signals, texts({"start", "<a", "end"}));
@@ -189,7 +188,7 @@ TEST_F(CSThread, ReadsAChunkedAnswer) {
 }
 
 TEST_F(CSThread, EndsOnceWhenTheFlagIsClear) {
-    m_server.answer(kTarget, "");
+    m_server.answer(kChatTarget, "");
     m_thread->start();
     ASSERT_TRUE(finish());
     EXPECT_EQ(m_signals, texts({"start", "end"}));
@@ -197,14 +196,14 @@ TEST_F(CSThread, EndsOnceWhenTheFlagIsClear) {
 
 TEST_F(CSThread, EndsTwiceWhileTheFlagIsStillSet) {
     g_zentriCommunicating = true;
-    m_server.answer(kTarget, "data:a\n\n");
+    m_server.answer(kChatTarget, "data:a\n\n");
     m_thread->start();
     ASSERT_TRUE(finish());
     EXPECT_EQ(m_signals, texts({"start", "<a", "end", "end"}));
 }
 
 TEST_F(CSThread, ReportsAnHttpErrorOnceAndEnds) {
-    m_server.answer(kTarget, "data:half\n\n", 500, "text/event-stream");
+    m_server.answer(kChatTarget, "data:half\n\n", 500, "text/event-stream");
     const int logged = LogFile::messages().size();
     m_thread->start();
     ASSERT_TRUE(finish());
@@ -227,7 +226,7 @@ TEST_F(CSThread, ReportsAnHttpErrorOnceAndEnds) {
 
 TEST_F(CSThread, EndsTwiceOnAnHttpErrorWhileTheFlagIsSet) {
     g_zentriCommunicating = true;
-    m_server.answer(kTarget, "", 404);
+    m_server.answer(kChatTarget, "", 404);
     m_thread->start();
     ASSERT_TRUE(finish());
     EXPECT_EQ(m_signals, texts({"start", "end", "end"}));
@@ -405,7 +404,7 @@ TEST_F(CSThread, LogsWhatAReceiverThrowsAtTheEndOfAnAnswer) {
     const int logged = LogFile::messages().size();
     QObject::connect(
         m_thread.get(), &ZR_AiChatCSThread::streamEnd, m_thread.get(), [] { throw 7; }, Qt::DirectConnection);
-    m_server.answer(kTarget, "data:a\n\n");
+    m_server.answer(kChatTarget, "data:a\n\n");
     m_thread->start();
     ASSERT_TRUE(finish());
     EXPECT_EQ(LogFile::messages().mid(logged), QStringList{QStringLiteral("C/S通信线程发生未知错误！")});
@@ -451,7 +450,7 @@ QString CSThread::tracesOfARun() {
 }
 
 TEST_F(CSThread, TracesWhatItReads) {
-    m_server.answer(kTarget, "data:a\n\nrest");
+    m_server.answer(kChatTarget, "data:a\n\nrest");
     const QString all = tracesOfARun();
     EXPECT_TRUE(all.contains(QStringLiteral("CurrentBuffer: \"data:a\\n\\nrest\""))) << qPrintable(all);
     EXPECT_TRUE(all.contains(QStringLiteral("Data Read: \"a\""))) << qPrintable(all);
@@ -461,7 +460,7 @@ TEST_F(CSThread, TracesWhatItReads) {
 }
 
 TEST_F(CSThread, TracesAnError) {
-    m_server.answer(kTarget, "", 404);
+    m_server.answer(kChatTarget, "", 404);
     const QString all = tracesOfARun();
     const QString reason = MessageBoxes::instance().boxes().value(0).lastLogged.mid(kErrorLogBegin.size());
     EXPECT_FALSE(reason.isEmpty());
@@ -472,7 +471,7 @@ TEST_F(CSThread, TracesAnError) {
 
 TEST_F(CSThread, TracesOnlyTheEndOfALongBuffer) {
     const int limit = 4096;
-    m_server.answer(kTarget, QByteArray(10 * limit, 'x') + "y");
+    m_server.answer(kChatTarget, QByteArray(10 * limit, 'x') + "y");
     const QString all = tracesOfARun();
     EXPECT_TRUE(
         all.contains(QLatin1Char('"') + QString(limit - 1, QLatin1Char('x')) + QStringLiteral("y\"")));

@@ -6,12 +6,10 @@
 #include "chat/ZR_AiChatReadHistoricalChatThread.h"
 #include "tests/chat/FakeChat.h"
 #include "tests/chat/LogFile.h"
+#include "tests/chat/ServiceReplies.h"
 #include "tests/support/http/FakeHttpServer.h"
 
 namespace {
-
-const QByteArray kListTarget = "/zr/ai/session/user";
-const QByteArray kReadTarget = "/zr/ai/chat/user/session/";
 
 class HistoryThread : public ChatTest {
 protected:
@@ -22,20 +20,6 @@ protected:
                          [this] { m_signals.append(QStringLiteral("start")); });
         QObject::connect(m_thread.get(), &ZR_AiChatReadHistoricalChatThread::readEnd, &m_receiver,
                          [this] { m_signals.append(QStringLiteral("end")); });
-    }
-
-    void answerList(const QList<QByteArray>& ids) {
-        QByteArray data;
-        for (const QByteArray& id : ids) {
-            data += (data.isEmpty() ? "{" : ",{") + QByteArray("\"userChatSessionId\":\"") + id + "\"}";
-        }
-        m_server.answer(kListTarget, "{\"code\":200,\"msg\":\"success\",\"data\":[" + data + "]}");
-    }
-
-    void answerSession(const QByteArray& id) {
-        m_server.answer(kReadTarget + id,
-                        "{\"code\":200,\"msg\":\"success\",\"data\":[{\"role\":\"user\",\"message\":\"Q " +
-                            id + "\",\"createTime\":5}]}");
     }
 
     /// Runs once and takes the result over, which begins with one record that must go or stay.
@@ -62,10 +46,10 @@ protected:
 }  // namespace
 
 TEST_F(HistoryThread, ReadsAllSessionsInTheServicesOrder) {
-    answerList({"c", "a", "b"});
-    answerSession("a");
-    answerSession("b");
-    answerSession("c");
+    answerList(m_server, {"c", "a", "b"});
+    answerRead(m_server, "a");
+    answerRead(m_server, "b");
+    answerRead(m_server, "c");
     ASSERT_TRUE(run());
     EXPECT_EQ(m_signals, texts({"start", "end"}));
     ASSERT_TRUE(m_hasResult);
@@ -77,8 +61,8 @@ TEST_F(HistoryThread, ReadsAllSessionsInTheServicesOrder) {
 }
 
 TEST_F(HistoryThread, ReadsOneSessionAfterTheOther) {
-    answerList({"a", "b"});
-    answerSession("b");
+    answerList(m_server, {"a", "b"});
+    answerRead(m_server, "b");
     m_thread->start();
     ASSERT_TRUE(m_server.waitForRequests(2));
     EXPECT_FALSE(m_server.waitForRequests(3, 100)) << "the second read waits for the first one's reply";
@@ -88,11 +72,11 @@ TEST_F(HistoryThread, ReadsOneSessionAfterTheOther) {
 }
 
 TEST_F(HistoryThread, SkipsAnUnreadableSession) {
-    answerList({"a", "b", "c", "d"});
-    answerSession("a");
+    answerList(m_server, {"a", "b", "c", "d"});
+    answerRead(m_server, "a");
     m_server.answer(kReadTarget + "b", R"({"code":500,"msg":"坏","data":[]})");
     m_server.answer(kReadTarget + "c", "", 500);
-    answerSession("d");
+    answerRead(m_server, "d");
     const int logged = LogFile::messages().size();
     ASSERT_TRUE(run());
     EXPECT_EQ(idsOf(m_result), texts({"a", "d"}));
@@ -101,7 +85,7 @@ TEST_F(HistoryThread, SkipsAnUnreadableSession) {
 }
 
 TEST_F(HistoryThread, HasNoResultForAUserWithoutSessions) {
-    answerList({});
+    answerList(m_server, {});
     ASSERT_TRUE(run());
     EXPECT_EQ(m_signals, texts({"start", "end"}));
     EXPECT_FALSE(m_hasResult);
@@ -109,8 +93,8 @@ TEST_F(HistoryThread, HasNoResultForAUserWithoutSessions) {
 }
 
 TEST_F(HistoryThread, EmptiesItsResultWhenTheListFails) {
-    answerList({"a"});
-    answerSession("a");
+    answerList(m_server, {"a"});
+    answerRead(m_server, "a");
     ASSERT_TRUE(run());
     ASSERT_TRUE(m_hasResult);
     m_server.answer(kListTarget, "", 500);
@@ -120,8 +104,8 @@ TEST_F(HistoryThread, EmptiesItsResultWhenTheListFails) {
 }
 
 TEST_F(HistoryThread, EmitsBothSignalsAndKeepsItsResultWhileNobodyIsSignedIn) {
-    answerList({"a"});
-    answerSession("a");
+    answerList(m_server, {"a"});
+    answerRead(m_server, "a");
     ASSERT_TRUE(run());
     const int requests = m_server.requestCount();
     signOut();
@@ -133,8 +117,8 @@ TEST_F(HistoryThread, EmitsBothSignalsAndKeepsItsResultWhileNobodyIsSignedIn) {
 }
 
 TEST_F(HistoryThread, CopiesItsResult) {
-    answerList({"a"});
-    answerSession("a");
+    answerList(m_server, {"a"});
+    answerRead(m_server, "a");
     ASSERT_TRUE(run());
     m_result[0].AddUnit(kChatRoleAssistant, _T("more"));
     ZR_AiChatSessionList again;
@@ -143,7 +127,7 @@ TEST_F(HistoryThread, CopiesItsResult) {
 }
 
 TEST_F(HistoryThread, CanBeDeletedWhileItReads) {
-    answerList({"a", "b", "c"});
+    answerList(m_server, {"a", "b", "c"});
     m_thread->start();
     ASSERT_TRUE(m_server.waitForRequests(2));
     m_thread.reset();
@@ -155,9 +139,9 @@ TEST_F(HistoryThread, ReadsALargeHistory) {
     QList<QByteArray> ids;
     for (int i = 0; i < sessions; ++i) {
         ids.append("s" + QByteArray::number(i));
-        answerSession(ids.last());
+        answerRead(m_server, ids.last());
     }
-    answerList(ids);
+    answerList(m_server, ids);
     ASSERT_TRUE(run());
     ASSERT_EQ(m_result.GetCount(), sessions);
     EXPECT_EQ(m_result[sessions - 1].GetTitle(), _T("Q s299"));
@@ -180,8 +164,8 @@ TEST_F(HistoryThread, LogsAnExceptionAndStillEnds) {
 }
 
 TEST_F(HistoryThread, GivesWhatItHasReadSoFarDuringARun) {
-    answerList({"a", "b"});
-    answerSession("a");
+    answerList(m_server, {"a", "b"});
+    answerRead(m_server, "a");
     m_thread->start();
     ASSERT_TRUE(m_server.waitForRequests(3));
     ZR_AiChatSessionList soFar;
@@ -194,7 +178,7 @@ TEST_F(HistoryThread, AsksForNothingMoreOnceItIsDeleted) {
     for (int i = 0; i < 200; ++i) {
         ids.append("s" + QByteArray::number(i));
     }
-    answerList(ids);
+    answerList(m_server, ids);
     m_thread->start();
     ASSERT_TRUE(m_server.waitForRequests(2));
     m_thread.reset();

@@ -199,7 +199,7 @@ TEST_F(ManagerSend, OpensASessionWhileTheHistoryIsBeingRead) {
     makeManager();
     loadHistory({"a"});
     const int before = m_server.requestCount();
-    m_server.answer(kListTarget, R"({"code":200,"msg":"success","data":[{"userChatSessionId":"held"}]})");
+    answerList(m_server, {"held"});
     m_manager->initUserData();
     ASSERT_TRUE(m_server.waitForRequests(before + 2));
     m_manager->openSession(_T("a"));

@@ -6,6 +6,7 @@
 #include "host/core/ZR_ZentriText.h"
 #include "tests/chat/FakeChat.h"
 #include "tests/chat/MessageBoxes.h"
+#include "tests/chat/ServiceReplies.h"
 #include "tests/support/http/FakeHttpServer.h"
 
 namespace {
@@ -16,7 +17,7 @@ class ManagerStream : public ChatTest {
 protected:
     ManagerStream() {
         setServiceAddress(m_server.address());
-        m_server.answer("/zr/ai/session/create", R"({"code":200,"msg":"success","data":"s1"})");
+        answerCreate(m_server, "s1");
         makeManager();
         m_view = std::make_unique<FakeChatView>(m_calls);
         m_answer = std::make_unique<FakeAnswer>(m_calls);

@@ -7,13 +7,10 @@
 #include "host/core/ZR_ZentriText.h"
 #include "tests/chat/FakeChat.h"
 #include "tests/chat/LogFile.h"
+#include "tests/chat/ServiceReplies.h"
 #include "tests/support/http/FakeHttpServer.h"
 
 namespace {
-
-const QByteArray kCreateTarget = "/zr/ai/session/create";
-const QByteArray kListTarget = "/zr/ai/session/user";
-const QByteArray kReadTarget = "/zr/ai/chat/user/session/";
 
 class Service : public ChatTest {
 protected:
@@ -43,7 +40,7 @@ ZR_AiChatSingleChatRecord usedRecord() {
 }  // namespace
 
 TEST_F(Service, CreatesASession) {
-    m_server.answer(kCreateTarget, R"({"code":200,"msg":"success","data":"id-9"})");
+    answerCreate(m_server, "id-9");
     EXPECT_EQ(createSessionOnServer(), _T("id-9"));
     ASSERT_EQ(m_server.requestCount(), 1);
     expectRequest(0, kCreateTarget);
@@ -64,9 +61,7 @@ TEST_F(Service, CreatesNoSessionQuietlyOnAnyFailure) {
 }
 
 TEST_F(Service, ReadsTheIdsInTheServicesOrder) {
-    m_server.answer(
-        kListTarget,
-        R"({"code":200,"msg":"success","data":[{"userChatSessionId":"b"},{"userChatSessionId":"a"}]})");
+    answerList(m_server, {"b", "a"});
     CStringArray ids;
     ids.Add(_T("old"));
     ASSERT_TRUE(readSessionIds(ids));
@@ -77,7 +72,7 @@ TEST_F(Service, ReadsTheIdsInTheServicesOrder) {
 }
 
 TEST_F(Service, SucceedsWithAnEmptyList) {
-    m_server.answer(kListTarget, R"({"code":200,"msg":"success","data":[]})");
+    answerList(m_server, {});
     CStringArray ids;
     EXPECT_TRUE(readSessionIds(ids));
     EXPECT_EQ(ids.GetCount(), 0);

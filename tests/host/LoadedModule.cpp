@@ -12,6 +12,7 @@
 #include <QThread>
 
 #include "tests/host/FakeAccount.h"
+#include "tests/host/HostCommand.h"
 
 LoadedModule::LoadedModule(const QString& file) : m_file(file) {
     FakeAccount::reset();
@@ -42,12 +43,7 @@ bool LoadedModule::unload() {
 }
 
 bool LoadedModule::run(const ACHAR* command) {
-    AcEdCommand* const found = acedRegCmds->lookupCmd(command, false);
-    if (found == nullptr) {
-        return false;
-    }
-    found->functionAddr()();
-    return true;
+    return runHostCommand(command);
 }
 
 bool LoadedModule::openPanel() {

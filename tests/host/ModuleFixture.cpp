@@ -1,8 +1,6 @@
 #include "tests/host/ModuleFixture.h"
 
-#include <accmd.h>
 #include <afxext.h>
-#include <rxdict.h>
 
 #include <QApplication>
 #include <QTextEdit>
@@ -14,13 +12,12 @@
 #include "host/ZR_ZentriPaletteSet.h"
 #include "host/core/ZR_ZentriPaletteAccess.h"
 #include "host/qtmfc/QMfcApp.h"
+#include "tests/host/EmptyService.h"
+#include "tests/host/HostCommand.h"
 #include "view/ZR_ZentriPaletteView.h"
 
 ModuleFixture::ModuleFixture() : application(QMfcApp::mfc_instance(&testApp())) {
-    service.answer("/zr/ai/session/user", R"({"code":200,"msg":"success","data":[]})");
-    service.answer("/zr/ai/session/create", R"({"code":200,"msg":"success","data":"session-1"})");
-    qputenv("ZR_ZENTRI_SERVICE", service.address().toLatin1());
-    qputenv("ZR_ZENTRI_PROBE", "http://" + service.address().toLatin1());
+    serveEmptyHistory(service);
     FakeAccount::reset();
     FakeAccount::offer(program.host());
     program.host().setVar(_T("COLORTHEME"), 1);
@@ -37,12 +34,7 @@ ModuleFixture::~ModuleFixture() {
 }
 
 bool ModuleFixture::run(const CString& command) {
-    AcEdCommand* const found = acedRegCmds->lookupCmd(command, false);
-    if (found == nullptr) {
-        return false;
-    }
-    found->functionAddr()();
-    return true;
+    return runHostCommand(command);
 }
 
 void ModuleFixture::openPanel() {

@@ -1,5 +1,7 @@
 #include "tests/host/ModuleLoadFixture.h"
 
+#include "tests/host/EmptyService.h"
+
 ModuleLoad::ModuleLoad(const QString& file) : module(file), program(module.program) {}
 
 bool ModuleLoad::load() {
@@ -8,10 +10,7 @@ bool ModuleLoad::load() {
     }
     if (service == nullptr) {
         service = std::make_unique<FakeHttpServer>();
-        service->answer("/zr/ai/session/user", R"({"code":200,"msg":"success","data":[]})");
-        service->answer("/zr/ai/session/create", R"({"code":200,"msg":"success","data":"session-1"})");
-        qputenv("ZR_ZENTRI_SERVICE", service->address().toLatin1());
-        qputenv("ZR_ZENTRI_PROBE", "http://" + service->address().toLatin1());
+        serveEmptyHistory(*service);
     }
     return true;
 }
@@ -22,7 +21,7 @@ int ModuleLoad::askAndReceive(const QString& question) {
     // A session is created for the first question.
     const bool come = TestProgram::pumpUntil([&] {
         return service->requestCount() > before &&
-               service->request(service->requestCount() - 1).target == "/zr/ai/caddraw/chat";
+               service->request(service->requestCount() - 1).target == kChatTarget;
     });
     return come ? service->requestCount() - 1 : -1;
 }

@@ -2,16 +2,15 @@
 
 #include <QElapsedTimer>
 
+#include "tests/host/EmptyService.h"
+
 namespace {
 constexpr int kSliceMilliseconds = 20;
 constexpr int kPatienceMilliseconds = 50000;
 }  // namespace
 
 ChildHost::ChildHost() {
-    service.answer("/zr/ai/session/user", R"({"code":200,"msg":"success","data":[]})");
-    service.answer("/zr/ai/session/create", R"({"code":200,"msg":"success","data":"session-1"})");
-    qputenv("ZR_ZENTRI_SERVICE", service.address().toLatin1());
-    qputenv("ZR_ZENTRI_PROBE", "http://" + service.address().toLatin1());
+    serveEmptyHistory(service);
     child.setProcessChannelMode(QProcess::SeparateChannels);
 }
 
@@ -53,7 +52,7 @@ testing::AssertionResult ChildHost::endsWell(int timeoutMs) {
 int ChildHost::waitForQuestion() {
     int known = 0;
     while (service.waitForRequests(known + 1)) {
-        if (service.request(known).target == "/zr/ai/caddraw/chat") {
+        if (service.request(known).target == kChatTarget) {
             return known;
         }
         ++known;

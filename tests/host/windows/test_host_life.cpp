@@ -1,6 +1,7 @@
 #include <QElapsedTimer>
 #include <QRegularExpression>
 
+#include "tests/chat/ServiceReplies.h"
 #include "tests/host/windows/ChildHost.h"
 
 // How the module lives and ends in a process of its host's, seen from outside.
@@ -86,7 +87,7 @@ INSTANTIATE_TEST_SUITE_P(
     [](const testing::TestParamInfo<Ending>& ending) { return std::string(ending.param.name); });
 
 TEST_F(HostRounds, LoadingAskingAndUnloadingFiftyTimesLeavesNothingBehind) {
-    service.answer("/zr/ai/caddraw/chat", kLongAnswer, 200, "text/event-stream");
+    service.answer(kChatTarget, kLongAnswer, 200, "text/event-stream");
     // The first rounds fill caches.
     start(kHost, {QStringLiteral("rounds"), QStringLiteral("10"), QStringLiteral("50")});
     const Figures warm(readLine());
