@@ -9,7 +9,7 @@ class ZR_AiChatAnswerInterface {
 public:
     virtual ~ZR_AiChatAnswerInterface() = default;
 
-    /// The answer begins: the bubble empties its text and shows that it waits.
+    /// The answer starts: the bubble clears its text and shows that it is waiting.
     virtual void startAnswerLoading() = 0;
     /// Appends one streamed piece.
     virtual void appendAnswerText(const QString& piece) = 0;
@@ -18,6 +18,6 @@ public:
     /// The whole answer text so far.
     virtual QString answerText() const = 0;
 
-    /// The object whose destruction tells that the bubble is gone.
+    /// The bubble as a QObject, so that its deletion can be tracked.
     virtual QObject* answerObject() = 0;
 };

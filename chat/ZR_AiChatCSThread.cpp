@@ -21,7 +21,8 @@
 
 namespace {
 
-/// Of a longer buffer only the end is traced, so that a large event does not cost more with every chunk.
+/// Only the end of a longer buffer is traced; tracing all of a large event again with every chunk would be
+/// too slow.
 constexpr int kTracedBufferSize = 4096;
 
 QByteArray requestBody(const ZR_AiChatExchange& exchange) {
@@ -62,8 +63,8 @@ void ZR_AiChatCSThread::setExchange(const ZR_AiChatExchange& exchange) {
 void ZR_AiChatCSThread::run() {
     runAndLogExceptions(_T("C/S通信线程发生错误:"), _T("C/S通信线程发生未知错误！"),
                         [this] { runExchange(); });
-    // The manager clears the flag only when the streamEnd of the exchange reaches it, so this may be the
-    // second one. It is meant to be: it also ends what an exception cut short.
+    // The manager clears the flag only when the queued streamEnd reaches it, so this may be a second
+    // streamEnd. That is intended: it also ends an exchange that an exception has cut short.
     if (g_zentriCommunicating) {
         emit streamEnd();
     }
@@ -78,7 +79,7 @@ void ZR_AiChatCSThread::runExchange() {
 
     QEventLoop loop;
     ZR_AiChatEventSplitter splitter;
-    // Qt's event delivery must not be unwound, so an exception waits until the loop has been left.
+    // An exception must not propagate through Qt's event delivery, so it is kept and rethrown after the loop.
     std::exception_ptr failure;
 
     const auto onReadyRead = [&] {
@@ -108,13 +109,13 @@ void ZR_AiChatCSThread::runExchange() {
         }
         loop.exit();
     };
-    // The loop is the context: it lives on this thread, so the handlers are called directly, and they are
-    // disconnected when it goes, before the reply does.
+    // The loop is the context object: it lives on this thread, and its destruction disconnects the handlers
+    // before the reply is deleted.
     QObject::connect(reply, &QNetworkReply::readyRead, &loop, onReadyRead, Qt::DirectConnection);
     QObject::connect(reply, &QNetworkReply::finished, &loop, onFinished, Qt::DirectConnection);
     loop.exec();
 
-    // After quit() the reply may be in the middle of its answer. Nobody is to hear of that any more.
+    // After quit() the reply may still be receiving. Suppress its remaining signals.
     QObject::disconnect(reply, nullptr, &loop, nullptr);
     qDebug() << "Loop end:" << reply->errorString();
     if (!reply->isFinished()) {

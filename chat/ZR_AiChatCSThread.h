@@ -20,7 +20,7 @@ class ZR_AiChatCSThread : public QThread {
 
 public:
     explicit ZR_AiChatCSThread(QObject* parent = nullptr);
-    /// Stops a running exchange and waits for it: a QThread that is deleted while it runs ends the process.
+    /// Stops a running exchange and waits for it: deleting a running QThread aborts the process.
     ~ZR_AiChatCSThread() override;
 
     /// What the next run sends. Must be called before start(), on the thread that calls it; a running thread
@@ -28,12 +28,12 @@ public:
     void setExchange(const ZR_AiChatExchange& exchange);
 
 signals:
-    /// A run has begun, nothing has been sent yet.
+    /// A run has started; nothing has been sent yet.
     void streamStart();
-    /// One complete event of the answer.
+    /// One complete event of the answer has arrived.
     void streamProcess(QString inputContent);
-    /// The exchange is over, normally or not. Emitted once more at the end of a run when the communicating
-    /// flag is then still set, so an exchange can end twice.
+    /// The exchange is over, normally or not. Emitted again at the end of a run if the communicating flag is
+    /// still set then, so an exchange can end twice.
     void streamEnd();
 
 protected:

@@ -7,7 +7,7 @@ namespace {
 constexpr char kLineFeed = '\n';
 constexpr int kTerminatorSize = 2;
 
-/// Index of the first empty line at or behind `from`, or -1.
+/// Index of the first empty line at or after `from`, or -1.
 int indexOfTerminator(const QByteArray& bytes, int from) {
     const char* const begin = bytes.constData();
     const char* const end = begin + bytes.size();
@@ -25,8 +25,7 @@ int indexOfTerminator(const QByteArray& bytes, int from) {
     return -1;
 }
 
-/// The text without its field names, in one pass: what remains is copied once, however often they stand in
-/// it.
+/// The text without its field names. A single pass copies the remaining text once, however many there are.
 QString withoutFieldNames(const QString& text) {
     const QLatin1String fieldName("data:");
     int found = text.indexOf(fieldName);
@@ -48,8 +47,8 @@ QString withoutFieldNames(const QString& text) {
 }  // namespace
 
 void ZR_AiChatEventSplitter::append(const QByteArray& bytes) {
-    // What was taken out is dropped only once it makes up half of the buffer, so that a byte is moved once on
-    // average.
+    // Consumed bytes are dropped only once they make up half of the buffer, so that each byte is moved once
+    // on average.
     if (m_begin > 0 && m_begin >= m_buffer.size() - m_begin) {
         m_buffer.remove(0, m_begin);
         m_scan -= m_begin;

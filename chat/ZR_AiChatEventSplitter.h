@@ -3,28 +3,29 @@
 #include <QByteArray>
 #include <QString>
 
-/// Cuts the bytes of an answer stream into events. Bytes go in as they arrive, the texts of complete events
-/// come out. The result does not depend on how the bytes were cut into chunks.
+/// Splits the bytes of an answer stream into events: append() takes the bytes as they arrive, takeEvent()
+/// returns the texts of complete events. The result does not depend on how the stream was split into chunks.
 ///
 /// An event ends with an empty line ("\n\n"; "\r\n\r\n" is not recognised). Its text is its bytes decoded as
-/// UTF-8 without any "data:", wherever that stands; nothing else is stripped.
+/// UTF-8 with every "data:" removed, wherever it occurs; nothing else is stripped.
 class ZR_AiChatEventSplitter {
 public:
-    /// Takes bytes in. Costs what the bytes cost, however many are waiting for the end of their event.
+    /// Appends received bytes. The cost depends on their number only, not on how much of an event is
+    /// buffered.
     void append(const QByteArray& bytes);
 
-    /// Takes the next complete event out; false when there is none yet.
+    /// Removes the next complete event and returns its text; false when there is none yet.
     bool takeEvent(QString& text);
 
-    /// How many bytes wait, taken in and not yet part of an event taken out.
+    /// Number of buffered bytes that do not belong to an event already taken.
     int pendingSize() const { return m_buffer.size() - m_begin; }
-    /// The last bytes that wait, at most `limit` of them.
+    /// The last of the pending bytes, at most `limit`.
     QByteArray pendingTail(int limit) const;
 
 private:
     QByteArray m_buffer;
-    /// Where the bytes begin that have not been taken out.
+    /// Index of the first pending byte.
     int m_begin = 0;
-    /// Where the search for the end of the event goes on; no event ends before it.
+    /// Index at which the search for the end of the event resumes; no event ends before it.
     int m_scan = 0;
 };

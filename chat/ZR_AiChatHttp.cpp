@@ -20,7 +20,7 @@ bool onMainThread() {
     return application != nullptr && application->thread() == QThread::currentThread();
 }
 
-/// Waits until the reply has finished or the thread is told to quit.
+/// Blocks until the reply has finished or the thread is asked to quit.
 void waitFor(const QNetworkReply* reply) {
     QEventLoop loop;
     QObject::connect(reply, &QNetworkReply::finished, &loop, &QEventLoop::quit);
@@ -28,12 +28,12 @@ void waitFor(const QNetworkReply* reply) {
         loop.exec();
         return;
     }
-    // The user must not start anything while the caller is half-way through. What was typed meanwhile is kept
-    // by Qt, on some platforms until Qt runs a loop again, which inside the host may be never: so it is
-    // handed on as soon as the host's own loop is back.
+    // User input is excluded, because the user must not start anything while the caller is half-way through.
+    // Qt queues that input, on some platforms until one of its event loops runs again, which may never happen
+    // inside the host. So it is delivered as soon as the host's own loop runs again.
     loop.exec(QEventLoop::ExcludeUserInputEvents);
     QTimer::singleShot(0, QCoreApplication::instance(), [] {
-        // The dispatcher of Windows still stands interrupted by the loop's end, which takes up one turn.
+        // Qt's Windows dispatcher is still interrupted; the first call only clears that.
         QCoreApplication::processEvents();
         QCoreApplication::processEvents();
     });

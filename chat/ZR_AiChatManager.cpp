@@ -105,7 +105,7 @@ void ZR_AiChatManager::send(const CString& question, bool flag, ZR_AiChatAnswerI
 
 void ZR_AiChatManager::sendInNewSession(const CString& question, bool flag,
                                         ZR_AiChatAnswerInterface* bubble) {
-    // Creating the session delivers events, and the bubble may be deleted by one.
+    // createSession() delivers events, and one of them may delete the bubble.
     const Answer answer(bubble);
     if (!zentriHasAccess()) {
         return;
@@ -119,7 +119,7 @@ void ZR_AiChatManager::sendInNewSession(const CString& question, bool flag,
         print(_T("\n创建新对话失败！"));
         return;
     }
-    // Events were delivered meanwhile: the module may have been unloaded.
+    // Events have been delivered meanwhile, so the module may have been unloaded.
     if (g_zentriChatThread == nullptr) {
         print(noThreadText());
         return;
@@ -260,7 +260,7 @@ void ZR_AiChatManager::onStreamProcess(const QString& text) {
 }
 
 void ZR_AiChatManager::onStreamEnd() {
-    // A bubble that is gone took its text along: then there is no answer to store.
+    // If the bubble has been deleted, so has its text, and there is no answer to store.
     if (ZR_AiChatAnswerInterface* bubble = m_answer.get()) {
         addToCurrent(kChatRoleAssistant, toCString(bubble->answerText()));
         bubble->stopAnswerLoading();
@@ -272,9 +272,9 @@ void ZR_AiChatManager::onStreamEnd() {
 }
 
 void ZR_AiChatManager::onThreadFinished() {
-    // A run that was told to quit, or that failed, before its streamStart arrived here saw the flag clear and
-    // sent no streamEnd. The thread's end follows all its signals, so a flag that is still set now has been
-    // left over, and nobody else would ever clear it.
+    // A run that was asked to quit, or failed, before its streamStart was handled found the flag clear and
+    // emitted no streamEnd. finished() is queued behind the run's other signals, so if the flag is still set
+    // now, nothing else will ever clear it.
     if (g_zentriCommunicating) {
         onStreamEnd();
     }

@@ -14,26 +14,25 @@ class QThread;
 class ZR_AiChatAnswerInterface;
 
 /// Holds the user's sessions and the current conversation, and decides whether an exchange may start.
-/// Refusals are printed on the host's command line. UI thread, but for what the streaming thread asks as its
-/// exchange source.
+/// Refusals are printed on the host's command line. UI thread.
 class ZR_AiChatManager : public QObject {
     Q_OBJECT
 
 public:
-    /// The one manager, made on first use; the module's thread objects must exist by then.
+    /// The one manager, created on first use; the module's thread objects must exist by then.
     static ZR_AiChatManager& instance();
 
-    /// Whether an exchange may start now; prints the reason when not.
+    /// Whether an exchange may start now; prints the reason if not.
     bool canCommunicate();
 
-    /// Starts reading the user's sessions, once the user is signed in.
+    /// Starts reading the user's sessions if the user is signed in.
     void initUserData();
 
     /// Sends a question in the current conversation, which is created on the service when it is new. The
-    /// answer streams into `bubble`, which may be deleted at any time. `flag` is only kept.
+    /// answer streams into `bubble`, which may be deleted at any time. `flag` is stored and not used.
     void send(const CString& question, bool flag, ZR_AiChatAnswerInterface* bubble);
 
-    /// Files the current conversation and begins an empty one. The caller has asked canCommunicate().
+    /// Files the current conversation and starts an empty one. The caller must have checked canCommunicate().
     void newSession();
 
     /// Makes a listed session current and shows it.
@@ -43,26 +42,27 @@ public:
     /// The newest question of the current conversation, empty when there is none.
     CString getLastUserInput() const;
 
-    /// Replaces the content of `sessions` by copies of all sessions; always true.
+    /// Replaces the content of `sessions` with copies of all sessions; always true.
     bool getSessions(ZR_AiChatSessionList& sessions) const;
-    /// Copies the first listed session with this id; false, with `record` left alone, when there is none.
+    /// Copies the first listed session with this id; false when there is none, `record` is then unchanged.
     bool findSession(const CString& sessionId, ZR_AiChatSingleChatRecord& record) const;
-    /// Replaces the content of `sessions` by the listed sessions with a message that contains the text; false
-    /// when there are none.
+    /// Replaces the content of `sessions` with the listed sessions that have a message containing the text;
+    /// false when there are none. Part of the interface; nothing in the module calls it.
     bool searchSessions(const CString& text, ZR_AiChatSessionList& sessions) const;
 
-    /// Tests with a real connection whether the network can be reached; blocks.
+    /// Tests with a real connection whether the network is reachable; blocks.
     bool checkConnection();
 
-    /// A new GUID in upper case without braces; empty when the system cannot make one.
+    /// A new GUID in upper case without braces; empty when the system cannot create one. Part of the
+    /// interface; nothing in the module calls it.
     static CString makeGuid();
 
 signals:
-    /// A question was added to a session that existed.
+    /// A question was added to an existing session.
     void sessionUpdated(CString updatedSession);
     /// A new session was added to the list.
     void newSessionSet(CString newSession);
-    // Never emitted: the manager drives the view directly. They belong to the interface all the same.
+    // Part of the interface; nothing in the module emits these. The manager calls the view directly.
     void streamStart();
     void streamProcess(QString processStr);
     void streamEnd();
@@ -72,8 +72,8 @@ signals:
 public slots:
     void onStreamStart();
     void onStreamProcess(const QString& text);
-    /// Stores the bubble's text as the answer. Runs a second time when the stream ends twice, and then stores
-    /// it a second time: that is meant.
+    /// Stores the bubble's text as the answer. When the stream ends twice, this runs twice and stores the
+    /// answer twice; that is intended.
     void onStreamEnd();
     void onReadStart();
     void onReadEnd();
@@ -82,13 +82,13 @@ protected:
     ZR_AiChatManager();
     ~ZR_AiChatManager() override;
 
-    /// Sends a question in the session with this id, which is made current first. When it is not listed
-    /// nothing is sent and nothing is said.
+    /// Sends a question in the session with this id, after making it current. If the session is not listed,
+    /// nothing is sent and nothing is printed.
     void sendInKnownSession(const CString& sessionId, const CString& question, bool flag,
                             ZR_AiChatAnswerInterface* bubble);
 
 private:
-    /// The answer bubble and what tells that it is gone.
+    /// The answer bubble, guarded against its deletion.
     struct Answer {
         Answer() = default;
         explicit Answer(ZR_AiChatAnswerInterface* bubble);
@@ -111,11 +111,11 @@ private:
 
     void sendInNewSession(const CString& question, bool flag, ZR_AiChatAnswerInterface* bubble);
     CString createSession();
-    /// Tests that nothing stands in the way of an exchange; prints the reason when not.
+    /// Checks whether an exchange may start; prints the reason if not.
     bool mayStartExchange();
     void startExchange(const CString& question, bool flag, const Answer& answer);
 
-    /// Puts the current record into the list, unless it has no session id, and clears it.
+    /// Stores the current record in the list, unless it has no session id, and clears it.
     void fileCurrent();
     void addToCurrent(std::uint32_t role, const CString& text);
     /// Copies the listed session into the current record; false when it is not listed.
@@ -124,11 +124,12 @@ private:
     ZR_AiChatSessionStore m_sessions;
     ZR_AiChatSingleChatRecord m_current;
     Answer m_answer;
+    /// Part of the interface; nothing in the module reads it.
     bool m_sendFlag = false;
     bool m_initialising = false;
 
-    /// True while a session is being created: the wait delivers events, and what they start must not change
-    /// the current record.
+    /// True while a session is being created: the blocking call delivers events, whose handlers must not
+    /// change the current record.
     bool m_creatingSession = false;
     /// False when the manager was created before the threads: it then never reacts to them.
     const bool m_createdAfterThreads;

@@ -5,10 +5,10 @@
 class ZR_AiChatCSThread;
 class ZR_AiChatReadHistoricalChatThread;
 
-// What the module holds for the chat as a whole. But for the flag and the exchange source, UI thread only.
+// Process-wide state of the chat. UI thread only, except for the communicating flag.
 
 /// The one streaming thread and the one history reader. The module entry creates them before the manager, and
-/// sets the pointer of one that it deletes to null.
+/// resets the pointer when it deletes one.
 extern ZR_AiChatCSThread* g_zentriChatThread;
 extern ZR_AiChatReadHistoricalChatThread* g_zentriHistoryThread;
 
@@ -16,5 +16,6 @@ extern ZR_AiChatReadHistoricalChatThread* g_zentriHistoryThread;
 /// streaming thread too.
 extern std::atomic<bool> g_zentriCommunicating;
 
-/// Tells the manager's destructor that an exchange was left unfinished. Nothing sets it at present.
+/// Makes the manager's destructor report an unfinished exchange. Part of the interface; nothing in the module
+/// sets it.
 extern bool g_zentriExchangeUnfinished;

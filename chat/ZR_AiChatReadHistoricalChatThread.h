@@ -5,8 +5,8 @@
 
 #include "chat/ZR_AiChatSingleChatRecord.h"
 
-/// Reads all of the user's sessions from the service, one after another. Nothing cancels a run but quit(),
-/// which lets the remaining reads fail at once.
+/// Reads all of the user's sessions from the service, one after another. Only quit() cancels a run: the
+/// remaining reads then fail at once.
 class ZR_AiChatReadHistoricalChatThread : public QThread {
     Q_OBJECT
 
@@ -15,14 +15,14 @@ public:
     /// Stops a running read and waits for it.
     ~ZR_AiChatReadHistoricalChatThread() override;
 
-    /// Replaces the content of `sessions` by the sessions read, in the service's order; false, with
-    /// `sessions` left alone, when there are none. Meant for after readEnd; during a run it gives what has
-    /// been read so far.
+    /// Replaces the content of `sessions` with the sessions read, in the service's order; false when there
+    /// are none, `sessions` is then unchanged. Meant to be called after readEnd; during a run it returns the
+    /// sessions read so far.
     bool copyResultTo(ZR_AiChatSessionList& sessions) const;
 
 signals:
     void readStart();
-    /// Follows every readStart, also when nothing could be read.
+    /// Follows every readStart, even if nothing could be read.
     void readEnd();
 
 protected:
@@ -36,7 +36,7 @@ private:
         change();
     }
 
-    /// Guards m_result: a second run may have begun by the time the first one's readEnd is handled.
+    /// Guards m_result: a second run may have started by the time the first one's readEnd is handled.
     mutable std::mutex m_resultMutex;
     ZR_AiChatSessionList m_result;
 };

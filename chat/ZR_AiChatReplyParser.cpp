@@ -12,7 +12,7 @@ namespace {
 constexpr int kSuccessCode = 200;
 constexpr double kLargestTimeInSeconds = 1e12;
 constexpr std::int64_t kMillisecondsPerSecond = 1000;
-/// Beyond this a double does not fit a 64-bit integer.
+/// A larger double does not fit into a 64-bit integer.
 constexpr double kIntegerLimit = 9.2e18;
 
 /// An empty object when the text is not a JSON object.

@@ -7,11 +7,11 @@
 
 #include "chat/ZR_AiChatSingleChatRecord.h"
 
-// What the replies of the session calls say. Every reply is an envelope {"code", "msg", "data"}, and counts
-// as a success only with code 200 and the message "success". Any text may come in: what is missing or of
+// Parsers for the replies of the session calls. Every reply is an envelope {"code", "msg", "data"}; it is a
+// success only with code 200 and the message "success". Any text is accepted: a member that is missing or of
 // another JSON type reads as empty.
 
-/// How the service judged a call.
+/// Code and message of a reply.
 struct ZR_AiChatReplyStatus {
     bool isSuccess() const;
 
@@ -22,9 +22,9 @@ struct ZR_AiChatReplyStatus {
 /// The id of a created session, empty when the call failed.
 CString parseCreatedSession(const QString& body);
 
-/// The ids of all sessions, replacing the content of `ids`; left alone when the call failed.
+/// The ids of all sessions, replacing the content of `ids`; unchanged when the call failed.
 ZR_AiChatReplyStatus parseSessionIds(const QString& body, CStringArray& ids);
 
-/// Appends the messages of one session; nothing when the call failed. Messages of neither the user nor the
-/// assistant are skipped.
+/// Appends the messages of one session; none when the call failed. Messages of other roles than "user" and
+/// "assistant" are skipped.
 ZR_AiChatReplyStatus parseSessionChats(const QString& body, ZR_AiChatSingleChatRecord& record);

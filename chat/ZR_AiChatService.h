@@ -5,11 +5,12 @@
 
 #include "chat/ZR_AiChatSingleChatRecord.h"
 
-// The session calls of the AI service. Each waits for the whole reply, without a timeout, and fails without a
-// request when nobody is signed in. A call whose thread is told to quit fails at once.
+// The session calls of the AI service. Each blocks until the whole reply has been received, without a
+// timeout, and fails without sending a request when nobody is signed in. A call fails at once when its thread
+// is asked to quit.
 
-/// Creates a session and returns its id, empty on any failure. UI thread: user input waits meanwhile, other
-/// events are delivered.
+/// Creates a session and returns its id, empty on any failure. UI thread: while it blocks, events are
+/// delivered, except for user input, which is held back.
 CString createSessionOnServer();
 
 /// Reads the ids of all the user's sessions, in the service's order. Any thread.

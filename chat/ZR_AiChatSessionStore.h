@@ -7,8 +7,8 @@
 
 #include "chat/ZR_AiChatSingleChatRecord.h"
 
-/// The manager's list of sessions, in the order in which they were added. Finding one by its id costs the
-/// same however many there are.
+/// The manager's list of sessions, in the order in which they were added. Looking one up by its id takes
+/// constant time.
 class ZR_AiChatSessionStore {
 public:
     const ZR_AiChatSessionList& list() const { return m_list; }
@@ -16,11 +16,10 @@ public:
     /// The first session with this id, or null. Valid until the store changes.
     const ZR_AiChatSingleChatRecord* find(const CString& sessionId) const;
 
-    /// Puts a copy of the record in place of the first session with its id, or at the end.
+    /// Replaces the first session with the same id by a copy of the record, or appends the copy.
     void put(const ZR_AiChatSingleChatRecord& record);
 
-    /// Takes copies of these sessions in place of all its own. Several may have one id: then the first is
-    /// found.
+    /// Replaces all sessions with copies of these. If several have the same id, find() returns the first.
     void replaceAll(const ZR_AiChatSessionList& sessions);
 
 private:

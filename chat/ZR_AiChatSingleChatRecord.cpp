@@ -16,7 +16,7 @@ std::int64_t secondsSince1970() {
 
 IMPLEMENT_SERIAL(ZR_AiChatSingleChatRecord, CObject, kSchema)
 
-// CObject cannot be copied, so the base is begun anew and the members are copied by the assignment.
+// CObject cannot be copied, so the base is default-constructed and the assignment copies the members.
 ZR_AiChatSingleChatRecord::ZR_AiChatSingleChatRecord(const ZR_AiChatSingleChatRecord& other) : CObject() {
     *this = other;
 }
@@ -53,7 +53,7 @@ void ZR_AiChatSingleChatRecord::Serialize(CArchive& archive) {
     archive >> m_title;
     DWORD count = 0;
     archive >> count;
-    // A count beyond what the archive holds ends with the archive's own end-of-file exception.
+    // A count larger than the archive's content ends with the archive's end-of-file exception.
     for (DWORD i = 0; i < count; ++i) {
         DWORD role = 0;
         LONGLONG time = 0;

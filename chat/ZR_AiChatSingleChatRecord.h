@@ -19,8 +19,8 @@ struct SingleChatUnit {
 
 using SingleChatUnitList = CArray<SingleChatUnit, const SingleChatUnit&>;
 
-/// One session: its id on the service, its title and its messages, oldest first. A value: copies share
-/// nothing that can be changed.
+/// One session: its id on the service, its title and its messages, oldest first. A value type: copies share
+/// no mutable state.
 class ZR_AiChatSingleChatRecord : public CObject {
     DECLARE_SERIAL(ZR_AiChatSingleChatRecord)
 
@@ -30,8 +30,9 @@ public:
     ZR_AiChatSingleChatRecord& operator=(const ZR_AiChatSingleChatRecord& other);
     ~ZR_AiChatSingleChatRecord() override = default;
 
-    /// What is stored does not load back: the unit count is written with 64 bits and read with 32. Readers of
-    /// the layout rely on either side as it is, so neither may be "repaired".
+    /// A stored record does not load back: the unit count is written as 64 bits and read as 32. The layout is
+    /// fixed, including this asymmetry, so neither side may be "repaired". Part of the interface; nothing in
+    /// the module calls it.
     void Serialize(CArchive& archive) override;
 
     /// Empty while the conversation has not been created on the service.
@@ -41,28 +42,31 @@ public:
     CString GetTitle() const { return m_title; }
     bool IsSession(const CString& sessionId) const;
 
-    /// Appends a message made now.
+    /// Appends a message with the current time.
     void AddUnit(std::uint32_t role, const CString& text);
-    /// Appends a message made at a time in seconds since 1970.
+    /// Appends a message with a time in seconds since 1970.
     void AddUnit(std::uint32_t role, const CString& text, std::int64_t time);
     void AddUnit(const SingleChatUnit& unit);
 
+    /// Part of the interface; nothing in the module calls it.
     int GetUnitCount() const;
-    /// Replaces the content of `units` by copies of all messages; always true.
+    /// Replaces the content of `units` with copies of all messages; always true.
     bool GetUnits(SingleChatUnitList& units) const;
-    /// False when there are no messages; `unit` is then left alone.
+    /// False when there are no messages; `unit` is then unchanged. Part of the interface; nothing in the
+    /// module calls it.
     bool GetLastUnit(SingleChatUnit& unit) const;
     /// The newest question, empty when there is none.
     CString GetLastUserInput() const;
     /// True when a message contains the text, case-sensitively.
     bool ContainsText(const CString& text) const;
 
-    /// Time of the earliest message, 0 without messages. A time of 0 counts as none.
+    /// Time of the earliest message, 0 without messages. A time of 0 is replaced by the next message's time.
+    /// Part of the interface; nothing in the module calls it.
     std::int64_t GetCreateTime() const;
     /// Time of the latest message, 0 without messages.
     std::int64_t GetUseTime() const;
 
-    /// Empties the messages, the title and the session id.
+    /// Removes all messages and clears the title and the session id.
     void Clear();
 
 private:
@@ -74,5 +78,5 @@ private:
 /// Sessions in the order in which they were added.
 using ZR_AiChatSessionList = CArray<ZR_AiChatSingleChatRecord, const ZR_AiChatSingleChatRecord&>;
 
-/// Replaces the content of `target` by copies of all records of `source`.
+/// Replaces the content of `target` with copies of all records of `source`.
 void copySessionList(const ZR_AiChatSessionList& source, ZR_AiChatSessionList& target);

@@ -11,7 +11,7 @@ class ZR_AiChatViewInterface {
 public:
     virtual ~ZR_AiChatViewInterface() = default;
 
-    // Driven by the chat manager.
+    // Called by the chat manager.
     virtual void onStreamStart() = 0;
     virtual void onStreamProcess() = 0;
     virtual void onStreamEnd() = 0;
@@ -20,12 +20,12 @@ public:
     /// Hands the session list to the side bar.
     virtual void updateSideBarSessions(const ZR_AiChatSessionList& sessions) = 0;
 
-    // Driven by a bubble's icons.
-    /// Puts text into the input box and takes the focus off it.
+    // Called when an icon of a bubble is clicked.
+    /// Sets the text of the input box and clears its focus.
     virtual void setInputText(const QString& text) = 0;
-    /// Runs the send flow on what the input box holds.
+    /// Sends the text of the input box.
     virtual void sendInput() = 0;
 
-    /// The view's place in its parent; menus of the side bar are placed by it.
+    /// The view's geometry in its parent; the side bar positions its menus with it.
     virtual QRect viewGeometry() const = 0;
 };

@@ -8,8 +8,9 @@
 #include "host/core/ZR_ZentriLogger.h"
 #include "host/core/ZR_ZentriText.h"
 
-/// Runs the work of a worker thread. An exception ends the work and is logged, as `errorBegin` and its
-/// message or, when it carries none, as `unknownError`; none may leave the thread, that would end the host.
+/// Runs the work of a worker thread. An exception ends the work and is logged: as `errorBegin` followed by
+/// its message or, if it has none, as `unknownError`. It must not leave the thread: that would terminate the
+/// host.
 template <typename Work>
 void runAndLogExceptions(const CString& errorBegin, const CString& unknownError, const Work& work) {
     try {

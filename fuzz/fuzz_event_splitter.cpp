@@ -4,7 +4,7 @@
 #include "chat/ZR_AiChatEventSplitter.h"
 #include "tests/chat/PlainEventSplitter.h"
 
-/// Feeds a stream in chunks, whose sizes the first bytes give, and holds the result against the plain rule.
+/// Feeds a stream in chunks whose sizes the first bytes give, and compares the result with the plain rule.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     constexpr int kSizesLength = 8;
     if (size < kSizesLength) {

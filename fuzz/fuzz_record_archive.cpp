@@ -3,7 +3,7 @@
 
 #include "chat/ZR_AiChatSingleChatRecord.h"
 
-/// Loads a record from any bytes: it loads or raises one of MFC's exceptions.
+/// Loads a record from arbitrary bytes: it loads or throws an MFC exception.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     std::vector<BYTE> bytes(data, data + size);
     bytes.push_back(0);  // a memory file needs a buffer

@@ -5,8 +5,8 @@
 
 namespace {
 
-/// The body that the input stands for: itself, or something the envelope check lets through, which chance
-/// alone would hardly make.
+/// The body for an input: the input itself, or the input inside a reply that passes the envelope check, which
+/// random input would hardly do.
 QString bodyOf(unsigned char kind, const QString& text) {
     constexpr unsigned char kKinds = 4;
     const QString success = QStringLiteral(R"({"code":200,"msg":"success","data":%1})");
@@ -26,7 +26,7 @@ QString bodyOf(unsigned char kind, const QString& text) {
 
 }  // namespace
 
-/// Takes a body for the reply of every call. What is kept of it must agree with the status.
+/// Parses a body as the reply of every call. The result must be consistent with the status.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     if (size == 0) {
         return 0;

@@ -14,7 +14,7 @@ QByteArray largeEvent() {
     return "data:" + QByteArray("画圆 CIRCLE\n").repeated(60000) + "\n\n";
 }
 
-/// As many bytes in events of a few characters each.
+/// About as many bytes, in events of a few characters each.
 QByteArray manySmallEvents() {
     return QByteArray("data:画圆\n\n").repeated(75000);
 }
@@ -43,8 +43,8 @@ int split(const QByteArray& stream, int chunkSize) {
     return characters;
 }
 
-/// Times the module's splitter, and the plain rule beside it once: "times_faster" compares the two in one
-/// run, so that it means the same on every machine.
+/// Times the module's splitter and, once, the plain rule. "times_faster" compares the two in one run, so that
+/// it does not depend on the machine.
 void compare(benchmark::State& state, const QByteArray& stream, int chunkSize) {
     using Clock = std::chrono::steady_clock;
     const auto plainStart = Clock::now();
@@ -75,7 +75,7 @@ void smallEventsInNetworkChunks(benchmark::State& state) {
 }
 BENCHMARK(smallEventsInNetworkChunks)->Unit(benchmark::kMillisecond);
 
-/// All events are there at once: dropping each from the front must not move the rest each time.
+/// All events arrive at once: removing one from the front must not move the rest every time.
 void smallEventsInOneChunk(benchmark::State& state) {
     const QByteArray stream = manySmallEvents();
     compare(state, stream, stream.size());

@@ -37,7 +37,7 @@ QByteArray messages(int session) {
     return data;
 }
 
-/// A manager that has read a large history from a service.
+/// The manager, after reading a large history from a service.
 ZR_AiChatManager& filledManager() {
     static ZR_AiChatManager* const manager = [] {
         FakeHttpServer server;
@@ -63,7 +63,7 @@ ZR_AiChatManager& filledManager() {
     return *manager;
 }
 
-/// The text is nowhere, so every message is looked through.
+/// No message contains the text, so every message is searched.
 void searchMessages(benchmark::State& state) {
     const ZR_AiChatManager& manager = filledManager();
     ZR_AiChatSessionList found;

@@ -101,7 +101,7 @@ TestManager& ChatTest::makeManager() {
 bool ChatTest::waitUntilIdle() const {
     const bool finished =
         waitFor([] { return !g_zentriChatThread->isRunning() && !g_zentriHistoryThread->isRunning(); });
-    // The signals of a finished thread are in the queue by now.
+    // The signals of a finished thread have been posted by now.
     QCoreApplication::sendPostedEvents();
     return finished;
 }

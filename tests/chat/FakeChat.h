@@ -18,10 +18,10 @@
 class ZR_AiChatCSThread;
 class ZR_AiChatReadHistoricalChatThread;
 
-/// What the manager asked of bubbles and the view, in order.
+/// The manager's calls of bubbles and the view, in order.
 using Calls = QStringList;
 
-/// An answer bubble that keeps its text and writes down what is asked of it.
+/// An answer bubble that keeps its text and records its calls.
 class FakeAnswer : public QObject, public ZR_AiChatAnswerInterface {
 public:
     explicit FakeAnswer(Calls& calls) : m_calls(calls) {}
@@ -37,7 +37,7 @@ private:
     QString m_text;
 };
 
-/// The palette and its view in one. Announces itself while it lives.
+/// The palette and its view in one, registered as the palette while it exists.
 class FakeChatView : public ZR_AiChatViewInterface, public ZR_ZentriPaletteAccess {
 public:
     explicit FakeChatView(Calls& calls) : m_calls(calls) { setZentriPaletteAccess(this); }
@@ -56,7 +56,7 @@ public:
     void setColorTheme(int) override {}
     void takeKeyboardFocus() override {}
 
-    /// Run within each call of the manager, once it has been written down.
+    /// Called within each call of the manager, after it has been recorded.
     std::function<void()> onCall;
 
 private:
@@ -65,14 +65,14 @@ private:
     Calls& m_calls;
 };
 
-/// A manager of the test's own, beside the module's one.
+/// A manager of the test's own, apart from the module's one.
 class TestManager : public ZR_AiChatManager {
 public:
     using ZR_AiChatManager::sendInKnownSession;
 };
 
-/// Signed in, with the service at an address the test gives, in a host that writes down what is printed.
-/// Nothing of the module exists yet.
+/// A signed-in user, a service at the address that the test sets, and a host that records what is printed. No
+/// object of the module exists yet.
 class ChatTest : public testing::Test {
 protected:
     ChatTest();
@@ -82,15 +82,15 @@ protected:
     static void signIn(const CString& token);
     static void signOut();
 
-    /// Makes the two threads, as the module entry does.
+    /// Creates the two threads, as the module entry does.
     void makeThreads();
     void deleteThreads();
-    /// The threads and a manager.
+    /// Creates the threads and a manager.
     TestManager& makeManager();
     /// Waits until both threads are idle and all their signals have been handled.
     bool waitUntilIdle() const;
 
-    /// What was printed since the last call, all in one.
+    /// Everything printed since the last call.
     QString takePrinted();
     static bool waitFor(const std::function<bool()>& condition);
 
@@ -99,10 +99,10 @@ protected:
     std::unique_ptr<TestManager> m_manager;
 };
 
-/// A condition that holds is seen at once; the limit only bounds a failure, also under sanitizers.
+/// Waiting ends as soon as the condition holds; the limit only bounds a failure, even under sanitizers.
 constexpr int kWaitLimitMs = 30000;
 
-/// Texts of the source code as Qt's.
+/// UTF-8 literals as QStrings.
 QStringList texts(std::initializer_list<const char*> utf8);
 /// A record's messages as "0:question", "1:answer".
 QStringList messagesOf(const ZR_AiChatSingleChatRecord& record);

@@ -20,7 +20,7 @@ constexpr int kByteOrderMarkSize = 2;
 
 void LogFile::install() {
     const QString anchor = folder().filePath(QStringLiteral("ZR_Zentri.arx"));
-    // Resident until the process ends: the log's place is asked for once, but nothing says when.
+    // Stays loaded until the process ends: the logger looks the module up once, at a time unknown here.
     static QLibrary library;
     library.setFileName(anchor);
     if (!QFile::copy(QStringLiteral(ZENTRI_LOG_ANCHOR), anchor) || !library.load()) {

@@ -9,7 +9,7 @@
 #include "tests/chat/ServiceReplies.h"
 #include "tests/support/http/FakeHttpServer.h"
 
-// What the manager prints.
+// Messages that the manager prints.
 extern const QString kNotSignedIn;
 extern const QString kNoThreads;
 extern const QString kBusy;
@@ -21,16 +21,16 @@ extern const QString kReadBegins;
 extern const QString kReadDone;
 extern const QString kNetworkFailure;
 
-/// A manager of the test's own, and a service whose replies the test gives.
+/// A manager of the test's own, and a service whose replies the test sets.
 class ManagerTest : public ChatTest {
 protected:
     ManagerTest();
 
     /// Lets the service create sessions with this id.
     void answerCreate(const QByteArray& id) { ::answerCreate(m_server, id); }
-    /// Lets the service tell of sessions with one question each.
+    /// Lets the service list these sessions, each with one question.
     void answerHistory(const QList<QByteArray>& ids);
-    /// Reads a history in, and forgets what that printed and called.
+    /// Reads a history and discards what that has printed and called.
     void loadHistory(const QList<QByteArray>& ids);
 
     QStringList sessionIds() const;

@@ -8,16 +8,16 @@
 #include <mutex>
 #include <thread>
 
-/// The module's message boxes in a test: MFC hands them to the application object, which takes note of them
-/// and answers OK. Any thread.
+/// The module's message boxes in a test: MFC passes them to the application object, which records them and
+/// answers OK. Any thread.
 class MessageBoxes : public CWinApp {
 public:
     struct Box {
         QString text;
         UINT type;
-        /// Where the box was asked for.
+        /// The thread that opened the box.
         std::thread::id thread;
-        /// The log's last entry by then.
+        /// The last log entry at that time.
         QString lastLogged;
     };
 

@@ -4,17 +4,17 @@
 #include <QString>
 #include <QStringList>
 
-/// The rule by which an answer stream is cut into events, step by step as it is stated and without any care
-/// for speed. What the module's own splitter is held against.
+/// The rule by which an answer stream is split into events, step by step and without regard to speed: the
+/// oracle for the module's splitter.
 class PlainEventSplitter {
 public:
-    /// Takes a chunk in and returns the texts of the events that are complete now.
+    /// Appends a chunk and returns the texts of the events that are complete now.
     QStringList takeChunk(const QByteArray& chunk) {
         QStringList texts;
         m_buffer.append(chunk);
         int end = m_buffer.indexOf("\n\n");
         while (end >= 0) {
-            // By size: the overload for a byte array stops at a zero byte.
+            // With the size: the overload for a byte array stops at a null byte.
             QString text = QString::fromUtf8(m_buffer.constData(), end);
             text.remove(QStringLiteral("data:"), Qt::CaseSensitive);
             m_buffer = m_buffer.mid(end + 2);

@@ -8,13 +8,13 @@
 #include "tests/chat/FakeChat.h"
 #include "tests/support/http/FakeHttpServer.h"
 
-/// Calls on the main thread, during which the user's input waits in Qt.
+/// Blocking calls on the main thread, during which Qt holds back user input.
 class WithheldCall : public ChatTest {
 protected:
     WithheldCall() { setServiceAddress(m_server.address()); }
 
-    /// Calls the service. Once the call has reached it, `giveInput` is run; the reply follows when the call's
-    /// loop has gone round with the input waiting.
+    /// Calls the service. Once the request has arrived there, `giveInput` is called; the reply follows when
+    /// the call's loop has run again with that input queued.
     template <class GiveInput>
     void callMeanwhile(const GiveInput& giveInput) {
         bool given = false;

@@ -7,7 +7,7 @@
 
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
-    // The tests are listed where no platform is set up, maybe without any display.
+    // Tests are listed during the build, where there may be no platform plugin and no display.
     if (testing::GTEST_FLAG(list_tests)) {
         return RUN_ALL_TESTS();
     }

@@ -40,14 +40,14 @@ protected:
         return waitFor([&] { return m_signals == texts(expected); });
     }
 
-    /// Waits for the run's end and for its signals to arrive.
+    /// Waits until the run has ended and its signals have been delivered.
     bool finish() {
         const bool finished = waitFor([this] { return m_thread->isFinished(); });
         QCoreApplication::sendPostedEvents();
         return finished;
     }
 
-    /// Begins a run and an answer that lasts until the test closes it.
+    /// Starts a run and an answer that stays open until the test closes it.
     bool startAnswer(int index = 0) {
         m_thread->start();
         if (!m_server.waitForRequests(index + 1)) {
@@ -63,7 +63,7 @@ protected:
                          Qt::DirectConnection);
     }
 
-    /// Runs once and gives the debug output meanwhile.
+    /// Runs once and returns the debug output of the run.
     QString tracesOfARun();
 
     FakeHttpServer m_server;
@@ -77,7 +77,7 @@ const QString kErrorLogBegin = QStringLiteral("网络请求出错！错误信息
 
 }  // namespace
 
-TEST_F(CSThread, SendsExactlyTheRequest) {
+TEST_F(CSThread, SendsTheExpectedRequest) {
     m_server.answer(kChatTarget, "");
     m_thread->start();
     ASSERT_TRUE(finish());
@@ -101,7 +101,7 @@ TEST_F(CSThread, SendsExactlyTheRequest) {
     for (const auto& header : request.headers) {
         names.insert(header.first.toLower());
     }
-    // Besides those five, only what Qt says of itself and of the connection.
+    // Besides those five, only headers that Qt adds itself.
     names -= {"host",           "content-type", "accept",          "cache-control",   "authorization",
               "content-length", "connection",   "accept-encoding", "accept-language", "user-agent"};
     EXPECT_TRUE(names.isEmpty()) << qPrintable(QString::fromUtf8(names.values().join(' ')));
@@ -115,7 +115,7 @@ TEST_F(CSThread, SendsTheTokenAsUtf8WithoutAnyPrefix) {
     EXPECT_EQ(m_server.request(0).header("Authorization"), "令牌 with blanks==");
 }
 
-TEST_F(CSThread, EscapesWhatJsonCannotHold) {
+TEST_F(CSThread, EscapesSpecialCharactersInJson) {
     m_thread->setExchange({QStringLiteral("a\"b\\c\nd"), QStringLiteral("sess-1")});
     m_server.answer(kChatTarget, "");
     m_thread->start();
@@ -132,7 +132,7 @@ TEST_F(CSThread, SendsEmptyTextsForAnEmptyExchange) {
     EXPECT_EQ(m_signals, texts({"start", "<x", "end"}));
 }
 
-TEST_F(CSThread, GivesTwoEventsOfOneChunkInOrder) {
+TEST_F(CSThread, EmitsTwoEventsOfOneChunkInOrder) {
     ASSERT_TRUE(startAnswer());
     m_server.sendBytes(0, "data:a\n\ndata:b\n\n");
     EXPECT_TRUE(waitForSignals({"start", "<a", "<b"}));
@@ -142,7 +142,7 @@ TEST_F(CSThread, GivesTwoEventsOfOneChunkInOrder) {
     EXPECT_EQ(MessageBoxes::instance().count(), 0);
 }
 
-TEST_F(CSThread, GivesAnEventCutInTwoOnceItIsComplete) {
+TEST_F(CSThread, EmitsASplitEventOnceItIsComplete) {
     ASSERT_TRUE(startAnswer());
     m_server.sendBytes(0, "data:first\n\ndata:sec");
     ASSERT_TRUE(waitForSignals({"start", "<first"}));
@@ -161,14 +161,14 @@ TEST_F(CSThread, KeepsBlankAfterDataColon) {
     EXPECT_EQ(m_signals, texts({"start", "< 你好", "<a\nb", "end"}));
 }
 
-TEST_F(CSThread, GivesAnEmptyTextForAnEmptyEvent) {
+TEST_F(CSThread, EmitsAnEmptyTextForAnEmptyEvent) {
     m_server.answer(kChatTarget, "\n\ndata:\n\n");
     m_thread->start();
     ASSERT_TRUE(finish());
     EXPECT_EQ(m_signals, texts({"start", "<", "<", "end"}));
 }
 
-TEST_F(CSThread, DropsBytesThatEndWithoutAnEmptyLine) {
+TEST_F(CSThread, DiscardsAnIncompleteLastEvent) {
     m_server.answer(kChatTarget, "data:a\n\ndata:lost\r\n\r\n");
     m_thread->start();
     ASSERT_TRUE(finish());
@@ -187,14 +187,14 @@ TEST_F(CSThread, ReadsAChunkedAnswer) {
     EXPECT_EQ(m_signals, texts({"start", "<a", "end"}));
 }
 
-TEST_F(CSThread, EndsOnceWhenTheFlagIsClear) {
+TEST_F(CSThread, EmitsStreamEndOnceWhenTheFlagIsClear) {
     m_server.answer(kChatTarget, "");
     m_thread->start();
     ASSERT_TRUE(finish());
     EXPECT_EQ(m_signals, texts({"start", "end"}));
 }
 
-TEST_F(CSThread, EndsTwiceWhileTheFlagIsStillSet) {
+TEST_F(CSThread, EmitsStreamEndTwiceWhileTheFlagIsSet) {
     g_zentriCommunicating = true;
     m_server.answer(kChatTarget, "data:a\n\n");
     m_thread->start();
@@ -202,7 +202,7 @@ TEST_F(CSThread, EndsTwiceWhileTheFlagIsStillSet) {
     EXPECT_EQ(m_signals, texts({"start", "<a", "end", "end"}));
 }
 
-TEST_F(CSThread, ReportsAnHttpErrorOnceAndEnds) {
+TEST_F(CSThread, ReportsAnHttpErrorOnce) {
     m_server.answer(kChatTarget, "data:half\n\n", 500, "text/event-stream");
     const int logged = LogFile::messages().size();
     m_thread->start();
@@ -216,7 +216,7 @@ TEST_F(CSThread, ReportsAnHttpErrorOnceAndEnds) {
     EXPECT_EQ(MessageBoxes::instance().boxes().first().type, UINT{MB_OK});
     EXPECT_NE(MessageBoxes::instance().boxes().first().thread, std::this_thread::get_id());
     EXPECT_TRUE(MessageBoxes::instance().boxes().first().lastLogged.startsWith(kErrorLogBegin));
-    EXPECT_EQ(m_boxesAtEnd, QList<int>{1}) << "the box comes before the end";
+    EXPECT_EQ(m_boxesAtEnd, QList<int>{1}) << "the message box comes before streamEnd";
 
     const QStringList log = LogFile::messages().mid(logged);
     ASSERT_EQ(log.size(), 1);
@@ -224,7 +224,7 @@ TEST_F(CSThread, ReportsAnHttpErrorOnceAndEnds) {
     EXPECT_TRUE(log.first().contains(m_server.address())) << qPrintable(log.first());
 }
 
-TEST_F(CSThread, EndsTwiceOnAnHttpErrorWhileTheFlagIsSet) {
+TEST_F(CSThread, EmitsStreamEndTwiceOnAnHttpErrorWhileTheFlagIsSet) {
     g_zentriCommunicating = true;
     m_server.answer(kChatTarget, "", 404);
     m_thread->start();
@@ -233,7 +233,7 @@ TEST_F(CSThread, EndsTwiceOnAnHttpErrorWhileTheFlagIsSet) {
     EXPECT_EQ(MessageBoxes::instance().count(), 1);
 }
 
-TEST_F(CSThread, ReportsAConnectionThatDropsInTheMiddleOfAnEvent) {
+TEST_F(CSThread, ReportsAConnectionLostInTheMiddleOfAnEvent) {
     m_thread->start();
     ASSERT_TRUE(m_server.waitForRequests(1));
     m_server.sendHead(0, 200, "text/event-stream", "Content-Length: 1000\r\n");
@@ -245,9 +245,9 @@ TEST_F(CSThread, ReportsAConnectionThatDropsInTheMiddleOfAnEvent) {
     EXPECT_EQ(MessageBoxes::instance().count(), 1);
 }
 
-TEST_F(CSThread, ReportsAConnectionThatIsClosedWithoutAReply) {
+TEST_F(CSThread, ReportsAConnectionClosedWithoutAReply) {
     m_thread->start();
-    // Qt asks anew before it gives up.
+    // Qt repeats the request before it gives up.
     int closed = 0;
     ASSERT_TRUE(waitFor([&] {
         for (; closed < m_server.requestCount(); ++closed) {
@@ -260,7 +260,7 @@ TEST_F(CSThread, ReportsAConnectionThatIsClosedWithoutAReply) {
     EXPECT_EQ(MessageBoxes::instance().count(), 1);
 }
 
-TEST_F(CSThread, ReportsAServiceThatIsNotThere) {
+TEST_F(CSThread, ReportsAnUnreachableService) {
     setServiceAddress(QStringLiteral("127.0.0.1:1"));
     m_thread->start();
     ASSERT_TRUE(finish());
@@ -268,7 +268,7 @@ TEST_F(CSThread, ReportsAServiceThatIsNotThere) {
     EXPECT_EQ(MessageBoxes::instance().count(), 1);
 }
 
-TEST_F(CSThread, ReportsAnAddressThatIsNone) {
+TEST_F(CSThread, ReportsAnInvalidAddress) {
     setServiceAddress(QStringLiteral("not a host:port"));
     m_thread->start();
     ASSERT_TRUE(finish());
@@ -276,7 +276,7 @@ TEST_F(CSThread, ReportsAnAddressThatIsNone) {
     EXPECT_EQ(MessageBoxes::instance().count(), 1);
 }
 
-TEST_F(CSThread, KeepsNothingOfARunForTheNext) {
+TEST_F(CSThread, CarriesNothingOverToTheNextRun) {
     ASSERT_TRUE(startAnswer());
     m_server.sendBytes(0, "data:left over");
     m_server.close(0);
@@ -292,7 +292,7 @@ TEST_F(CSThread, KeepsNothingOfARunForTheNext) {
     EXPECT_TRUE(m_server.request(1).body.contains("\"sess-2\""));
 }
 
-TEST_F(CSThread, QuitEndsARunningStreamAtOnceAndQuietly) {
+TEST_F(CSThread, QuitEndsARunningStreamAtOnceAndSilently) {
     ASSERT_TRUE(startAnswer());
     m_server.sendBytes(0, "data:a\n\ndata:b");
     ASSERT_TRUE(waitForSignals({"start", "<a"}));
@@ -300,13 +300,13 @@ TEST_F(CSThread, QuitEndsARunningStreamAtOnceAndQuietly) {
     m_thread->quit();
     ASSERT_TRUE(m_thread->wait(5000));
     QCoreApplication::sendPostedEvents();
-    EXPECT_EQ(m_signals, texts({"start", "<a"})) << "the flag is clear, so nobody waits for an end";
+    EXPECT_EQ(m_signals, texts({"start", "<a"})) << "no streamEnd, since the flag is clear";
     EXPECT_EQ(MessageBoxes::instance().count(), 0);
     EXPECT_EQ(LogFile::messages().size(), logged);
     EXPECT_TRUE(waitFor([this] { return m_server.isClosed(0); }));
 }
 
-TEST_F(CSThread, QuitEndsTheExchangeOfAManagerThatWaits) {
+TEST_F(CSThread, QuitEmitsStreamEndWhileTheFlagIsSet) {
     g_zentriCommunicating = true;
     ASSERT_TRUE(startAnswer());
     m_thread->quit();
@@ -316,7 +316,7 @@ TEST_F(CSThread, QuitEndsTheExchangeOfAManagerThatWaits) {
     EXPECT_EQ(MessageBoxes::instance().count(), 0);
 }
 
-TEST_F(CSThread, QuitBeforeTheReplyBeganEndsTheRun) {
+TEST_F(CSThread, QuitBeforeTheReplyEndsTheRun) {
     m_thread->start();
     ASSERT_TRUE(m_server.waitForRequests(1));
     m_thread->quit();
@@ -378,7 +378,7 @@ TEST_F(CSThread, LogsAnExceptionWithoutMessage) {
     EXPECT_EQ(LogFile::messages().mid(logged), (QStringList{unknown, unknown}));
 }
 
-TEST_F(CSThread, EndsAfterAnExceptionWhileTheFlagIsSet) {
+TEST_F(CSThread, EmitsStreamEndAfterAnExceptionWhileTheFlagIsSet) {
     g_zentriCommunicating = true;
     failAtStart([] { throw QException(); });
     m_thread->start();
@@ -386,7 +386,7 @@ TEST_F(CSThread, EndsAfterAnExceptionWhileTheFlagIsSet) {
     EXPECT_EQ(m_signals, texts({"start", "end"}));
 }
 
-TEST_F(CSThread, LogsWhatAReceiverThrowsInTheMiddleOfAnAnswer) {
+TEST_F(CSThread, LogsAnExceptionOfAReceiverDuringAnAnswer) {
     const int logged = LogFile::messages().size();
     QObject::connect(
         m_thread.get(), &ZR_AiChatCSThread::streamProcess, m_thread.get(),
@@ -395,12 +395,12 @@ TEST_F(CSThread, LogsWhatAReceiverThrowsInTheMiddleOfAnAnswer) {
     m_server.sendBytes(0, "data:a\n\ndata:b\n\n");
     ASSERT_TRUE(finish());
     EXPECT_EQ(LogFile::messages().mid(logged), QStringList{QStringLiteral("C/S通信线程发生错误:receiver")});
-    EXPECT_EQ(m_signals, texts({"start", "<a"})) << "the flag is clear, so nobody waits for an end";
+    EXPECT_EQ(m_signals, texts({"start", "<a"})) << "no streamEnd, since the flag is clear";
     EXPECT_EQ(MessageBoxes::instance().count(), 0);
     EXPECT_TRUE(waitFor([this] { return m_server.isClosed(0); }));
 }
 
-TEST_F(CSThread, LogsWhatAReceiverThrowsAtTheEndOfAnAnswer) {
+TEST_F(CSThread, LogsAnExceptionOfAReceiverAtTheEndOfAnAnswer) {
     const int logged = LogFile::messages().size();
     QObject::connect(
         m_thread.get(), &ZR_AiChatCSThread::streamEnd, m_thread.get(), [] { throw 7; }, Qt::DirectConnection);
@@ -426,7 +426,7 @@ void keepTrace(QtMsgType, const QMessageLogContext&, const QString& text) {
     g_traces.append(text);
 }
 
-/// Switches the debug output on and keeps it, while it lives.
+/// Enables and records the debug output while it exists.
 class Traces {
 public:
     Traces() : m_former(qInstallMessageHandler(keepTrace)) {
@@ -449,7 +449,7 @@ QString CSThread::tracesOfARun() {
     return g_traces.join(QLatin1Char('\n'));
 }
 
-TEST_F(CSThread, TracesWhatItReads) {
+TEST_F(CSThread, TracesReceivedData) {
     m_server.answer(kChatTarget, "data:a\n\nrest");
     const QString all = tracesOfARun();
     EXPECT_TRUE(all.contains(QStringLiteral("CurrentBuffer: \"data:a\\n\\nrest\""))) << qPrintable(all);
@@ -478,7 +478,7 @@ TEST_F(CSThread, TracesOnlyTheEndOfALongBuffer) {
     EXPECT_FALSE(all.contains(QString(limit + 1, QLatin1Char('x'))));
 }
 
-TEST_F(CSThread, TakesALargeAnswerInSmallPieces) {
+TEST_F(CSThread, ReceivesALargeAnswerInSmallPieces) {
     const QByteArray line = QByteArray("数据").repeated(50);
     QString expected;
     ASSERT_TRUE(startAnswer());

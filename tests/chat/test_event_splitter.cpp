@@ -23,7 +23,7 @@ QStringList split(const QByteArray& bytes) {
     return takeAll(splitter);
 }
 
-/// Bytes in which event ends, parts of field names and multi-byte characters are frequent, whole and broken.
+/// Bytes in which event ends, field names and multi-byte characters are frequent, both whole and truncated.
 QByteArray randomStream(std::mt19937& random) {
     static const QByteArray pieces[] = {
         "\n",   "\n\n", "data:", "data: ", "dat",   "a:",     "da",
@@ -44,15 +44,15 @@ TEST(EventSplitter, KeepsTheBlankAfterData) {
     EXPECT_EQ(split("data: 你好\n\n"), QStringList{QStringLiteral(" 你好")});
 }
 
-TEST(EventSplitter, KeepsTheLineBreaksBetweenTheLinesOfOneEvent) {
+TEST(EventSplitter, KeepsLineBreaksWithinAnEvent) {
     EXPECT_EQ(split("data:a\ndata:b\n\n"), QStringList{QStringLiteral("a\nb")});
 }
 
-TEST(EventSplitter, GivesTwoEventsOfOneChunkInOrder) {
+TEST(EventSplitter, ReturnsTwoEventsOfOneChunkInOrder) {
     EXPECT_EQ(split("data:a\n\ndata:b\n\n"), (QStringList{QStringLiteral("a"), QStringLiteral("b")}));
 }
 
-TEST(EventSplitter, HoldsAnEventBackUntilItsEmptyLineIsThere) {
+TEST(EventSplitter, HoldsBackAnEventUntilItsEmptyLineArrives) {
     ZR_AiChatEventSplitter splitter;
     splitter.append("data:ab");
     EXPECT_TRUE(takeAll(splitter).isEmpty());
@@ -65,25 +65,25 @@ TEST(EventSplitter, HoldsAnEventBackUntilItsEmptyLineIsThere) {
     EXPECT_EQ(splitter.pendingTail(10), "d");
 }
 
-TEST(EventSplitter, RemovesDataInsideTheTextToo) {
+TEST(EventSplitter, RemovesFieldNamesInsideTheTextToo) {
     EXPECT_EQ(split("data:see data: here\n\n"), QStringList{QStringLiteral("see  here")});
 }
 
-TEST(EventSplitter, LeavesWhatARemovalJoinsTogether) {
+TEST(EventSplitter, KeepsAFieldNameThatARemovalForms) {
     EXPECT_EQ(split("dadata:ta:x\n\n"), QStringList{QStringLiteral("data:x")});
 }
 
-TEST(EventSplitter, LeavesOtherFieldsAndOtherCaseAlone) {
+TEST(EventSplitter, KeepsOtherFieldsAndOtherCase) {
     EXPECT_EQ(split("event: message\nid: 1\n: ping\nDATA:x\n\n"),
               QStringList{QStringLiteral("event: message\nid: 1\n: ping\nDATA:x")});
 }
 
-TEST(EventSplitter, GivesAnEmptyTextForAnEmptyEvent) {
+TEST(EventSplitter, ReturnsAnEmptyTextForAnEmptyEvent) {
     EXPECT_EQ(split("data:a\n\n\n\ndata:b\n\n"),
               (QStringList{QStringLiteral("a"), QString(), QStringLiteral("b")}));
 }
 
-TEST(EventSplitter, TakesThreeLineFeedsAsAnEndAndTheBeginningOfTheNextEvent) {
+TEST(EventSplitter, TreatsAThirdLineFeedAsPartOfTheNextEvent) {
     EXPECT_EQ(split("a\n\n\nb\n\n"), (QStringList{QStringLiteral("a"), QStringLiteral("\nb")}));
 }
 
@@ -92,12 +92,12 @@ TEST(EventSplitter, DoesNotRecogniseCarriageReturns) {
     EXPECT_EQ(split("data:a\r\n\r\ndata:b\n\n"), QStringList{QStringLiteral("a\r\n\r\nb")});
 }
 
-TEST(EventSplitter, TakesNoEndMarkerForSpecial) {
+TEST(EventSplitter, DoesNotRecogniseAnEndMarker) {
     EXPECT_EQ(split("data:[DONE]\n\ndata:x\n\n"),
               (QStringList{QStringLiteral("[DONE]"), QStringLiteral("x")}));
 }
 
-TEST(EventSplitter, DecodesACharacterThatWasCutBetweenChunks) {
+TEST(EventSplitter, DecodesACharacterSplitBetweenChunks) {
     ZR_AiChatEventSplitter splitter;
     QStringList texts;
     for (const char byte : QByteArrayLiteral("data:你好\n\n")) {
@@ -108,7 +108,7 @@ TEST(EventSplitter, DecodesACharacterThatWasCutBetweenChunks) {
     EXPECT_EQ(splitter.pendingSize(), 0);
 }
 
-TEST(EventSplitter, EqualsThePlainRuleAtEveryCutPosition) {
+TEST(EventSplitter, EqualsThePlainRuleAtEverySplitPosition) {
     std::mt19937 random(20240607);
     for (int round = 0; round < 300; ++round) {
         const QByteArray stream = randomStream(random);
@@ -144,7 +144,7 @@ TEST(EventSplitter, EqualsThePlainRuleChunkByChunk) {
     }
 }
 
-TEST(EventSplitter, TakesEventsOneAtATimeWhileMoreBytesComeIn) {
+TEST(EventSplitter, ReturnsEventsOneByOneWhileMoreBytesArrive) {
     ZR_AiChatEventSplitter splitter;
     QStringList expected;
     QStringList texts;
@@ -162,7 +162,7 @@ TEST(EventSplitter, TakesEventsOneAtATimeWhileMoreBytesComeIn) {
 }
 
 TEST(EventSplitter, RemovesVeryManyFieldNamesInLinearTime) {
-    // Removing them one by one moves the rest of the text each time: minutes instead of a moment.
+    // Removing them one by one would move the rest of the text each time, which takes minutes.
     const int count = 400000;
     const QByteArray stream = QByteArray("data:x").repeated(count) + "\n\n";
     QElapsedTimer timer;

@@ -22,7 +22,7 @@ protected:
                          [this] { m_signals.append(QStringLiteral("end")); });
     }
 
-    /// Runs once and takes the result over, which begins with one record that must go or stay.
+    /// Runs once and copies the result to a list that holds one old record.
     bool run() {
         m_thread->start();
         const bool finished = waitFor([this] { return m_thread->isFinished(); });
@@ -60,7 +60,7 @@ TEST_F(HistoryThread, ReadsAllSessionsInTheServicesOrder) {
     EXPECT_EQ(m_server.request(3).target, kReadTarget + "b");
 }
 
-TEST_F(HistoryThread, ReadsOneSessionAfterTheOther) {
+TEST_F(HistoryThread, ReadsSessionsOneAfterAnother) {
     answerList(m_server, {"a", "b"});
     answerRead(m_server, "b");
     m_thread->start();
@@ -89,10 +89,10 @@ TEST_F(HistoryThread, HasNoResultForAUserWithoutSessions) {
     ASSERT_TRUE(run());
     EXPECT_EQ(m_signals, texts({"start", "end"}));
     EXPECT_FALSE(m_hasResult);
-    EXPECT_EQ(idsOf(m_result), texts({"former"})) << "left alone";
+    EXPECT_EQ(idsOf(m_result), texts({"former"})) << "unchanged";
 }
 
-TEST_F(HistoryThread, EmptiesItsResultWhenTheListFails) {
+TEST_F(HistoryThread, ClearsItsResultWhenTheListFails) {
     answerList(m_server, {"a"});
     answerRead(m_server, "a");
     ASSERT_TRUE(run());
@@ -103,7 +103,7 @@ TEST_F(HistoryThread, EmptiesItsResultWhenTheListFails) {
     EXPECT_EQ(m_signals, texts({"start", "end", "start", "end"}));
 }
 
-TEST_F(HistoryThread, EmitsBothSignalsAndKeepsItsResultWhileNobodyIsSignedIn) {
+TEST_F(HistoryThread, EmitsBothSignalsAndKeepsItsResultWhenNobodyIsSignedIn) {
     answerList(m_server, {"a"});
     answerRead(m_server, "a");
     ASSERT_TRUE(run());
@@ -116,7 +116,7 @@ TEST_F(HistoryThread, EmitsBothSignalsAndKeepsItsResultWhileNobodyIsSignedIn) {
     EXPECT_EQ(idsOf(m_result), texts({"a"}));
 }
 
-TEST_F(HistoryThread, CopiesItsResult) {
+TEST_F(HistoryThread, ReturnsACopyOfItsResult) {
     answerList(m_server, {"a"});
     answerRead(m_server, "a");
     ASSERT_TRUE(run());
@@ -147,7 +147,7 @@ TEST_F(HistoryThread, ReadsALargeHistory) {
     EXPECT_EQ(m_result[sessions - 1].GetTitle(), _T("Q s299"));
 }
 
-TEST_F(HistoryThread, LogsAnExceptionAndStillEnds) {
+TEST_F(HistoryThread, LogsAnExceptionAndEmitsReadEnd) {
     std::function<void()> failure;
     QObject::connect(
         m_thread.get(), &ZR_AiChatReadHistoricalChatThread::readStart, m_thread.get(), [&] { failure(); },
@@ -163,7 +163,7 @@ TEST_F(HistoryThread, LogsAnExceptionAndStillEnds) {
     EXPECT_EQ(m_server.requestCount(), 0);
 }
 
-TEST_F(HistoryThread, GivesWhatItHasReadSoFarDuringARun) {
+TEST_F(HistoryThread, ReturnsThePartialResultDuringARun) {
     answerList(m_server, {"a", "b"});
     answerRead(m_server, "a");
     m_thread->start();
@@ -173,7 +173,7 @@ TEST_F(HistoryThread, GivesWhatItHasReadSoFarDuringARun) {
     EXPECT_EQ(idsOf(soFar), texts({"a"}));
 }
 
-TEST_F(HistoryThread, AsksForNothingMoreOnceItIsDeleted) {
+TEST_F(HistoryThread, SendsNoFurtherRequestOnceDeleted) {
     QList<QByteArray> ids;
     for (int i = 0; i < 200; ++i) {
         ids.append("s" + QByteArray::number(i));

@@ -10,12 +10,12 @@
 
 namespace {
 
-/// What may run when, the history, and what the manager tells of its sessions.
+/// The guards, the history and the access to the sessions.
 class Manager : public ManagerTest {};
 
 }  // namespace
 
-TEST_F(Manager, ComplainsWhenItIsMadeBeforeTheThreadsAndNeverReactsToThem) {
+TEST_F(Manager, ReportsMissingThreadsWhenCreatedAndNeverReactsToThem) {
     m_manager = std::make_unique<TestManager>();
     EXPECT_EQ(takePrinted(), QStringLiteral("\n初始化顺序有误,通信线程应先于管理类初始化"));
     makeThreads();
@@ -30,7 +30,7 @@ TEST_F(Manager, ComplainsWhenItIsMadeBeforeTheThreadsAndNeverReactsToThem) {
     EXPECT_TRUE(sessionIds().isEmpty());
 }
 
-TEST_F(Manager, ComplainsAtTheEndOnlyAboutAnUnfinishedExchange) {
+TEST_F(Manager, ReportsAnUnfinishedExchangeWhenDestroyed) {
     makeManager();
     m_manager.reset();
     EXPECT_TRUE(takePrinted().isEmpty());
@@ -42,14 +42,14 @@ TEST_F(Manager, ComplainsAtTheEndOnlyAboutAnUnfinishedExchange) {
     EXPECT_EQ(takePrinted(), QStringLiteral("\n通信线程未正常结束,可能发生错误"));
 }
 
-TEST_F(Manager, IsOneObject) {
+TEST_F(Manager, HasOneInstance) {
     makeThreads();
     ZR_AiChatManager& manager = ZR_AiChatManager::instance();
     EXPECT_EQ(&manager, &ZR_AiChatManager::instance());
     EXPECT_TRUE(manager.canCommunicate());
 }
 
-TEST_F(Manager, RefusesInTheOrderOfItsGuards) {
+TEST_F(Manager, ChecksItsGuardsInOrder) {
     m_manager = std::make_unique<TestManager>();
     takePrinted();
     g_zentriCommunicating = true;
@@ -76,7 +76,7 @@ TEST_F(Manager, RefusesInTheOrderOfItsGuards) {
     EXPECT_TRUE(takePrinted().isEmpty());
 }
 
-TEST_F(Manager, RefusesWithOneOfTheThreadsMissing) {
+TEST_F(Manager, RefusesWhenAThreadIsMissing) {
     makeManager();
     delete g_zentriHistoryThread;
     g_zentriHistoryThread = nullptr;
@@ -102,7 +102,7 @@ TEST_F(Manager, RefusesWhileAThreadRuns) {
     EXPECT_EQ(takePrinted(), kInitialising);
 }
 
-TEST_F(Manager, ReadsTheHistoryOnceSignedIn) {
+TEST_F(Manager, ReadsTheHistoryOnlyWhenSignedIn) {
     makeManager();
     FakeChatView view(m_calls);
     signOut();
@@ -140,13 +140,13 @@ TEST_F(Manager, KeepsItsListWhenTheHistoryIsEmpty) {
     EXPECT_EQ(takePrinted(), kReadBegins + kReadDone);
 }
 
-TEST_F(Manager, ReadsTheHistoryWithoutAnyView) {
+TEST_F(Manager, ReadsTheHistoryWithoutAView) {
     makeManager();
     loadHistory({"a"});
     EXPECT_EQ(sessionIds(), texts({"a"}));
 }
 
-TEST_F(Manager, ReplacesItsListByTheHistoryAndBeginsAnEmptyConversation) {
+TEST_F(Manager, ReplacesItsListWithTheHistoryAndStartsAnEmptyConversation) {
     makeManager();
     answerCreate("new");
     m_server.answer(kChatTarget, "");
@@ -158,7 +158,7 @@ TEST_F(Manager, ReplacesItsListByTheHistoryAndBeginsAnEmptyConversation) {
     EXPECT_TRUE(currentId().isEmpty());
 }
 
-TEST_F(Manager, GivesCopiesOfItsSessions) {
+TEST_F(Manager, ReturnsCopiesOfItsSessions) {
     makeManager();
     loadHistory({"a", "b"});
     ZR_AiChatSessionList sessions;
@@ -178,7 +178,7 @@ TEST_F(Manager, GivesCopiesOfItsSessions) {
     EXPECT_EQ(listed(_T("b")), texts({"0:Q b"}));
 }
 
-TEST_F(Manager, FindsTheFirstOfTwoSessionsWithOneId) {
+TEST_F(Manager, FindsTheFirstOfTwoSessionsWithTheSameId) {
     makeManager();
     m_server.answer(
         kListTarget,
@@ -204,7 +204,7 @@ TEST_F(Manager, SearchesTheMessagesInListOrder) {
     EXPECT_EQ(found.GetCount(), 3);
 }
 
-TEST_F(Manager, ProbesTheAddressItWasGiven) {
+TEST_F(Manager, ProbesTheConfiguredAddress) {
     makeManager();
     EXPECT_TRUE(m_manager->checkConnection());
     QTcpServer closed;
@@ -215,7 +215,7 @@ TEST_F(Manager, ProbesTheAddressItWasGiven) {
     EXPECT_FALSE(m_manager->checkConnection());
 }
 
-TEST_F(Manager, MakesGuidsInUpperCaseWithoutBraces) {
+TEST_F(Manager, CreatesGuidsInUpperCaseWithoutBraces) {
     const QRegularExpression form(
         QStringLiteral("\\A[0-9A-F]{8}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{4}-[0-9A-F]{12}\\z"));
     QSet<QString> seen;
@@ -227,7 +227,7 @@ TEST_F(Manager, MakesGuidsInUpperCaseWithoutBraces) {
     EXPECT_EQ(seen.size(), 100);
 }
 
-TEST_F(Manager, RefusesOnAnEmptyTokenToReadTheHistory) {
+TEST_F(Manager, ReadsNoHistoryWithAnEmptyToken) {
     makeManager();
     signIn(_T(""));
     m_manager->initUserData();
@@ -253,11 +253,11 @@ TEST_F(Manager, IsInitialisingUntilTheSideBarHasTheList) {
     EXPECT_EQ(takePrinted(), kInitialising + kReadDone);
 }
 
-TEST_F(Manager, TakesTheLastHistoryWhenTwoWereReadBeforeItHeard) {
+TEST_F(Manager, UsesTheLatestHistoryWhenTwoReadsEndBeforeItsSlotsRun) {
     makeManager();
     answerHistory({"a"});
     m_manager->initUserData();
-    // Nothing is delivered meanwhile, so the manager does not know yet that it is kInitialising.
+    // No event is delivered meanwhile, so the manager has not handled readStart yet.
     ASSERT_TRUE(g_zentriHistoryThread->wait(kWaitLimitMs));
     answerHistory({"b", "c"});
     m_manager->initUserData();
@@ -273,7 +273,7 @@ TEST_F(Manager, DeclaresItsSignalsInOrder) {
                "streamEnd()", "historicalChatReadStart()", "historicalChatReadEnd()"}));
 }
 
-TEST_F(Manager, FollowsANewHistoryReaderAfterAnotherLoad) {
+TEST_F(Manager, ConnectsToTheNewHistoryReaderAfterAReload) {
     makeManager();
     deleteThreads();
     makeThreads();

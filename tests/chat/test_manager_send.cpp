@@ -10,7 +10,7 @@
 
 namespace {
 
-/// Sending, and what becomes of the current conversation.
+/// Sending, and filing and opening conversations.
 class ManagerSend : public ManagerTest {};
 
 }  // namespace
@@ -22,7 +22,7 @@ TEST_F(ManagerSend, CreatesASessionForTheFirstQuestionOnly) {
     QStringList signalled;
     QObject::connect(
         m_manager.get(), &ZR_AiChatManager::newSessionSet, m_manager.get(), [&](const CString& id) {
-            // The session is listed with its question by the time the side bar reads the list again.
+            // The session is listed with its question by the time the side bar reloads the list.
             signalled.append(QStringLiteral("new ") + toQString(id) + listed(id).join(QLatin1Char(' ')));
         });
     QObject::connect(
@@ -53,7 +53,7 @@ TEST_F(ManagerSend, CreatesASessionForTheFirstQuestionOnly) {
     EXPECT_TRUE(second.contains("\"userInput\": \"两行\\n100%s\"")) << second.constData();
 }
 
-TEST_F(ManagerSend, SendsNothingAndSaysNothingWhileNobodyIsSignedIn) {
+TEST_F(ManagerSend, SendsAndPrintsNothingWhenNobodyIsSignedIn) {
     makeManager();
     signOut();
     m_manager->send(_T("Q"), true, nullptr);
@@ -92,7 +92,7 @@ TEST_F(ManagerSend, RefusesToSendWithoutNetwork) {
     EXPECT_TRUE(current().isEmpty());
 }
 
-TEST_F(ManagerSend, SaysThatASessionCannotBeCreatedAndIsEmptyThen) {
+TEST_F(ManagerSend, ReportsAFailedSessionCreationAndHasNoConversationThen) {
     makeManager();
     m_server.answer(kCreateTarget, R"({"code":500,"msg":"坏"})");
     m_manager->send(_T("Q"), true, nullptr);
@@ -104,7 +104,7 @@ TEST_F(ManagerSend, SaysThatASessionCannotBeCreatedAndIsEmptyThen) {
     EXPECT_TRUE(m_manager->canCommunicate());
 }
 
-TEST_F(ManagerSend, SendsNothingInAKnownSessionThatIsNotListed) {
+TEST_F(ManagerSend, SendsNothingInAnUnlistedSession) {
     makeManager();
     loadHistory({"a"});
     m_manager->openSession(_T("a"));
@@ -128,7 +128,7 @@ TEST_F(ManagerSend, MakesAKnownSessionCurrentBeforeItSends) {
     EXPECT_EQ(sessionIds(), texts({"a", "b"}));
 }
 
-TEST_F(ManagerSend, FilesTheCurrentConversationForANewOne) {
+TEST_F(ManagerSend, FilesTheCurrentConversationBeforeANewOne) {
     makeManager();
     FakeAnswer answer(m_calls);
     answerCreate("s1");
@@ -148,7 +148,7 @@ TEST_F(ManagerSend, FilesTheCurrentConversationForANewOne) {
     EXPECT_EQ(sessionIds(), texts({"s1"})) << "an empty conversation is dropped";
 }
 
-TEST_F(ManagerSend, FilesTheCurrentConversationInItsPlace) {
+TEST_F(ManagerSend, FilesTheCurrentConversationAtItsPlaceInTheList) {
     makeManager();
     loadHistory({"a", "b", "c"});
     m_server.answer(kChatTarget, "");
@@ -171,7 +171,7 @@ TEST_F(ManagerSend, OpensAListedSessionAndShowsIt) {
     EXPECT_EQ(m_calls, texts({"view show current"}));
 }
 
-TEST_F(ManagerSend, OpensAnEmptyConversationForASessionThatIsNotListed) {
+TEST_F(ManagerSend, OpensAnEmptyConversationForAnUnlistedSession) {
     makeManager();
     FakeChatView view(m_calls);
     loadHistory({"a"});
@@ -207,7 +207,7 @@ TEST_F(ManagerSend, OpensASessionWhileTheHistoryIsBeingRead) {
     EXPECT_FALSE(takePrinted().contains(kOpenRefused));
 }
 
-TEST_F(ManagerSend, HoldsOffEverythingWhileItCreatesASession) {
+TEST_F(ManagerSend, RefusesReentrantCallsWhileCreatingASession) {
     makeManager();
     loadHistory({"a"});
     const int before = m_server.requestCount();
@@ -241,7 +241,7 @@ TEST_F(ManagerSend, HoldsOffEverythingWhileItCreatesASession) {
     EXPECT_EQ(sessionIds(), texts({"a", "s1"}));
 }
 
-TEST_F(ManagerSend, StopsWhenTheThreadsGoWhileItCreatesASession) {
+TEST_F(ManagerSend, StopsWhenTheThreadsAreDeletedWhileCreatingASession) {
     makeManager();
     auto answer = std::make_unique<FakeAnswer>(m_calls);
     QTimer during;
@@ -264,7 +264,7 @@ TEST_F(ManagerSend, StopsWhenTheThreadsGoWhileItCreatesASession) {
     EXPECT_TRUE(m_calls.isEmpty());
 }
 
-TEST_F(ManagerSend, LooksForTheThreadThenForAnotherExchangeThenForTheNetwork) {
+TEST_F(ManagerSend, ChecksTheThreadThenTheExchangeThenTheNetwork) {
     makeManager();
     qputenv("ZR_ZENTRI_PROBE", "http://127.0.0.1:1");
     g_zentriCommunicating = true;
@@ -290,7 +290,7 @@ TEST_F(ManagerSend, ChangesNothingWhenItRefusesToSendInAKnownSession) {
     EXPECT_EQ(listed(_T("b")), texts({"0:Q b"}));
 }
 
-TEST_F(ManagerSend, TellsOfTheQuestionBeforeItStartsTheExchange) {
+TEST_F(ManagerSend, EmitsItsSignalBeforeItStartsTheExchange) {
     makeManager();
     answerCreate("s1");
     m_server.answer(kChatTarget, "");
@@ -305,7 +305,7 @@ TEST_F(ManagerSend, TellsOfTheQuestionBeforeItStartsTheExchange) {
     EXPECT_EQ(running, (QList<bool>{false, false}));
 }
 
-TEST_F(ManagerSend, NeverEmitsTheSignalsOfAStreamOrTheHistoryOnPurpose) {
+TEST_F(ManagerSend, NeverEmitsItsStreamAndHistorySignalsOnPurpose) {
     makeManager();
     const QSignalSpy start(m_manager.get(), &ZR_AiChatManager::streamStart);
     const QSignalSpy process(m_manager.get(), &ZR_AiChatManager::streamProcess);
@@ -320,7 +320,7 @@ TEST_F(ManagerSend, NeverEmitsTheSignalsOfAStreamOrTheHistoryOnPurpose) {
     EXPECT_EQ(start.size() + process.size() + end.size() + readStart.size() + readEnd.size(), 0);
 }
 
-TEST_F(ManagerSend, OpensASessionBetweenTheThreadsEndAndTheStreamsEndAsItStands) {
+TEST_F(ManagerSend, OpensASessionWhileOnlyTheFlagIsSetOnPurpose) {
     makeManager();
     loadHistory({"a"});
     g_zentriCommunicating = true;
@@ -329,7 +329,7 @@ TEST_F(ManagerSend, OpensASessionBetweenTheThreadsEndAndTheStreamsEndAsItStands)
     EXPECT_TRUE(takePrinted().isEmpty());
 }
 
-TEST_F(ManagerSend, LeavesTheGuardOfANewSessionToItsCallerAsItStands) {
+TEST_F(ManagerSend, LeavesTheGuardOfNewSessionToItsCallerOnPurpose) {
     makeManager();
     loadHistory({"a"});
     m_manager->openSession(_T("a"));
@@ -339,7 +339,7 @@ TEST_F(ManagerSend, LeavesTheGuardOfANewSessionToItsCallerAsItStands) {
     EXPECT_TRUE(takePrinted().isEmpty());
 }
 
-TEST_F(ManagerSend, DropsAnAnswerThatArrivesInAConversationWithoutAnId) {
+TEST_F(ManagerSend, DropsALateAnswerInAConversationWithoutAnId) {
     makeManager();
     FakeAnswer answer(m_calls);
     answerCreate("s1");

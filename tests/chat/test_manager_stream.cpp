@@ -11,8 +11,8 @@
 
 namespace {
 
-/// A question on its way: the session exists, the streaming thread's request has arrived and waits for its
-/// answer.
+/// A pending question: the session exists, the streaming thread's request has arrived and waits for its
+/// reply.
 class ManagerStream : public ChatTest {
 protected:
     ManagerStream() {
@@ -23,7 +23,7 @@ protected:
         m_answer = std::make_unique<FakeAnswer>(m_calls);
     }
 
-    /// The index of the waiting request.
+    /// Sends a question and returns the index of the pending request.
     int ask(const CString& question = _T("Q")) {
         m_manager->send(question, true, m_answer.get());
         ++m_asked;
@@ -80,13 +80,12 @@ TEST_F(ManagerStream, StoresTheAnswerAgainWhenTheStreamEndsTwice) {
     EXPECT_FALSE(g_zentriCommunicating);
 }
 
-TEST_F(ManagerStream, EndsTwiceWhenTheThreadIsDoneBeforeTheManagerHears) {
+TEST_F(ManagerStream, StoresTheAnswerTwiceWhenTheThreadEndsBeforeTheSlotsRun) {
     const int request = ask();
     m_server.sendBytes(request, "data:a\n\n");
     ASSERT_TRUE(waitForCall("view process"));
     m_server.close(request);
-    // No event of the manager is delivered while this thread waits, so the flag is still set at the run's
-    // end.
+    // No event is delivered while this thread blocks, so the flag is still set when the run ends.
     ASSERT_TRUE(g_zentriChatThread->wait(kWaitLimitMs));
     ASSERT_TRUE(waitUntilIdle());
     EXPECT_EQ(current(), texts({"0:Q", "1:a", "1:a"}));
@@ -115,7 +114,7 @@ TEST_F(ManagerStream, StoresAPartialAnswerAfterAnError) {
     EXPECT_TRUE(m_manager->canCommunicate());
 }
 
-TEST_F(ManagerStream, NeverTouchesABubbleThatIsGone) {
+TEST_F(ManagerStream, NeverUsesADeletedBubble) {
     const int request = ask();
     m_server.sendBytes(request, "data:a\n\n");
     ASSERT_TRUE(waitForCall("view process"));
@@ -127,11 +126,11 @@ TEST_F(ManagerStream, NeverTouchesABubbleThatIsGone) {
     ASSERT_TRUE(waitUntilIdle());
     EXPECT_FALSE(m_calls.join(QLatin1Char(',')).contains(QStringLiteral("bubble")));
     EXPECT_TRUE(m_calls.contains(QStringLiteral("view end")));
-    EXPECT_EQ(current(), texts({"0:Q"})) << "no text, no answer";
+    EXPECT_EQ(current(), texts({"0:Q"})) << "without a text there is no answer";
     EXPECT_FALSE(g_zentriCommunicating);
 }
 
-TEST_F(ManagerStream, NeverTouchesABubbleThatGoesBetweenTheTwoEnds) {
+TEST_F(ManagerStream, NeverUsesABubbleDeletedBetweenTwoStreamEnds) {
     m_manager->send(_T("Q"), true, m_answer.get());
     m_manager->onStreamStart();
     m_manager->onStreamProcess(QStringLiteral("a"));
@@ -156,7 +155,7 @@ TEST_F(ManagerStream, StreamsWithoutBubbleOrView) {
     EXPECT_FALSE(g_zentriCommunicating);
 }
 
-TEST_F(ManagerStream, SurvivesTheViewsGoingInTheMiddle) {
+TEST_F(ManagerStream, SurvivesDeletionOfTheViewDuringAnAnswer) {
     const int request = ask();
     m_view.reset();
     m_server.sendBytes(request, "data:a\n\n");
@@ -198,7 +197,7 @@ TEST_F(ManagerStream, SendsTheRecordAsItIsWhenTheExchangeStarts) {
     EXPECT_TRUE(m_server.request(1).body.contains("\"userChatSessionId\": \"s1\""));
 }
 
-TEST_F(ManagerStream, IsFreeAgainAfterUnloadCutAStreamShort) {
+TEST_F(ManagerStream, IsIdleAfterUnloadingInterruptedAStream) {
     ask();
     deleteThreads();
     m_answer.reset();
@@ -207,16 +206,17 @@ TEST_F(ManagerStream, IsFreeAgainAfterUnloadCutAStreamShort) {
     EXPECT_EQ(MessageBoxes::instance().count(), 0);
 }
 
-TEST_F(ManagerStream, IsFreeAgainAfterUnloadBeforeItHeardOfTheStart) {
+TEST_F(ManagerStream, IsIdleAfterUnloadingBeforeStreamStartWasHandled) {
     m_manager->send(_T("Q"), true, m_answer.get());
-    // The start is still in the queue when the thread goes, so the thread saw the flag clear and sent no end.
+    // streamStart is still queued when the thread is deleted, so the thread found the flag clear and emitted
+    // no streamEnd.
     deleteThreads();
     QCoreApplication::sendPostedEvents();
     EXPECT_FALSE(g_zentriCommunicating);
     EXPECT_TRUE(m_calls.contains(QStringLiteral("bubble stop")));
 }
 
-TEST_F(ManagerStream, FollowsTheNewThreadsAfterAnotherLoad) {
+TEST_F(ManagerStream, ConnectsToTheNewThreadsAfterAReload) {
     m_server.close(ask());
     ASSERT_TRUE(waitUntilIdle());
     deleteThreads();
@@ -230,7 +230,7 @@ TEST_F(ManagerStream, FollowsTheNewThreadsAfterAnotherLoad) {
     EXPECT_TRUE(current().contains(QStringLiteral("0:after")));
 }
 
-TEST_F(ManagerStream, IsCommunicatingAsLongAsAnybodyHearsOfTheStream) {
+TEST_F(ManagerStream, IsCommunicatingWhileItNotifiesTheView) {
     QList<bool> communicating;
     m_view->onCall = [&] { communicating.append(g_zentriCommunicating); };
     g_zentriCommunicating = false;
@@ -241,7 +241,7 @@ TEST_F(ManagerStream, IsCommunicatingAsLongAsAnybodyHearsOfTheStream) {
     EXPECT_FALSE(g_zentriCommunicating);
 }
 
-TEST_F(ManagerStream, StoresTheAnswerBeforeAnybodyHearsOfTheEnd) {
+TEST_F(ManagerStream, StoresTheAnswerBeforeItNotifiesTheView) {
     m_manager->send(_T("Q"), true, m_answer.get());
     m_manager->onStreamStart();
     m_manager->onStreamProcess(QStringLiteral("a"));
@@ -251,7 +251,7 @@ TEST_F(ManagerStream, StoresTheAnswerBeforeAnybodyHearsOfTheEnd) {
     EXPECT_EQ(stored, texts({"0:Q", "1:a"}));
 }
 
-TEST_F(ManagerStream, SurvivesABubbleThatGoesWithinTheViewsHandlers) {
+TEST_F(ManagerStream, SurvivesABubbleDeletedInAHandlerOfTheView) {
     m_view->onCall = [this] { m_answer.reset(); };
     m_manager->send(_T("Q"), true, m_answer.get());
     m_manager->onStreamStart();
@@ -261,9 +261,10 @@ TEST_F(ManagerStream, SurvivesABubbleThatGoesWithinTheViewsHandlers) {
     EXPECT_EQ(current(), texts({"0:Q"}));
 }
 
-TEST_F(ManagerStream, SurvivesAPanelThatGoesWithinItsOwnHandler) {
+TEST_F(ManagerStream, SurvivesAPanelDeletedDuringAnAnswer) {
     const int request = ask();
-    // What is called on goes on until it returns, so the panel goes with the next event.
+    // An object must not be deleted while one of its functions runs, so the panel is deleted with the next
+    // event.
     m_view->onCall = [this] {
         QTimer::singleShot(0, m_manager.get(), [this] {
             m_answer.reset();
@@ -280,13 +281,13 @@ TEST_F(ManagerStream, SurvivesAPanelThatGoesWithinItsOwnHandler) {
     EXPECT_FALSE(g_zentriCommunicating);
 }
 
-TEST_F(ManagerStream, HearsWhatAThreadSaidBeforeItWasUnloadedOnlyWithoutTouchingThePanel) {
+TEST_F(ManagerStream, HandlesQueuedSignalsAfterUnloadingWithoutThePanel) {
     const int request = ask();
     m_server.sendBytes(request, "data:a\n\n");
     m_server.sendBytes(request, "data:b\n\n");
     m_server.close(request);
     ASSERT_TRUE(g_zentriChatThread->wait(kWaitLimitMs));
-    // All of it is in the queue now. Unloading deletes the panel first, then the thread.
+    // All signals are queued now. Unloading deletes the panel first, then the thread.
     m_answer.reset();
     m_view.reset();
     deleteThreads();

@@ -3,27 +3,27 @@
 #include "host/core/ZR_ZentriAccount.h"
 #include "tests/chat/FakeChat.h"
 
-// The host ends its process without waiting for the worker threads, so what they use must outlive every
-// destructor of the module.
+// The host exits without waiting for the worker threads, so the state that they use must outlive all static
+// objects of the module.
 
 namespace {
 
-constexpr int kStillThere = 0;
-constexpr int kGone = 3;
+constexpr int kIntact = 0;
+constexpr int kDestroyed = 3;
 
-/// Made before anything of the module's is, so that it is destroyed after all of that.
-class LastToGo {
+/// Constructed before the module's static objects, so that it is destroyed after them.
+class LastDestroyed {
 public:
-    ~LastToGo() {
-        if (asks) {
-            std::_Exit(zentriHasAccess() && zentriAccessToken() == _T("token-1") ? kStillThere : kGone);
+    ~LastDestroyed() {
+        if (checks) {
+            std::_Exit(zentriHasAccess() && zentriAccessToken() == _T("token-1") ? kIntact : kDestroyed);
         }
     }
 
-    bool asks = false;
+    bool checks = false;
 };
 
-LastToGo g_lastToGo;
+LastDestroyed g_lastDestroyed;
 
 class ProcessExit : public ChatTest {
 protected:
@@ -32,11 +32,11 @@ protected:
 
 }  // namespace
 
-TEST_F(ProcessExit, LeavesTheAccountToTheThreadsThatStillAskForIt) {
+TEST_F(ProcessExit, KeepsTheAccountForThreadsThatStillRun) {
     EXPECT_EXIT(
         {
-            g_lastToGo.asks = true;
-            std::exit(kGone);
+            g_lastDestroyed.checks = true;
+            std::exit(kDestroyed);
         },
-        testing::ExitedWithCode(kStillThere), "");
+        testing::ExitedWithCode(kIntact), "");
 }

@@ -11,14 +11,14 @@
 
 namespace {
 
-/// The chat against the AI service itself, run as a program.
+/// The chat with the real AI service, run as a program.
 class RealService : public ChatTest {
 protected:
     RealService() { m_answer = std::make_unique<FakeAnswer>(m_calls); }
 
     ~RealService() override { deleteThreads(); }
 
-    /// Starts the service and makes the chat.
+    /// Starts the service and creates the threads and the manager.
     void start(const std::vector<std::string>& options = {"--delay", "0"}) {
         m_service = std::make_unique<ServiceProcess>(options);
         setServiceAddress(QString::fromStdString(m_service->address()));
@@ -49,7 +49,7 @@ protected:
 
 }  // namespace
 
-TEST_F(RealService, AnswersAQuestionPieceByPiece) {
+TEST_F(RealService, StreamsAnAnswerInPieces) {
     start();
     ASSERT_TRUE(ask(_T("怎样画圆？")));
     EXPECT_TRUE(takePrinted().isEmpty());
@@ -63,7 +63,7 @@ TEST_F(RealService, AnswersAQuestionPieceByPiece) {
     EXPECT_EQ(messages[1], QStringLiteral("1:") + m_answer->answerText());
 }
 
-TEST_F(RealService, ReadsBackWhatWasSaid) {
+TEST_F(RealService, ReadsAConversationBack) {
     start();
     ASSERT_TRUE(ask(_T("怎样画圆？")));
     const QString firstAnswer = m_answer->answerText();
@@ -120,9 +120,9 @@ TEST_F(RealService, ReadsASeededHistory) {
     }
 }
 
-TEST_F(RealService, IsRefusedAnotherUsersSession) {
+TEST_F(RealService, CannotReadAnotherUsersSession) {
     start();
-    ASSERT_TRUE(ask(_T("geheim")));
+    ASSERT_TRUE(ask(_T("secret")));
     const CString id = currentId();
     signIn(_T("token-2"));
     const int logged = LogFile::messages().size();
@@ -136,10 +136,10 @@ TEST_F(RealService, IsRefusedAnotherUsersSession) {
     EXPECT_EQ(ids.GetCount(), 0);
 }
 
-TEST_F(RealService, StoresThePartOfAnAnswerThatCameBeforeTheConnectionBroke) {
+TEST_F(RealService, StoresThePartialAnswerOfALostConnection) {
     start({"--delay", "0", "--fault", "chat:cut-in-char=3"});
     ASSERT_TRUE(ask(_T("怎样画圆？")));
-    // Qt does not always notice that a chunked reply broke off, so the user hears of it once or not at all.
+    // Qt does not always detect that a chunked reply was truncated, so there is one message box or none.
     EXPECT_LE(MessageBoxes::instance().count(), 1);
     EXPECT_FALSE(m_answer->answerText().isEmpty());
     EXPECT_EQ(current().value(1), QStringLiteral("1:") + m_answer->answerText());
@@ -155,7 +155,7 @@ TEST_F(RealService, SurvivesAFailedRequest) {
     EXPECT_FALSE(m_answer->answerText().isEmpty());
 }
 
-TEST_F(RealService, TakesAHugeEvent) {
+TEST_F(RealService, ReceivesAHugeEvent) {
     const int size = 1 << 20;
     start({"--delay", "0", "--fault", "chat:huge-event=1048576"});
     ASSERT_TRUE(ask(_T("怎样画圆？")));
@@ -163,7 +163,7 @@ TEST_F(RealService, TakesAHugeEvent) {
     EXPECT_EQ(MessageBoxes::instance().count(), 0);
 }
 
-TEST_F(RealService, TakesBytesThatAreNoUtf8AndEmptyEvents) {
+TEST_F(RealService, ReceivesInvalidUtf8AndEmptyEvents) {
     start({"--delay", "0", "--fault", "chat:invalid-utf8", "--fault", "chat:empty-events=3"});
     ASSERT_TRUE(ask(_T("怎样画圆？")));
     EXPECT_TRUE(m_answer->answerText().contains(QStringLiteral("【CIRCLE】")));

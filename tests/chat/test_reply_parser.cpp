@@ -11,7 +11,7 @@ QString envelope(const char* data) {
     return QStringLiteral(R"({"code":200,"msg":"success","data":%1})").arg(QString::fromUtf8(data));
 }
 
-/// Texts that are no reply of the service at all, or one of wrong types throughout.
+/// Bodies that are not JSON, not an envelope, or an envelope with wrong types or values.
 const char* const kHostileBodies[] = {
     "",
     " ",
@@ -44,7 +44,7 @@ const char* const kHostileBodies[] = {
 
 class HostileBody : public testing::TestWithParam<const char*> {};
 
-TEST_P(HostileBody, CountsAsAFailureOfEveryCall) {
+TEST_P(HostileBody, IsAFailureForEveryCall) {
     const QString body = QString::fromUtf8(GetParam());
     EXPECT_TRUE(parseCreatedSession(body).IsEmpty());
 
@@ -60,7 +60,7 @@ TEST_P(HostileBody, CountsAsAFailureOfEveryCall) {
 
 INSTANTIATE_TEST_SUITE_P(Bodies, HostileBody, testing::ValuesIn(kHostileBodies));
 
-/// The time that the one message of a session is given.
+/// The time of a message with this "createTime".
 std::int64_t timeOf(const std::string& createTime) {
     const std::string data = R"([{"role":"user","message":"m")" +
                              (createTime.empty() ? std::string() : ",\"createTime\":" + createTime) + "}]";
@@ -76,31 +76,31 @@ TEST(ReplyParser, ReadsTheIdOfACreatedSession) {
     EXPECT_EQ(parseCreatedSession(envelope("\"abc-1\"")), _T("abc-1"));
 }
 
-TEST(ReplyParser, ReadsNoIdFromDataThatIsNoString) {
+TEST(ReplyParser, ReadsNoIdFromDataThatIsNotAString) {
     for (const char* data : {"null", "7", "true", "[\"id\"]", "{\"id\":\"x\"}"}) {
         EXPECT_TRUE(parseCreatedSession(envelope(data)).IsEmpty()) << data;
     }
 }
 
-TEST(ReplyParser, TellsTheCodeAndTheMessageOfAFailure) {
+TEST(ReplyParser, ReturnsCodeAndMessageOfAFailure) {
     CStringArray ids;
     const auto status = parseSessionIds(QStringLiteral(R"({"code":401,"msg":"未登录"})"), ids);
     EXPECT_EQ(status.code, 401);
     EXPECT_EQ(status.message, QStringLiteral("未登录"));
 }
 
-TEST(ReplyParser, TakesAnyOtherMessageThanSuccessAsAFailure) {
+TEST(ReplyParser, TreatsAnyOtherMessageThanSuccessAsAFailure) {
     ZR_AiChatSingleChatRecord record;
     const auto status = parseSessionChats(QStringLiteral(R"({"code":200,"msg":"ok","data":[]})"), record);
     EXPECT_FALSE(status.isSuccess());
     EXPECT_EQ(status.code, 200);
 }
 
-TEST(ReplyParser, TakesACodeWithAZeroFractionAsAnInteger) {
+TEST(ReplyParser, AcceptsACodeWithAZeroFraction) {
     EXPECT_EQ(parseCreatedSession(QStringLiteral(R"({"code":200.0,"msg":"success","data":"id"})")), _T("id"));
 }
 
-TEST(ReplyParser, ReadsTheSessionIdsInOrderAlsoEmptyOnes) {
+TEST(ReplyParser, ReadsSessionIdsInOrderIncludingEmptyOnes) {
     CStringArray ids;
     ids.Add(_T("old"));
     const char* data = R"([{"userChatSessionId":"b","sessionTitle":"t","useTime":"1","createTime":"2"},
@@ -122,7 +122,7 @@ TEST(ReplyParser, SucceedsWithoutIdsOnAnEmptyArray) {
     EXPECT_EQ(ids.GetCount(), 0);
 }
 
-TEST(ReplyParser, TakesDataThatIsNoArrayAsNoElements) {
+TEST(ReplyParser, TreatsDataThatIsNotAnArrayAsEmpty) {
     for (const char* data : {"null", "7", "\"x\"", "{\"0\":{\"role\":\"user\"}}"}) {
         CStringArray ids;
         EXPECT_TRUE(parseSessionIds(envelope(data), ids).isSuccess()) << data;
@@ -133,7 +133,7 @@ TEST(ReplyParser, TakesDataThatIsNoArrayAsNoElements) {
     }
 }
 
-TEST(ReplyParser, SkipsMessagesOfOtherRolesAndTitlesTheFirstKeptOne) {
+TEST(ReplyParser, SkipsOtherRolesAndTakesTheFirstKeptMessageAsTitle) {
     const char* data = R"([{"role":"system","message":"no","createTime":1},
                            {"role":"User","message":"no","createTime":1},
                            {"message":"no","createTime":1}, {"role":0,"message":"no"}, null, 7, [],
@@ -151,14 +151,14 @@ TEST(ReplyParser, SkipsMessagesOfOtherRolesAndTitlesTheFirstKeptOne) {
     EXPECT_EQ(record.GetTitle(), _T("答"));
 }
 
-TEST(ReplyParser, TakesAMessageThatIsNoStringAsEmpty) {
+TEST(ReplyParser, TreatsAMessageThatIsNotAStringAsEmpty) {
     ZR_AiChatSingleChatRecord record;
     ASSERT_TRUE(parseSessionChats(envelope(R"([{"role":"user","message":7}])"), record).isSuccess());
     EXPECT_EQ(record.GetUnitCount(), 1);
     EXPECT_TRUE(record.GetLastUserInput().IsEmpty());
 }
 
-TEST(ReplyParser, BringsTimesToSeconds) {
+TEST(ReplyParser, NormalisesTimesToSeconds) {
     EXPECT_EQ(timeOf("1700000000000"), 1700000000);
     EXPECT_EQ(timeOf("1700000000"), 1700000000);
     EXPECT_EQ(timeOf("1000000000000"), 1000000000000);
@@ -167,13 +167,13 @@ TEST(ReplyParser, BringsTimesToSeconds) {
     EXPECT_EQ(timeOf("-5"), -5);
 }
 
-TEST(ReplyParser, ReadsATimeThatIsMissingOrNoNumberAsZero) {
+TEST(ReplyParser, ReadsAMissingOrNonNumericTimeAsZero) {
     for (const char* time : {"", "null", "\"1700000000\"", "true", "[1]", "{}", "1e300", "-1e300"}) {
         EXPECT_EQ(timeOf(time), 0) << time;
     }
 }
 
-TEST(ReplyParser, KeepsControlAndZeroCharactersOfATextAsTheyAre) {
+TEST(ReplyParser, KeepsControlAndNullCharacters) {
     ZR_AiChatSingleChatRecord record;
     ASSERT_TRUE(parseSessionChats(envelope(R"([{"role":"user","message":"a\u0000b\t😀\ud800"}])"), record)
                     .isSuccess());

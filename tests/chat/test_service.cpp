@@ -46,7 +46,7 @@ TEST_F(Service, CreatesASession) {
     expectRequest(0, kCreateTarget);
 }
 
-TEST_F(Service, CreatesNoSessionQuietlyOnAnyFailure) {
+TEST_F(Service, CreatesNoSessionAndLogsNothingOnAnyFailure) {
     const int logged = LogFile::messages().size();
     m_server.answer(kCreateTarget, R"({"code":500,"msg":"success","data":"id-9"})");
     EXPECT_TRUE(createSessionOnServer().IsEmpty());
@@ -78,7 +78,7 @@ TEST_F(Service, SucceedsWithAnEmptyList) {
     EXPECT_EQ(ids.GetCount(), 0);
 }
 
-TEST_F(Service, LogsAListThatTheServiceRefuses) {
+TEST_F(Service, LogsARefusedList) {
     const int logged = LogFile::messages().size();
     m_server.answer(kListTarget, R"({"code":401,"msg":"100%s 未登录","data":[{"userChatSessionId":"b"}]})");
     CStringArray ids;
@@ -89,7 +89,7 @@ TEST_F(Service, LogsAListThatTheServiceRefuses) {
               QStringList{QStringLiteral("获取用户历史对话记录Id列表失败,返回码:401,错误信息:100%s 未登录")});
 }
 
-TEST_F(Service, LogsABodyThatIsNoJsonAsCodeZero) {
+TEST_F(Service, LogsABodyThatIsNotJsonAsCodeZero) {
     const int logged = LogFile::messages().size();
     m_server.answer(kListTarget, "<html>");
     CStringArray ids;
@@ -113,7 +113,7 @@ TEST_F(Service, ReadsASession) {
     expectRequest(0, kReadTarget + "s-1");
 }
 
-TEST_F(Service, LogsASessionThatTheServiceRefusesAndLeavesTheRecordEmpty) {
+TEST_F(Service, LogsARefusedSessionAndLeavesTheRecordEmpty) {
     const int logged = LogFile::messages().size();
     m_server.answer(kReadTarget + "s-1", R"({"code":403,"msg":"无权访问","data":[]})");
     ZR_AiChatSingleChatRecord record = usedRecord();
@@ -124,7 +124,7 @@ TEST_F(Service, LogsASessionThatTheServiceRefusesAndLeavesTheRecordEmpty) {
               QStringList{QStringLiteral("获取用户历史对话记录失败,返回码:403,错误信息:无权访问")});
 }
 
-TEST_F(Service, FailsQuietlyOnATransportError) {
+TEST_F(Service, FailsSilentlyOnATransportError) {
     const int logged = LogFile::messages().size();
     m_server.answer(kListTarget, R"({"code":401,"msg":"no"})", 500);
     m_server.answer(kReadTarget + "s-1", R"({"code":401,"msg":"no"})", 404);
@@ -169,11 +169,11 @@ TEST_F(Service, KeepsThePortOutOfTheUrl) {
     EXPECT_EQ(m_server.request(0).target, "/path");
 }
 
-TEST_F(Service, LetsAHostileSessionIdLeadToNoOtherHost) {
+TEST_F(Service, ContactsNoOtherHostForAHostileSessionId) {
     for (const char* id : {"../../x", "@127.0.0.1:1/", "a b", "问?x=1#y", "//elsewhere/", "%zz", "\n"}) {
         ZR_AiChatSingleChatRecord record;
         const int before = m_server.requestCount();
-        // What counts is that the service is asked, if anybody.
+        // If a request is sent at all, it must go to the service.
         QTimer answering;
         QObject::connect(&answering, &QTimer::timeout, [&] {
             if (m_server.requestCount() > before) {
@@ -190,7 +190,7 @@ TEST_F(Service, LetsAHostileSessionIdLeadToNoOtherHost) {
     }
 }
 
-TEST_F(Service, ReadsAReplyThatComesInPieces) {
+TEST_F(Service, ReadsAReplyThatArrivesInPieces) {
     QTimer feeding;
     const QByteArray body = R"({"code":200,"msg":"success","data":"会话"})";
     int sent = -1;
@@ -210,12 +210,12 @@ TEST_F(Service, ReadsAReplyThatComesInPieces) {
     EXPECT_EQ(createSessionOnServer(), _T("会话"));
 }
 
-TEST_F(Service, DeliversEventsWhileItWaitsOnTheMainThread) {
+TEST_F(Service, DeliversEventsWhileItBlocksTheMainThread) {
     int loopLevel = 0;
     QTimer answering;
     QObject::connect(&answering, &QTimer::timeout, [&] {
         if (m_server.requestCount() == 1 && loopLevel == 0) {
-            // By this the module knows that it must not be taken down now.
+            // From this level the module knows that it must not be torn down now.
             loopLevel = QThread::currentThread()->loopLevel();
             m_server.sendEmptyReply(0, 404);
         }
@@ -225,7 +225,7 @@ TEST_F(Service, DeliversEventsWhileItWaitsOnTheMainThread) {
     EXPECT_EQ(loopLevel, 1);
 }
 
-TEST_F(Service, QuitLetsACallOfAWorkerFailAtOnce) {
+TEST_F(Service, QuitMakesACallOnAWorkerThreadFailAtOnce) {
     bool succeeded = true;
     bool secondSucceeded = true;
     const std::unique_ptr<QThread> worker(QThread::create([&] {

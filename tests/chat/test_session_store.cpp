@@ -19,7 +19,7 @@ QString markOf(const ZR_AiChatSingleChatRecord& session) {
     return toQString(session.GetLastUserInput());
 }
 
-/// Each session as id and mark, looked up by walking the list.
+/// Each session as id and mark, looked up by a linear search.
 using PlainList = QVector<QPair<int, int>>;
 
 int indexIn(const PlainList& list, int id) {
@@ -31,12 +31,12 @@ int indexIn(const PlainList& list, int id) {
     return -1;
 }
 
-void expectEqual(const ZR_AiChatSessionStore& store, const PlainList& plain, int kIds) {
+void expectEqual(const ZR_AiChatSessionStore& store, const PlainList& plain, int idCount) {
     ASSERT_EQ(store.list().GetCount(), plain.size());
     for (int i = 0; i < plain.size(); ++i) {
         EXPECT_EQ(markOf(store.list()[i]), QString::number(plain[i].second));
     }
-    for (int id = 0; id < kIds; ++id) {
+    for (int id = 0; id < idCount; ++id) {
         const ZR_AiChatSingleChatRecord* const found = store.find(toCString(QString::number(id)));
         const int index = indexIn(plain, id);
         ASSERT_EQ(found != nullptr, index >= 0);
@@ -48,7 +48,7 @@ void expectEqual(const ZR_AiChatSessionStore& store, const PlainList& plain, int
 
 }  // namespace
 
-TEST(SessionStore, FindsWhatAWalkThroughTheListFinds) {
+TEST(SessionStore, FindsTheSameAsALinearSearch) {
     constexpr int kIds = 12;
     std::mt19937 random(5);
     std::uniform_int_distribution<int> anyId(0, kIds - 1);
@@ -57,7 +57,7 @@ TEST(SessionStore, FindsWhatAWalkThroughTheListFinds) {
     PlainList plain;
     for (int step = 0; step < 1000; ++step) {
         if (anyChoice(random) == 0) {
-            // A list from outside may hold one id several times.
+            // A list from the service may contain an id several times.
             ZR_AiChatSessionList sessions;
             plain.clear();
             for (int i = anyChoice(random); i > 0; --i) {
@@ -82,7 +82,7 @@ TEST(SessionStore, FindsWhatAWalkThroughTheListFinds) {
     }
 }
 
-TEST(SessionStore, HoldsCopies) {
+TEST(SessionStore, StoresCopies) {
     ZR_AiChatSessionStore store;
     ZR_AiChatSingleChatRecord session = record(1, 1);
     store.put(session);

@@ -4,14 +4,14 @@
 #include "chat/ZR_AiChatModuleState.h"
 #include "tests/chat/FakeChat.h"
 
-// What the UI thread and the streaming thread share. These threads hand nothing over through Qt, whose own
-// locking a thread sanitizer cannot see, so that under one each report is a real one.
+// State shared by the UI thread and the streaming thread. The tests do not synchronise through Qt, whose
+// locks the thread sanitizer cannot see, so each of its reports is a real race.
 
 namespace {
 
 constexpr int kRounds = 20000;
 
-/// Does something again and again on a thread of its own while it lives.
+/// Calls a function repeatedly on a thread of its own while it exists.
 class Repeatedly {
 public:
     template <typename Function>
@@ -42,7 +42,7 @@ class SharedState : public ChatTest {};
 
 }  // namespace
 
-TEST_F(SharedState, TheFlagIsReadWhileItIsWritten) {
+TEST_F(SharedState, TheFlagMayBeReadWhileItIsWritten) {
     m_manager = std::make_unique<TestManager>();
     std::atomic<int> seen{0};
     const Repeatedly reading([&] { seen += g_zentriCommunicating ? 1 : 0; });

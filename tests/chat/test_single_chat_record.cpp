@@ -22,7 +22,7 @@ ZR_AiChatSingleChatRecord recordWithTimes(const std::vector<std::int64_t>& times
     return record;
 }
 
-/// What the object stores, byte by byte.
+/// The bytes that the object stores.
 std::vector<BYTE> stored(CObject& object) {
     CMemFile file;
     {
@@ -54,7 +54,7 @@ void append(std::vector<BYTE>& bytes, std::uint64_t value, int size) {
     }
 }
 
-/// A short wide string as an archive holds it.
+/// Appends a short wide string in CArchive's encoding.
 void append(std::vector<BYTE>& bytes, const CString& text) {
     append(bytes, 0xFF, 1);
     append(bytes, 0xFFFE, 2);
@@ -66,7 +66,7 @@ void append(std::vector<BYTE>& bytes, const CString& text) {
 
 }  // namespace
 
-TEST(SingleChatRecord, BeginsEmpty) {
+TEST(SingleChatRecord, IsInitiallyEmpty) {
     const ZR_AiChatSingleChatRecord record;
     SingleChatUnit unit;
     unit.message = _T("untouched");
@@ -85,7 +85,7 @@ TEST(SingleChatRecord, BeginsEmpty) {
     EXPECT_EQ(units.GetCount(), 0);
 }
 
-TEST(SingleChatRecord, IsTheSessionWithAnEmptyIdUntilItGetsOne) {
+TEST(SingleChatRecord, MatchesTheEmptyIdUntilItHasOne) {
     ZR_AiChatSingleChatRecord record;
     EXPECT_TRUE(record.IsSession(_T("")));
     record.SetSessionId(_T("Ab"));
@@ -95,7 +95,7 @@ TEST(SingleChatRecord, IsTheSessionWithAnEmptyIdUntilItGetsOne) {
     EXPECT_FALSE(record.IsSession(_T("Abc")));
 }
 
-TEST(SingleChatRecord, TakesTheFirstUnitAsTitleEvenAnAnswer) {
+TEST(SingleChatRecord, TakesTheFirstUnitAsTitleEvenIfItIsAnAnswer) {
     ZR_AiChatSingleChatRecord record;
     record.AddUnit(kChatRoleAssistant, _T("answer"));
     record.AddUnit(kChatRoleUser, _T("question"));
@@ -126,7 +126,7 @@ TEST(SingleChatRecord, StampsAUnitWithTheCurrentSecond) {
     EXPECT_LE(unit.time, now());
 }
 
-TEST(SingleChatRecord, FindsTheNewestQuestionBehindAnswers) {
+TEST(SingleChatRecord, FindsTheNewestQuestionBeforeAnAnswer) {
     ZR_AiChatSingleChatRecord record;
     record.AddUnit(kChatRoleUser, _T("first"), 1);
     record.AddUnit(kChatRoleUser, _T("second"), 2);
@@ -139,7 +139,7 @@ TEST(SingleChatRecord, FindsTheNewestQuestionBehindAnswers) {
     EXPECT_EQ(last.time, 3);
 }
 
-TEST(SingleChatRecord, HasNoUserInputAmongAnswersOnly) {
+TEST(SingleChatRecord, HasNoUserInputWithAnswersOnly) {
     ZR_AiChatSingleChatRecord record;
     record.AddUnit(kChatRoleAssistant, _T("answer"));
     EXPECT_TRUE(record.GetLastUserInput().IsEmpty());
@@ -155,7 +155,7 @@ TEST(SingleChatRecord, FindsTextInAnyMessageCaseSensitively) {
     EXPECT_TRUE(record.ContainsText(_T("")));
 }
 
-TEST(SingleChatRecord, DoesNotFindTextInTheTitleAlone) {
+TEST(SingleChatRecord, DoesNotFindTextInTheSessionId) {
     ZR_AiChatSingleChatRecord record;
     record.SetSessionId(_T("needle"));
     record.AddUnit(kChatRoleUser, _T("hay"));
@@ -168,7 +168,7 @@ TEST(SingleChatRecord, DerivesItsTimesFromTheUnits) {
     EXPECT_EQ(record.GetUseTime(), 30);
 }
 
-TEST(SingleChatRecord, LetsTheNextUnitTakeOverAZeroTime) {
+TEST(SingleChatRecord, ReplacesAZeroTimeWithTheNextUnitsTime) {
     EXPECT_EQ(recordWithTimes({0, 20}).GetCreateTime(), 20);
     EXPECT_EQ(recordWithTimes({20, 0}).GetCreateTime(), 0);
     EXPECT_EQ(recordWithTimes({20, 0, 30}).GetCreateTime(), 30);
@@ -207,7 +207,7 @@ TEST(SingleChatRecord, CopiesItsUnits) {
     EXPECT_EQ(source.GetLastUserInput(), _T("question"));
 }
 
-TEST(SingleChatRecord, ReplacesWhatItHeldOnAssignment) {
+TEST(SingleChatRecord, AssignmentReplacesItsContent) {
     ZR_AiChatSingleChatRecord source;
     source.AddUnit(kChatRoleUser, _T("question"), 5);
     ZR_AiChatSingleChatRecord target = recordWithTimes({1, 2, 3});
@@ -218,14 +218,14 @@ TEST(SingleChatRecord, ReplacesWhatItHeldOnAssignment) {
     EXPECT_EQ(target.GetTitle(), _T("question"));
 }
 
-TEST(SingleChatRecord, SurvivesAssignmentToItself) {
+TEST(SingleChatRecord, SurvivesSelfAssignment) {
     ZR_AiChatSingleChatRecord record = recordWithTimes({1, 2});
     const ZR_AiChatSingleChatRecord& same = record;
     record = same;
     EXPECT_EQ(record.GetUnitCount(), 2);
 }
 
-TEST(SingleChatRecord, CanBeMadeFromItsRunTimeClass) {
+TEST(SingleChatRecord, CanBeCreatedFromItsRuntimeClass) {
     CRuntimeClass* const runtimeClass = RUNTIME_CLASS(ZR_AiChatSingleChatRecord);
     EXPECT_STREQ(runtimeClass->m_lpszClassName, "ZR_AiChatSingleChatRecord");
     const std::unique_ptr<CObject> object(runtimeClass->CreateObject());
@@ -281,7 +281,7 @@ TEST(SingleChatRecord, DoesNotLoadBackWhatItStored) {
     ZR_AiChatSingleChatRecord record;
     record.SetSessionId(_T("s1"));
     record.AddUnit(kChatRoleAssistant, _T(""), 5);
-    // The upper half of the count is taken as the role, so what follows is read four bytes too early.
+    // The upper half of the count is read as the role, so everything after it is read four bytes too early.
     std::vector<BYTE> bytes = stored(record);
     ZR_AiChatSingleChatRecord loaded;
     load(bytes, loaded);
@@ -300,18 +300,18 @@ TEST(SingleChatRecord, LoadsBackARecordWithoutUnits) {
     EXPECT_EQ(loaded.GetSessionId(), _T("s1"));
 }
 
-TEST(SingleChatRecord, EndsWithAnArchiveExceptionOnATruncatedArchive) {
+TEST(SingleChatRecord, ThrowsAnArchiveExceptionOnATruncatedArchive) {
     std::vector<BYTE> bytes;
     append(bytes, 1, 4);
     append(bytes, _T("s1"));
     append(bytes, _T("title"));
-    append(bytes, 0xFFFFFFFF, 4);  // a count that nothing follows
+    append(bytes, 0xFFFFFFFF, 4);  // a count without any units
     ZR_AiChatSingleChatRecord record;
     EXPECT_FALSE(load(bytes, record));
     EXPECT_EQ(record.GetUnitCount(), 0);
 }
 
-TEST(SingleChatRecord, RemovesItsUnitsBeforeItLoadsAnything) {
+TEST(SingleChatRecord, RemovesItsUnitsBeforeLoading) {
     ZR_AiChatSingleChatRecord record = recordWithTimes({1, 2});
     record.SetSessionId(_T("s1"));
     EXPECT_FALSE(load({}, record));
@@ -335,7 +335,7 @@ TEST(SessionList, IsCopiedRecordByRecord) {
     EXPECT_EQ(target.GetCount(), 2);
 }
 
-TEST(SessionList, StoresItsCountAndThenTheElementsAsMfcDoesByDefault) {
+TEST(SessionList, StoresItsCountAndElementsAsMfcDoesByDefault) {
     ZR_AiChatSessionList sessions;
     sessions.Add(recordWithTimes({1}));
     sessions.Add(recordWithTimes({2}));

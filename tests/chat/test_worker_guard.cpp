@@ -8,7 +8,7 @@
 
 namespace {
 
-/// What is logged when the work throws.
+/// The entries logged by this work.
 template <typename Work>
 QStringList loggedBy(const Work& work) {
     const int logged = LogFile::messages().size();
@@ -34,7 +34,7 @@ TEST(WorkerGuard, LogsAnExceptionWithoutAMessageAsUnknown) {
     EXPECT_EQ(loggedBy([] { AfxThrowNotSupportedException(); }), QStringList{QStringLiteral("unknown")});
 }
 
-TEST(WorkerGuard, DeletesAnExceptionOfMfcs) {
+TEST(WorkerGuard, DeletesAnMfcException) {
     class CountedException : public CException {
     public:
         explicit CountedException(int& living) : m_living(living) { ++m_living; }

@@ -9,12 +9,13 @@
 
 #include "tests/chat/WithheldCall.h"
 
-// On Windows Qt's loop takes the messages of the whole thread, the host's too. Those of the user that come
-// while a call is under way on the main thread wait in Qt, and the host's own loop never asks Qt for them.
+// On Windows a Qt event loop removes the messages of the whole thread from the queue, the host's too. User
+// input that arrives during a blocking call on the main thread is queued in Qt, and the host's own loop never
+// asks Qt for it.
 
 namespace {
 
-/// Writes down what is typed into it.
+/// Records the text typed into it.
 class TypedWindow : public QWindow {
 public:
     QString text;
@@ -23,7 +24,7 @@ protected:
     void keyPressEvent(QKeyEvent* event) override { text += event->text(); }
 };
 
-/// A window of the host's, which knows nothing of Qt.
+/// A host window that is independent of Qt.
 class PlainWindow {
 public:
     PlainWindow() {
@@ -57,7 +58,7 @@ private:
 
 class WithheldKeys : public WithheldCall {
 protected:
-    /// The host's loop, until the condition holds or its time is up.
+    /// Runs the host's message loop until the condition holds or the time is up.
     static bool pumpUntil(const std::function<bool()>& condition) {
         QElapsedTimer limit;
         limit.start();
