@@ -37,11 +37,11 @@ constexpr int kPaletteSetWidth = 700;
 constexpr int kPaletteSetHeight = 500;
 constexpr unsigned long kThreadStopMilliseconds = 5000;
 
-/// By this the host remembers where the panel is docked, so it never changes. Not a constant because
-/// SetToolID takes a pointer to a variable; static because the palette set may keep that pointer.
+/// The host remembers by this id where the panel is docked, so it must never change. Not a constant because
+/// SetToolID() takes a pointer to a variable; static because the palette set may keep that pointer.
 GUID g_paletteSetToolId = {0x6F2A9D84, 0x3B1C, 0x4E57, {0x9C, 0x0E, 0x81, 0x5D, 0x2B, 0xF7, 0x46, 0xA3}};
 
-/// The host's editor object; null when the registry holds none or something else.
+/// The host's editor object; null if the registry has none or another kind of object in its place.
 AcEditor* editor() {
     AcRxObject* const object = acrxSysRegistry()->at(_T("AcEditor"));
     if (object == nullptr || !object->isA()->isDerivedFrom(AcEditor::desc())) {
@@ -72,7 +72,7 @@ void detach(AcEditorReactor* reactor, bool& attached) {
 
 AcRx::AppRetCode CZR_ZentriApp::On_kInitAppMsg(void* packet) {
     const AcRx::AppRetCode result = AcRxArxApp::On_kInitAppMsg(packet);
-    // Puts the former handle back on every way out, an exception's too.
+    // Restores the previous resource handle on every path out, exceptions included.
     CAcModuleResourceOverride resources;
 
     registerZentriCommands();
@@ -94,8 +94,8 @@ AcRx::AppRetCode CZR_ZentriApp::On_kUnloadAppMsg(void* packet) {
 }
 
 void CZR_ZentriApp::loadFont() {
-    // Qt keeps the whole file of every font added, the same one again too, until its application goes: which
-    // it never does.
+    // Qt keeps a copy of the file for every addApplicationFont(), even of the same font, until the
+    // application is deleted, which never happens here.
     QStringList families = QFontDatabase::applicationFontFamilies(m_font);
     if (families.isEmpty() || families != m_fontFamilies) {
         m_font = QFontDatabase::addApplicationFont(QStringLiteral(":/res/font/SourceHanSansCN-Regular.ttf"));
@@ -173,8 +173,8 @@ void CZR_ZentriApp::stopChatThread() {
         delete thread;
         return;
     }
-    // It stands somewhere that quit() does not reach, say in its message box. Deleting a running thread ends
-    // the process, so it is let go and deletes itself when it has finished; its code stays mapped.
+    // The thread is blocked where quit() has no effect, for instance in its message box. Deleting a running
+    // QThread aborts the process, so it is left to delete itself when it finishes; its code stays mapped.
     thread->setParent(nullptr);
     QObject::connect(thread, &QThread::finished, thread, &QObject::deleteLater);
     if (thread->isFinished()) {

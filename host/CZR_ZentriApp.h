@@ -7,17 +7,18 @@
 class AcEditorReactor;
 class QApplication;
 
-/// The module as the host's loader sees it: makes the long-lived objects when the module is loaded and takes
-/// them away, in reverse order, when it is unloaded. Each step tests what exists, so that a second
-/// initialisation makes nothing twice; the Qt application, the history reader and the reactors stay for the
-/// next load. UI thread.
+/// The module's application object: creates the long-lived objects when the module is loaded and destroys
+/// them in reverse order when it is unloaded. Each step tests what exists, so that a second initialisation
+/// creates nothing twice. The Qt application, the history reader and the reactors are kept for the next load.
+/// UI thread.
 class CZR_ZentriApp : public AcRxArxApp {
 public:
     AcRx::AppRetCode On_kInitAppMsg(void* packet) override;
 
-    /// Stops a streaming answer, for which it waits at most 5 seconds.
+    /// Stops a streaming answer; waits at most 5 seconds for its thread.
     AcRx::AppRetCode On_kUnloadAppMsg(void* packet) override;
 
+    /// Pure virtual in the base class; there is nothing to register.
     void RegisterServerComponents() override {}
 
 private:
@@ -29,7 +30,7 @@ private:
     void deletePaletteSet();
     void stopChatThread();
 
-    /// As Qt knows the font that an earlier load added; -1 before.
+    /// Qt's id of the font added by the first load; -1 before.
     int m_font = -1;
     QStringList m_fontFamilies;
     bool m_recorderAttached = false;

@@ -8,7 +8,7 @@ namespace {
 
 constexpr const ACHAR* kServiceName = _T("ZR_ACCOUNT");
 constexpr int kUsualCapacity = 4096;
-/// A longer token is none: no HTTP header would carry it.
+/// A longer token is treated as none: no HTTP header could carry it.
 constexpr int kMaxCapacity = 1024 * 1024;
 
 using AccessTokenFunction = int (*)(ACHAR* buffer, int capacity);

@@ -35,9 +35,9 @@ void addCommand(AcEdCommandStack& stack, const ACHAR* name, Adesk::Int32 flags, 
                      AcRxResourceInstance::empty());
 }
 
-/// Takes the signed-in user's token from the account service and hands it to the chat. False when nobody is
-/// signed in.
-bool takeToken() {
+/// Gets the signed-in user's token from the account service and initialises the chat with it. False when
+/// nobody is signed in.
+bool obtainToken() {
     const CString token = ZR_AccountService::accessToken();
     if (token.IsEmpty()) {
         return false;
@@ -48,16 +48,16 @@ bool takeToken() {
     return true;
 }
 
-/// Lets the user sign in now. True when they did, whatever the service then gives for a token, and the module
+/// Lets the user sign in now. True if sign-in succeeded, even if there is no token afterwards, and the module
 /// is still loaded.
 bool signIn() {
-    // The service may show a window of its own, during which the host goes on and may unload the module. Then
-    // the next load asks for the user anew.
+    // The service may show a window that runs the host's message loop, and the module may be unloaded
+    // meanwhile. The next load then asks for the token again.
     const ZR_ZentriModalScope open;
     if (!ZR_AccountService::signIn() || !g_registered) {
         return false;
     }
-    takeToken();
+    obtainToken();
     return true;
 }
 
@@ -77,7 +77,7 @@ void togglePanel() {
 }
 
 void openChat() {
-    if (!zentriHasAccess() && !takeToken() && !signIn()) {
+    if (!zentriHasAccess() && !obtainToken() && !signIn()) {
         return;
     }
     if (!zentriHasAccess()) {

@@ -3,8 +3,8 @@
 // The module's commands on the host's command stack: KQ_AICHAT, which opens and closes the chat panel, and
 // the hidden _refreshChatView. UI thread.
 
-/// Registers the commands; those that are registered already stay as they are.
+/// Registers the commands; commands that are already registered are left unchanged.
 void registerZentriCommands();
 
-/// Removes the group with both commands, and forgets the user who signed in through them.
+/// Removes the group with both commands and resets the signed-in state.
 void removeZentriCommands();

@@ -10,8 +10,8 @@ namespace Ui {
 class ZR_ZentriFloatingBtnClass;
 }
 
-/// A small tile with one button that stays on top and can be dragged within its parent widget. Nothing shows
-/// it yet, and its button does nothing yet.
+/// A small tile with one button that stays on top and can be dragged within its parent widget. Part of the
+/// interface; nothing in the module creates it, and its button is not connected.
 class ZR_ZentriFloatingBtn : public QWidget {
     Q_OBJECT
 
@@ -21,9 +21,9 @@ public:
     ZR_ZentriFloatingBtn(const ZR_ZentriFloatingBtn&) = delete;
     ZR_ZentriFloatingBtn& operator=(const ZR_ZentriFloatingBtn&) = delete;
 
-    /// Looks up the host's drawing view and keeps its place on the screen, unless one is kept already.
+    /// Looks up the host's drawing view and stores its screen rectangle, unless one is stored already.
     void lookUpDrawingView();
-    /// The kept place; empty until the drawing view has been found.
+    /// The stored rectangle; empty until the drawing view has been found.
     CRect drawingViewRect() const { return m_drawingViewRect; }
 
 protected:
@@ -31,7 +31,7 @@ protected:
     void mouseMoveEvent(QMouseEvent* event) override;
 
 private:
-    /// From the widget's position to the cursor's, at the press.
+    /// The cursor's position relative to the widget's when the button was pressed.
     QPoint m_dragOffset;
     CRect m_drawingViewRect;
     std::unique_ptr<Ui::ZR_ZentriFloatingBtnClass> m_ui;

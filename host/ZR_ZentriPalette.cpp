@@ -23,8 +23,9 @@ ON_WM_KILLFOCUS()
 END_MESSAGE_MAP()
 
 ZR_ZentriPalette::ZR_ZentriPalette() : m_view(std::make_unique<ZR_ZentriPaletteView>()) {
-    // A window without parent is made with a frame, and Qt's Windows platform goes on counting that frame in
-    // when the window has moved into the palette: it would stand beside its place and too large.
+    // A top-level window is created with a frame, and Qt's Windows platform plugin still includes that
+    // frame's margins after the window has been reparented into the palette: it would be misplaced and too
+    // large.
     m_view->setWindowFlag(Qt::FramelessWindowHint);
     setZentriPaletteAccess(this);
 }
@@ -64,11 +65,11 @@ BOOL ZR_ZentriPalette::CanFrameworkTakeFocus() {
 BOOL ZR_ZentriPalette::PreTranslateMessage(MSG* message) {
     switch (message->message) {
         case WM_CHAR:
-            // Characters are the panel's alone: the host would take them for a command.
+            // Characters are for the panel alone: the host would take them for a command.
             typeIntoView(*message);
             return TRUE;
         case WM_KEYDOWN:
-            typeWaitingCharacters();
+            typeQueuedCharacters();
             forwardToView(*message);
             return CWnd::PreTranslateMessage(message);
         case WM_KEYUP:
@@ -84,7 +85,8 @@ int ZR_ZentriPalette::OnCreate(LPCREATESTRUCT creation) {
 }
 
 void ZR_ZentriPalette::OnDestroy() {
-    // A native child goes with its parent. The view outlives this window, so it leaves before.
+    // Destroying a window destroys its child windows. The view outlives this window, so it is detached
+    // before.
     if (m_view != nullptr && m_view->windowHandle() != nullptr) {
         m_view->hide();
         m_view->windowHandle()->setParent(nullptr);
@@ -123,7 +125,8 @@ void ZR_ZentriPalette::embedView() {
     }
     CRect rect;
     GetWindowRect(&rect);
-    // Where something in the process has turned Qt's scaling on, Qt's pixels are larger than the window's.
+    // If something in the process has turned on Qt's scaling, a Qt pixel is larger than a pixel of the
+    // window.
     const qreal scale = m_view->devicePixelRatioF();
     m_view->resize(qCeil(rect.Width() / scale), qCeil(rect.Height() / scale));
     m_view->relayoutMessages();
@@ -141,7 +144,8 @@ void ZR_ZentriPalette::placeView() {
     }
     m_view->winId();
     m_view->windowHandle()->setParent(m_nativeParent.get());
-    // Not move(): that counts in the frame that a platform may suppose around a window within other windows.
+    // Not move(): that includes the frame margins that a platform plugin may assume even for an embedded
+    // window.
     m_view->setGeometry(QRect(QPoint(0, 0), m_view->size()));
     m_view->show();
     SetFocus();
@@ -154,13 +158,13 @@ void ZR_ZentriPalette::typeIntoView(const MSG& character) {
     }
 }
 
-void ZR_ZentriPalette::typeWaitingCharacters() {
-    MSG waiting = {};
-    // Looked at before it is taken: whatever range is asked for, WM_QUIT comes when nothing else waits.
-    while (::PeekMessageW(&waiting, GetSafeHwnd(), WM_CHAR, WM_CHAR, PM_NOREMOVE) != FALSE &&
-           waiting.message == WM_CHAR &&
-           ::PeekMessageW(&waiting, GetSafeHwnd(), WM_CHAR, WM_CHAR, PM_REMOVE) != FALSE) {
-        typeIntoView(waiting);
+void ZR_ZentriPalette::typeQueuedCharacters() {
+    MSG queued = {};
+    // Peek first: WM_QUIT ignores the filter range.
+    while (::PeekMessageW(&queued, GetSafeHwnd(), WM_CHAR, WM_CHAR, PM_NOREMOVE) != FALSE &&
+           queued.message == WM_CHAR &&
+           ::PeekMessageW(&queued, GetSafeHwnd(), WM_CHAR, WM_CHAR, PM_REMOVE) != FALSE) {
+        typeIntoView(queued);
     }
 }
 
@@ -169,7 +173,8 @@ void ZR_ZentriPalette::forwardToView(const MSG& message) {
         return;
     }
     const HWND view = viewHandle();
-    // A message to the view itself passes by here too, since MFC asks all the parents. It will get there.
+    // A message for the view itself gets here too, since MFC walks up all parent windows. It needs no
+    // forwarding.
     if (message.hwnd == view || ::IsChild(view, message.hwnd) != FALSE) {
         return;
     }
@@ -177,7 +182,7 @@ void ZR_ZentriPalette::forwardToView(const MSG& message) {
     const bool quitting =
         ::PeekMessageW(&quit, nullptr, WM_QUIT, WM_QUIT, PM_NOREMOVE) != FALSE && quit.message == WM_QUIT;
     ::SendMessageW(view, message.message, message.wParam, message.lParam);
-    // Qt, which takes the next WM_CHAR, takes WM_QUIT for one when no other message waits.
+    // Looking for the next WM_CHAR, Qt removes WM_QUIT when no other message is queued.
     if (quitting) {
         ::PostQuitMessage(static_cast<int>(quit.wParam));
     }

@@ -19,17 +19,21 @@ public:
     /// Adds the one palette and takes ownership of it.
     void addPalette(std::unique_ptr<ZR_ZentriPalette> palette);
 
-    /// Called after the panel was shown or hidden, and by the hidden refresh command; there is nothing to do.
+    /// The refresh hook, called after the panel has been shown or hidden and by the hidden refresh command.
+    /// Part of the interface; does nothing.
     void refresh() {}
 
+    // Part of the interface; these forward to the base class.
     void GetMinimumSize(CSize& size) override;
     void GetMaximumSize(CSize& size) override;
     BOOL PreTranslateMessage(MSG* message) override;
 
 protected:
+    /// Part of the interface; forwards to the base class.
     bool OnClosing() override;
 
     afx_msg void OnSize(UINT type, int width, int height);
+    /// Part of the interface; does nothing.
     afx_msg void OnSizing(UINT side, LPRECT rect);
     DECLARE_MESSAGE_MAP()
 

@@ -16,7 +16,7 @@ constexpr int kRetryMilliseconds = 50;
 }
 
 bool zentriLoopRuns() {
-    // Qt's own loop is never entered, so any loop of Qt's on this thread is a nested one.
+    // Qt's main event loop is never entered, so any Qt event loop on this thread is a nested one.
     return ZR_ZentriModalScope::anyOpen() || QThread::currentThread()->loopLevel() > 0;
 }
 

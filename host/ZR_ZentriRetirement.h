@@ -2,11 +2,12 @@
 
 class ZR_ZentriPaletteSet;
 
-/// Deletes a palette set (and with it the view), at once if nothing of ours is running below on the stack.
-/// While a dialog, a menu, a message box or a waiting service call of ours is open, the unloading has come
-/// from within it, and what opened it goes on when it ends: then the set is hidden and deleted once the stack
-/// is free of them. UI thread.
+/// Deletes a palette set and with it the palette and the view: at once, unless a nested loop of the module
+/// runs. While a dialog, a menu, a message box or a blocking service call of the module is open, the module
+/// is being unloaded from within its loop, and the code that opened it continues when that loop ends. The set
+/// is then hidden, and deleted as soon as no such loop runs any more. UI thread.
 void retirePaletteSet(ZR_ZentriPaletteSet* paletteSet);
 
-/// True while a dialog, a menu, a message box or a waiting service call of ours runs a loop on the UI thread.
+/// True while a dialog, a menu, a message box or a blocking service call of the module runs a nested loop on
+/// the UI thread.
 bool zentriLoopRuns();

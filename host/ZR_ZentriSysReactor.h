@@ -2,7 +2,7 @@
 
 #include <aced.h>
 
-/// Hands every change of the host's colour theme on to the palette.
+/// Passes every change of the host's colour theme on to the palette.
 class ZR_ZentriSysReactor : public AcEditorReactor {
 public:
     void sysVarChanged(const ACHAR* variableName, bool success) override;

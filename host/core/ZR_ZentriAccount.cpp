@@ -11,7 +11,7 @@ struct Account {
 };
 
 Account& account() {
-    // Never destroyed: a worker thread may still ask while the process ends.
+    // Never destroyed: a worker thread may still read it while the process exits.
     static Account* const instance = new Account;
     return *instance;
 }

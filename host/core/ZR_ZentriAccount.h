@@ -2,10 +2,12 @@
 
 #include <afx.h>
 
-// The signed-in state of the module's user. The open-chat command writes it on the UI thread, the worker
-// threads read it. Unloading forgets it while a reader may still run, so each call is safe on any thread.
+// The signed-in state as the module has last seen it. (The host's service that it comes from is
+// host/ZR_AccountService.h.) The open-chat command writes it on the UI thread, the worker threads read it.
+// Unloading resets it while a worker may still run, so each function is thread-safe.
 
-/// True once the open-chat command has obtained a token.
+/// True once the open-chat command has obtained a token. Part of the interface; nothing in the module calls
+/// it.
 bool zentriSignedIn();
 void setZentriSignedIn(bool signedIn);
 
@@ -13,5 +15,5 @@ void setZentriSignedIn(bool signedIn);
 CString zentriAccessToken();
 void setZentriAccessToken(const CString& token);
 
-/// Signed in and in possession of a token: the one test every request starts with.
+/// True when signed in with a token that is not empty: the check before every request.
 bool zentriHasAccess();

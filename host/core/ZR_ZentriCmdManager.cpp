@@ -9,7 +9,8 @@
 
 namespace {
 
-/// What Esc means in a string sent to the command line; one leaves a prompt, the second the command.
+/// Ctrl-C twice, which cancels in a string sent to the command line: the first leaves a prompt, the second
+/// the command.
 constexpr const TCHAR* kCancel = _T("\x03\x03");
 
 /// Queues text on the current document, as if typed there.
@@ -20,7 +21,7 @@ void sendToCurrentDocument(const CString& text) {
     }
 }
 
-/// Asks whether the command in progress may give way to the requested one.
+/// Asks whether to cancel the command in progress for the requested one.
 bool mayCancelFor(const CString& command) {
     const CString running =
         g_zentriCmdRecorder != nullptr ? g_zentriCmdRecorder->lastCommandName() : CString();
@@ -43,8 +44,8 @@ void ZR_ZentriCmdManager::runCommand(CString command) {
     if (document == nullptr) {
         return;
     }
-    // The question box runs the host's loop: when it returns, the document may be gone. So the current one is
-    // looked up again for each string.
+    // The message box runs the host's message loop, and the document may be closed meanwhile. So the current
+    // one is looked up again for each string.
     if (!document->isQuiescent()) {
         if (!mayCancelFor(command)) {
             return;

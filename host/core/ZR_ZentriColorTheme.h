@@ -1,4 +1,4 @@
 #pragma once
 
-/// The host's colour theme as its COLORTHEME variable tells it, unchanged: 1 light, 0 dark. UI thread.
+/// The value of the host's COLORTHEME variable, unchanged: 1 light, 0 dark. UI thread.
 int readColorTheme();

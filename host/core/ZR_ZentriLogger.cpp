@@ -12,11 +12,11 @@ constexpr DWORD kMaxModulePath = 260;
 constexpr std::size_t kMaxStamp = 128;
 constexpr BYTE kByteOrderMark[] = {0xFF, 0xFE};
 
-/// The log's full path; empty when the module file's name cannot be had.
+/// The log's full path; empty when the module file's name cannot be obtained.
 CString logPath() {
     TCHAR moduleFile[kMaxModulePath + 1] = {};
     const HMODULE module = GetModuleHandleW(kModuleName);
-    // A null handle would name the program instead.
+    // A null handle would yield the program's file name instead.
     if (module == nullptr || GetModuleFileNameW(module, moduleFile, kMaxModulePath) == 0) {
         return CString();
     }
@@ -25,7 +25,7 @@ CString logPath() {
     return lastBackslash < 0 ? CString() : path.Left(lastBackslash + 1) + kLogName;
 }
 
-/// The current local time as the entry shows it; empty when it cannot be formatted.
+/// The current local time in the format of an entry; empty when it cannot be formatted.
 CString stamp() {
     const __time64_t now = _time64(nullptr);
     struct tm local = {};
@@ -39,7 +39,7 @@ CString stamp() {
     return CString(text);
 }
 
-/// Takes note of a failure of CFile, which throws what the catcher has to delete.
+/// Runs a step that uses CFile; false if it throws. Whoever catches an MFC exception has to delete it.
 template <typename Step>
 bool succeeds(Step step) {
     try {
@@ -54,7 +54,7 @@ bool succeeds(Step step) {
 }  // namespace
 
 ZR_ZentriLogger& ZR_ZentriLogger::instance() {
-    // Never destroyed: a worker thread may still log while the process ends.
+    // Never destroyed: a worker thread may still log while the process exits.
     static ZR_ZentriLogger* const logger = [] {
         auto* const made = new ZR_ZentriLogger;
         made->init();
@@ -91,7 +91,7 @@ void ZR_ZentriLogger::init() {
 }
 
 bool ZR_ZentriLogger::write(const CString& message) {
-    // The file is opened for this entry alone, so entries of two threads must not meet.
+    // Each entry opens and closes the file, so the entries of different threads are serialised.
     const std::lock_guard<std::mutex> lock(m_mutex);
     if (!m_valid || m_path.IsEmpty()) {
         return false;

@@ -15,12 +15,14 @@ public:
     ZR_ZentriLogger(const ZR_ZentriLogger&) = delete;
     ZR_ZentriLogger& operator=(const ZR_ZentriLogger&) = delete;
 
-    /// Finds the path and makes sure the file exists. A failure is printed on the host's command line.
+    /// Determines the path and creates the file if it does not exist. A failure is printed on the host's
+    /// command line.
     void init();
 
     /// Appends a time-stamped entry. False when the log is not valid or any step fails; nothing is reported.
     bool write(const CString& message);
 
+    // Part of the interface; nothing in the module calls these.
     bool isValid() const { return m_valid; }
     CString path() const { return m_path; }
 

@@ -1,8 +1,8 @@
 #pragma once
 
-/// Marks, while it lives, that one of the module's message boxes is open on the UI thread. The box runs the
-/// host's loop, so anything may happen meanwhile, even the module's unloading, which then must not delete
-/// what the stack below the box still uses. UI thread only.
+/// While it exists, one of the module's message boxes is open on the UI thread. The box runs the host's
+/// message loop, so the module may even be unloaded meanwhile, and must not delete objects that the callers
+/// on the stack still use. UI thread only.
 class ZR_ZentriModalScope {
 public:
     ZR_ZentriModalScope();

@@ -4,7 +4,7 @@
 
 #include <QString>
 
-// Both text types hold UTF-16, so these copy units and never convert.
+// Both text types hold UTF-16, so these copy code units without conversion.
 
 /// The same text as a QString.
 inline QString toQString(const CString& text) {

@@ -21,12 +21,12 @@ int QMfcApp::s_modalLoops = 0;
 
 namespace {
 
-// What sendPostedEvents delivers. To Qt 5 they are alike, see DeferredDeletes.
+// Event types for sendPostedEvents(). Qt 5 treats both values the same, see DeferredDeletes.
 constexpr int kAllEvents = -1;
 constexpr int kWithoutDeferredDeletes = 0;
 
-/// Puts deletes off while a plug-in's modal loop is counted. Qt 5 would go on with those asked for before the
-/// loop began, whatever it is told to deliver.
+/// Holds deferred deletes back while a plug-in's modal loop is counted. Qt 5 would execute those posted
+/// before the loop began, whichever event type is passed to sendPostedEvents().
 class DeferredDeletes : public QObject {
 public:
     using QObject::QObject;
@@ -39,8 +39,8 @@ public:
         return true;
     }
 
-    /// Asks for them again, from within an event: asked for outside of any, a delete waits for a loop of
-    /// Qt's.
+    /// Posts them again, from within an event handler: posted outside of one, a deferred delete would wait
+    /// for a Qt event loop.
     void resume() {
         QMetaObject::invokeMethod(
             this,
@@ -58,7 +58,7 @@ private:
     std::vector<QPointer<QObject>> m_objects;
 };
 
-/// The plug-in's; null for other applications.
+/// For the application of pluginInstance() only; null otherwise.
 QPointer<DeferredDeletes> g_deferredDeletes;
 HHOOK g_messageHook = nullptr;
 /// QApplication keeps a reference to it.
@@ -71,7 +71,7 @@ char* heapCopy(const QString& text) {
     return copy;
 }
 
-/// The host's name and command line as an argument vector, which lives as long as the process.
+/// The host's name and command line as an argument vector, which is never freed.
 char** makeArguments(const CWinApp* mfcApp, int& count) {
     const QString line =
         toQString(CString(mfcApp->m_pszExeName)) + QLatin1Char(' ') + toQString(CString(mfcApp->m_lpCmdLine));
@@ -92,8 +92,8 @@ void pinThisModule() {
                        reinterpret_cast<LPCWSTR>(&g_messageHook), &module);
 }
 
-/// Lets Qt find the plugins that stand beside this module. It would look beside the host's program only, and
-/// where its own library was built or stands; without a platform plugin it ends the process.
+/// Lets Qt find the plugins next to this module. By default it looks next to the host's executable and in the
+/// paths built into its library; without a platform plugin it aborts the process.
 void findPluginsBesideThisModule() {
     HMODULE module = nullptr;
     TCHAR file[MAX_PATH] = {};
@@ -124,7 +124,7 @@ QWidget* widgetOf(const MSG* message) {
 }  // namespace
 
 QApplication* QMfcApp::mfc_instance(CWinApp* mfcApp) {
-    // Also when the application is another module's: ours gives it children whose code is here.
+    // Even if another module has created the application: this module gives it children whose code is here.
     pinThisModule();
     if (QCoreApplication::instance() == nullptr) {
         s_winApp = mfcApp;
@@ -182,8 +182,8 @@ int QMfcApp::run(CWinApp* mfcApp) {
 
 QMfcApp::QMfcApp(CWinApp* mfcApp, int& argc, char** argv) : QApplication(argc, argv) {
     s_winApp = mfcApp;
-    // No window's closing ends anything here, since Qt's loop is never entered; a host that does run it, with
-    // run(), ends when its last window closes.
+    // This has no effect in the host, where Qt's event loop is never entered. With run() the loop ends when
+    // the last window closes.
     setQuitOnLastWindowClosed(true);
     QAbstractEventDispatcher::instance()->installNativeEventFilter(&m_eventFilter);
 }
@@ -226,12 +226,13 @@ bool QMfcApp::forwardMenuKey(MSG* message, long* result) {
 
     if (altReleased) {
         QWidget* const inner = widget->focusWidget();
-        // The menu that opens runs the host's loop, in which the widget may go.
+        // The menu runs a message loop, during which the widget may be deleted.
         const QPointer<QWidget> focused = inner != nullptr ? inner : widget;
         SetFocus(ancestor);
         SendMessageW(ancestor, message->message, message->wParam, message->lParam);
         if (focused != nullptr) {
-            // Qt moves its focus within its own window only, so that window gets the keys back first.
+            // QWidget::setFocus() only moves the focus within its native window, so that window gets the
+            // native focus first.
             SetFocus(message->hwnd);
             focused->setFocus(Qt::OtherFocusReason);
         }
@@ -249,8 +250,8 @@ void QMfcApp::doIdleWork(MSG* message) {
     if (s_winApp == nullptr) {
         return;
     }
-    MSG waiting = {};
-    while (m_doIdle && PeekMessageW(&waiting, nullptr, 0, 0, PM_NOREMOVE) == FALSE) {
+    MSG queued = {};
+    while (m_doIdle && PeekMessageW(&queued, nullptr, 0, 0, PM_NOREMOVE) == FALSE) {
         if (s_winApp->OnIdle(m_idleCount++) == FALSE) {
             m_doIdle = false;
         }

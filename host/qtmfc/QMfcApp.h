@@ -6,26 +6,29 @@
 
 #include "host/qtmfc/QMfcAppEventFilter.h"
 
-/// The Qt application inside the host's MFC process. The host owns the only message loop; Qt's own is never
-/// entered, Qt's events are delivered from the host's. UI thread.
+/// The Qt application inside the host's MFC process. The host owns the only message loop: Qt's own event loop
+/// is never entered, Qt's events are delivered from the host's loop. UI thread.
 class QMfcApp : public QApplication {
     Q_OBJECT
 
 public:
-    /// The process's Qt application, made when there is none yet. It is never deleted: other modules may have
-    /// come to use it, and its windows outlive the module's. So this also keeps the module's code mapped for
-    /// the rest of the process's life, whatever the host unloads.
+    /// The process's Qt application, created when there is none yet. It is never deleted: other modules may
+    /// have started to use it, and it outlives this module. So this also keeps the module's code mapped until
+    /// the process ends, even after the host has unloaded it.
     static QApplication* mfc_instance(CWinApp* mfcApp);
 
-    /// The same for a plug-in of a host that is no MFC program: Qt's posted events are then delivered by a
-    /// message hook. True when a Qt application was made.
+    /// The same for a plug-in of a host that is not an MFC program: a message hook delivers Qt's posted
+    /// events. True when a Qt application has been created. Part of the interface; nothing in the module
+    /// calls it.
     static bool pluginInstance(HINSTANCE plugin = nullptr);
 
-    /// Runs Qt's loop, with a Qt application of its own when there is none yet; returns exec()'s result.
+    /// Runs Qt's event loop, with a Qt application of its own when there is none yet; returns exec()'s
+    /// result. Part of the interface; nothing in the module calls it.
     static int run(CWinApp* mfcApp);
 
-    // A plug-in's modal loops, which count: while one runs, objects that are to be deleted later stay. That
-    // holds for the application of pluginInstance only.
+    // Counts a plug-in's modal loops: while one runs, deferred deletes are held back. Works only with the
+    // application of pluginInstance(). Part of the interface; nothing in the module calls enterModalLoop()
+    // and exitModalLoop().
     static void enterModalLoop() { ++s_modalLoops; }
     static void exitModalLoop();
     static bool modalLoopRuns() { return s_modalLoops > 0; }
@@ -34,13 +37,13 @@ public:
     QMfcApp(CWinApp* mfcApp, int& argc, char** argv);
     ~QMfcApp() override;
 
-    /// What MFC's message pump would do with a message that Qt's dispatcher pumps instead: menu keys, idle
-    /// work, PreTranslateMessage. True when the message is dealt with; `result`, which may be null, is its
-    /// result then. Called again from within itself it does nothing.
+    /// Does what MFC's message pump would do with a message that Qt's dispatcher pumps instead: menu keys,
+    /// idle work, PreTranslateMessage. True when the message has been handled; `result`, which may be null,
+    /// is then set to its result. A re-entrant call does nothing and returns false.
     bool winEventFilter(MSG* message, long* result);
 
 private:
-    /// Alt opens the menu bar of the host's frame although a Qt window has the focus.
+    /// Lets Alt open the menu bar of the host's frame while a Qt window has the focus.
     bool forwardMenuKey(MSG* message, long* result);
     void doIdleWork(MSG* message);
 

@@ -2,20 +2,21 @@
 
 #include "host/qtmfc/QMfcApp.h"
 
-// Qt shows a filter the same kind of message in three ways:
+// Qt passes the same kind of message to a filter in three ways:
 //
-// "windows_generic_MSG" without a result: a loop of Qt's has taken it from the queue and not dispatched it
-// yet. Qt pumps in place of MFC here, so everything that MFC's pump would have done is to be done by us.
+// "windows_generic_MSG" without a result: a Qt event loop has removed it from the queue and not dispatched it
+// yet. Qt pumps in place of MFC here, so winEventFilter() has to do everything that MFC's message pump would
+// have done.
 //
-// "windows_dispatcher_MSG": it has reached the hidden window through which Qt gets its timers and posted
+// "windows_dispatcher_MSG": it has reached the hidden window through which Qt receives its timers and posted
 // events.
 //
-// "windows_generic_MSG" with a result: it has reached the procedure of a Qt window, pumped by whomever, or
-// sent. Whoever pumped it has shown it to MFC before, and input is not shown at all in this way. It must not
-// lead to PreTranslateMessage: MFC would walk from the view up to the palette, which sends the view a copy of
-// every key, and what the walk forwards is on its way there already.
+// "windows_generic_MSG" with a result: it has reached the window procedure of a Qt window, whether posted or
+// sent. If it was posted, MFC has seen it when it was pumped; input messages are not passed in this way at
+// all. It must not be passed to PreTranslateMessage: MFC would walk up from the view to the palette, which
+// would send the view a copy of a key message that has already arrived there.
 //
-// Other platforms' events are not MSGs and are left alone.
+// Other platforms' events are not MSGs and are ignored.
 bool QMfcAppEventFilter::nativeEventFilter(const QByteArray& eventType, void* message, long* result) {
     auto* const application = qobject_cast<QMfcApp*>(QCoreApplication::instance());
     if (application == nullptr) {

@@ -2,7 +2,7 @@
 
 #include <QAbstractNativeEventFilter>
 
-/// Shows QMfcApp the Win32 messages that pass through Qt.
+/// Passes the Win32 messages that Qt sees on to QMfcApp.
 class QMfcAppEventFilter : public QAbstractNativeEventFilter {
 public:
     bool nativeEventFilter(const QByteArray& eventType, void* message, long* result) override;

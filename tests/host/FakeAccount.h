@@ -6,15 +6,15 @@
 
 #include "tests/support/FakeArxHost.h"
 
-/// The account service of a host, as the module looks it up.
+/// A host's account service, as the module looks it up.
 class FakeAccount {
 public:
-    /// Offers the service in the host.
+    /// Registers the service in the host.
     static void offer(FakeArxHost& host);
     static void reset();
 
     static CString token;
-    /// What signing in brings: the token afterwards, and whether it succeeds.
+    /// The result of signing in: the token afterwards, and whether it succeeds.
     static CString tokenAfterSignIn;
     static bool signInSucceeds;
     /// Called while the user signs in.

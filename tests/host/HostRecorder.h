@@ -8,8 +8,8 @@
 #include <memory>
 #include <vector>
 
-/// Stands before the host's command stack and editor in the registry while it lives, takes note of what a
-/// module does with them and passes it on.
+/// Replaces the host's command stack and editor in the registry while it exists, records the module's calls
+/// and passes them on.
 class HostRecorder {
 public:
     struct AddedCommand {

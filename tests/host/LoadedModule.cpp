@@ -72,7 +72,7 @@ bool LoadedModule::waitForAnswer() {
     if (list->count() == 0) {
         return false;
     }
-    // The question's one line is what the empty answer is no higher than.
+    // An empty answer is no higher than the question, which has one line.
     const QListWidgetItem* const question = list->item(list->count() - 2);
     const QListWidgetItem* const answer = list->item(list->count() - 1);
     return TestProgram::pumpUntil(

@@ -9,8 +9,8 @@
 class QListWidget;
 class QWidget;
 
-/// The module as it is shipped, in a host with real windows and a signed-in user: only what a host can see of
-/// it. It is unloaded when the object dies.
+/// The module as it is shipped, seen from a host with real windows and a signed-in user. The destructor
+/// unloads it.
 class LoadedModule {
 public:
     explicit LoadedModule(const QString& file = builtFile());
@@ -18,7 +18,7 @@ public:
     LoadedModule(const LoadedModule&) = delete;
     LoadedModule& operator=(const LoadedModule&) = delete;
 
-    /// What the build has made.
+    /// The module file that the build has produced.
     static QString builtFile();
     static const ACHAR* name();
 
@@ -28,15 +28,15 @@ public:
     static bool run(const ACHAR* command);
     /// Opens the panel and waits until the user's sessions have been read and a question may be asked.
     bool openPanel();
-    /// True when neither worker of the module runs.
+    /// True when no worker thread of the module runs.
     static bool isIdle();
     /// Types a question and sends it.
     static void ask(const QString& question);
-    /// Waits until a piece of the answer to the last question shows: its bubble grows with it, so the answer
-    /// must have more than one line.
+    /// Waits until part of the answer to the last question is visible. That is seen from the height of its
+    /// bubble, so the answer must have more than one line.
     static bool waitForAnswer();
 
-    /// How many bars stand in the host's frame.
+    /// Number of control bars in the host's frame.
     int bars() const;
     /// Null while the module is not loaded.
     CAdUiPaletteSet* paletteSet() const;

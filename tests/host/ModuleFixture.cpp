@@ -25,7 +25,7 @@ ModuleFixture::ModuleFixture() : application(QMfcApp::mfc_instance(&testApp())) 
 
 ModuleFixture::~ModuleFixture() {
     unload();
-    // The reader survives the module's unloading, but not this fixture's service.
+    // The history reader survives the unloading, but must end before the fake service does.
     if (g_zentriHistoryThread != nullptr) {
         g_zentriHistoryThread->quit();
         g_zentriHistoryThread->wait();

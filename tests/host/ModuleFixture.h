@@ -30,7 +30,7 @@ protected:
     static bool run(const CString& command);
     /// Opens the panel for a signed-in user and waits until the user's sessions have been read.
     void openPanel();
-    /// The palette set as the frame knows it, by its title.
+    /// Number of the module's palette sets in the host's frame.
     int paletteSetsInFrame() const;
 
     /// Null while there is no palette.
@@ -44,7 +44,7 @@ protected:
     /// Runs the host's loop until the input box holds the text and nothing more is on its way.
     bool typed(const QString& text);
 
-    /// Qt's application, which the fake service needs before the module is loaded.
+    /// The Qt application; the fake service needs it before the module is loaded.
     QApplication* application;
     FakeHttpServer service;
     TestProgram program;

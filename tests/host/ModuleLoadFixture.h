@@ -12,12 +12,12 @@ class ModuleLoad : public testing::Test {
 protected:
     explicit ModuleLoad(const QString& file = LoadedModule::builtFile());
 
-    /// Loads the module, and with the first load, once there is Qt's application, starts the service.
+    /// Loads the module. After the first load, which creates the Qt application, also starts the service.
     bool load();
     static bool unload() { return LoadedModule::unload(); }
     bool openPanel() { return module.openPanel(); }
-    /// Asks a question and waits until it has reached the service; returns the request's number, -1 when it
-    /// does not come.
+    /// Asks a question and waits until it has reached the service; returns the request's index, or -1 on
+    /// timeout.
     int askAndReceive(const QString& question);
 
     std::unique_ptr<FakeHttpServer> service;

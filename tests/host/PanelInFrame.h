@@ -7,7 +7,7 @@
 #include <QWindow>
 #include <memory>
 
-/// A shown frame with a menu and a panel in it, for a Qt view to be embedded as the module embeds its own.
+/// A visible frame with a menu and a panel, in which a Qt view is embedded as the module embeds its own.
 template <class Frame>
 struct PanelInFrame {
     PanelInFrame() : frame(new Frame) {

@@ -14,7 +14,7 @@ protected:
 
 }  // namespace
 
-TEST_F(AccountService, GivesTheSignedInUsersToken) {
+TEST_F(AccountService, ReturnsTheSignedInUsersToken) {
     FakeAccount::offer(host);
     FakeAccount::token = _T("eyJ.token");
     EXPECT_TRUE(ZR_AccountService::accessToken() == _T("eyJ.token"));
@@ -26,14 +26,14 @@ TEST_F(AccountService, TokenIsEmptyWhenNobodyIsSignedIn) {
     EXPECT_TRUE(ZR_AccountService::accessToken().IsEmpty());
 }
 
-TEST_F(AccountService, ALongTokenIsFetchedWhole) {
+TEST_F(AccountService, FetchesALongTokenCompletely) {
     FakeAccount::offer(host);
     FakeAccount::token = CString(_T('x'), 10000);
     EXPECT_TRUE(ZR_AccountService::accessToken() == FakeAccount::token);
     EXPECT_EQ(FakeAccount::lastCapacity, 10001);
 }
 
-TEST_F(AccountService, ATokenThatJustMissesTheBufferIsFetchedWhole) {
+TEST_F(AccountService, FetchesATokenOfAboutTheBufferSizeCompletely) {
     FakeAccount::offer(host);
     for (const int length : {4095, 4096, 4097}) {
         FakeAccount::token = CString(_T('x'), length);
@@ -41,13 +41,13 @@ TEST_F(AccountService, ATokenThatJustMissesTheBufferIsFetchedWhole) {
     }
 }
 
-TEST_F(AccountService, ATokenThatNoHeaderCouldCarryIsNone) {
+TEST_F(AccountService, IgnoresATokenTooLongForAHeader) {
     FakeAccount::offer(host);
     FakeAccount::token = CString(_T('x'), 3 * 1024 * 1024);
     EXPECT_TRUE(ZR_AccountService::accessToken().IsEmpty());
 }
 
-TEST_F(AccountService, ANegativeLengthIsNoToken) {
+TEST_F(AccountService, TreatsANegativeLengthAsNoToken) {
     host.setService(_T("ZR_ACCOUNT"), "zrAccountAccessToken",
                     reinterpret_cast<void*>(+[](ACHAR* buffer, int) {
                         buffer[0] = _T('x');
@@ -57,7 +57,7 @@ TEST_F(AccountService, ANegativeLengthIsNoToken) {
     EXPECT_TRUE(ZR_AccountService::accessToken().IsEmpty());
 }
 
-TEST_F(AccountService, SigningInMaySucceedOrFail) {
+TEST_F(AccountService, ReportsWhetherSignInSucceeded) {
     FakeAccount::offer(host);
     EXPECT_FALSE(ZR_AccountService::signIn());
     FakeAccount::signInSucceeds = true;
@@ -65,7 +65,7 @@ TEST_F(AccountService, SigningInMaySucceedOrFail) {
     EXPECT_EQ(FakeAccount::signInCalls, 2);
 }
 
-TEST_F(AccountService, AHostWithoutTheServiceHasNobodySignedIn) {
+TEST_F(AccountService, HasNoUserInAHostWithoutTheService) {
     EXPECT_TRUE(ZR_AccountService::accessToken().IsEmpty());
     EXPECT_FALSE(ZR_AccountService::signIn());
 }

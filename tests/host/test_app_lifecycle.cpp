@@ -30,7 +30,7 @@ namespace {
 
 class AppLifecycle : public ModuleFixture {};
 
-/// A run that does not end when it is told to.
+/// A run that quit() does not end.
 class StuckThread : public ZR_AiChatCSThread {
 public:
     using ZR_AiChatCSThread::ZR_AiChatCSThread;
@@ -40,7 +40,7 @@ protected:
     void run() override { release.acquire(); }
 };
 
-/// Takes an entry out of the host's registry for a while.
+/// Removes an entry from the host's registry while it exists.
 class WithoutEntry {
 public:
     explicit WithoutEntry(const ACHAR* key) : m_key(key), m_object(acrxSysRegistry()->remove(key)) {}
@@ -57,7 +57,7 @@ private:
 
 }  // namespace
 
-TEST_F(AppLifecycle, LoadingMakesEveryObject) {
+TEST_F(AppLifecycle, LoadingCreatesEveryObject) {
     EXPECT_EQ(load(), AcRx::kRetOK);
     EXPECT_NE(qobject_cast<QMfcApp*>(QCoreApplication::instance()), nullptr);
     ASSERT_NE(g_zentriChatThread, nullptr);
@@ -91,8 +91,8 @@ TEST_F(AppLifecycle, ThePanelIsDockedLeftAndHidden) {
     EXPECT_EQ(palette()->GetStyle() & 0x50000000U, 0x50000000U);
 }
 
-TEST_F(AppLifecycle, TheHostsRememberedDockingIsRestored) {
-    // By this id users' hosts know the panel.
+TEST_F(AppLifecycle, TheHostsDockingStateIsRestored) {
+    // Hosts of users have stored the docking state under this id.
     program.host().setDockState(_T("{6F2A9D84-3B1C-4E57-9C0E-815D2BF746A3}"),
                                 ArxDockState{AFX_IDW_DOCKBAR_RIGHT, 420});
     load();
@@ -100,7 +100,7 @@ TEST_F(AppLifecycle, TheHostsRememberedDockingIsRestored) {
     EXPECT_EQ(g_zentriPaletteSet->m_sizeDocked.cx, 420);
 }
 
-TEST_F(AppLifecycle, ASecondInitialisationMakesNothingTwice) {
+TEST_F(AppLifecycle, ASecondInitialisationCreatesNothingTwice) {
     load();
     const auto* const paletteSet = g_zentriPaletteSet;
     const auto* const firstPalette = palette();
@@ -121,21 +121,21 @@ TEST_F(AppLifecycle, ASecondInitialisationMakesNothingTwice) {
     EXPECT_EQ(paletteSet->GetPaletteCount(), 1);
 }
 
-TEST_F(AppLifecycle, ThePaletteIsMadeOnlyTogetherWithANewPaletteSet) {
+TEST_F(AppLifecycle, ThePaletteIsCreatedOnlyTogetherWithANewPaletteSet) {
     g_zentriPaletteSet = new ZR_ZentriPaletteSet;
     ASSERT_TRUE(g_zentriPaletteSet->Create(_T("without a palette"), WS_DLGFRAME, CRect(0, 0, 300, 300),
                                            program.frame(), PSS_CLOSE_BUTTON));
     load();
     EXPECT_EQ(zentriPaletteAccess(), nullptr);
     EXPECT_EQ(zentriChatView(), nullptr);
-    // Everything that would use the palette does without.
+    // Everything that would use the palette works without it.
     arxFireSysVarChanged(_T("COLORTHEME"), true);
     FakeAccount::token = _T("token");
     EXPECT_TRUE(run(_T("KQ_AICHAT")));
     EXPECT_TRUE(g_zentriPaletteSet->IsVisible());
 }
 
-TEST_F(AppLifecycle, AFontThatDoesNotLoadIsReportedAndTheModuleIsUsable) {
+TEST_F(AppLifecycle, AFontThatDoesNotLoadIsReportedAndTheModuleStaysUsable) {
     // The fonts are not linked into this test.
     load();
     EXPECT_GE(program.host().printedText().Find(_T("\nZR_Zentri:Load font failed")), 0);
@@ -143,7 +143,7 @@ TEST_F(AppLifecycle, AFontThatDoesNotLoadIsReportedAndTheModuleIsUsable) {
     EXPECT_TRUE(g_zentriPaletteSet->IsVisible());
 }
 
-TEST_F(AppLifecycle, TheResourceHandleIsPutBack) {
+TEST_F(AppLifecycle, TheResourceHandleIsRestored) {
     const HINSTANCE before = AfxGetResourceHandle();
     theArxDLL.AttachInstance(reinterpret_cast<HINSTANCE>(0x1000));
     load();
@@ -151,7 +151,7 @@ TEST_F(AppLifecycle, TheResourceHandleIsPutBack) {
     theArxDLL.DetachInstance();
 }
 
-TEST(AppFailure, AnExceptionPutsTheResourceHandleBackAndGoesOn) {
+TEST(AppFailure, AnExceptionRestoresTheResourceHandleAndPropagates) {
     class ThrowingHost : public FakeArxHost {
     public:
         CMDIFrameWnd* frame() override { throw std::runtime_error("no frame"); }
@@ -173,7 +173,7 @@ TEST(AppFailure, AHostWithoutAFrameGetsNoPanel) {
     EXPECT_EQ(app.On_kInitAppMsg(&app), AcRx::kRetOK);
     EXPECT_EQ(g_zentriPaletteSet, nullptr);
     EXPECT_EQ(zentriChatView(), nullptr);
-    // The commands do without one.
+    // The commands work without one.
     setZentriSignedIn(true);
     setZentriAccessToken(_T("token"));
     acedRegCmds->lookupCmd(_T("KQ_AICHAT"), false)->functionAddr()();
@@ -190,7 +190,7 @@ TEST_F(AppLifecycle, WithoutAnEditorTheReactorsAreNotAttached) {
     EXPECT_EQ(unload(), AcRx::kRetOK);
 }
 
-TEST_F(AppLifecycle, AnotherObjectInTheEditorsPlaceIsNotUsed) {
+TEST_F(AppLifecycle, AnotherObjectInPlaceOfTheEditorIsNotUsed) {
     const WithoutEntry editor(_T("AcEditor"));
     acrxSysRegistry()->atPut(_T("AcEditor"), acedRegCmds);
     EXPECT_EQ(load(), AcRx::kRetOK);
@@ -198,7 +198,7 @@ TEST_F(AppLifecycle, AnotherObjectInTheEditorsPlaceIsNotUsed) {
     EXPECT_EQ(unload(), AcRx::kRetOK);
 }
 
-TEST_F(AppLifecycle, UnloadingTakesEverythingOutOfTheHost) {
+TEST_F(AppLifecycle, UnloadingRemovesEverythingFromTheHost) {
     load();
     openPanel();
     EXPECT_EQ(unload(), AcRx::kRetOK);
@@ -212,7 +212,7 @@ TEST_F(AppLifecycle, UnloadingTakesEverythingOutOfTheHost) {
     EXPECT_EQ(zentriChatView(), nullptr);
     EXPECT_FALSE(zentriSignedIn());
     EXPECT_TRUE(zentriAccessToken().IsEmpty());
-    // These stay for the next load.
+    // These are kept for the next load.
     EXPECT_NE(g_zentriHistoryThread, nullptr);
     EXPECT_NE(g_zentriCmdRecorder, nullptr);
     EXPECT_NE(g_zentriSysReactor, nullptr);
@@ -226,7 +226,7 @@ TEST_F(AppLifecycle, UnloadingWithoutALoadDoesNothing) {
     EXPECT_EQ(unload(), AcRx::kRetOK);
 }
 
-TEST_F(AppLifecycle, LoadingAgainMakesANewPanelThatWorks) {
+TEST_F(AppLifecycle, ReloadingCreatesANewWorkingPanel) {
     load();
     openPanel();
     auto* const recorder = g_zentriCmdRecorder;
@@ -243,7 +243,7 @@ TEST_F(AppLifecycle, LoadingAgainMakesANewPanelThatWorks) {
     EXPECT_EQ(arxEditorReactorCount(), 2);
     arxFireCommandWillStart(_T("LINE"));
     EXPECT_TRUE(g_zentriCmdRecorder->lastCommandName() == _T("LINE"));
-    // The user is asked for anew, and the sessions are read again.
+    // The token is obtained again, and the sessions are read again.
     openPanel();
     EXPECT_EQ(FakeAccount::tokenCalls, 1);
     EXPECT_TRUE(g_zentriPaletteSet->IsVisible());
@@ -269,7 +269,7 @@ TEST_F(AppLifecycle, UnloadingWhileAnAnswerStreamsStopsTheThread) {
     EXPECT_LT(clock.elapsed(), 5000);
     EXPECT_TRUE(thread.isNull());
     EXPECT_EQ(g_zentriChatThread, nullptr);
-    // What the thread had still queued finds no view and no bubble.
+    // Signals that the thread has still queued find no view and no bubble.
     TestProgram::settle();
     EXPECT_FALSE(g_zentriCommunicating.load());
 }
@@ -288,12 +288,12 @@ TEST_F(AppLifecycle, AThreadThatDoesNotStopIsNotDeletedWhileItRuns) {
     EXPECT_EQ(g_zentriChatThread, nullptr);
     ASSERT_FALSE(watched.isNull());
     EXPECT_TRUE(watched->isRunning());
-    // It deletes itself when it ends after all.
+    // It deletes itself once it ends.
     stuck->release.release();
     EXPECT_TRUE(TestProgram::pumpUntil([&watched] { return watched.isNull(); }));
 }
 
-TEST_F(AppLifecycle, UnloadingFromWithinALoopOfQtsKeepsTheViewUntilItEnds) {
+TEST_F(AppLifecycle, UnloadingInsideAQtEventLoopKeepsTheViewUntilItEnds) {
     load();
     openPanel();
     const QPointer<QWidget> openView = view();
@@ -314,7 +314,7 @@ TEST_F(AppLifecycle, UnloadingFromWithinALoopOfQtsKeepsTheViewUntilItEnds) {
     EXPECT_EQ(zentriPaletteAccess(), nullptr);
 }
 
-TEST_F(AppLifecycle, UnloadingBehindAMessageBoxKeepsTheViewUntilItIsAnswered) {
+TEST_F(AppLifecycle, UnloadingDuringAMessageBoxKeepsTheViewUntilItIsClosed) {
     load();
     openPanel();
     const QPointer<QWidget> openView = view();
@@ -324,14 +324,14 @@ TEST_F(AppLifecycle, UnloadingBehindAMessageBoxKeepsTheViewUntilItIsAnswered) {
         TestProgram::settle();
         EXPECT_FALSE(openView.isNull());
         EXPECT_TRUE(zentriLoopRuns());
-        // Until then nobody sees it.
+        // Until then it is hidden.
         EXPECT_EQ(paletteSetsInFrame(), 1);
         EXPECT_FALSE(openView->isVisible() && IsWindowVisible(reinterpret_cast<HWND>(openView->winId())));
     }
     EXPECT_TRUE(TestProgram::pumpUntil([&openView] { return openView.isNull(); }));
 }
 
-TEST_F(AppLifecycle, APaletteOfAnEarlierLoadDoesNotWithdrawTheNewOne) {
+TEST_F(AppLifecycle, APaletteOfAnEarlierLoadDoesNotUnregisterTheNewOne) {
     load();
     const QPointer<QWidget> oldView = view();
     {

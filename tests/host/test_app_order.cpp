@@ -24,7 +24,7 @@ namespace {
 
 const HINSTANCE kModule = reinterpret_cast<HINSTANCE>(0x1000);
 
-/// Until the hook is taken away, no window of the palette's name can be made.
+/// Until the hook is removed, no window with the palette's name can be created.
 HHOOK refusePaletteWindows() {
     return SetWindowsHookExW(
         WH_CBT,
@@ -39,30 +39,30 @@ HHOOK refusePaletteWindows() {
         nullptr, GetCurrentThreadId());
 }
 
-/// Tells of what it is asked.
-class TellingHost : public FakeArxHost {
+/// Reports its calls.
+class ReportingHost : public FakeArxHost {
 public:
-    explicit TellingHost(std::function<void(const QString&)> told) : m_told(std::move(told)) {}
+    explicit ReportingHost(std::function<void(const QString&)> report) : m_report(std::move(report)) {}
 
     void print(const CString& text) override {
-        m_told(QStringLiteral("print"));
+        m_report(QStringLiteral("print"));
         FakeArxHost::print(text);
     }
     CMDIFrameWnd* frame() override {
-        m_told(QStringLiteral("frame"));
+        m_report(QStringLiteral("frame"));
         return FakeArxHost::frame();
     }
     bool dockState(const CString& title, ArxDockState& state) override {
-        m_told(QStringLiteral("dockState"));
+        m_report(QStringLiteral("dockState"));
         return FakeArxHost::dockState(title, state);
     }
 
 private:
-    std::function<void(const QString&)> m_told;
+    std::function<void(const QString&)> m_report;
 };
 
-/// Loads and unloads the module in a process without Qt's application, and keeps a list of what the module
-/// does to the host and of what stands then.
+/// Loads and unloads the module in a process without a Qt application, and records the module's calls of the
+/// host together with the objects that exist at each.
 class AppOrder : public testing::Test {
 protected:
     AppOrder() : host([this](const QString& call) { note(call); }) {
@@ -100,7 +100,7 @@ protected:
     }
 
     TestProgram program;
-    TellingHost host;
+    ReportingHost host;
     HostRecorder recorder;
     CZR_ZentriApp app;
     QStringList steps;
@@ -109,7 +109,7 @@ protected:
 
 }  // namespace
 
-TEST_F(AppOrder, LoadingMakesTheObjectsOneAfterTheOther) {
+TEST_F(AppOrder, LoadingCreatesTheObjectsInOrder) {
     const HINSTANCE before = AfxGetResourceHandle();
     app.On_kInitAppMsg(&app);
     EXPECT_EQ(
@@ -122,7 +122,7 @@ TEST_F(AppOrder, LoadingMakesTheObjectsOneAfterTheOther) {
                      QStringLiteral("addReactor: Qt chat history set palette recorder sysReactor")}));
     EXPECT_EQ(recorder.addedReactors,
               (std::vector<AcEditorReactor*>{g_zentriCmdRecorder, g_zentriSysReactor}));
-    // The module's resources are the current ones all the while.
+    // The module's resource handle is the current one throughout.
     for (const HINSTANCE handle : resourceHandles) {
         EXPECT_EQ(handle, kModule);
     }
@@ -130,14 +130,14 @@ TEST_F(AppOrder, LoadingMakesTheObjectsOneAfterTheOther) {
     app.On_kUnloadAppMsg(&app);
 }
 
-TEST_F(AppOrder, UnloadingTakesThemAwayInReverse) {
+TEST_F(AppOrder, UnloadingDestroysThemInReverseOrder) {
     app.On_kInitAppMsg(&app);
     QObject::connect(dynamic_cast<ZR_ZentriPaletteView*>(zentriChatView()), &QObject::destroyed, qApp,
-                     [this] { note(QStringLiteral("view gone")); });
+                     [this] { note(QStringLiteral("view deleted")); });
     QObject::connect(g_zentriChatThread, &QObject::destroyed, qApp,
-                     [this] { note(QStringLiteral("thread gone")); });
+                     [this] { note(QStringLiteral("thread deleted")); });
     QObject::connect(g_zentriHistoryThread, &QObject::destroyed, qApp,
-                     [] { ADD_FAILURE() << "The history reader is Qt's application's."; });
+                     [] { ADD_FAILURE() << "The history reader belongs to the Qt application."; });
     steps.clear();
     app.On_kUnloadAppMsg(&app);
     ASSERT_EQ(steps.size(), 5);
@@ -147,12 +147,12 @@ TEST_F(AppOrder, UnloadingTakesThemAwayInReverse) {
     EXPECT_EQ(steps[2], QStringLiteral("removeReactor: Qt chat history set palette recorder sysReactor"));
     EXPECT_EQ(recorder.removedReactors,
               (std::vector<AcEditorReactor*>{g_zentriCmdRecorder, g_zentriSysReactor}));
-    EXPECT_TRUE(steps[3].startsWith(QStringLiteral("view gone: Qt chat history")));
-    EXPECT_TRUE(steps[4].startsWith(QStringLiteral("thread gone")));
+    EXPECT_TRUE(steps[3].startsWith(QStringLiteral("view deleted: Qt chat history")));
+    EXPECT_TRUE(steps[4].startsWith(QStringLiteral("thread deleted")));
     QObject::disconnect(g_zentriHistoryThread, nullptr, qApp, nullptr);
 }
 
-TEST_F(AppOrder, TheCommandsCarryNoContextNoFunctionCodeAndNoResources) {
+TEST_F(AppOrder, TheCommandsHaveNoContextNoFunctionCodeAndNoResources) {
     app.On_kInitAppMsg(&app);
     ASSERT_EQ(recorder.commands.size(), 2U);
     for (const HostRecorder::AddedCommand& command : recorder.commands) {
@@ -167,18 +167,18 @@ TEST_F(AppOrder, TheCommandsCarryNoContextNoFunctionCodeAndNoResources) {
     app.On_kUnloadAppMsg(&app);
 }
 
-TEST_F(AppOrder, AReactorIsAttachedOnceHoweverOftenTheModuleIsInitialised) {
+TEST_F(AppOrder, AReactorIsAttachedOncePerLoad) {
     app.On_kInitAppMsg(&app);
     app.On_kInitAppMsg(&app);
     EXPECT_EQ(recorder.addedReactors.size(), 2U);
     app.On_kUnloadAppMsg(&app);
-    // After an unload they are attached anew.
+    // After unloading they are attached again.
     app.On_kInitAppMsg(&app);
     EXPECT_EQ(recorder.addedReactors.size(), 4U);
     app.On_kUnloadAppMsg(&app);
 }
 
-TEST_F(AppOrder, APaletteWindowThatCannotBeMadeLeavesTheSetWithoutOne) {
+TEST_F(AppOrder, APaletteWindowThatCannotBeCreatedLeavesTheSetEmpty) {
     const HHOOK hook = refusePaletteWindows();
     EXPECT_EQ(app.On_kInitAppMsg(&app), AcRx::kRetOK);
     UnhookWindowsHookEx(hook);
@@ -190,7 +190,7 @@ TEST_F(AppOrder, APaletteWindowThatCannotBeMadeLeavesTheSetWithoutOne) {
     EXPECT_EQ(app.On_kUnloadAppMsg(&app), AcRx::kRetOK);
 }
 
-TEST_F(AppOrder, ThePaletteOfAnEarlierLoadIsNotTakenForANewSetsOwn) {
+TEST_F(AppOrder, ThePaletteOfAnEarlierLoadIsNotUsedWithANewSet) {
     app.On_kInitAppMsg(&app);
     app.On_kUnloadAppMsg(&app);
     const HHOOK hook = refusePaletteWindows();

@@ -23,7 +23,7 @@ protected:
 
 }  // namespace
 
-TEST_F(Commands, AreRegisteredAsTheHostShowsThem) {
+TEST_F(Commands, AreRegisteredOnTheCommandStack) {
     AcEdCommand* const open = acedRegCmds->lookupCmd(_T("KQ_AICHAT"), false);
     ASSERT_NE(open, nullptr);
     EXPECT_TRUE(CString(open->groupName()) == _T("ZR_ZENTRI"));
@@ -40,7 +40,7 @@ TEST_F(Commands, AreRegisteredAsTheHostShowsThem) {
     EXPECT_EQ(refresh->commandFlags(), 0x00800000);
 }
 
-TEST_F(Commands, TwiceOpensAndClosesThePanelAndAsksForTheTokenOnce) {
+TEST_F(Commands, OpenAndCloseThePanelAndGetTheTokenOnce) {
     openPanel();
     EXPECT_TRUE(panelIsOpen());
     EXPECT_TRUE(g_zentriPaletteSet->IsWindowVisible());
@@ -65,11 +65,11 @@ TEST_F(Commands, TheChatReadsTheUsersSessionsOnce) {
     EXPECT_EQ(service.request(0).header("Authorization"), QByteArray("token"));
 }
 
-TEST_F(Commands, TheThemeIsPushedEachTime) {
+TEST_F(Commands, ApplyTheThemeEachTime) {
     program.host().setVar(_T("COLORTHEME"), 0);
     openPanel();
     EXPECT_EQ(theme(), 0);
-    // Without the reactor being told.
+    // Without notifying the reactor.
     program.host().setVar(_T("COLORTHEME"), 1);
     run(_T("KQ_AICHAT"));
     EXPECT_EQ(theme(), 1);
@@ -97,7 +97,7 @@ TEST_F(Commands, SigningInOpensThePanel) {
     EXPECT_TRUE(testApp().boxes.empty());
 }
 
-TEST_F(Commands, ASignInWithoutATokenIsExplainedAndOfferedOnceMore) {
+TEST_F(Commands, ASignInWithoutATokenIsExplainedAndOfferedAgain) {
     FakeAccount::signInSucceeds = true;
     testApp().whileBoxOpen = [] { FakeAccount::tokenAfterSignIn = _T("second try"); };
     run(_T("KQ_AICHAT"));
@@ -109,14 +109,14 @@ TEST_F(Commands, ASignInWithoutATokenIsExplainedAndOfferedOnceMore) {
     EXPECT_TRUE(panelIsOpen());
 }
 
-TEST_F(Commands, ASecondSignInWithoutATokenOpensThePanelAllTheSame) {
+TEST_F(Commands, ASecondSignInWithoutATokenOpensThePanelAnyway) {
     FakeAccount::signInSucceeds = true;
     run(_T("KQ_AICHAT"));
     EXPECT_EQ(testApp().boxes.size(), 1U);
     EXPECT_EQ(FakeAccount::signInCalls, 2);
     EXPECT_TRUE(panelIsOpen());
     EXPECT_FALSE(zentriHasAccess());
-    // Nobody is signed in, so nothing was asked of the service, and the next time starts over.
+    // Nobody is signed in, so no request was sent, and the next command starts over.
     EXPECT_EQ(service.requestCount(), 0);
     run(_T("KQ_AICHAT"));
     EXPECT_EQ(testApp().boxes.size(), 2U);
@@ -141,7 +141,7 @@ TEST_F(Commands, ARefusedSignInIsOfferedAgainNextTime) {
     EXPECT_TRUE(zentriAccessToken() == _T("later"));
 }
 
-TEST_F(Commands, UnloadingBehindTheSignInBoxIsSurvived) {
+TEST_F(Commands, SurviveUnloadingDuringTheSignInMessageBox) {
     FakeAccount::signInSucceeds = true;
     testApp().whileBoxOpen = [this] {
         unload();
@@ -149,13 +149,13 @@ TEST_F(Commands, UnloadingBehindTheSignInBoxIsSurvived) {
     };
     run(_T("KQ_AICHAT"));
     ASSERT_EQ(testApp().boxes.size(), 1U);
-    // Nobody is asked to sign in to what is no longer there.
+    // The user is not asked to sign in to an unloaded module.
     EXPECT_EQ(FakeAccount::signInCalls, 1);
     EXPECT_EQ(g_zentriPaletteSet, nullptr);
     EXPECT_TRUE(TestProgram::pumpUntil([this] { return paletteSetsInFrame() == 0; }));
 }
 
-TEST_F(Commands, UnloadingBehindTheAccountServicesWindowIsSurvived) {
+TEST_F(Commands, SurviveUnloadingDuringTheSignIn) {
     FakeAccount::signInSucceeds = true;
     FakeAccount::tokenAfterSignIn = _T("fresh");
     FakeAccount::whileSigningIn = [this] {
@@ -185,7 +185,7 @@ TEST_F(Commands, ThePanelIsPaintedWhenTheCommandEnds) {
     EXPECT_FALSE(GetUpdateRect(g_zentriPaletteSet->m_hWnd, nullptr, FALSE));
 }
 
-TEST_F(Commands, RefreshRunsAndChangesNothing) {
+TEST_F(Commands, RefreshChangesNothing) {
     program.host().clearPrinted();
     EXPECT_TRUE(run(_T("_refreshChatView")));
     EXPECT_FALSE(panelIsOpen());

@@ -65,7 +65,7 @@ TEST_F(FloatingBtn, StaysOnTopAndDeletesItselfWhenClosed) {
     EXPECT_TRUE(button->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
     EXPECT_TRUE(button->testAttribute(Qt::WA_DeleteOnClose));
     const QPointer<QWidget> watched = button;
-    // Qt deletes at the end of the event in which the widget is closed.
+    // Qt executes the deferred delete after the event that closes the widget.
     QTimer::singleShot(0, button, &QWidget::close);
     EXPECT_TRUE(TestProgram::pumpUntil([&watched] { return watched.isNull(); }));
 }
@@ -86,7 +86,7 @@ TEST_F(FloatingBtn, StaysWithinItsParent) {
     EXPECT_EQ(button->pos(), QPoint(0, 0));
 }
 
-TEST_F(FloatingBtn, InAParentThatIsTooSmallItStaysAtTheOrigin) {
+TEST_F(FloatingBtn, StaysAtTheOriginOfAParentThatIsTooSmall) {
     parent->resize(60, 40);
     press(QPoint(110, 70));
     dragTo(QPoint(200, 200));
@@ -100,7 +100,7 @@ TEST_F(FloatingBtn, OtherButtonsDoNotDragIt) {
     EXPECT_EQ(button->pos(), QPoint(100, 60));
 }
 
-TEST_F(FloatingBtn, AnotherButtonsPressDoesNotMoveTheGrip) {
+TEST_F(FloatingBtn, PressingAnotherButtonKeepsTheDragOffset) {
     button->move(100, 60);
     press(QPoint(110, 70));
     press(QPoint(190, 130), Qt::RightButton);
@@ -113,7 +113,7 @@ TEST_F(FloatingBtn, TheOffsetIsZeroBeforeTheFirstPress) {
     EXPECT_EQ(button->pos(), QPoint(33, 22));
 }
 
-TEST_F(FloatingBtn, WithoutAParentItGoesAnywhere) {
+TEST_F(FloatingBtn, WithoutAParentItMovesAnywhere) {
     ZR_ZentriFloatingBtn* const held = button;
     ZR_ZentriFloatingBtn alone;
     button = &alone;
@@ -124,7 +124,7 @@ TEST_F(FloatingBtn, WithoutAParentItGoesAnywhere) {
     button = held;
 }
 
-TEST_F(FloatingBtn, ItsTextsAreTranslatedInItsFormsContext) {
+TEST_F(FloatingBtn, ItsTextsAreTranslatedInTheContextOfItsForm) {
     class Translator : public QTranslator {
     public:
         bool isEmpty() const override { return false; }
@@ -139,7 +139,7 @@ TEST_F(FloatingBtn, ItsTextsAreTranslatedInItsFormsContext) {
     EXPECT_EQ(translated.windowTitle(), QStringLiteral("ZR_ZentriFloatingBtnClass/ZR_ZentriFloatingBtn"));
 }
 
-TEST_F(FloatingBtn, RemembersWhereTheDrawingViewWasFirstFound) {
+TEST_F(FloatingBtn, StoresTheFirstRectangleOfTheDrawingView) {
     EXPECT_TRUE(button->drawingViewRect().IsRectEmpty());
     button->lookUpDrawingView();
     CRect expected;

@@ -1,4 +1,4 @@
-// The module as a file: what the dynamic linker finds in it.
+// The module file as the dynamic linker sees it.
 
 #include <gtest/gtest.h>
 

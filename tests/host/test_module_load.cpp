@@ -16,7 +16,7 @@
 #include "tests/host/HostRecorder.h"
 #include "tests/host/ModuleLoadFixture.h"
 
-// The module as it is shipped: only what a host can see of it.
+// The module as it is shipped, seen from a host.
 
 namespace {
 
@@ -25,7 +25,7 @@ const ACHAR* const kModuleName = LoadedModule::name();
 
 }  // namespace
 
-TEST_F(ModuleLoad, LoadsQuietlyAndUnlocked) {
+TEST_F(ModuleLoad, LoadsUnlockedAndPrintsNothing) {
     ASSERT_TRUE(load());
     EXPECT_TRUE(acrxAppIsLoaded(kModuleName));
     EXPECT_FALSE(acrxDynamicLinker->isApplicationLocked(kModuleName));
@@ -47,10 +47,10 @@ TEST_F(ModuleLoad, ItsFontBecomesTheApplicationsFont) {
     EXPECT_EQ(QApplication::font(), QFont(families.first()));
 }
 
-TEST_F(ModuleLoad, ItsFontIsKeptOnceHoweverOftenItIsLoaded) {
+TEST_F(ModuleLoad, ItsFontIsAddedOnceHoweverOftenItIsLoaded) {
     const QString file = QStringLiteral(":/res/font/SourceHanSansCN-Regular.ttf");
     ASSERT_TRUE(load());
-    // Qt gives a font the first number that is free.
+    // Qt gives a font the lowest free id.
     const int next = QFontDatabase::addApplicationFont(file);
     ASSERT_TRUE(QFontDatabase::removeApplicationFont(next));
     for (int round = 0; round < 3; ++round) {
@@ -66,7 +66,7 @@ TEST_F(ModuleLoad, ItsFontIsKeptOnceHoweverOftenItIsLoaded) {
     EXPECT_LT(program.host().printedText().Find(_T("Load font failed")), 0);
 }
 
-TEST_F(ModuleLoad, EveryOtherMessageOfTheHostSucceeds) {
+TEST_F(ModuleLoad, OtherMessagesOfTheHostSucceed) {
     ASSERT_TRUE(load());
     using EntryPoint = AcRx::AppRetCode (*)(AcRx::AppMsgCode, void*);
     const auto entryPoint = reinterpret_cast<EntryPoint>(
@@ -79,7 +79,7 @@ TEST_F(ModuleLoad, EveryOtherMessageOfTheHostSucceeds) {
     EXPECT_EQ(arxEditorReactorCount(), 2);
 }
 
-TEST_F(ModuleLoad, ItSpeaksTheHostsRelease) {
+TEST_F(ModuleLoad, ItReportsTheHostsApiVersion) {
     ASSERT_TRUE(load());
     using ApiVersion = DWORD (*)();
     const auto apiVersion = reinterpret_cast<ApiVersion>(
@@ -88,7 +88,7 @@ TEST_F(ModuleLoad, ItSpeaksTheHostsRelease) {
     EXPECT_EQ(HIWORD(apiVersion()), 23);
 }
 
-TEST_F(ModuleLoad, ItsResourcesAreTheCurrentOnesWhileItIsInitialised) {
+TEST_F(ModuleLoad, ItsResourceHandleIsTheCurrentOneDuringInitialisation) {
     const HINSTANCE before = AfxGetResourceHandle();
     HINSTANCE meanwhile = nullptr;
     {
@@ -107,7 +107,7 @@ TEST_F(ModuleLoad, ASecondLoadIsRefused) {
     EXPECT_EQ(arxEditorReactorCount(), 2);
 }
 
-TEST_F(ModuleLoad, KeepsTheKeyboardFocusInTheHost) {
+TEST_F(ModuleLoad, LeavesTheKeyboardFocusInTheHost) {
     program.frame()->SetFocus();
     ASSERT_TRUE(load());
     TestProgram::settle();
@@ -123,14 +123,14 @@ TEST_F(ModuleLoad, UnloadingLeavesNothingInTheHost) {
     EXPECT_EQ(arxEditorReactorCount(), 0);
     EXPECT_EQ(acedRegCmds->lookupCmd(_T("KQ_AICHAT"), false), nullptr);
     EXPECT_EQ(LoadedModule::view(), nullptr);
-    // The Qt application stays, and so does its code: Qt goes on calling it.
+    // The Qt application and its code stay: Qt still calls it.
     ASSERT_NE(QCoreApplication::instance(), nullptr);
     QPointer<QObject> object = new QObject;
     QTimer::singleShot(0, object, [&object] { object->deleteLater(); });
     EXPECT_TRUE(TestProgram::pumpUntil([&object] { return object.isNull(); }));
 }
 
-TEST_F(ModuleLoad, LoadsUnloadsAndLoadsAgainSeveralTimes) {
+TEST_F(ModuleLoad, CanBeReloadedSeveralTimes) {
     for (int round = 0; round < 3; ++round) {
         ASSERT_TRUE(load()) << round;
         ASSERT_TRUE(openPanel()) << round;
@@ -145,7 +145,7 @@ TEST_F(ModuleLoad, LoadsUnloadsAndLoadsAgainSeveralTimes) {
     EXPECT_EQ(FakeAccount::tokenCalls, 3);
 }
 
-TEST_F(ModuleLoad, UnloadingWhileAnAnswerStreamsIsQuickAndTheNextLoadWorks) {
+TEST_F(ModuleLoad, UnloadsQuicklyWhileAnAnswerStreamsAndReloads) {
     ASSERT_TRUE(load());
     ASSERT_TRUE(openPanel());
     const int stream = askAndReceive(QStringLiteral("怎样画圆"));
@@ -163,11 +163,11 @@ TEST_F(ModuleLoad, UnloadingWhileAnAnswerStreamsIsQuickAndTheNextLoadWorks) {
 
     ASSERT_TRUE(load());
     ASSERT_TRUE(openPanel());
-    // A question can be asked as if nothing had happened.
+    // Questions can be asked as before.
     EXPECT_GE(askAndReceive(QStringLiteral("再问一次")), 0);
 }
 
-TEST_F(ModuleLoad, ItsLogStandsBesideIt) {
+TEST_F(ModuleLoad, ItsLogIsNextToItsFile) {
     const QString log = QFileInfo(kModule).absolutePath() + QStringLiteral("/ZR_ZentriLogs.txt");
     const qint64 before = QFileInfo(log).size();
     ASSERT_TRUE(load());

@@ -76,7 +76,7 @@ TEST_F(Palette, IsTheNativeParentOfTheView) {
     }));
 }
 
-TEST_F(Palette, EveryResizeGivesTheViewTheWholeWindowRectangle) {
+TEST_F(Palette, EveryResizeFitsTheViewToTheWindowRectangle) {
     openPanel();
     for (const CSize size : {CSize(400, 500), CSize(533, 322), CSize(640, 600)}) {
         palette()->MoveWindow(0, 26, size.cx, size.cy);
@@ -90,7 +90,7 @@ TEST_F(Palette, EveryResizeGivesTheViewTheWholeWindowRectangle) {
     }));
 }
 
-TEST_F(Palette, EveryResizeMeasuresTheMessagesForTheNewWidth) {
+TEST_F(Palette, EveryResizeMeasuresTheMessagesAgain) {
     openPanel();
     auto* const list = view()->findChild<ZR_AiChatListWidget*>(QStringLiteral("listWidget_ChatView"));
     ASSERT_NE(list, nullptr);
@@ -99,7 +99,7 @@ TEST_F(Palette, EveryResizeMeasuresTheMessagesForTheNewWidth) {
         palette()->MoveWindow(0, 26, width, 500);
         EXPECT_EQ(list->itemWidget(list->item(0))->width(), list->width());
     }
-    // Also when the size stays the same.
+    // Even if the size stays the same.
     const QSize measured = list->item(0)->sizeHint();
     list->item(0)->setSizeHint(QSize(1, 1));
     SendMessageW(paletteHandle(), WM_SIZE, SIZE_RESTORED, MAKELPARAM(533, 500));
@@ -148,7 +148,7 @@ TEST_F(Palette, CharactersAreTracedInTheDebugOutput) {
     EXPECT_EQ(s_traced.filter(QStringLiteral("WM_")), QStringList{QStringLiteral("WM_CHAR||97||3")});
 }
 
-TEST_F(Palette, APressedAndReleasedKeyReachesTheViewOnceEach) {
+TEST_F(Palette, KeyDownAndKeyUpReachTheViewOnceEach) {
     openPanel();
     focusInput();
     const KeyCounter counter(inputBox());
@@ -167,7 +167,7 @@ TEST_F(Palette, KeyDownAndKeyUpReachTheHostAsWell) {
     EXPECT_FALSE(palette()->PreTranslateMessage(&up));
 }
 
-TEST_F(Palette, OtherMessagesAreNotTouched) {
+TEST_F(Palette, OtherMessagesAreNotForwarded) {
     openPanel();
     focusInput();
     const KeyCounter counter(inputBox());
@@ -211,7 +211,7 @@ TEST_F(Palette, TypingStartsNoHostCommand) {
         charactersInHost += msg->message == WM_CHAR && !handled ? 1 : 0;
         return handled;
     };
-    // As from the keyboard: the next key comes when the character of the one before has been handled.
+    // As from a keyboard: the next key follows once the previous character has been handled.
     QString expected;
     for (const char key : {'L', 'I', 'N', 'E', ' '}) {
         expected += QChar::fromLatin1(key).toLower();
@@ -222,7 +222,7 @@ TEST_F(Palette, TypingStartsNoHostCommand) {
     EXPECT_TRUE(program.host().sent().empty());
 }
 
-TEST_F(Palette, TheUsersMouseAndKeyboardAskAQuestionOnce) {
+TEST_F(Palette, MouseAndKeyboardInputSendsAQuestionOnce) {
     openPanel();
     const int before = service.requestCount();
     const QPoint input = inputBox()->mapToGlobal(inputBox()->rect().center());
@@ -250,7 +250,7 @@ TEST_F(Palette, TheUsersMouseAndKeyboardAskAQuestionOnce) {
     EXPECT_TRUE(program.host().sent().empty());
 }
 
-TEST_F(Palette, AClickOutsideGivesTheKeysToTheHost) {
+TEST_F(Palette, AClickOutsideGivesTheKeyboardToTheHost) {
     openPanel();
     focusInput();
     CRect drawing;
@@ -271,7 +271,7 @@ TEST_F(Palette, AClickOutsideGivesTheKeysToTheHost) {
     EXPECT_TRUE(inputBox()->toPlainText().isEmpty());
 }
 
-TEST_F(Palette, InsideALoopOfQtsEverythingStillActsOnce) {
+TEST_F(Palette, KeysActOnceInsideAQtEventLoopToo) {
     openPanel();
     focusInput();
     inputBox()->setPlainText(QStringLiteral("xy"));
@@ -284,7 +284,7 @@ TEST_F(Palette, InsideALoopOfQtsEverythingStillActsOnce) {
     EXPECT_EQ(inputBox()->toPlainText(), QStringLiteral("xa"));
 }
 
-TEST_F(Palette, AKeyForTheViewItselfIsNotSentASecondTime) {
+TEST_F(Palette, AKeyForTheViewItselfIsNotSentAgain) {
     openPanel();
     focusInput();
     const KeyCounter counter(inputBox());
@@ -295,13 +295,13 @@ TEST_F(Palette, AKeyForTheViewItselfIsNotSentASecondTime) {
     EXPECT_EQ(counter.presses, 0);
 }
 
-TEST_F(Palette, LosingTheFocusTakesItOffTheInputBox) {
+TEST_F(Palette, LosingTheFocusClearsTheFocusOfTheInputBox) {
     openPanel();
     focusInput();
     ASSERT_EQ(view()->focusWidget(), inputBox());
     program.frame()->SetFocus();
     EXPECT_TRUE(TestProgram::pumpUntil([this] { return view()->focusWidget() != inputBox(); }));
-    // The host has the keys again.
+    // The host receives the keys again.
     TestProgram::typeKey(program.frame()->m_hWnd, 'A');
     TestProgram::settle();
     EXPECT_TRUE(inputBox()->toPlainText().isEmpty());
@@ -314,7 +314,7 @@ TEST_F(Palette, HidingThePanelGivesTheFocusBackToTheHost) {
     EXPECT_TRUE(TestProgram::pumpUntil([] { return GetFocus() != paletteHandle(); }));
 }
 
-TEST_F(Palette, TheCloseCrossHidesThePanelAndTheCommandShowsItAgain) {
+TEST_F(Palette, TheCloseButtonHidesThePanelAndTheCommandShowsItAgain) {
     openPanel();
     const CPoint cross = g_zentriPaletteSet->CloseButtonRect().CenterPoint();
     const LPARAM place = MAKELPARAM(cross.x, cross.y);
@@ -328,7 +328,7 @@ TEST_F(Palette, TheCloseCrossHidesThePanelAndTheCommandShowsItAgain) {
 
 TEST_F(Palette, AnExceptionWhileEmbeddingIsShownAndThePaletteStays) {
     openPanel();
-    /// Fails whatever shows the watched widget.
+    /// Throws when the watched widget is shown.
     class Thrower : public QObject {
     public:
         bool eventFilter(QObject*, QEvent* event) override {
@@ -347,7 +347,7 @@ TEST_F(Palette, AnExceptionWhileEmbeddingIsShownAndThePaletteStays) {
     ASSERT_EQ(testApp().boxes.size(), 1U);
     EXPECT_TRUE(testApp().boxes[0] == _T("no room for the view"));
     EXPECT_TRUE(open);
-    // What follows the embedding is done all the same.
+    // The steps after the embedding are done nevertheless.
     EXPECT_EQ(view()->size(), QSize(444, 333));
     ASSERT_NE(palette(), nullptr);
     EXPECT_TRUE(IsWindow(paletteHandle()));
@@ -358,7 +358,7 @@ TEST_F(Palette, AnExceptionWhileEmbeddingIsShownAndThePaletteStays) {
     EXPECT_TRUE(view()->isVisible());
 }
 
-TEST_F(Palette, AClickInItTakesTheKeyboardFocus) {
+TEST_F(Palette, AClickGivesItTheKeyboardFocus) {
     openPanel();
     program.frame()->SetFocus();
     SendMessageW(paletteHandle(), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(3, 3));
@@ -367,7 +367,7 @@ TEST_F(Palette, AClickInItTakesTheKeyboardFocus) {
 
 TEST_F(Palette, ResizingTheSetPaintsThePaletteAtOnce) {
     openPanel();
-    // The host's own layout, which paints what it moves, must not reach it.
+    // Takes it out of the base class, whose layout would repaint it.
     ASSERT_TRUE(g_zentriPaletteSet->RemovePalette(0));
     palette()->ShowWindow(SW_SHOW);
     palette()->Invalidate();
@@ -380,7 +380,7 @@ TEST_F(Palette, ResizingTheSetPaintsThePaletteAtOnce) {
     g_zentriPaletteSet->AddPalette(palette());
 }
 
-TEST_F(Palette, SizingByHandIsNotInterferedWith) {
+TEST_F(Palette, ManualSizingIsNotRestricted) {
     openPanel();
     constexpr WPARAM kRightEdge = 2;
     for (const HWND window : {paletteHandle(), g_zentriPaletteSet->m_hWnd}) {
@@ -390,7 +390,7 @@ TEST_F(Palette, SizingByHandIsNotInterferedWith) {
     }
 }
 
-TEST_F(Palette, TheSetsLimitsAreTheHostsOwn) {
+TEST_F(Palette, TheSetsSizeLimitsAreTheBaseClasses) {
     CSize minimum;
     CSize maximum;
     CSize expected;
@@ -403,16 +403,16 @@ TEST_F(Palette, TheSetsLimitsAreTheHostsOwn) {
     EXPECT_LT(minimum.cx, maximum.cx);
 }
 
-TEST_F(Palette, OneWithoutAWindowCannotBecomeTheActiveOne) {
+TEST_F(Palette, CannotBecomeActiveWithoutAWindow) {
     ZR_ZentriPalette lone;
     EXPECT_FALSE(lone.OnSetActive());
-    // Nor can it take the keys.
+    // Nor can it take the focus.
     const HWND focus = GetFocus();
     lone.takeKeyboardFocus();
     EXPECT_EQ(GetFocus(), focus);
 }
 
-TEST_F(Palette, WithNoPaletteThereIsNoView) {
+TEST_F(Palette, WithoutAPaletteThereIsNoView) {
     EXPECT_NE(zentriChatView(), nullptr);
     unload();
     EXPECT_EQ(zentriChatView(), nullptr);
@@ -432,7 +432,7 @@ TEST_F(Palette, IsDeletedByItsSetWhetherOrNotTheBaseClassStillHoldsIt) {
     }
 }
 
-TEST_F(Palette, OffersItsViewAndTheFocusToTheRestOfTheModule) {
+TEST_F(Palette, GivesTheModuleAccessToItsViewAndTheFocus) {
     openPanel();
     EXPECT_EQ(zentriPaletteAccess()->chatView(), view());
     program.frame()->SetFocus();

@@ -8,20 +8,19 @@
 #include "host/qtmfc/QMfcApp.h"
 #include "tests/support/TestProgram.h"
 
-// These make the process's Qt application in other ways than the module does, so each needs a process of its
-// own.
+// These create the Qt application in other ways than the module does, so each needs a process of its own.
 
-TEST(PluginInstance, MakesAPlainApplicationOnce) {
+TEST(PluginInstance, CreatesAPlainApplicationOnce) {
     ASSERT_EQ(QCoreApplication::instance(), nullptr);
     EXPECT_TRUE(QMfcApp::pluginInstance());
     ASSERT_NE(qApp, nullptr);
     EXPECT_EQ(qobject_cast<QMfcApp*>(QCoreApplication::instance()), nullptr);
     EXPECT_FALSE(QMfcApp::pluginInstance());
-    // A later module takes it as it is.
+    // A module that is loaded later uses it.
     EXPECT_EQ(QMfcApp::mfc_instance(&testApp()), qApp);
 }
 
-TEST(PluginInstance, PostedEventsAreDeliveredWithTheHostsMessages) {
+TEST(PluginInstance, DeliversPostedEventsWithTheHostsMessages) {
     ASSERT_TRUE(QMfcApp::pluginInstance());
     TestProgram program;
     QObject object;
@@ -30,7 +29,7 @@ TEST(PluginInstance, PostedEventsAreDeliveredWithTheHostsMessages) {
         &object, [&delivered] { delivered = true; }, Qt::QueuedConnection);
     PostMessageW(program.frame()->m_hWnd, WM_NULL, 0, 0);
     MSG message;
-    // The hook delivers before the message is handed over, whatever Qt's dispatcher does.
+    // The hook delivers before GetMessage() returns, whatever Qt's dispatcher does.
     while (GetMessageW(&message, nullptr, 0, 0) && message.message != WM_NULL) {
         DispatchMessageW(&message);
     }
@@ -54,7 +53,7 @@ TEST(PluginInstance, TheHookWorksInAModalLoopToo) {
     EXPECT_TRUE(delivered);
 }
 
-TEST(PluginInstance, DeletesAskedForBeforeAModalLoopWaitUntilTheLastHasEnded) {
+TEST(PluginInstance, DeferredDeletesWaitUntilTheLastModalLoopHasEnded) {
     ASSERT_TRUE(QMfcApp::pluginInstance());
     TestProgram program;
     QPointer<QObject> object;
@@ -79,7 +78,7 @@ TEST(PluginInstance, DeletesAskedForBeforeAModalLoopWaitUntilTheLastHasEnded) {
     EXPECT_TRUE(TestProgram::pumpUntil([&object] { return object == nullptr; }));
 }
 
-TEST(PluginInstance, TheHookPassesOnToTheNextOne) {
+TEST(PluginInstance, TheHookCallsTheNextOne) {
     static int s_messages = 0;
     const HHOOK earlier = SetWindowsHookExW(
         WH_GETMESSAGE,
@@ -107,7 +106,7 @@ TEST(PluginInstance, ThePluginStaysInMemory) {
     EXPECT_EQ(GetModuleHandleW(file), plugin);
 }
 
-TEST(PluginInstance, TheEventFilterLeavesAnotherKindOfApplicationAlone) {
+TEST(PluginInstance, TheEventFilterIgnoresAnotherKindOfApplication) {
     ASSERT_TRUE(QMfcApp::pluginInstance());
     int offered = 0;
     testApp().preTranslate = [&offered](MSG*) {
@@ -123,14 +122,14 @@ TEST(PluginInstance, TheEventFilterLeavesAnotherKindOfApplicationAlone) {
     EXPECT_EQ(offered, 0);
 }
 
-TEST(QMfcAppMade, QuitsItsOwnLoopWithTheLastWindowOnPurpose) {
+TEST(QMfcAppCreated, QuitsOnLastWindowClosedOnPurpose) {
     // Whatever was set before.
     QGuiApplication::setQuitOnLastWindowClosed(false);
     QMfcApp::mfc_instance(&testApp());
     EXPECT_TRUE(QGuiApplication::quitOnLastWindowClosed());
 }
 
-TEST(QMfcAppMade, WithoutAnMfcApplicationMessagesAreLeftAlone) {
+TEST(QMfcAppCreated, IgnoresMessagesWithoutAnMfcApplication) {
     int count = 0;
     QMfcApp application(nullptr, count, nullptr);
     MSG message = {};
@@ -140,14 +139,14 @@ TEST(QMfcAppMade, WithoutAnMfcApplicationMessagesAreLeftAlone) {
     EXPECT_FALSE(application.winEventFilter(&message, &result));
 }
 
-TEST(QMfcAppRun, AnApplicationThatWasThereBeforeStays) {
+TEST(QMfcAppRun, KeepsAnExistingApplication) {
     QApplication* const application = QMfcApp::mfc_instance(&testApp());
     QTimer::singleShot(0, application, [] { QCoreApplication::exit(3); });
     EXPECT_EQ(QMfcApp::run(&testApp()), 3);
     EXPECT_EQ(QCoreApplication::instance(), application);
 }
 
-TEST(QMfcAppRun, RunsQtsLoopAndDeletesTheApplicationItMade) {
+TEST(QMfcAppRun, RunsTheQtLoopAndDeletesTheApplicationItCreated) {
     ASSERT_EQ(QCoreApplication::instance(), nullptr);
     qAddPreRoutine([] { QTimer::singleShot(50, [] { QCoreApplication::exit(7); }); });
     EXPECT_EQ(QMfcApp::run(&testApp()), 7);

@@ -26,15 +26,15 @@ class QMfcAppTest : public testing::Test {
 protected:
     QMfcAppTest() : application(qobject_cast<QMfcApp*>(QMfcApp::mfc_instance(&testApp()))) {}
 
-    // The three ways in which Qt shows a filter a message.
-    /// A loop of Qt's has taken it from the queue.
+    // The three ways in which Qt passes a message to a filter.
+    /// A Qt event loop has removed it from the queue.
     static bool pumpedFilter(MSG& message) { return filter("windows_generic_MSG", message, nullptr); }
-    /// It has reached the hidden window of Qt's dispatcher.
+    /// It has reached the hidden window of Qt's event dispatcher.
     static bool dispatcherFilter(MSG& message) {
         long result = 0;
         return filter("windows_dispatcher_MSG", message, &result);
     }
-    /// It has reached the procedure of a Qt window.
+    /// It has reached the window procedure of a Qt window.
     static bool deliveredFilter(MSG& message) {
         long result = 0;
         return filter("windows_generic_MSG", message, &result);
@@ -52,7 +52,7 @@ protected:
     QMfcApp* application;
 };
 
-/// A frame that takes note of the menu keys sent to it.
+/// A frame that records the menu keys sent to it.
 class KeyFrame : public CMDIFrameWnd {
 public:
     std::vector<UINT> messages;
@@ -76,7 +76,7 @@ protected:
     }
 };
 
-/// Takes note of the reasons for which a widget gets Qt's focus.
+/// Records the focus reasons of a widget.
 class FocusReasons : public QObject {
 public:
     explicit FocusReasons(QObject* watched) { watched->installEventFilter(this); }
@@ -105,14 +105,14 @@ struct MenuKeys : PanelInFrame<KeyFrame> {
 
 }  // namespace
 
-TEST_F(QMfcAppTest, ThereIsOneApplicationForTheProcess) {
+TEST_F(QMfcAppTest, HasOneInstancePerProcess) {
     ASSERT_NE(application, nullptr);
     EXPECT_EQ(QCoreApplication::instance(), application);
     EXPECT_EQ(QMfcApp::mfc_instance(&testApp()), application);
     EXPECT_TRUE(QApplication::quitOnLastWindowClosed());
 }
 
-TEST_F(QMfcAppTest, ArgumentsAreTheHostsNameAndItsCommandLineSplitAtSpaces) {
+TEST_F(QMfcAppTest, ArgumentsAreTheProgramNameAndTheCommandLineSplitAtSpaces) {
     const QStringList arguments = QCoreApplication::arguments();
     const QStringList expected = {toQString(testApp().m_pszExeName), QStringLiteral("-first"), QString(),
                                   QStringLiteral("\"second\"")};
@@ -132,7 +132,7 @@ TEST_F(QMfcAppTest, EveryPumpedMessageIsOfferedToMfc) {
     EXPECT_EQ(offered, (std::vector<UINT>{WM_APP, WM_APP + 1}));
 }
 
-TEST_F(QMfcAppTest, MessagesDeliveredToQtWindowsAreNotOfferedToMfc) {
+TEST_F(QMfcAppTest, MessagesDispatchedToQtWindowsAreNotOfferedToMfc) {
     int offered = 0;
     testApp().preTranslate = [&offered](MSG*) {
         ++offered;
@@ -146,7 +146,7 @@ TEST_F(QMfcAppTest, MessagesDeliveredToQtWindowsAreNotOfferedToMfc) {
     EXPECT_EQ(offered, 2);
 }
 
-TEST_F(QMfcAppTest, EventsOfOtherPlatformsAreLeftAlone) {
+TEST_F(QMfcAppTest, EventsOfOtherPlatformsAreIgnored) {
     int offered = 0;
     testApp().preTranslate = [&offered](MSG*) {
         ++offered;
@@ -170,12 +170,12 @@ TEST_F(QMfcAppTest, AReenteredFilterReportsTheMessageAsNotHandled) {
     MSG message = messageTo(program.frame()->m_hWnd, WM_APP);
     EXPECT_TRUE(pumpedFilter(message));
     EXPECT_FALSE(inner);
-    // The guard is lifted again.
+    // The guard has been reset.
     testApp().preTranslate = [](MSG*) { return TRUE; };
     EXPECT_TRUE(pumpedFilter(message));
 }
 
-TEST_F(QMfcAppTest, TheGuardIsLiftedAfterAnException) {
+TEST_F(QMfcAppTest, TheGuardIsResetAfterAnException) {
     testApp().preTranslate = [](MSG*) -> BOOL { throw 1; };
     MSG message = messageTo(program.frame()->m_hWnd, WM_APP);
     EXPECT_THROW(pumpedFilter(message), int);
@@ -183,7 +183,7 @@ TEST_F(QMfcAppTest, TheGuardIsLiftedAfterAnException) {
     EXPECT_TRUE(pumpedFilter(message));
 }
 
-TEST_F(QMfcAppTest, IdleWorkIsDoneUntilMfcHasNoMoreOfIt) {
+TEST_F(QMfcAppTest, IdleWorkRunsUntilOnIdleReturnsFalse) {
     std::vector<LONG> counts;
     testApp().preTranslate = [](MSG*) { return FALSE; };
     testApp().onIdle = [&counts](LONG count) {
@@ -192,17 +192,17 @@ TEST_F(QMfcAppTest, IdleWorkIsDoneUntilMfcHasNoMoreOfIt) {
     };
     testApp().isIdleMessage = [](MSG*) { return TRUE; };
     MSG message = messageTo(program.frame()->m_hWnd, WM_APP);
-    // The first message makes idle work due, the second finds it due.
+    // The first message sets the idle flag, the second one runs the idle work.
     pumpedFilter(message);
     EXPECT_TRUE(counts.empty());
     pumpedFilter(message);
     EXPECT_EQ(counts, (std::vector<LONG>{0, 1, 2}));
-    // It was made due again, from the beginning.
+    // The second one has set the flag and reset the count again.
     pumpedFilter(message);
     EXPECT_EQ(counts, (std::vector<LONG>{0, 1, 2, 0, 1, 2}));
 }
 
-TEST_F(QMfcAppTest, IdleWorkWaitsWhileMessagesWait) {
+TEST_F(QMfcAppTest, IdleWorkWaitsUntilTheQueueIsEmpty) {
     int idle = 0;
     testApp().preTranslate = [](MSG*) { return FALSE; };
     testApp().onIdle = [&idle](LONG) {
@@ -216,7 +216,7 @@ TEST_F(QMfcAppTest, IdleWorkWaitsWhileMessagesWait) {
     pumpedFilter(message);
     EXPECT_EQ(idle, 0);
     MSG waiting;
-    // What waits is left in the queue.
+    // The queued message has not been removed.
     EXPECT_TRUE(PeekMessageW(&waiting, program.frame()->m_hWnd, WM_NULL, WM_NULL, PM_NOREMOVE));
     while (PeekMessageW(&waiting, nullptr, 0, 0, PM_REMOVE)) {
     }
@@ -224,7 +224,7 @@ TEST_F(QMfcAppTest, IdleWorkWaitsWhileMessagesWait) {
     EXPECT_EQ(idle, 1);
 }
 
-TEST_F(QMfcAppTest, IdleWorkThatIsDoneIsNotDoneAgainForAMessageThatIsNotIdle) {
+TEST_F(QMfcAppTest, FinishedIdleWorkIsNotRepeatedForANonIdleMessage) {
     int idle = 0;
     bool idleMessage = true;
     testApp().preTranslate = [](MSG*) { return FALSE; };
@@ -241,7 +241,7 @@ TEST_F(QMfcAppTest, IdleWorkThatIsDoneIsNotDoneAgainForAMessageThatIsNotIdle) {
     EXPECT_EQ(idle, 1);
 }
 
-TEST_F(QMfcAppTest, AMessageThatIsNotIdleMakesNoIdleWorkDue) {
+TEST_F(QMfcAppTest, ANonIdleMessageTriggersNoIdleWork) {
     int idle = 0;
     testApp().preTranslate = [](MSG*) { return FALSE; };
     testApp().onIdle = [&idle](LONG) {
@@ -255,7 +255,7 @@ TEST_F(QMfcAppTest, AMessageThatIsNotIdleMakesNoIdleWorkDue) {
     EXPECT_EQ(idle, 0);
 }
 
-TEST_F(QMfcAppTest, MessagesToQtWindowsDoNoIdleWork) {
+TEST_F(QMfcAppTest, MessagesToQtWindowsTriggerNoIdleWork) {
     int idle = 0;
     testApp().preTranslate = [](MSG*) { return FALSE; };
     testApp().onIdle = [&idle](LONG) {
@@ -270,7 +270,7 @@ TEST_F(QMfcAppTest, MessagesToQtWindowsDoNoIdleWork) {
     EXPECT_EQ(idle, 0);
 }
 
-TEST_F(QMfcAppTest, AltReleasedOverAQtWindowGoesToTheFrameWithTheMenu) {
+TEST_F(QMfcAppTest, ReleasingAltInAQtWindowReachesTheFrameWithTheMenu) {
     MenuKeys keys;
     MSG message = messageTo(keys.viewHandle(), WM_SYSKEYUP, VK_MENU);
     EXPECT_TRUE(pumpedFilter(message));
@@ -279,7 +279,7 @@ TEST_F(QMfcAppTest, AltReleasedOverAQtWindowGoesToTheFrameWithTheMenu) {
     EXPECT_TRUE(keys.frame->hadFocus);
 }
 
-TEST_F(QMfcAppTest, TheQtWindowGetsItsFocusBackAfterAlt) {
+TEST_F(QMfcAppTest, TheQtWindowRegainsTheFocusAfterAlt) {
     MenuKeys keys;
     QLineEdit field(&keys.view);
     field.show();
@@ -295,7 +295,7 @@ TEST_F(QMfcAppTest, TheQtWindowGetsItsFocusBackAfterAlt) {
     EXPECT_EQ(GetFocus(), keys.viewHandle());
 }
 
-TEST_F(QMfcAppTest, AQtWindowWithoutAFocusedWidgetGetsTheFocusItselfForNoKeysReason) {
+TEST_F(QMfcAppTest, AQtWindowWithoutAFocusWidgetGetsTheFocusWithOtherFocusReason) {
     MenuKeys keys;
     keys.view.clearFocus();
     ASSERT_EQ(keys.view.focusWidget(), nullptr);
@@ -306,7 +306,7 @@ TEST_F(QMfcAppTest, AQtWindowWithoutAFocusedWidgetGetsTheFocusItselfForNoKeysRea
     EXPECT_EQ(reasons.reasons, (std::vector<Qt::FocusReason>{Qt::OtherFocusReason}));
 }
 
-TEST_F(QMfcAppTest, AWidgetThatGoesWhileTheMenuIsOpenGetsNoFocus) {
+TEST_F(QMfcAppTest, AWidgetDeletedWhileTheMenuIsOpenGetsNoFocus) {
     MenuKeys keys;
     auto* const field = new QLineEdit(&keys.view);
     field->show();
@@ -329,7 +329,7 @@ TEST_F(QMfcAppTest, TheResultOfAHandledMenuKeyIsZero) {
     }
 }
 
-TEST_F(QMfcAppTest, MenuKeysOfWindowsThatAreNotQtsAreLeftAlone) {
+TEST_F(QMfcAppTest, MenuKeysOfOtherWindowsAreIgnored) {
     MenuKeys keys;
     keys.frame->SetFocus();
     MSG message = messageTo(keys.frame->m_hWnd, WM_SYSKEYDOWN, 'F');
@@ -348,7 +348,7 @@ TEST_F(QMfcAppTest, OtherKeysOfAQtWindowAreNotMenuKeys) {
     EXPECT_TRUE(keys.frame->messages.empty());
 }
 
-TEST_F(QMfcAppTest, AMenuKeyThatIsDealtWithIsNotOfferedToMfc) {
+TEST_F(QMfcAppTest, AHandledMenuKeyIsNotOfferedToMfc) {
     MenuKeys keys;
     int offered = 0;
     testApp().preTranslate = [&offered](MSG*) {
@@ -358,13 +358,13 @@ TEST_F(QMfcAppTest, AMenuKeyThatIsDealtWithIsNotOfferedToMfc) {
     MSG message = messageTo(keys.viewHandle(), WM_SYSKEYDOWN, 'F');
     EXPECT_TRUE(pumpedFilter(message));
     EXPECT_EQ(offered, 0);
-    // Another message to a Qt window is.
+    // Another message to a Qt window is offered.
     MSG other = messageTo(keys.viewHandle(), WM_APP);
     EXPECT_FALSE(pumpedFilter(other));
     EXPECT_EQ(offered, 1);
 }
 
-TEST_F(QMfcAppTest, AKeyWithAltOverAQtWindowGoesToTheFrameWithTheMenu) {
+TEST_F(QMfcAppTest, AKeyWithAltInAQtWindowReachesTheFrameWithTheMenu) {
     MenuKeys keys;
     MSG message = messageTo(keys.viewHandle(), WM_SYSKEYDOWN, 'F');
     EXPECT_TRUE(pumpedFilter(message));
@@ -372,14 +372,14 @@ TEST_F(QMfcAppTest, AKeyWithAltOverAQtWindowGoesToTheFrameWithTheMenu) {
     EXPECT_EQ(keys.frame->keys, (std::vector<WPARAM>{'F', VK_MENU}));
 }
 
-TEST_F(QMfcAppTest, AltAloneGoingDownStaysWithQt) {
+TEST_F(QMfcAppTest, PressingAltAloneIsNotForwarded) {
     MenuKeys keys;
     MSG message = messageTo(keys.viewHandle(), WM_SYSKEYDOWN, VK_MENU);
     EXPECT_FALSE(pumpedFilter(message));
     EXPECT_TRUE(keys.frame->messages.empty());
 }
 
-TEST_F(QMfcAppTest, MenuKeysStayWithAQtWindowThatHasNotTheFocus) {
+TEST_F(QMfcAppTest, MenuKeysOfAQtWindowWithoutTheFocusAreNotForwarded) {
     MenuKeys keys;
     keys.frame->SetFocus();
     MSG message = messageTo(keys.viewHandle(), WM_SYSKEYDOWN, 'F');
@@ -387,7 +387,7 @@ TEST_F(QMfcAppTest, MenuKeysStayWithAQtWindowThatHasNotTheFocus) {
     EXPECT_TRUE(keys.frame->messages.empty());
 }
 
-TEST_F(QMfcAppTest, MenuKeysStayWithAQtWindowInAFrameWithoutAMenu) {
+TEST_F(QMfcAppTest, MenuKeysAreNotForwardedToAFrameWithoutAMenu) {
     MenuKeys keys;
     keys.frame->SetMenu(nullptr);
     MSG message = messageTo(keys.viewHandle(), WM_SYSKEYDOWN, 'F');
@@ -395,18 +395,18 @@ TEST_F(QMfcAppTest, MenuKeysStayWithAQtWindowInAFrameWithoutAMenu) {
     EXPECT_TRUE(keys.frame->messages.empty());
 }
 
-TEST_F(QMfcAppTest, PostedEventsTimersAndDeferredDeletesComeFromTheHostsLoop) {
+TEST_F(QMfcAppTest, TheHostsLoopDeliversPostedEventsTimersAndDeferredDeletes) {
     QPointer<QObject> object = new QObject;
     bool queued = false;
     QMetaObject::invokeMethod(
         object, [&queued] { queued = true; }, Qt::QueuedConnection);
-    // Qt deletes at the end of the event in which it was asked to.
+    // Qt executes a deferred delete after the event that posted it.
     QTimer::singleShot(10, object, [&object] { object->deleteLater(); });
     EXPECT_TRUE(TestProgram::pumpUntil([&object] { return object.isNull(); }));
     EXPECT_TRUE(queued);
 }
 
-TEST_F(QMfcAppTest, AnExistingApplicationIsNotReplacedByAPluginsOne) {
+TEST_F(QMfcAppTest, PluginInstanceKeepsAnExistingApplication) {
     EXPECT_FALSE(QMfcApp::pluginInstance());
     EXPECT_EQ(QCoreApplication::instance(), application);
 }

@@ -20,7 +20,8 @@ namespace {
 constexpr UINT kNoted = WM_APP + 20;
 constexpr UINT kLast = WM_APP + 21;
 
-/// A child window of the frame that takes note of what it is offered and what it gets.
+/// A child window of the frame that records the messages offered to its PreTranslateMessage() and those that
+/// it receives.
 class HostWindow : public CWnd {
 public:
     explicit HostWindow(CWnd* frame) {
@@ -57,7 +58,7 @@ protected:
     }
 };
 
-/// The embedded Qt beside a window of the host.
+/// Embedded Qt and a window of the host.
 class QtLoops : public testing::Test {
 protected:
     QtLoops() : application(QMfcApp::mfc_instance(&testApp())), window(program.frame()) {}
@@ -71,8 +72,8 @@ protected:
 
 }  // namespace
 
-TEST_F(QtLoops, TheHostsLoopAloneBringsTimersPostedAndQueuedEvents) {
-    /// Notes how deep in loops of Qt's each kind of event comes; none is the host's.
+TEST_F(QtLoops, TheHostsLoopAloneDeliversTimersPostedAndQueuedEvents) {
+    /// Records the Qt event loop level at which each kind of event arrives; 0 is the host's own loop.
     class Receiver : public QObject {
     public:
         std::vector<int> timer, posted, queued;
@@ -103,7 +104,7 @@ TEST_F(QtLoops, TheHostsLoopAloneBringsTimersPostedAndQueuedEvents) {
     }
 }
 
-TEST_F(QtLoops, InTheHostsOwnLoopAMessageIsOfferedOnce) {
+TEST_F(QtLoops, TheHostsOwnLoopOffersAMessageOnce) {
     post(kNoted, 1);
     window.taken = 2;
     post(kNoted, 2);
@@ -113,7 +114,7 @@ TEST_F(QtLoops, InTheHostsOwnLoopAMessageIsOfferedOnce) {
     EXPECT_EQ(window.got, (std::vector<WPARAM>{1}));
 }
 
-TEST_F(QtLoops, ADialogOfQtsOffersTheHostsWindowsTheirMessagesOnceAndKeepsWhatTheyTake) {
+TEST_F(QtLoops, AQtDialogOffersHostWindowsTheirMessagesOnceAndDropsHandledOnes) {
     QDialog dialog;
     window.taken = 2;
     window.onLast = [&dialog] { dialog.accept(); };
@@ -126,7 +127,7 @@ TEST_F(QtLoops, ADialogOfQtsOffersTheHostsWindowsTheirMessagesOnceAndKeepsWhatTh
     EXPECT_EQ(window.got, (std::vector<WPARAM>{1, 3, 4}));
 }
 
-TEST_F(QtLoops, AMenuOfQtsOffersTheHostsWindowsTheirMessagesOnce) {
+TEST_F(QtLoops, AQtMenuOffersHostWindowsTheirMessagesOnce) {
     QMenu menu;
     menu.addAction(QStringLiteral("entry"));
     window.onLast = [&menu] { menu.close(); };
@@ -139,7 +140,7 @@ TEST_F(QtLoops, AMenuOfQtsOffersTheHostsWindowsTheirMessagesOnce) {
     EXPECT_EQ(window.got, (std::vector<WPARAM>{1, 2}));
 }
 
-TEST_F(QtLoops, IdleWorkInADialogOfQtsWaitsForTheQueueToRunEmptyAndStartsAnewWithTheNextMessage) {
+TEST_F(QtLoops, IdleWorkInAQtDialogWaitsForAnEmptyQueueAndRestartsWithTheNextMessage) {
     std::vector<std::string> trace;
     QDialog dialog;
     testApp().preTranslate = [&](MSG* message) {
@@ -148,7 +149,7 @@ TEST_F(QtLoops, IdleWorkInADialogOfQtsWaitsForTheQueueToRunEmptyAndStartsAnewWit
         }
         return FALSE;
     };
-    // Only our own messages make idle work due.
+    // Only this test's messages trigger idle work.
     testApp().isIdleMessage = [this](MSG* message) {
         return message->hwnd == window.m_hWnd && message->message == kNoted ? TRUE : FALSE;
     };
@@ -156,7 +157,7 @@ TEST_F(QtLoops, IdleWorkInADialogOfQtsWaitsForTheQueueToRunEmptyAndStartsAnewWit
         trace.push_back("idle " + std::to_string(count));
         return count < 2 ? TRUE : FALSE;
     };
-    // What waits when the loop begins comes in one go; the rest when the idle work of it is done.
+    // The messages queued when the loop starts are handled in one go, the others after their idle work.
     post(kNoted, 1);
     post(kNoted, 2);
     post(kNoted, 3);
@@ -168,7 +169,7 @@ TEST_F(QtLoops, IdleWorkInADialogOfQtsWaitsForTheQueueToRunEmptyAndStartsAnewWit
         } else if (done == 2) {
             post(kLast, 5);
         }
-        // A message that is for no window of Qt's is what idle work is done at.
+        // Idle work runs only with a message for a window that is not Qt's.
         PostMessageW(program.frame()->m_hWnd, WM_NULL, 0, 0);
     });
     later.start(10);
@@ -181,7 +182,7 @@ TEST_F(QtLoops, IdleWorkInADialogOfQtsWaitsForTheQueueToRunEmptyAndStartsAnewWit
                                                "idle 2", "message 4", "idle 0", "idle 1", "idle 2"}));
 }
 
-TEST_F(QtLoops, ALoopWithinTheFilterReentersItHarmlessly) {
+TEST_F(QtLoops, AnEventLoopInsideTheFilterReentersItHarmlessly) {
     int offeredWithin = 0;
     bool within = false;
     window.onOffer = [&](const MSG& message) {
@@ -189,7 +190,7 @@ TEST_F(QtLoops, ALoopWithinTheFilterReentersItHarmlessly) {
         if (message.message != kNoted || message.wParam != 1) {
             return;
         }
-        // As a dialog that MFC opens for an accelerator key.
+        // Like a dialog that MFC opens for an accelerator key.
         within = true;
         QEventLoop loop;
         window.onLast = [&loop] { loop.quit(); };
@@ -212,7 +213,7 @@ TEST_F(QtLoops, ALoopWithinTheFilterReentersItHarmlessly) {
     done.start(5);
     outer.exec();
     EXPECT_EQ(offeredWithin, 0);
-    // Within, messages went straight to their window; afterwards they are offered again.
+    // In the inner loop messages go straight to their window; afterwards they are offered again.
     EXPECT_EQ(window.got, (std::vector<WPARAM>{2, 3, 1, 4}));
     EXPECT_EQ(window.offered, (std::vector<WPARAM>{1, 4}));
 }

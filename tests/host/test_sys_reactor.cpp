@@ -20,7 +20,7 @@ protected:
 
 }  // namespace
 
-TEST_F(SysReactor, AChangeOfTheThemeReachesTheViewAtOnce) {
+TEST_F(SysReactor, AThemeChangeReachesTheViewAtOnce) {
     load();
     change(_T("COLORTHEME"), 0);
     EXPECT_EQ(theme(), 0);
@@ -34,7 +34,7 @@ TEST_F(SysReactor, TheValueIsPassedThroughUnchanged) {
     EXPECT_EQ(theme(), 5);
 }
 
-TEST_F(SysReactor, AnotherVariableDoesNothing) {
+TEST_F(SysReactor, AnotherVariableIsIgnored) {
     load();
     change(_T("COLORTHEME"), 1);
     change(_T("LTSCALE"), 0);
@@ -44,7 +44,7 @@ TEST_F(SysReactor, AnotherVariableDoesNothing) {
     EXPECT_EQ(theme(), 1);
 }
 
-TEST_F(SysReactor, AFailedChangeDoesNothing) {
+TEST_F(SysReactor, AFailedChangeIsIgnored) {
     load();
     change(_T("COLORTHEME"), 1);
     change(_T("COLORTHEME"), 0, false);
@@ -61,7 +61,7 @@ TEST_F(SysReactor, WithoutAPaletteChangesAreIgnored) {
     reactor.sysVarChanged(_T("COLORTHEME"), true);
 }
 
-TEST_F(SysReactor, TheNextOpeningAppliesAChangeMadeBefore) {
+TEST_F(SysReactor, OpeningThePanelAppliesAnEarlierChange) {
     program.host().setVar(_T("COLORTHEME"), 0);
     load();
     openPanel();

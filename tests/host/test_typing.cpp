@@ -14,7 +14,7 @@
 
 namespace {
 
-/// Two units each: an ideograph beyond the basic plane and a pictograph.
+/// Two UTF-16 units each: an ideograph beyond the Basic Multilingual Plane and an emoji.
 const QString kRareCharacters = QStringLiteral("\U00020BB7\U0001F600");
 
 class Typing : public TypingFixture {
@@ -27,7 +27,7 @@ protected:
         }
     }
 
-    /// Types a question of one key, sends it and has it answered, which takes that many requests.
+    /// Types a question of one key, sends it and answers it, which takes that many requests.
     void ask(int key, int requests) {
         const int last = service.requestCount() + requests - 1;
         type({key, VK_RETURN});
@@ -40,7 +40,7 @@ protected:
     }
 };
 
-/// Takes note of how deep in loops of Qt's events are handled.
+/// Records the deepest Qt event loop level at which an event is handled.
 class LoopLevels : public QObject {
 public:
     LoopLevels() { qApp->installEventFilter(this); }
@@ -57,20 +57,20 @@ public:
 
 }  // namespace
 
-TEST_F(Typing, KeysPressedFasterThanTheirCharactersComeAreAllTypedInOrder) {
-    // Posted at once: every key is handled before the first one's character, which is only then in the queue.
+TEST_F(Typing, KeysPressedFasterThanTheirCharactersArriveAreTypedInOrder) {
+    // Posted at once: every key is handled before the first character, which is queued only then.
     type({'L', 'I', 'N', 'E', VK_SPACE, '1', '0'});
     EXPECT_TRUE(typed(QStringLiteral("line 10"))) << inputBox()->toPlainText().toStdString();
 }
 
-TEST_F(Typing, AnEditingKeyActsBetweenTheCharactersOfTheKeysAroundIt) {
+TEST_F(Typing, EditingKeysAndCharactersActInOrder) {
     type({'A', 'B', VK_BACK, 'C', VK_LEFT, 'D', VK_HOME, 'E', VK_DELETE, VK_END, 'F'});
     EXPECT_TRUE(typed(QStringLiteral("edcf"))) << inputBox()->toPlainText().toStdString();
 }
 
-TEST_F(Typing, ACharacterThatWaitsIsNotTakenForTheNextKeys) {
+TEST_F(Typing, AQueuedCharacterIsNotTakenForTheNextKeys) {
     PostMessageW(paletteHandle(), WM_CHAR, u'画', 1);
-    // As a key that comes before its turn, from within a message sent by another program.
+    // Like a key that is handled out of turn, during a message sent by another program.
     MSG down = {};
     down.hwnd = paletteHandle();
     down.message = WM_KEYDOWN;
@@ -80,7 +80,7 @@ TEST_F(Typing, ACharacterThatWaitsIsNotTakenForTheNextKeys) {
     EXPECT_TRUE(typed(QStringLiteral("画"))) << inputBox()->toPlainText().toStdString();
 }
 
-TEST_F(Typing, AQuitThatWaitsIsLeftInTheQueue) {
+TEST_F(Typing, AQueuedQuitStaysInTheQueue) {
     PostQuitMessage(7);
     MSG down = {};
     down.hwnd = paletteHandle();
@@ -95,7 +95,7 @@ TEST_F(Typing, AQuitThatWaitsIsLeftInTheQueue) {
     EXPECT_EQ(message.wParam, 7U);
 }
 
-TEST_F(Typing, CharactersOfTwoUnitsArriveOnce) {
+TEST_F(Typing, SurrogatePairsArriveOnce) {
     postCharacters(WM_CHAR, QStringLiteral("画") + kRareCharacters + QStringLiteral("圆"));
     EXPECT_TRUE(typed(QStringLiteral("画") + kRareCharacters + QStringLiteral("圆")))
         << inputBox()->toPlainText().toStdString();
@@ -113,7 +113,7 @@ TEST_F(Typing, ReturnSendsOnce) {
     EXPECT_TRUE(program.host().sent().empty());
 }
 
-TEST_F(Typing, ControlKeysOfTheRealKeyboardActOnceOnTheRealClipboard) {
+TEST_F(Typing, ControlKeysActOnceOnTheSystemClipboard) {
     QApplication::clipboard()->setText(QStringLiteral("圆 circle "));
     TestProgram::settle();
     int keysInHost = 0;
@@ -138,7 +138,7 @@ TEST_F(Typing, ControlKeysOfTheRealKeyboardActOnceOnTheRealClipboard) {
     EXPECT_TRUE(program.host().sent().empty());
 }
 
-TEST_F(Typing, TheFocusGoesBackAndForthAThousandTimes) {
+TEST_F(Typing, TheFocusMovesBackAndForthAThousandTimes) {
     constexpr int kRounds = 1000;
     constexpr int kTypedEvery = 50;
     const HWND host = program.drawingView()->m_hWnd;
@@ -173,8 +173,8 @@ TEST_F(Typing, TheFocusGoesBackAndForthAThousandTimes) {
     EXPECT_EQ(charactersInHost, expectedInHost);
 }
 
-TEST_F(Typing, NoLoopOfQtsIsEnteredForAQuestionAndItsAnswer) {
-    // A new conversation's session is created by a call that waits for the service; only that may wait.
+TEST_F(Typing, NoQtEventLoopRunsForAQuestionAndItsAnswer) {
+    // Only the call that creates the session of a new conversation may block.
     ask('A', 2);
     const LoopLevels levels;
     ask('A', 1);

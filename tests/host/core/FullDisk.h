@@ -2,8 +2,8 @@
 
 #include <QString>
 
-/// While it lives, what is written to the file does not fit; opening and reading it go on as before. Where
-/// that takes another file in its place, the former one comes back.
+/// While it exists, writing to the file fails as on a full disk; the file can still be opened and read. If
+/// another file has to take its place for that, the original is restored.
 class FullDisk {
 public:
     explicit FullDisk(const QString& file);

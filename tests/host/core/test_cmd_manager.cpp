@@ -80,7 +80,7 @@ TEST_F(CmdManager, TheQuestionNamesTheCommandThatStartedLast) {
     EXPECT_EQ(box.type(), static_cast<UINT>(MB_YESNO | MB_ICONWARNING));
 }
 
-TEST_F(CmdManager, TheQuestionIsAskedWithoutARecorderToo) {
+TEST_F(CmdManager, AsksTheQuestionWithoutARecorderToo) {
     g_zentriCmdRecorder = nullptr;
     host.document()->quiescent = false;
     MessageBoxAnswer box(IDYES);
@@ -89,13 +89,13 @@ TEST_F(CmdManager, TheQuestionIsAskedWithoutARecorderToo) {
     EXPECT_EQ(host.sent().size(), 2U);
 }
 
-TEST_F(CmdManager, WithoutADrawingNothingIsRun) {
+TEST_F(CmdManager, RunsNothingWithoutADocument) {
     host.setDocument(nullptr);
     manager.runCommand(_T("CIRCLE"));
     EXPECT_TRUE(host.sent().empty());
 }
 
-TEST_F(CmdManager, ADrawingClosedBehindTheQuestionIsNotUsed) {
+TEST_F(CmdManager, DoesNotUseADocumentClosedDuringTheQuestion) {
     host.document()->quiescent = false;
     MessageBoxAnswer box(IDYES, [this] { host.setDocument(nullptr); });
     manager.runCommand(_T("CIRCLE"));
@@ -103,7 +103,7 @@ TEST_F(CmdManager, ADrawingClosedBehindTheQuestionIsNotUsed) {
     EXPECT_TRUE(host.sent().empty());
 }
 
-TEST_F(CmdManager, TheQuestionHasNoOwnerAndCountsAsOpen) {
+TEST_F(CmdManager, TheQuestionHasNoOwnerAndIsAModalScope) {
     host.document()->quiescent = false;
     bool asked = false;
     MessageBoxAnswer box(IDNO, [&asked] {
@@ -116,12 +116,12 @@ TEST_F(CmdManager, TheQuestionHasNoOwnerAndCountsAsOpen) {
     EXPECT_FALSE(ZR_ZentriModalScope::anyOpen());
 }
 
-TEST_F(CmdManager, ThereIsOneInstance) {
+TEST_F(CmdManager, HasOneInstance) {
     EXPECT_EQ(&ZR_ZentriCmdManager::instance(), &manager);
     EXPECT_TRUE(manager.lastRunCommand().isEmpty());
 }
 
-TEST_F(CmdManager, TextIsSentAsItStands) {
+TEST_F(CmdManager, SendsTheTextUnchanged) {
     manager.runCommand(_T("-图层 %s"));
     EXPECT_TRUE(sentText() == _T("-图层 %s\n"));
 }

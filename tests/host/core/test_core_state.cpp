@@ -25,7 +25,7 @@ TEST(Account, HasAccessOnlyWhenSignedInWithAToken) {
     EXPECT_FALSE(zentriHasAccess());
 }
 
-TEST(Account, MayBeForgottenWhileAThreadReads) {
+TEST(Account, MayBeResetWhileAThreadReads) {
     setZentriSignedIn(true);
     std::thread reader([] {
         for (int i = 0; i < 10000; ++i) {
@@ -48,7 +48,7 @@ TEST(CmdRecorder, RemembersTheLastCommandThatStarted) {
     EXPECT_TRUE(recorder.lastCommandName() == _T("CIRCLE"));
 }
 
-TEST(ColorTheme, IsWhatTheHostsVariableSays) {
+TEST(ColorTheme, IsTheValueOfTheHostsVariable) {
     FakeArxHost host;
     host.setVar(_T("COLORTHEME"), 1);
     EXPECT_EQ(readColorTheme(), 1);
@@ -112,7 +112,7 @@ TEST(PaletteAccess, ThereIsNoViewWithoutAPalette) {
     EXPECT_EQ(zentriChatView(), nullptr);
 }
 
-TEST(PaletteAccess, GivesTheAnnouncedPalette) {
+TEST(PaletteAccess, ReturnsTheRegisteredPalette) {
     Palette palette;
     setZentriPaletteAccess(&palette);
     EXPECT_EQ(zentriPaletteAccess(), &palette);
@@ -127,7 +127,7 @@ TEST(Text, CopiesUnitsBothWays) {
     EXPECT_EQ(wide.GetLength(), text.size());
     EXPECT_EQ(toQString(wide), text);
     EXPECT_TRUE(toQString(CString()).isEmpty());
-    // An unpaired surrogate is no text, but must come through.
+    // An unpaired surrogate is invalid text, but must be preserved.
     const QString broken(QChar(0xD83D));
     EXPECT_EQ(toQString(toCString(broken)), broken);
 }

@@ -42,7 +42,7 @@ protected:
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
 
-    /// What follows the byte-order mark.
+    /// The content after the byte-order mark.
     QString text() const {
         const QByteArray content = bytes().mid(kByteOrderMark.size());
         QString result;
@@ -64,7 +64,7 @@ const QString kStamp = QStringLiteral("\n\\[\\d{4}年\\d\\d月\\d\\d日  \\d\\d:
 
 }  // namespace
 
-TEST_F(Logger, StandsBesideTheModuleFile) {
+TEST_F(Logger, IsNextToTheModuleFile) {
     loadModule();
     ZR_ZentriLogger logger;
     logger.init();
@@ -83,7 +83,7 @@ TEST_F(Logger, EntryIsAnEmptyLineAStampAndTheMessage) {
     const QRegularExpression entry(QStringLiteral("^") + kStamp + QStringLiteral("网络请求出错！\n$"));
     EXPECT_TRUE(entry.match(text()).hasMatch()) << text().toStdString();
     EXPECT_TRUE(bytes().startsWith(kByteOrderMark));
-    // Two bytes a character and no terminator.
+    // Two bytes per character and no terminator.
     EXPECT_EQ(bytes().size(), 2 + 2 * text().size());
     EXPECT_FALSE(text().contains(QChar(0)));
 }
@@ -116,7 +116,7 @@ TEST_F(Logger, EntriesAreAppended) {
     EXPECT_TRUE(entries.match(text()).hasMatch()) << text().toStdString();
 }
 
-TEST_F(Logger, AnOlderLogIsKeptAndGetsNoSecondMark) {
+TEST_F(Logger, AnExistingLogIsKeptAndGetsNoSecondMark) {
     loadModule();
     {
         ZR_ZentriLogger earlier;
@@ -131,7 +131,7 @@ TEST_F(Logger, AnOlderLogIsKeptAndGetsNoSecondMark) {
     EXPECT_EQ(bytes().count(kByteOrderMark), 1);
 }
 
-TEST_F(Logger, AFileWithoutTheMarkIsLeftAsItIs) {
+TEST_F(Logger, AFileWithoutTheMarkIsLeftUnchanged) {
     loadModule();
     QFile older(logFile());
     ASSERT_TRUE(older.open(QIODevice::WriteOnly));
@@ -143,7 +143,7 @@ TEST_F(Logger, AFileWithoutTheMarkIsLeftAsItIs) {
     EXPECT_EQ(bytes(), QByteArray("a\0b\0", 4));
 }
 
-TEST_F(Logger, EmptyMessageIsAnEntryToo) {
+TEST_F(Logger, AnEmptyMessageIsAnEntryToo) {
     loadModule();
     ZR_ZentriLogger logger;
     logger.init();
@@ -161,9 +161,9 @@ TEST_F(Logger, WithoutTheModuleThereIsNoPath) {
     EXPECT_FALSE(logger.write(_T("lost")));
 }
 
-TEST_F(Logger, AFileThatCannotBeMadeIsReportedWithTheSystemsError) {
+TEST_F(Logger, AFileThatCannotBeCreatedIsReportedWithTheSystemError) {
     loadModule();
-    // A folder of that name stands in the way.
+    // A folder with that name is in the way.
     ASSERT_TRUE(QDir().mkdir(logFile()));
     ZR_ZentriLogger logger;
     logger.init();
@@ -186,7 +186,7 @@ TEST_F(Logger, BeforeItsInitialisationNothingIsWritten) {
     EXPECT_FALSE(QFile::exists(logFile()));
 }
 
-TEST_F(Logger, AFailedInitialisationEndsAnEarlierOnesValidity) {
+TEST_F(Logger, AFailedInitialisationMakesTheLogInvalid) {
     loadModule();
     ZR_ZentriLogger logger;
     logger.init();
@@ -216,14 +216,14 @@ TEST_F(Logger, AnEntryThatCannotBeWrittenFailsSilently) {
         EXPECT_FALSE(logger.write(_T("lost")));
         EXPECT_TRUE(host.printedText().IsEmpty());
     }
-    // The file is not left open, and the next entry finds a log again.
+    // The file has been closed, and the next entry is written again.
     EXPECT_TRUE(logger.write(_T("found")));
     EXPECT_TRUE(text().contains(QStringLiteral("found")));
     EXPECT_FALSE(text().contains(QStringLiteral("lost")));
     EXPECT_TRUE(QFile::remove(logFile()));
 }
 
-TEST_F(Logger, WritingDoesNotMakeTheFileAgain) {
+TEST_F(Logger, WritingDoesNotCreateTheFileAgain) {
     loadModule();
     ZR_ZentriLogger logger;
     logger.init();
@@ -234,7 +234,7 @@ TEST_F(Logger, WritingDoesNotMakeTheFileAgain) {
     EXPECT_TRUE(host.printedText().IsEmpty());
 }
 
-TEST_F(Logger, EntriesOfSeveralThreadsAreAllThere) {
+TEST_F(Logger, EntriesOfSeveralThreadsAreAllWritten) {
     loadModule();
     ZR_ZentriLogger logger;
     logger.init();
@@ -254,7 +254,7 @@ TEST_F(Logger, EntriesOfSeveralThreadsAreAllThere) {
     EXPECT_EQ(text().count(QRegularExpression(kStamp + QStringLiteral("entry\n"))), kThreads * kEntries);
 }
 
-TEST_F(Logger, TheModulesLoggerIsMadeOnFirstUse) {
+TEST_F(Logger, TheModulesLoggerIsCreatedOnFirstUse) {
     loadModule();
     EXPECT_FALSE(QFile::exists(logFile()));
     EXPECT_TRUE(zentriLog(_T("first use")));

@@ -6,7 +6,7 @@
 
 namespace {
 constexpr int kSliceMilliseconds = 20;
-constexpr int kPatienceMilliseconds = 50000;
+constexpr int kTimeoutMilliseconds = 50000;
 }  // namespace
 
 ChildHost::ChildHost() {
@@ -29,7 +29,7 @@ void ChildHost::start(const QString& program, const QStringList& arguments) {
 QString ChildHost::readLine() {
     QElapsedTimer clock;
     clock.start();
-    while (!child.canReadLine() && clock.elapsed() < kPatienceMilliseconds) {
+    while (!child.canReadLine() && clock.elapsed() < kTimeoutMilliseconds) {
         if (!child.waitForReadyRead(kSliceMilliseconds) && child.state() == QProcess::NotRunning) {
             break;
         }
@@ -39,7 +39,7 @@ QString ChildHost::readLine() {
 
 testing::AssertionResult ChildHost::endsWell(int timeoutMs) {
     if (child.state() != QProcess::NotRunning && !child.waitForFinished(timeoutMs)) {
-        return testing::AssertionFailure() << "it has not ended after " << timeoutMs << " ms";
+        return testing::AssertionFailure() << "it still runs after " << timeoutMs << " ms";
     }
     const QByteArray errors = child.readAllStandardError();
     if (child.exitStatus() != QProcess::NormalExit || child.exitCode() != 0 || !errors.isEmpty()) {

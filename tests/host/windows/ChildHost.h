@@ -9,18 +9,18 @@
 
 #include "tests/support/http/FakeHttpServer.h"
 
-/// Tests that need a host process of their own, which they watch from outside. Its AI service stands here.
+/// Base of tests that observe a host process of their own from outside. They run its AI service.
 class ChildHost : public testing::Test {
 protected:
     ChildHost();
     ~ChildHost() override;
 
     void start(const QString& program, const QStringList& arguments);
-    /// The child's next line; empty when it has ended or says nothing for a long time.
+    /// The child's next line of output; empty when it has ended or on timeout.
     QString readLine();
-    /// Waits for the end; true when it came in time, with exit code 0 and nothing on stderr.
+    /// Waits until the child ends; true if it ends in time, with exit code 0 and nothing on stderr.
     testing::AssertionResult endsWell(int timeoutMs = 20000);
-    /// Waits until the question has reached the service; its request's number, -1 when it does not come.
+    /// Waits until the question has reached the service; returns the request's index, or -1 on timeout.
     int waitForQuestion();
 
 private:

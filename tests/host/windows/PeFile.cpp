@@ -12,7 +12,7 @@ namespace {
 constexpr std::uint16_t kMachineX64 = 0x8664;
 constexpr std::uint16_t kMagicPe32Plus = 0x20B;
 constexpr std::uint16_t kCharacteristicDll = 0x2000;
-constexpr std::uint64_t kImportByNumber = std::uint64_t{1} << 63;
+constexpr std::uint64_t kImportByOrdinal = std::uint64_t{1} << 63;
 
 // Offsets in the headers.
 constexpr std::size_t kPeHeaderPointer = 0x3C;
@@ -55,7 +55,7 @@ void PeFile::fail(const std::string& reason) const {
 template <typename Number>
 Number PeFile::at(std::size_t offset) const {
     if (offset > m_bytes.size() || m_bytes.size() - offset < sizeof(Number)) {
-        fail("is cut off");
+        fail("is truncated");
     }
     Number number{};
     std::memcpy(&number, m_bytes.data() + offset, sizeof number);
@@ -68,19 +68,19 @@ std::size_t PeFile::offsetOf(std::uint32_t rva, std::size_t count) const {
             count <= section.size - (rva - section.rva)) {
             const std::size_t offset = std::size_t{section.offset} + (rva - section.rva);
             if (offset > m_bytes.size() || count > m_bytes.size() - offset) {
-                fail("is cut off");
+                fail("is truncated");
             }
             return offset;
         }
     }
-    fail("holds nothing for an address it uses");
+    fail("uses an address outside its sections");
 }
 
 std::string PeFile::textAt(std::uint32_t rva) const {
     const std::size_t start = offsetOf(rva, 1);
     const std::size_t end = m_bytes.find('\0', start);
     if (end == std::string::npos) {
-        fail("is cut off");
+        fail("is truncated");
     }
     return m_bytes.substr(start, end - start);
 }
@@ -88,7 +88,7 @@ std::string PeFile::textAt(std::uint32_t rva) const {
 void PeFile::readHeaders() {
     const std::size_t pe = at<std::uint32_t>(kPeHeaderPointer);
     if (m_bytes.compare(0, 2, "MZ") != 0 || at<std::uint32_t>(pe) != 0x00004550) {
-        fail("is no Windows program or DLL");
+        fail("is not a Windows program or DLL");
     }
     const std::size_t header = pe + kFileHeader;
     const std::size_t optional = header + kFileHeaderSize;
@@ -123,7 +123,7 @@ void PeFile::readHeaders() {
 void PeFile::readExports(std::uint32_t rva) {
     const std::size_t table = offsetOf(rva, 40);
     m_exportedName = textAt(at<std::uint32_t>(table + 12));
-    // Those without a name would be found by no look-up that is made here, but they are exports all the same.
+    // Exports without a name are listed by their ordinal.
     const std::uint32_t functions = at<std::uint32_t>(table + 20);
     const std::uint32_t names = at<std::uint32_t>(table + 24);
     for (std::uint32_t i = 0; i < names; ++i) {
@@ -156,7 +156,7 @@ PeFile::Functions PeFile::functionsAt(std::uint32_t rva) const {
         if (entry == 0) {
             return functions;
         }
-        functions.push_back((entry & kImportByNumber) != 0
+        functions.push_back((entry & kImportByOrdinal) != 0
                                 ? "#" + std::to_string(entry & 0xFFFF)
                                 : textAt(static_cast<std::uint32_t>(entry) + kNameAfterHint));
     }

@@ -6,26 +6,25 @@
 #include <string>
 #include <vector>
 
-/// What a Windows program or DLL tells of itself. Reads the file alone and loads nothing; the same on every
-/// platform. All that does not fit into the file is an error, a std::runtime_error that names the file.
+/// The headers, imports and exports of a Windows program or DLL (a PE file). Only reads the file and loads
+/// nothing, so it works on every platform. Throws a std::runtime_error that names the file when its content
+/// is inconsistent.
 class PeFile {
 public:
-    /// Names in the order of the file; a function imported by its number is "#" and the number.
+    /// Names in the order of the file; a function without a name is "#" and its ordinal.
     using Functions = std::vector<std::string>;
 
-    /// Throws when there is no such file or it is none for Windows x64.
+    /// Throws when there is no such file or it is not for Windows x64.
     explicit PeFile(const std::string& path);
 
     bool isDll() const;
-    /// The name that a DLL with exports gives itself; empty without exports.
+    /// The DLL's name in its export table; empty without exports.
     const std::string& exportedName() const { return m_exportedName; }
     const Functions& exports() const { return m_exports; }
-    /// By the DLL they come from, in lower case. Those that are only looked for at their first call count
-    /// too.
+    /// By the name of the DLL in lower case. Includes delay-loaded imports.
     const std::map<std::string, Functions>& imports() const { return m_imports; }
 
-    /// The bytes at an offset from where the image begins when it is mapped; throws unless all of them stand
-    /// in the file.
+    /// The bytes at a relative virtual address (RVA); throws unless all of them are in the file.
     std::string bytesAt(std::uint32_t rva, std::size_t count) const;
 
 private:
@@ -38,12 +37,13 @@ private:
     [[noreturn]] void fail(const std::string& reason) const;
     template <typename Number>
     Number at(std::size_t offset) const;
-    /// Where in the file what is mapped at `rva` stands.
+    /// The offset in the file of `count` bytes at an RVA.
     std::size_t offsetOf(std::uint32_t rva, std::size_t count) const;
     std::string textAt(std::uint32_t rva) const;
     void readHeaders();
     void readExports(std::uint32_t rva);
-    /// A list of descriptors of `stride` bytes, with the DLL's name and the list of its functions where told.
+    /// Reads a list of import descriptors of `stride` bytes; `name` and `functions` are the offsets of their
+    /// fields for the DLL's name and the list of its functions.
     void readImports(std::uint32_t rva, std::size_t stride, std::size_t name, std::size_t functions);
     Functions functionsAt(std::uint32_t rva) const;
 

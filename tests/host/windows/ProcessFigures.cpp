@@ -1,7 +1,7 @@
 #include "tests/host/windows/ProcessFigures.h"
 
 #include <windows.h>
-// Must come after it.
+// Must come after windows.h.
 #include <psapi.h>
 #include <winternl.h>
 
@@ -14,8 +14,8 @@ constexpr int kHandleIndexes = 0x10000;
 constexpr ULONG_PTR kFirstUserIndex = 0x20;
 constexpr NTSTATUS kLengthMismatch = static_cast<NTSTATUS>(0xC0000004);
 
-/// The system's own record of this process. GetProcessHandleCount would do for the handles, but Wine always
-/// answers zero.
+/// Reads the system's record of this process. GetProcessHandleCount() would suffice for the handles, but in
+/// Wine it always returns zero.
 void readProcessRecord(ProcessFigures& figures) {
     std::vector<char> buffer(0x10000);
     ULONG needed = 0;
@@ -30,7 +30,7 @@ void readProcessRecord(ProcessFigures& figures) {
         const auto* const process = reinterpret_cast<const SYSTEM_PROCESS_INFORMATION*>(place);
         if (reinterpret_cast<ULONG_PTR>(process->UniqueProcessId) == GetCurrentProcessId()) {
             figures.kernelHandles = process->HandleCount;
-            // The first field that the documentation does not name.
+            // The first field that is not documented.
             figures.threads = *reinterpret_cast<const ULONG*>(place + sizeof(ULONG));
             return;
         }
@@ -73,7 +73,7 @@ bool isIcon(HICON handle) {
     if (GetIconInfo(handle, &parts) == FALSE) {
         return false;
     }
-    // They are copies.
+    // GetIconInfo() has created copies.
     DeleteObject(parts.hbmMask);
     DeleteObject(parts.hbmColor);
     return true;
@@ -84,7 +84,8 @@ unsigned long countUserObjects(unsigned long windows) {
     if (counted != 0) {
         return counted;
     }
-    // As with the objects of GDI below; a window of another process has its index here too.
+    // As with the GDI objects below. Windows are not counted by index, since those of other processes have
+    // one here too.
     unsigned long count = windows;
     for (ULONG_PTR index = kFirstUserIndex; index < kHandleIndexes; index += 2) {
         count +=
@@ -98,7 +99,7 @@ unsigned long countGdiObjects() {
     if (counted != 0) {
         return counted;
     }
-    // Wine counts none, but knows each by its index alone.
+    // Wine always returns zero, but accepts the bare index of an object as its handle.
     unsigned long count = 0;
     for (ULONG_PTR index = 1; index < kHandleIndexes; ++index) {
         count += GetObjectType(reinterpret_cast<HGDIOBJ>(index)) != 0 ? 1 : 0;
@@ -117,7 +118,7 @@ ProcessFigures ProcessFigures::now() {
     PROCESS_MEMORY_COUNTERS memory = {};
     memory.cb = sizeof memory;
     GetProcessMemoryInfo(GetCurrentProcess(), &memory, sizeof memory);
-    // The commit charge; Wine gives no other private figure.
+    // The commit charge; Wine provides no other private figure.
     figures.privateBytes = memory.PagefileUsage;
     return figures;
 }

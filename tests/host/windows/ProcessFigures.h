@@ -3,16 +3,16 @@
 #include <cstddef>
 #include <string>
 
-/// What this process holds of the system at one moment.
+/// The system resources that this process holds at one moment.
 struct ProcessFigures {
     unsigned long kernelHandles = 0;
     unsigned long threads = 0;
-    /// Windows of every kind, those that only take messages too.
+    /// All windows, including message-only windows.
     unsigned long windows = 0;
-    /// Windows, menus, cursors and icons, and what else the system has of that kind where it counts it.
+    /// Windows, menus, cursors, icons, and other USER objects where the system counts them.
     unsigned long userObjects = 0;
     unsigned long gdiObjects = 0;
-    /// Committed memory that is this process's alone.
+    /// Private committed memory.
     std::size_t privateBytes = 0;
 
     static ProcessFigures now();

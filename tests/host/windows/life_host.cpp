@@ -1,12 +1,12 @@
-// A host that loads the module, uses it and ends as its arguments say. The service is the caller's, known by
-// the environment; stderr stays empty unless something is wrong.
+// A host that loads the module, uses it and ends as its arguments say. The caller provides the service and
+// sets its address in the environment; stderr stays empty unless something is wrong.
 //
 //   exit unload|keep idle|streaming return|process
 //       opens the panel, with an answer streaming or not, and ends with or without unloading the module
 //       first, by returning from main() or at once with ExitProcess
 //   rounds COUNT...
-//       loads the module, opens the panel, asks and unloads, COUNT times; after each COUNT writes what the
-//       process holds
+//       loads the module, opens the panel, asks and unloads, COUNT times; after each COUNT prints the
+//       resources that the process holds
 
 #include <windows.h>
 
@@ -33,7 +33,7 @@ int fail(const char* what) {
     return kFailure;
 }
 
-/// Traces are no failures; whatever else Qt has to say is one.
+/// Debug output is fine; any other message of Qt is a failure.
 void onQtMessage(QtMsgType type, const QMessageLogContext&, const QString& text) {
     if (type != QtDebugMsg && type != QtInfoMsg) {
         std::fprintf(stderr, "Qt: %s\n", qPrintable(text));
@@ -45,7 +45,7 @@ bool is(const char* argument, const char* word) {
 }
 
 int endAs(bool unload, bool streaming, bool returning) {
-    // Not deleted: what a host keeps is there until its process has ended.
+    // Not deleted: a host keeps it until its process ends.
     auto* const module = new LoadedModule;
     if (!module->load() || !module->openPanel()) {
         return fail("the panel does not open");
@@ -73,7 +73,7 @@ bool runRound(LoadedModule& module) {
     }
     LoadedModule::ask(QStringLiteral("怎样画圆"));
     const bool answered = LoadedModule::waitForAnswer() && TestProgram::pumpUntil(&LoadedModule::isIdle);
-    // What the end of the answer has posted.
+    // Handles what the end of the answer has posted.
     TestProgram::settle();
     return answered && LoadedModule::unload();
 }

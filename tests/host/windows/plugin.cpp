@@ -1,4 +1,4 @@
-// A plug-in that brings Qt into a host that knows nothing of it.
+// A plug-in that brings Qt into a host without Qt.
 
 #include <windows.h>
 
@@ -22,7 +22,7 @@ void countLater() {
         qApp, [] { ++g_delivered; }, Qt::QueuedConnection);
 }
 
-/// A loop as that of a message box: it ends with the message it waits for.
+/// A modal loop like that of a message box; it ends with the message `last`.
 void runModalLoop(UINT last) {
     QMfcApp::enterModalLoop();
     MSG message;
@@ -39,7 +39,7 @@ EXPORT int pluginStart(HINSTANCE plugin) {
     return QMfcApp::pluginInstance(plugin) ? 1 : 0;
 }
 
-/// Posts an event to Qt; pluginDelivered() counts those that came.
+/// Posts an event to Qt; pluginDelivered() counts the delivered ones.
 EXPORT void pluginPost();
 EXPORT void pluginPost() {
     countLater();
@@ -50,7 +50,8 @@ EXPORT int pluginDelivered() {
     return g_delivered;
 }
 
-/// Posts an event whose handling deletes an object later, and then runs a modal loop until `last` comes.
+/// Posts an event whose handler posts a deferred delete and then runs a modal loop until the message `last`
+/// arrives.
 EXPORT void pluginPostModalLoop(UINT last);
 EXPORT void pluginPostModalLoop(UINT last) {
     QMetaObject::invokeMethod(
@@ -72,7 +73,8 @@ EXPORT int pluginDeliveredInLoop() {
     return g_deliveredInLoop ? 1 : 0;
 }
 
-/// Whether the object that was to be deleted later was still there when the modal loop ended, and is now.
+/// Whether the object with the deferred delete still existed when the modal loop ended; pluginObjectLives():
+/// whether it still exists now.
 EXPORT int pluginObjectLivedInLoop();
 EXPORT int pluginObjectLivedInLoop() {
     return g_livedInLoop ? 1 : 0;

@@ -1,5 +1,5 @@
-// A host that is a plain Win32 program: it knows neither MFC nor Qt and has GetMessage for a loop. It loads
-// the plug-in that it is given and writes down what becomes of it, one fact in a line.
+// A plain Win32 host with a GetMessage loop, without MFC and Qt. It loads the plug-in named on its command
+// line and prints what happens, one fact per line.
 
 #include <windows.h>
 
@@ -28,7 +28,7 @@ void note(const char* fact, int value) {
     std::fflush(stdout);
 }
 
-/// Takes messages up to the wanted one.
+/// Dispatches messages until the wanted one arrives.
 void takeUpTo(UINT wanted) {
     MSG message;
     while (GetMessageW(&message, nullptr, 0, 0) > 0 && message.message != wanted) {

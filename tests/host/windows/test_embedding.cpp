@@ -7,15 +7,15 @@
 
 #include "tests/host/ModuleLoadFixture.h"
 
-// Where the view stands in the palette, as the system has it: rectangles of windows on the screen, not what
-// Qt believes. The tests also run at other resolutions, see test_host_resolution.cpp.
+// The view's place in the palette as the system reports it: window rectangles on the screen, not Qt's
+// geometry. The tests also run at other resolutions, see test_host_resolution.cpp.
 
 namespace {
 
 constexpr DWORD kPaletteWindowStyle = WS_CHILD | WS_VISIBLE;
 
-/// Makes the process the kind of host that the caller asks for, before there is any window; tells how it
-/// stands when everything has run.
+/// Sets the DPI awareness that the caller asks for before there is any window, and prints the resolution when
+/// all tests have run.
 class Host : public testing::Environment {
 public:
     void SetUp() override {
@@ -52,13 +52,13 @@ protected:
     CAdUiPalette* palette() const { return paletteSet()->GetActivePalette(); }
     static HWND viewWindow() { return reinterpret_cast<HWND>(LoadedModule::view()->winId()); }
 
-    /// The palette's place in its set.
+    /// Resizes the palette below the caption of its set.
     void sizePalette(int width, int height) const { palette()->MoveWindow(0, 26, width, height); }
 
     bool toggle() const { return LoadedModule::run(_T("KQ_AICHAT")); }
 
-    /// Where Qt scales, a whole number of its pixels may stand over by less than one. A view that may not
-    /// get any smaller stands over too.
+    /// Where Qt scales, the view may be larger by less than one Qt pixel. A view at its minimum size may be
+    /// larger, too.
     testing::AssertionResult viewCoversPalette() const {
         const QWidget* const view = LoadedModule::view();
         CRect outer;
@@ -107,9 +107,9 @@ TEST_F(Embedding, ViewCoversThePaletteAtEverySize) {
     }
 }
 
-TEST_F(Embedding, ViewThatGetsTooLittleRoomIsCutOffAndComesBack) {
+TEST_F(Embedding, ViewIsClippedByATooSmallPaletteAndRestored) {
     ASSERT_TRUE(openPanel());
-    // The view's layout has a least size; the palette, being its parent, shows the upper left part of it.
+    // The view's layout has a minimum size; the palette, being its parent, clips it to its upper left part.
     for (const CSize size : {CSize(120, 90), CSize(33, 7)}) {
         sizePalette(size.cx, size.cy);
         TestProgram::settle();
@@ -129,7 +129,7 @@ TEST_F(Embedding, ViewThatGetsTooLittleRoomIsCutOffAndComesBack) {
     EXPECT_TRUE(IsWindowVisible(viewWindow()));
 }
 
-TEST_F(Embedding, ViewCoversThePaletteSizedBeforeThePanelIsEverOpened) {
+TEST_F(Embedding, ViewCoversThePaletteResizedBeforeThePanelIsOpened) {
     sizePalette(444, 555);
     EXPECT_TRUE(viewCoversPalette());
     EXPECT_FALSE(IsWindowVisible(viewWindow()));
@@ -137,7 +137,7 @@ TEST_F(Embedding, ViewCoversThePaletteSizedBeforeThePanelIsEverOpened) {
     EXPECT_TRUE(viewCoversPalette());
 }
 
-TEST_F(Embedding, ViewCoversThePaletteSizedWhileThePanelIsHidden) {
+TEST_F(Embedding, ViewCoversThePaletteResizedWhileThePanelIsHidden) {
     ASSERT_TRUE(openPanel());
     ASSERT_TRUE(toggle());
     EXPECT_FALSE(IsWindowVisible(viewWindow()));
@@ -175,10 +175,10 @@ TEST_F(Embedding, ViewFollowsThePanelToTheOtherSide) {
     EXPECT_TRUE(viewCoversPalette());
 }
 
-TEST_F(Embedding, ViewFollowsThePanelAfloatAndBack) {
+TEST_F(Embedding, ViewFollowsThePanelWhenItFloatsAndDocksAgain) {
     ASSERT_TRUE(openPanel());
     const HWND set = paletteSet()->m_hWnd;
-    // A floating panel stands in a small frame of its own, as the host makes it.
+    // A floating panel is in a small frame of its own, as in the host.
     CFrameWnd floating;
     ASSERT_TRUE(floating.Create(nullptr, _T("Zentri"), WS_POPUP | WS_CAPTION | WS_THICKFRAME,
                                 CRect(500, 120, 1100, 620), program.frame()));
@@ -218,14 +218,14 @@ TEST_F(Embedding, ViewMovesIntoThePalettesNewWindow) {
     }
 }
 
-TEST_F(Embedding, ViewHasNoFrameOfItsOwn) {
+TEST_F(Embedding, ViewHasNoWindowFrame) {
     ASSERT_TRUE(openPanel());
     const auto style = static_cast<DWORD>(GetWindowLongPtrW(viewWindow(), GWL_STYLE));
     EXPECT_EQ(style & (WS_CHILD | WS_POPUP), static_cast<DWORD>(WS_CHILD));
     EXPECT_EQ(style & (WS_CAPTION | WS_THICKFRAME), 0U);
 }
 
-TEST_F(Embedding, NoSecondWindowOfTheViewStandsInThePalette) {
+TEST_F(Embedding, ThePaletteHasNoOtherChildWindow) {
     ASSERT_TRUE(openPanel());
     sizePalette(512, 384);
     ASSERT_TRUE(toggle());

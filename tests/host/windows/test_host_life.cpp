@@ -4,15 +4,15 @@
 #include "tests/chat/ServiceReplies.h"
 #include "tests/host/windows/ChildHost.h"
 
-// How the module lives and ends in a process of its host's, seen from outside.
+// The module's life in a host process, observed from outside.
 
 namespace {
 
 const QString kHost = QStringLiteral(LIFE_HOST);
 const QByteArray kLongAnswer = "data:first\ndata:second\ndata:third\ndata:fourth\ndata:fifth\n\n";
 constexpr int kStopMilliseconds = 5000;
-/// What a heap may keep of fifty rounds although everything has been given back; it settles after about that
-/// many. The font alone would be as much in every single round.
+/// What the heap may retain after fifty rounds although everything has been freed; it is stable after about
+/// that many. A leak of the font alone would be as much in every round.
 constexpr qint64 kHeapSlack = 4 * 1024 * 1024;
 
 struct Ending {
@@ -28,7 +28,7 @@ void PrintTo(const Ending& ending, std::ostream* out) {
 
 class HostEnding : public ChildHost, public testing::WithParamInterface<Ending> {};
 
-/// What the host has written of itself after some rounds.
+/// The figures that the host has printed after some rounds.
 struct Figures {
     explicit Figures(const QString& line) {
         static const QRegularExpression form(QStringLiteral(
@@ -56,7 +56,7 @@ class HostRounds : public ChildHost {};
 
 }  // namespace
 
-TEST_P(HostEnding, LeavesNoErrorAndIsQuick) {
+TEST_P(HostEnding, IsQuickAndWithoutErrors) {
     const Ending& ending = GetParam();
     const bool streaming = qstrcmp(ending.answer, "streaming") == 0;
     start(kHost, {QStringLiteral("exit"), QString::fromLatin1(ending.module),
@@ -86,7 +86,7 @@ INSTANTIATE_TEST_SUITE_P(
                            "process"}),
     [](const testing::TestParamInfo<Ending>& ending) { return std::string(ending.param.name); });
 
-TEST_F(HostRounds, LoadingAskingAndUnloadingFiftyTimesLeavesNothingBehind) {
+TEST_F(HostRounds, LoadingAskingAndUnloadingFiftyTimesLeaksNothing) {
     service.answer(kChatTarget, kLongAnswer, 200, "text/event-stream");
     // The first rounds fill caches.
     start(kHost, {QStringLiteral("rounds"), QStringLiteral("10"), QStringLiteral("50")});

@@ -6,15 +6,15 @@
 
 #include "tests/host/windows/ChildHost.h"
 
-// The tests of the embedding once more, in processes that start on a screen of another resolution or with a
-// Qt that scales.
+// Runs the tests of the embedding again, in processes that start at another screen resolution or with Qt
+// scaling.
 
 namespace {
 
 const QString kEmbeddingTests = QStringLiteral(EMBEDDING_TESTS);
-constexpr int kPatienceMilliseconds = 50000;
+constexpr int kTimeoutMilliseconds = 50000;
 
-/// Another resolution of the user's screen while it lives. A process asks for it when it starts.
+/// Sets another resolution of the user's screen while it exists. A process reads it when it starts.
 class ScreenResolution {
 public:
     explicit ScreenResolution(DWORD dpi) {
@@ -46,7 +46,7 @@ private:
 
 class Resolution : public ChildHost {
 protected:
-    /// Starts the tests in an environment with the variables ("name=value") and returns what they write.
+    /// Runs the tests with the environment variables ("name=value") and returns their output.
     QString runEmbeddingTests(const QStringList& variables) {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("windows"));
@@ -57,7 +57,7 @@ protected:
         child.setProcessEnvironment(environment);
         child.setProcessChannelMode(QProcess::MergedChannels);
         start(kEmbeddingTests, {});
-        child.waitForFinished(kPatienceMilliseconds);
+        child.waitForFinished(kTimeoutMilliseconds);
         return QString::fromUtf8(child.readAllStandardOutput());
     }
 
@@ -67,7 +67,7 @@ protected:
     }
 };
 
-/// A screen, and how much of screens the host says it knows: that there are several, one, or nothing.
+/// A screen resolution and the host's DPI awareness.
 struct Screen {
     const char* name;
     int dpi;
@@ -99,17 +99,19 @@ TEST_P(HostAtResolution, ViewCoversThePalette) {
     const QString output =
         runEmbeddingTests({QStringLiteral("ZENTRI_TEST_AWARENESS=") + QLatin1String(screen.awareness)});
     if (!output.contains(QStringLiteral("screen resolution: %1 dpi").arg(screen.dpi))) {
-        GTEST_SKIP() << "This system takes up another resolution only when the user signs in again.";
+        GTEST_SKIP() << "This system applies another resolution only after the user signs in again.";
     }
     EXPECT_TRUE(passed(output)) << output.toStdString();
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Embedding, HostAtResolution,
-    testing::Values(Screen{"of_120_dpi", 120, "monitor"}, Screen{"of_144_dpi", 144, "monitor"},
-                    Screen{"of_144_dpi_in_a_host_that_knows_one_screen", 144, "system"},
-                    Screen{"of_144_dpi_in_a_host_that_knows_of_no_screens", 144, "unaware"}),
-    [](const testing::TestParamInfo<Screen>& test) { return std::string(test.param.name); });
+INSTANTIATE_TEST_SUITE_P(Embedding, HostAtResolution,
+                         testing::Values(Screen{"of_120_dpi", 120, "monitor"},
+                                         Screen{"of_144_dpi", 144, "monitor"},
+                                         Screen{"of_144_dpi_in_a_system_aware_host", 144, "system"},
+                                         Screen{"of_144_dpi_in_an_unaware_host", 144, "unaware"}),
+                         [](const testing::TestParamInfo<Screen>& test) {
+                             return std::string(test.param.name);
+                         });
 
 TEST_P(ScalingQt, ViewCoversThePalette) {
     const QString factor = QString::fromLatin1(GetParam().factor);

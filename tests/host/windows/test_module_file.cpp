@@ -1,4 +1,4 @@
-// The module as a file: what a Windows that has the host finds in it.
+// The module file as Windows sees it.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -23,8 +23,8 @@ using testing::UnorderedElementsAre;
 
 namespace {
 
-/// What the module may import from: Windows, the host (the slices stand for its DLLs and MFC's), Qt, the
-/// compiler's run-time.
+/// The DLLs that the module may import from: Windows, the host (the slices stand in for its DLLs and MFC's),
+/// Qt, the compiler's run-time.
 const std::set<std::string> kWindows = {"kernel32.dll", "user32.dll", "ole32.dll",
                                         "wininet.dll",  "msvcrt.dll", "ucrtbase.dll"};
 const std::set<std::string> kHost = {"libzentri_sdk_mfc.dll", "libzentri_sdk_arx.dll"};
@@ -42,7 +42,7 @@ QByteArray contentOf(const QString& path) {
     return file.readAll();
 }
 
-/// The module's resources, which are there while it is mapped.
+/// The module's resources, which are registered while it is loaded.
 class ModuleResources : public ModuleFile {
 protected:
     ModuleResources() : m_handle(LoadLibraryA(MODULE_FILE)) {}
@@ -89,11 +89,11 @@ TEST_F(ModuleFile, CallsTheRealWindows) {
          {"SetWindowsHookExW", "CallNextHookEx", "PeekMessageW", "SendMessageW", "GetMenu"}) {
         EXPECT_THAT(imports.at("user32.dll"), Contains(function));
     }
-    // MSVC's own; the compiler's older one has not all of the log's date format.
+    // MSVC's run-time; mingw's older one does not support all of the log's date format.
     EXPECT_THAT(imports.at("ucrtbase.dll"), Contains("wcsftime"));
 }
 
-TEST_F(ModuleFile, AFileThatWasCutOffIsAnError) {
+TEST_F(ModuleFile, ATruncatedFileIsAnError) {
     std::ifstream whole(MODULE_FILE, std::ios::binary);
     const std::string bytes((std::istreambuf_iterator<char>(whole)), std::istreambuf_iterator<char>());
     const std::string path = testing::TempDir() + "zentri_cut.arx";
@@ -135,7 +135,7 @@ TEST_F(ModuleResources, HaveADarkTwinOfEveryIconButThree) {
     EXPECT_EQ(light, dark);
 }
 
-TEST_F(ModuleResources, StandInTheFileItself) {
+TEST_F(ModuleResources, AreInTheFileItself) {
     QDirIterator resources(QStringLiteral(":/res"), QDir::Files, QDirIterator::Subdirectories);
     while (resources.hasNext()) {
         const QResource resource(resources.next());
@@ -149,7 +149,7 @@ TEST_F(ModuleResources, StandInTheFileItself) {
     }
 }
 
-TEST_F(ModuleResources, GoWhenTheModuleIsUnmapped) {
+TEST_F(ModuleResources, AreUnregisteredWhenTheModuleIsUnloaded) {
     const QString icon = QStringLiteral(":/res/img/LOGO.png");
     EXPECT_TRUE(QFile::exists(icon));
     FreeLibrary(m_handle);
@@ -158,7 +158,7 @@ TEST_F(ModuleResources, GoWhenTheModuleIsUnmapped) {
     EXPECT_TRUE(QFile::exists(icon));
 }
 
-/// What the Explorer shows of the file.
+/// The version information that Explorer shows.
 class ModuleVersion : public testing::Test {
 protected:
     void SetUp() override {

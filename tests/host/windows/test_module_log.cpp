@@ -8,7 +8,7 @@
 #include "host/core/ZR_ZentriText.h"
 #include "tests/host/ModuleLoadFixture.h"
 
-// The log beside the module's file, wherever that stands and whatever stands in its way.
+// The log next to the module file, in all kinds of folders and with all kinds of obstacles.
 
 namespace {
 
@@ -17,8 +17,8 @@ const QString kStamp = QStringLiteral("\n\\[\\d{4}年\\d\\d月\\d\\d日  \\d\\d:
 constexpr int kSharingViolation = 32;
 constexpr int kAccessDenied = 5;
 
-/// A copy of the module in a folder of the test's own. It stays until the test runs again: a module that has
-/// been loaded is in use until the process ends.
+/// A copy of the module in a folder of the test's own. It remains until the test runs again: a module that
+/// has been loaded is in use until the process ends.
 class ModuleCopy {
 protected:
     ModuleCopy()
@@ -49,7 +49,7 @@ protected:
         program.host().clearPrinted();
     }
 
-    /// Asks, which is logged, and lets the answer come.
+    /// Asks a question, which is logged, and answers it.
     void exchange(const QString& question) {
         const int request = askAndReceive(question);
         ASSERT_GE(request, 0);
@@ -73,7 +73,7 @@ protected:
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
 
-    /// What follows the byte-order mark.
+    /// The content after the byte-order mark.
     QString text() const {
         const QByteArray content = bytes().mid(kByteOrderMark.size());
         return QString(reinterpret_cast<const QChar*>(content.constData()), content.size() / 2);
@@ -90,7 +90,7 @@ protected:
         return QStringLiteral("\nZR_Zentri Logger init failed : create log file failed.Error:%1").arg(error);
     }
 
-    /// What the system says when this program opens the log's file for writing; 0 when it does.
+    /// The system's error when this program opens the log file for writing; 0 when it succeeds.
     int errorOfWriting() const {
         const HANDLE file = CreateFileW(toCString(QDir::toNativeSeparators(logFile)), GENERIC_WRITE, 0,
                                         nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
@@ -101,8 +101,8 @@ protected:
         return 0;
     }
 
-    /// The log's file as another program has it open.
-    HANDLE openForMyself() const {
+    /// Opens the log file for exclusive use, as another program would.
+    HANDLE openExclusively() const {
         return CreateFileW(toCString(QDir::toNativeSeparators(logFile)), GENERIC_READ, 0, nullptr,
                            OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     }
@@ -113,7 +113,7 @@ protected:
 
 }  // namespace
 
-TEST_F(ModuleLog, StandsInAFolderOfChineseCharactersAndBlanks) {
+TEST_F(ModuleLog, WorksInAFolderWithChineseCharactersAndBlanks) {
     open();
     exchange(QStringLiteral("怎样画圆"));
     EXPECT_TRUE(printed().isEmpty()) << printed().toStdString();
@@ -137,7 +137,7 @@ TEST_F(ModuleLog, IsLittleEndianWithOneMarkHoweverOftenTheModuleIsLoaded) {
 TEST_F(ModuleLog, AReadOnlyFileIsReportedAndTheModuleStaysUsable) {
     makeLog("old");
     ASSERT_TRUE(SetFileAttributesW(toCString(QDir::toNativeSeparators(logFile)), FILE_ATTRIBUTE_READONLY));
-    // Wine lets a user who may do everything write to the file all the same.
+    // Wine lets root write to the file all the same.
     const int error = errorOfWriting();
     open();
     exchange(QStringLiteral("怎样画圆"));
@@ -146,7 +146,7 @@ TEST_F(ModuleLog, AReadOnlyFileIsReportedAndTheModuleStaysUsable) {
     EXPECT_EQ(bytes() == QByteArray("old"), error != 0);
 }
 
-TEST_F(ModuleLog, AFolderOfItsNameIsReportedAndTheModuleStaysUsable) {
+TEST_F(ModuleLog, AFolderWithItsNameIsReportedAndTheModuleStaysUsable) {
     ASSERT_TRUE(folder.mkdir(QStringLiteral("ZR_ZentriLogs.txt")));
     open();
     exchange(QStringLiteral("怎样画圆"));
@@ -155,9 +155,9 @@ TEST_F(ModuleLog, AFolderOfItsNameIsReportedAndTheModuleStaysUsable) {
     EXPECT_EQ(printed(), failure(kAccessDenied));
 }
 
-TEST_F(ModuleLog, AFileThatAnotherProgramKeepsForItselfIsReported) {
+TEST_F(ModuleLog, AFileLockedByAnotherProgramIsReported) {
     makeLog("old");
-    const HANDLE other = openForMyself();
+    const HANDLE other = openExclusively();
     ASSERT_NE(other, INVALID_HANDLE_VALUE);
     open();
     exchange(QStringLiteral("怎样画圆"));
@@ -166,10 +166,10 @@ TEST_F(ModuleLog, AFileThatAnotherProgramKeepsForItselfIsReported) {
     EXPECT_EQ(bytes(), QByteArray("old"));
 }
 
-TEST_F(ModuleLog, EntriesAreLostSilentlyWhileAnotherProgramKeepsTheFile) {
+TEST_F(ModuleLog, EntriesAreLostSilentlyWhileAnotherProgramLocksTheFile) {
     open();
     exchange(QStringLiteral("第一问"));
-    const HANDLE other = openForMyself();
+    const HANDLE other = openExclusively();
     ASSERT_NE(other, INVALID_HANDLE_VALUE);
     exchange(QStringLiteral("第二问"));
     CloseHandle(other);

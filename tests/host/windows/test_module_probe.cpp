@@ -4,7 +4,7 @@
 #include "host/core/ZR_ZentriText.h"
 #include "tests/host/ModuleLoadFixture.h"
 
-// The system's own check of the network, as the module calls it before each question.
+// The system's connectivity check, which the module calls before each question.
 
 namespace {
 
@@ -29,13 +29,13 @@ protected:
 
 }  // namespace
 
-TEST_F(ModuleProbe, ConnectsToTheSiteBeforeTheQuestionGoesOut) {
+TEST_F(ModuleProbe, ConnectsToTheSiteBeforeItSendsTheQuestion) {
     EXPECT_GE(askAndReceive(QStringLiteral("怎样画圆")), 0);
     EXPECT_TRUE(TestProgram::pumpUntil([this] { return m_site.hasPendingConnections(); }));
     EXPECT_TRUE(printed().isEmpty()) << printed().toStdString();
 }
 
-TEST_F(ModuleProbe, SendsNothingWhileTheSiteIsClosedAndAgainOnceItIsOpen) {
+TEST_F(ModuleProbe, SendsNothingWhileTheSiteIsUnreachable) {
     const quint16 port = m_site.serverPort();
     m_site.close();
     const int before = service->requestCount();

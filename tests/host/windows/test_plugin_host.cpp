@@ -2,7 +2,7 @@
 
 #include "tests/host/windows/ChildHost.h"
 
-// The glue's second entry in the kind of host it is for.
+// pluginInstance() in the kind of host that it is meant for.
 
 namespace {
 
@@ -15,7 +15,7 @@ protected:
         }
     }
 
-    /// -1 when the host did not come as far.
+    /// -1 when the host did not get that far.
     int fact(const char* name) const { return m_facts.value(QString::fromLatin1(name), -1); }
 
 private:
@@ -24,7 +24,7 @@ private:
 
 }  // namespace
 
-TEST_F(PluginHost, EndsWellWithThePlugInInMemory) {
+TEST_F(PluginHost, EndsCleanlyWithThePlugInLoaded) {
     EXPECT_TRUE(endsWell());
 }
 
@@ -43,12 +43,12 @@ TEST_F(PluginHost, DeliversPostedEventsInAModalLoop) {
     EXPECT_EQ(fact("delivered in the modal loop"), 1);
 }
 
-TEST_F(PluginHost, KeepsWhatIsDeletedLaterUntilTheModalLoopHasEnded) {
+TEST_F(PluginHost, HoldsBackDeferredDeletesUntilTheModalLoopHasEnded) {
     EXPECT_EQ(fact("object lives at the modal loop's end"), 1);
     EXPECT_EQ(fact("object lives afterwards"), 0);
 }
 
-TEST_F(PluginHost, KeepsThePlugInMappedAndServedWhenItFreesIt) {
+TEST_F(PluginHost, KeepsThePlugInLoadedAndServedAfterFreeLibrary) {
     EXPECT_EQ(fact("mapped when freed"), 1);
     EXPECT_EQ(fact("delivered when freed"), 1);
 }

@@ -14,8 +14,8 @@
 
 namespace {
 
-/// A frame that takes note of the menu keys that it gets, and what had the focus then.
-class NotingFrame : public CMDIFrameWnd {
+/// A frame that records the menu keys it receives, and whether it had the focus then.
+class RecordingFrame : public CMDIFrameWnd {
 public:
     struct Key {
         UINT message;
@@ -42,10 +42,10 @@ protected:
     }
 };
 
-/// The user's Alt key while a field of an embedded Qt view has the focus and a loop of Qt's runs.
+/// The user's Alt key while a field of an embedded Qt view has the focus and a Qt event loop runs.
 class WindowsMenuKeys : public testing::Test {
 protected:
-    struct FocusedField : PanelInFrame<NotingFrame> {
+    struct FocusedField : PanelInFrame<RecordingFrame> {
         FocusedField() : field(new QLineEdit(&view)) {
             showView();
             frame->SetForegroundWindow();
@@ -60,8 +60,8 @@ protected:
 
     HWND viewHandle() const { return window.viewHandle(); }
 
-    /// Runs a loop of Qt's until the condition holds; false when it does not in time.
-    static bool inQtsLoop(const std::function<bool()>& condition) {
+    /// Runs a Qt event loop until the condition holds; false on timeout.
+    static bool inQtLoop(const std::function<bool()>& condition) {
         constexpr int kTickMs = 10;
         constexpr int kTimeoutMs = 5000;
         QEventLoop loop;
@@ -82,31 +82,31 @@ protected:
     TestProgram program;
     QApplication* application = QMfcApp::mfc_instance(&testApp());
     FocusedField window;
-    NotingFrame* frame = window.frame;
+    RecordingFrame* frame = window.frame;
     QLineEdit* field = window.field;
 };
 
 }  // namespace
 
-TEST_F(WindowsMenuKeys, TheReleasedAltKeyGoesToTheFrameAndTheFieldHasItsFocusBack) {
+TEST_F(WindowsMenuKeys, ReleasingAltReachesTheFrameAndTheFieldRegainsTheFocus) {
     ASSERT_EQ(GetFocus(), viewHandle());
     ASSERT_TRUE(win32KeyEvent(VK_MENU, true));
     ASSERT_TRUE(win32KeyEvent(VK_MENU, false));
-    EXPECT_TRUE(inQtsLoop([this] { return frame->got(WM_SYSKEYUP, VK_MENU); }));
+    EXPECT_TRUE(inQtLoop([this] { return frame->got(WM_SYSKEYUP, VK_MENU); }));
     ASSERT_EQ(frame->keys.size(), 1U);
     EXPECT_TRUE(frame->keys[0].frameHadFocus);
     EXPECT_EQ(GetFocus(), viewHandle());
-    EXPECT_TRUE(inQtsLoop([this] { return field->hasFocus(); }));
-    // The next key is the field's.
+    EXPECT_TRUE(inQtLoop([this] { return field->hasFocus(); }));
+    // The next key goes to the field.
     ASSERT_TRUE(win32KeyStroke('A'));
-    EXPECT_TRUE(inQtsLoop([this] { return field->text() == QStringLiteral("a"); }));
+    EXPECT_TRUE(inQtLoop([this] { return field->text() == QStringLiteral("a"); }));
 }
 
-TEST_F(WindowsMenuKeys, AKeyPressedWithAltGoesToTheFrameFollowedByAltsRelease) {
+TEST_F(WindowsMenuKeys, AKeyPressedWithAltReachesTheFrameFollowedByAltsRelease) {
     ASSERT_EQ(GetFocus(), viewHandle());
     ASSERT_TRUE(win32KeyEvent(VK_MENU, true));
     ASSERT_TRUE(win32KeyEvent('Q', true));
-    EXPECT_TRUE(inQtsLoop([this] { return frame->got(WM_SYSKEYUP, VK_MENU); }));
+    EXPECT_TRUE(inQtLoop([this] { return frame->got(WM_SYSKEYUP, VK_MENU); }));
     ASSERT_EQ(frame->keys.size(), 2U);
     EXPECT_EQ(frame->keys[0].message, static_cast<UINT>(WM_SYSKEYDOWN));
     EXPECT_EQ(frame->keys[0].key, static_cast<WPARAM>('Q'));
@@ -114,7 +114,7 @@ TEST_F(WindowsMenuKeys, AKeyPressedWithAltGoesToTheFrameFollowedByAltsRelease) {
     EXPECT_TRUE(field->text().isEmpty());
     win32KeyEvent('Q', false);
     win32KeyEvent(VK_MENU, false);
-    EXPECT_TRUE(inQtsLoop([] { return GetKeyState(VK_MENU) >= 0; }));
+    EXPECT_TRUE(inQtLoop([] { return GetKeyState(VK_MENU) >= 0; }));
     EXPECT_EQ(frame->keys.size(), 2U);
     EXPECT_EQ(GetFocus(), viewHandle());
 }

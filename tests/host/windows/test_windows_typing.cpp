@@ -12,12 +12,12 @@ namespace {
 
 const QString kTextOfAnInputMethod = QStringLiteral("画\U00020BB7圆\U0001F600");
 
-/// What only the real system brings: its input methods' messages, its injected characters, its clipboard.
+/// What only real Windows has: messages of input methods, injected characters, its clipboard.
 class WindowsTyping : public TypingFixture {
 protected:
     WindowsTyping() { focusInput(); }
 
-    /// Injects characters that no key has, as a handwriting panel or an on-screen keyboard does.
+    /// Injects characters without keys, as a handwriting panel or an on-screen keyboard does.
     static bool inject(const QString& text) {
         std::vector<INPUT> inputs;
         for (const QChar unit : text) {
@@ -48,7 +48,7 @@ protected:
     }
 };
 
-/// Takes note of the menu loops of this thread and leaves each by the Escape key.
+/// Counts the menu loops of this thread and leaves each with the Escape key.
 class MenuLoops {
 public:
     MenuLoops() {
@@ -84,7 +84,7 @@ int MenuLoops::s_left = 0;
 }  // namespace
 
 TEST_F(WindowsTyping, TextOfAnInputMethodArrivesOnce) {
-    // The system makes a WM_CHAR of each.
+    // The system turns each into a WM_CHAR.
     postCharacters(WM_IME_CHAR, kTextOfAnInputMethod);
     EXPECT_TRUE(typed(kTextOfAnInputMethod)) << inputBox()->toPlainText().toStdString();
     EXPECT_TRUE(program.host().sent().empty());
@@ -102,7 +102,7 @@ TEST_F(WindowsTyping, AnotherProgramsTextIsPastedOnce) {
     EXPECT_TRUE(typed(kTextOfAnInputMethod)) << inputBox()->toPlainText().toStdString();
 }
 
-TEST_F(WindowsTyping, AltOpensTheHostsMenuAndTheFieldHasTheKeysAgainAfterIt) {
+TEST_F(WindowsTyping, AltOpensTheHostsMenuAndTheFieldRegainsTheKeyboard) {
     const MenuLoops loops;
     ASSERT_TRUE(win32KeyEvent(VK_MENU, true));
     ASSERT_TRUE(win32KeyEvent(VK_MENU, false));
