@@ -14,11 +14,13 @@ END_MESSAGE_MAP()
 ZR_ZentriPaletteSet::ZR_ZentriPaletteSet() = default;
 
 ZR_ZentriPaletteSet::~ZR_ZentriPaletteSet() {
-    // The palette leaves the base class before it is deleted: whether the base class would delete the
-    // palettes that it still holds then makes no difference.
+    // Whether the base class deletes its palettes and destroys its window is not documented. So the palette
+    // leaves it before it is deleted, and the window is destroyed here, while the message handlers still run.
     if (GetPaletteCount() > 0) {
         RemovePalette(0);
     }
+    m_palette.reset();
+    DestroyWindow();
 }
 
 void ZR_ZentriPaletteSet::addPalette(std::unique_ptr<ZR_ZentriPalette> palette) {

@@ -7,6 +7,7 @@
 #include <QTimer>
 #include <QWindow>
 #include <stdexcept>
+#include <tuple>
 
 #include "chat/ZR_AiChatCSThread.h"
 #include "chat/ZR_AiChatModuleState.h"
@@ -418,20 +419,6 @@ TEST_F(Palette, WithoutAPaletteThereIsNoView) {
     EXPECT_EQ(zentriChatView(), nullptr);
 }
 
-TEST_F(Palette, IsDeletedByItsSetWhetherOrNotTheBaseClassStillHoldsIt) {
-    for (const bool held : {true, false}) {
-        load();
-        const QPointer<QWidget> watched = view();
-        ASSERT_NE(watched, nullptr);
-        if (!held) {
-            ASSERT_TRUE(g_zentriPaletteSet->RemovePalette(0));
-        }
-        unload();
-        EXPECT_TRUE(watched.isNull()) << held;
-        EXPECT_EQ(zentriPaletteAccess(), nullptr) << held;
-    }
-}
-
 TEST_F(Palette, GivesTheModuleAccessToItsViewAndTheFocus) {
     openPanel();
     EXPECT_EQ(zentriPaletteAccess()->chatView(), view());
@@ -441,3 +428,42 @@ TEST_F(Palette, GivesTheModuleAccessToItsViewAndTheFocus) {
     EXPECT_TRUE(palette()->OnSetActive());
     EXPECT_TRUE(palette()->CanFrameworkTakeFocus());
 }
+
+/// Hosts whose palette sets do, or do not, delete their palettes and destroy their window.
+class PaletteInHost : public ModuleFixture, public testing::WithParamInterface<std::tuple<bool, bool>> {
+protected:
+    PaletteInHost() {
+        arxVariant().setDeletesPalettes = std::get<0>(GetParam());
+        arxVariant().setDestroysWindow = std::get<1>(GetParam());
+    }
+};
+
+TEST_P(PaletteInHost, IsDeletedOnceWithItsSetAndTheirWindows) {
+    load();
+    openPanel();
+    const QPointer<QWidget> watchedView = view();
+    const HWND setWindow = g_zentriPaletteSet->m_hWnd;
+    const HWND paletteWindow = paletteHandle();
+    unload();
+    EXPECT_TRUE(watchedView.isNull());
+    EXPECT_EQ(zentriPaletteAccess(), nullptr);
+    EXPECT_FALSE(IsWindow(setWindow));
+    EXPECT_FALSE(IsWindow(paletteWindow));
+    EXPECT_EQ(paletteSetsInFrame(), 0);
+
+    program.host().clearPrinted();
+    load();
+    openPanel();
+    EXPECT_TRUE(view()->isVisible());
+}
+
+TEST_P(PaletteInHost, IsDeletedEvenIfItsSetNoLongerContainsIt) {
+    load();
+    const QPointer<QWidget> watchedView = view();
+    ASSERT_TRUE(g_zentriPaletteSet->RemovePalette(0));
+    unload();
+    EXPECT_TRUE(watchedView.isNull());
+    EXPECT_EQ(zentriPaletteAccess(), nullptr);
+}
+
+INSTANTIATE_TEST_SUITE_P(Variants, PaletteInHost, testing::Combine(testing::Bool(), testing::Bool()));
