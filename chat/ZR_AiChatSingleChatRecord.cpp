@@ -2,6 +2,8 @@
 
 #include <chrono>
 
+#include "host/core/ZR_ZentriWideText.h"
+
 namespace {
 
 constexpr DWORD kArchiveVersion = 1;
@@ -68,7 +70,7 @@ void ZR_AiChatSingleChatRecord::Serialize(CArchive& archive) {
 }
 
 bool ZR_AiChatSingleChatRecord::IsSession(const CString& sessionId) const {
-    return m_sessionId == sessionId;
+    return sameText(m_sessionId, sessionId);
 }
 
 void ZR_AiChatSingleChatRecord::AddUnit(std::uint32_t role, const CString& text) {
@@ -119,7 +121,7 @@ CString ZR_AiChatSingleChatRecord::GetLastUserInput() const {
 
 bool ZR_AiChatSingleChatRecord::ContainsText(const CString& text) const {
     for (INT_PTR i = 0; i < m_units.GetCount(); ++i) {
-        if (m_units[i].message.Find(text) >= 0) {
+        if (containsText(m_units[i].message, text)) {
             return true;
         }
     }

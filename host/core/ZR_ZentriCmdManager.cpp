@@ -6,6 +6,7 @@
 #include "host/core/ZR_ZentriCmdRecorder.h"
 #include "host/core/ZR_ZentriModalScope.h"
 #include "host/core/ZR_ZentriText.h"
+#include "host/core/ZR_ZentriWideText.h"
 
 namespace {
 
@@ -44,6 +45,9 @@ void ZR_ZentriCmdManager::runCommand(CString command) {
     if (document == nullptr) {
         return;
     }
+    // The host takes a terminated string: after an embedded null it would not see the line feed that runs the
+    // command.
+    command = terminatedText(command);
     // The message box runs the host's message loop, and the document may be closed meanwhile. So the current
     // one is looked up again for each string.
     if (!document->isQuiescent()) {

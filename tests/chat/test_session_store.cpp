@@ -82,6 +82,37 @@ TEST(SessionStore, FindsTheSameAsALinearSearch) {
     }
 }
 
+TEST(SessionStore, DistinguishesIdsThatDifferAfterAnEmbeddedNull) {
+    const CString first(_T("id\0a"), 4);
+    const CString second(_T("id\0b"), 4);
+    ZR_AiChatSessionStore store;
+    for (const CString& id : {first, second, CString(_T("id"))}) {
+        ZR_AiChatSingleChatRecord session;
+        session.SetSessionId(id);
+        session.AddUnit(kChatRoleUser, id);
+        store.put(session);
+    }
+    ASSERT_EQ(store.list().GetCount(), 3);
+    for (const CString& id : {first, second, CString(_T("id"))}) {
+        ASSERT_NE(store.find(id), nullptr);
+        EXPECT_TRUE(store.find(id)->IsSession(id));
+        EXPECT_EQ(markOf(*store.find(id)), toQString(id));
+    }
+    EXPECT_FALSE(store.find(first)->IsSession(second));
+}
+
+TEST(SessionStore, AcceptsARecordOfItsOwnList) {
+    ZR_AiChatSessionStore store;
+    for (int id = 0; id < 5; ++id) {
+        store.put(record(id, id));
+    }
+    for (int id = 0; id < 5; ++id) {
+        store.put(*store.find(toCString(QString::number(id))));
+    }
+    ASSERT_EQ(store.list().GetCount(), 5);
+    EXPECT_EQ(markOf(store.list()[4]), QStringLiteral("4"));
+}
+
 TEST(SessionStore, StoresCopies) {
     ZR_AiChatSessionStore store;
     ZR_AiChatSingleChatRecord session = record(1, 1);

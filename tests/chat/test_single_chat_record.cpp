@@ -155,6 +155,23 @@ TEST(SingleChatRecord, FindsTextInAnyMessageCaseSensitively) {
     EXPECT_TRUE(record.ContainsText(_T("")));
 }
 
+TEST(SingleChatRecord, FindsTextAfterAnEmbeddedNull) {
+    ZR_AiChatSingleChatRecord record;
+    record.AddUnit(kChatRoleUser, CString(_T("before\0after"), 12));
+    EXPECT_TRUE(record.ContainsText(_T("after")));
+    EXPECT_TRUE(record.ContainsText(CString(_T("e\0a"), 3)));
+    EXPECT_FALSE(record.ContainsText(CString(_T("e\0x"), 3)));
+    EXPECT_EQ(record.GetTitle().GetLength(), 12);
+}
+
+TEST(SingleChatRecord, ComparesItsIdAfterAnEmbeddedNull) {
+    ZR_AiChatSingleChatRecord record;
+    record.SetSessionId(CString(_T("id\0a"), 4));
+    EXPECT_TRUE(record.IsSession(CString(_T("id\0a"), 4)));
+    EXPECT_FALSE(record.IsSession(CString(_T("id\0b"), 4)));
+    EXPECT_FALSE(record.IsSession(_T("id")));
+}
+
 TEST(SingleChatRecord, DoesNotFindTextInTheSessionId) {
     ZR_AiChatSingleChatRecord record;
     record.SetSessionId(_T("needle"));

@@ -31,7 +31,7 @@ bool PlainHistoryEntry::matchesSearch(const QString& text) const {
     SingleChatUnitList units;
     record.GetUnits(units);
     for (INT_PTR i = 0; i < units.GetCount(); ++i) {
-        if (units[i].message.Find(toCString(text), 0) >= 0) {
+        if (toQString(units[i].message).contains(text)) {
             return true;
         }
     }

@@ -121,6 +121,21 @@ TEST_F(CmdManager, HasOneInstance) {
     EXPECT_TRUE(manager.lastRunCommand().isEmpty());
 }
 
+TEST_F(CmdManager, RunsACommandWithAnEmbeddedNullUpToThere) {
+    const CString command(_T("CIRCLE\0 0,0"), 11);
+    manager.runCommand(command);
+    EXPECT_TRUE(sentText() == _T("CIRCLE\n"));
+    EXPECT_EQ(manager.lastRunCommand(), QStringLiteral("CIRCLE"));
+    host.clearSent();
+    host.document()->quiescent = false;
+    MessageBoxAnswer box(IDYES);
+    manager.runCommand(command);
+    EXPECT_TRUE(box.text() == _T("当前有未结束的【】命令，是否取消当前命令并执行【CIRCLE】命令？"));
+    EXPECT_TRUE(sentText() ==
+                _T("\x03\x03")
+                _T("CIRCLE\n"));
+}
+
 TEST_F(CmdManager, SendsTheTextUnchanged) {
     manager.runCommand(_T("-图层 %s"));
     EXPECT_TRUE(sentText() == _T("-图层 %s\n"));

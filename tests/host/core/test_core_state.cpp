@@ -11,6 +11,7 @@
 #include "host/core/ZR_ZentriPaletteAccess.h"
 #include "host/core/ZR_ZentriServiceAddress.h"
 #include "host/core/ZR_ZentriText.h"
+#include "host/core/ZR_ZentriWideText.h"
 #include "tests/support/FakeArxHost.h"
 
 TEST(Account, HasAccessOnlyWhenSignedInWithAToken) {
@@ -130,4 +131,24 @@ TEST(Text, CopiesUnitsBothWays) {
     // An unpaired surrogate is invalid text, but must be preserved.
     const QString broken(QChar(0xD83D));
     EXPECT_EQ(toQString(toCString(broken)), broken);
+}
+
+TEST(WideText, IsComparedAndSearchedAfterAnEmbeddedNull) {
+    const CString text(_T("画圆\0CIRCLE"), 9);
+    EXPECT_TRUE(sameText(text, CString(_T("画圆\0CIRCLE"), 9)));
+    EXPECT_FALSE(sameText(text, CString(_T("画圆\0CIRCLF"), 9)));
+    EXPECT_FALSE(sameText(text, _T("画圆")));
+    EXPECT_TRUE(sameText(CString(), _T("")));
+    EXPECT_TRUE(containsText(text, _T("RCL")));
+    EXPECT_FALSE(containsText(text, _T("rcl")));
+    EXPECT_TRUE(containsText(text, CString(_T("\0C"), 2)));
+    EXPECT_FALSE(containsText(text, CString(_T("\0X"), 2)));
+    EXPECT_TRUE(containsText(text, CString()));
+    EXPECT_TRUE(containsText(CString(), CString()));
+}
+
+TEST(WideText, EndsAtItsFirstNullForTheHost) {
+    EXPECT_EQ(toQString(terminatedText(CString(_T("画圆\0CIRCLE"), 9))), QStringLiteral("画圆"));
+    EXPECT_EQ(toQString(terminatedText(_T("LINE"))), QStringLiteral("LINE"));
+    EXPECT_TRUE(terminatedText(CString(_T("\0LINE"), 5)).IsEmpty());
 }
