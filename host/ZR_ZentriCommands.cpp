@@ -31,8 +31,8 @@ AcEdCommandStack* commandStack() {
 }
 
 void addCommand(AcEdCommandStack& stack, const ACHAR* name, Adesk::Int32 flags, AcRxFunctionPtr function) {
-    stack.addCommand(kGroup, name, name, flags, function, nullptr, kNoFunctionCode,
-                     AcRxResourceInstance::empty());
+    // Without resources, which is the default: the type of that argument depends on the release of the SDK.
+    stack.addCommand(kGroup, name, name, flags, function, nullptr, kNoFunctionCode);
 }
 
 /// Gets the signed-in user's token from the account service and initialises the chat with it. False when

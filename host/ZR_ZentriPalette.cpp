@@ -54,12 +54,8 @@ void ZR_ZentriPalette::takeKeyboardFocus() {
     }
 }
 
-BOOL ZR_ZentriPalette::OnSetActive() {
-    return CAdUiPalette::OnSetActive();
-}
-
-BOOL ZR_ZentriPalette::CanFrameworkTakeFocus() {
-    return TRUE;
+ZR_ZentriPalette::FocusAnswer ZR_ZentriPalette::CanFrameworkTakeFocus() {
+    return true;
 }
 
 BOOL ZR_ZentriPalette::PreTranslateMessage(MSG* message) {

@@ -4,6 +4,7 @@
 #include <afxwin.h>
 
 #include <memory>
+#include <utility>
 
 #include "host/core/ZR_ZentriPaletteAccess.h"
 
@@ -24,9 +25,9 @@ public:
     void setColorTheme(int theme) override;
     void takeKeyboardFocus() override;
 
-    /// Part of the interface; forwards to the base class.
-    BOOL OnSetActive() override;
-    BOOL CanFrameworkTakeFocus() override;
+    /// bool or BOOL, depending on the release of the SDK.
+    using FocusAnswer = decltype(std::declval<CAdUiPalette&>().CanFrameworkTakeFocus());
+    FocusAnswer CanFrameworkTakeFocus() override;
     BOOL PreTranslateMessage(MSG* message) override;
 
 protected:

@@ -28,22 +28,6 @@ void ZR_ZentriPaletteSet::addPalette(std::unique_ptr<ZR_ZentriPalette> palette) 
     AddPalette(m_palette.get());
 }
 
-void ZR_ZentriPaletteSet::GetMinimumSize(CSize& size) {
-    CAdUiPaletteSet::GetMinimumSize(size);
-}
-
-void ZR_ZentriPaletteSet::GetMaximumSize(CSize& size) {
-    CAdUiPaletteSet::GetMaximumSize(size);
-}
-
-BOOL ZR_ZentriPaletteSet::PreTranslateMessage(MSG* message) {
-    return CAdUiPaletteSet::PreTranslateMessage(message);
-}
-
-bool ZR_ZentriPaletteSet::OnClosing() {
-    return CAdUiPaletteSet::OnClosing();
-}
-
 void ZR_ZentriPaletteSet::OnSize(UINT type, int width, int height) {
     CAdUiPaletteSet::OnSize(type, width, height);
     if (m_palette != nullptr) {

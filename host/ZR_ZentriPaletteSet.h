@@ -8,6 +8,9 @@
 class ZR_ZentriPalette;
 
 /// The dockable frame in the host's main window that holds the one palette. UI thread.
+///
+/// Its size limits, its closing and its handling of messages before they are dispatched are the base class's.
+/// It does not override those functions just to forward: their signatures differ between releases of the SDK.
 class ZR_ZentriPaletteSet : public CAdUiPaletteSet {
     DECLARE_DYNAMIC(ZR_ZentriPaletteSet)
 
@@ -23,15 +26,7 @@ public:
     /// Part of the interface; does nothing.
     void refresh() {}
 
-    // Part of the interface; these forward to the base class.
-    void GetMinimumSize(CSize& size) override;
-    void GetMaximumSize(CSize& size) override;
-    BOOL PreTranslateMessage(MSG* message) override;
-
 protected:
-    /// Part of the interface; forwards to the base class.
-    bool OnClosing() override;
-
     afx_msg void OnSize(UINT type, int width, int height);
     /// Part of the interface; does nothing.
     afx_msg void OnSizing(UINT side, LPRECT rect);

@@ -7,8 +7,8 @@
 
 // A text is its full length: an embedded null character, which the service may send, is a character like any
 // other. CString's own comparisons and searches stop at one, so the module compares and searches texts with
-// sameText and containsText. Only where the host takes a null-terminated string does the text end at its first
-// null: terminatedText.
+// sameText and containsText. Only where the host takes a null-terminated string does the text end at its
+// first null: terminatedText.
 
 /// All the text's units. Valid until the text is changed or destroyed.
 inline std::basic_string_view<TCHAR> unitsOf(const CString& text) {

@@ -7,7 +7,10 @@
 #include <QSemaphore>
 #include <QTextEdit>
 #include <QTimer>
+#include <map>
 #include <stdexcept>
+#include <string>
+#include <tuple>
 
 #include "chat/ZR_AiChatCSThread.h"
 #include "chat/ZR_AiChatManager.h"
@@ -29,6 +32,46 @@
 namespace {
 
 class AppLifecycle : public ModuleFixture {};
+
+/// Unloading where the SDK's palette set deletes its palettes or does not, and destroys its window or does
+/// not.
+class AppUnload : public AppLifecycle, public testing::WithParamInterface<std::tuple<bool, bool>> {
+protected:
+    AppUnload() {
+        arxVariant().setDeletesPalettes = std::get<0>(GetParam());
+        arxVariant().setDestroysWindow = std::get<1>(GetParam());
+    }
+};
+
+/// Records, while it exists, the class that each of two windows has when it is destroyed.
+class DestructionWatch {
+public:
+    DestructionWatch(HWND first, HWND second) {
+        s_classes = {{first, CString()}, {second, CString()}};
+        m_hook = SetWindowsHookExW(WH_CALLWNDPROC, &watch, nullptr, GetCurrentThreadId());
+    }
+    ~DestructionWatch() { UnhookWindowsHookEx(m_hook); }
+    DestructionWatch(const DestructionWatch&) = delete;
+    DestructionWatch& operator=(const DestructionWatch&) = delete;
+
+    /// Empty for a window that has not been destroyed.
+    static CString classOf(HWND window) { return s_classes[window]; }
+
+private:
+    static LRESULT CALLBACK watch(int code, WPARAM wParam, LPARAM lParam) {
+        const auto* const call = reinterpret_cast<const CWPSTRUCT*>(lParam);
+        const auto found = s_classes.find(call->hwnd);
+        if (call->message == WM_DESTROY && found != s_classes.end()) {
+            found->second =
+                CString(CWnd::FromHandlePermanent(call->hwnd)->GetRuntimeClass()->m_lpszClassName);
+        }
+        return CallNextHookEx(nullptr, code, wParam, lParam);
+    }
+
+    static std::map<HWND, CString> s_classes;
+    HHOOK m_hook;
+};
+std::map<HWND, CString> DestructionWatch::s_classes;
 
 /// A run that quit() does not end.
 class StuckThread : public ZR_AiChatCSThread {
@@ -198,7 +241,7 @@ TEST_F(AppLifecycle, AnotherObjectInPlaceOfTheEditorIsNotUsed) {
     EXPECT_EQ(unload(), AcRx::kRetOK);
 }
 
-TEST_F(AppLifecycle, UnloadingRemovesEverythingFromTheHost) {
+TEST_P(AppUnload, UnloadingRemovesEverythingFromTheHost) {
     load();
     openPanel();
     EXPECT_EQ(unload(), AcRx::kRetOK);
@@ -219,6 +262,26 @@ TEST_F(AppLifecycle, UnloadingRemovesEverythingFromTheHost) {
     EXPECT_NE(QCoreApplication::instance(), nullptr);
 }
 
+TEST_P(AppUnload, TheWindowsAreDestroyedWhileTheirObjectsAreWhole) {
+    load();
+    openPanel();
+    const HWND set = g_zentriPaletteSet->m_hWnd;
+    const HWND palette = g_zentriPaletteSet->GetPalette(0)->m_hWnd;
+    const DestructionWatch watch(set, palette);
+    unload();
+    EXPECT_TRUE(DestructionWatch::classOf(set) == _T("ZR_ZentriPaletteSet"));
+    EXPECT_TRUE(DestructionWatch::classOf(palette) == _T("ZR_ZentriPalette"));
+    EXPECT_FALSE(IsWindow(set));
+    EXPECT_FALSE(IsWindow(palette));
+}
+
+INSTANTIATE_TEST_SUITE_P(EveryFramework, AppUnload, testing::Combine(testing::Bool(), testing::Bool()),
+                         [](const auto& test) {
+                             return std::string(std::get<0>(test.param) ? "Deletes" : "Leaves") +
+                                    "PalettesAnd" + (std::get<1>(test.param) ? "Destroys" : "Leaves") +
+                                    "Window";
+                         });
+
 TEST_F(AppLifecycle, UnloadingWithoutALoadDoesNothing) {
     EXPECT_EQ(unload(), AcRx::kRetOK);
     load();
@@ -226,7 +289,7 @@ TEST_F(AppLifecycle, UnloadingWithoutALoadDoesNothing) {
     EXPECT_EQ(unload(), AcRx::kRetOK);
 }
 
-TEST_F(AppLifecycle, ReloadingCreatesANewWorkingPanel) {
+TEST_P(AppUnload, ReloadingCreatesANewWorkingPanel) {
     load();
     openPanel();
     auto* const recorder = g_zentriCmdRecorder;
@@ -293,7 +356,7 @@ TEST_F(AppLifecycle, AThreadThatDoesNotStopIsNotDeletedWhileItRuns) {
     EXPECT_TRUE(TestProgram::pumpUntil([&watched] { return watched.isNull(); }));
 }
 
-TEST_F(AppLifecycle, UnloadingInsideAQtEventLoopKeepsTheViewUntilItEnds) {
+TEST_P(AppUnload, UnloadingInsideAQtEventLoopKeepsTheViewUntilItEnds) {
     load();
     openPanel();
     const QPointer<QWidget> openView = view();
@@ -314,7 +377,7 @@ TEST_F(AppLifecycle, UnloadingInsideAQtEventLoopKeepsTheViewUntilItEnds) {
     EXPECT_EQ(zentriPaletteAccess(), nullptr);
 }
 
-TEST_F(AppLifecycle, UnloadingDuringAMessageBoxKeepsTheViewUntilItIsClosed) {
+TEST_P(AppUnload, UnloadingDuringAMessageBoxKeepsTheViewUntilItIsClosed) {
     load();
     openPanel();
     const QPointer<QWidget> openView = view();
@@ -331,7 +394,7 @@ TEST_F(AppLifecycle, UnloadingDuringAMessageBoxKeepsTheViewUntilItIsClosed) {
     EXPECT_TRUE(TestProgram::pumpUntil([&openView] { return openView.isNull(); }));
 }
 
-TEST_F(AppLifecycle, APaletteOfAnEarlierLoadDoesNotUnregisterTheNewOne) {
+TEST_P(AppUnload, APaletteOfAnEarlierLoadDoesNotUnregisterTheNewOne) {
     load();
     const QPointer<QWidget> oldView = view();
     {

@@ -185,6 +185,16 @@ TEST_F(Commands, ThePanelIsPaintedWhenTheCommandEnds) {
     EXPECT_FALSE(GetUpdateRect(g_zentriPaletteSet->m_hWnd, nullptr, FALSE));
 }
 
+TEST_F(Commands, TheHiddenOneRunsWhetherOrNotTheHostStripsItsUnderscore) {
+    for (const bool stripped : {true, false}) {
+        unload();
+        arxVariant().underscoreIsStripped = stripped;
+        load();
+        EXPECT_TRUE(run(_T("_refreshChatView"))) << stripped;
+        EXPECT_TRUE(run(_T("_REFRESHCHATVIEW"))) << stripped;
+    }
+}
+
 TEST_F(Commands, RefreshChangesNothing) {
     program.host().clearPrinted();
     EXPECT_TRUE(run(_T("_refreshChatView")));

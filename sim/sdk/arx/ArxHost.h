@@ -11,13 +11,14 @@
 
 class AcApDocument;
 
-/// What is not documented, or differs between releases of the host. Tests run the module with each value.
+/// What is not documented, or differs between releases of the host. The defaults leave most to the module;
+/// its tests run with each value.
 struct ArxVariant {
     /// Whether the destructor of a palette set deletes its palettes. If not, whoever made them deletes them.
-    bool setDeletesPalettes = true;
+    bool setDeletesPalettes = false;
     /// Whether the destructors of palette sets and palettes destroy the window. If not, that of CControlBar
     /// or CWnd does, when the handlers and virtual functions of the derived classes are gone.
-    bool setDestroysWindow = true;
+    bool setDestroysWindow = false;
     /// What becomes of the underscore before a typed command, which selects the global name, when a
     /// registered name begins with one too. True: the host strips it from either before it compares them.
     /// False: the command is looked up as it was typed, and only then without the underscore.
