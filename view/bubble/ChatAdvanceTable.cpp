@@ -2,8 +2,8 @@
 
 namespace {
 
-// Characters below are measured in pairs, so that kerning counts. Those above stand on a fixed body.
-constexpr ushort kFirstFixedBody = 0x3000;
+// Characters from here on are full width and not kerned. Those below are measured in pairs.
+constexpr ushort kFirstFullWidth = 0x3000;
 
 bool isIn(ushort unit, ushort first, ushort last) {
     return unit >= first && unit <= last;
@@ -71,7 +71,7 @@ qreal ChatAdvanceTable::advance(QChar character) {
 qreal ChatAdvanceTable::advanceAfter(QChar previous, QChar character) {
     const ushort first = previous.unicode();
     const ushort second = character.unicode();
-    if (first >= kFirstFixedBody || second >= kFirstFixedBody) {
+    if (first >= kFirstFullWidth || second >= kFirstFullWidth) {
         return advance(character);
     }
     const quint32 pair = (quint32{first} << 16U) | second;

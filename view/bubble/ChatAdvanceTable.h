@@ -6,29 +6,28 @@
 #include <QHash>
 #include <QString>
 #include <memory>
-#include <vector>
 
-/// Remembers how far the characters of one font advance, alone and after one another, so that long texts need
-/// not be shaped over and over. Shared by all bubbles with the font. UI thread.
+/// Caches the advances of the characters of one font, alone and after another character, so that long texts
+/// need not be shaped again and again. Shared by all bubbles with the font. UI thread.
 class ChatAdvanceTable {
 public:
-    /// The table for the font; lives as long as somebody holds it.
+    /// The shared table for the font. It lives as long as a caller holds it.
     static std::shared_ptr<ChatAdvanceTable> forFont(const QFont& font);
 
     explicit ChatAdvanceTable(const QFont& font);
 
-    /// True for characters whose width depends on their neighbours by kerning at most. Marks, surrogates,
-    /// tabs and scripts written from right to left or with joined letters are not among them.
+    /// True for characters whose width depends on their neighbours through kerning only. False for combining
+    /// marks, surrogates, tabs, and scripts that are written from right to left or join their letters.
     static bool isPlain(QChar character);
-    /// True for characters (UCS-4) that are written from right to left or turn the direction of others: near
-    /// or far from them, the widths of parts of a text do not tell that of the whole.
+    /// True for characters (UCS-4) that are written from right to left or change the direction of others. In
+    /// a text with such a character the widths of the parts do not add up to the width of the whole.
     static bool turnsDirection(uint character);
 
-    /// How far `character` moves on after `previous`: for plain characters, and a good guess even there.
+    /// Advance of `character` after `previous`, both plain. An estimate, because only this pair is shaped.
     qreal advanceAfter(QChar previous, QChar character);
     qreal advance(QChar character);
 
-    /// The true widths of part of a text, as the font's metrics tell them.
+    /// Width of the characters [from, to) of the text, as QFontMetricsF and QFontMetrics compute it.
     qreal exactWidth(const QString& text, int from, int to) const;
     int roundedWidth(const QString& text, int from, int to) const;
 

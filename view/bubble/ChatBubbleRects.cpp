@@ -1,17 +1,16 @@
 #include "view/bubble/ChatBubbleRects.h"
 
-#include <algorithm>
+#include "view/bubble/ChatBubbleHeight.h"
 
 namespace {
 
-// All of these are fixed distances of the look, in pixels.
+// All distances are pixels.
 constexpr int kFrameMargins = 150;
 constexpr int kTextMargins = 174;
 constexpr int kIconLeft = 20;
 constexpr int kIconRightInset = 60;
 constexpr int kIconTop = 10;
 constexpr int kIconSize = 40;
-constexpr int kMinTextHeight = 30;
 constexpr int kTriangleLeft = 65;
 constexpr int kTriangleWidth = 6;
 constexpr int kTriangleRightInset = 71;
@@ -23,7 +22,6 @@ constexpr int kTextPaddingY = 10;
 constexpr int kButtonGap = 20;
 constexpr int kButtonSize = 20;
 constexpr int kSecondButton = 25;
-constexpr int kButtonRow = 40;
 
 QRect button(const QRect& text, int offset) {
     return {text.x() + offset, text.bottom() + kButtonGap, kButtonSize, kButtonSize};
@@ -38,25 +36,23 @@ void ChatBubbleRects::setWidth(int width) {
 }
 
 QSize ChatBubbleRects::place(const QSize& measured) {
+    const ChatBubbleHeight height(measured.height(), lineHeight);
     const int width = textWidth + spaceWidth;
     iconLeftRect = QRect(kIconLeft, kIconTop, kIconSize, kIconSize);
     iconRightRect = QRect(width - kIconRightInset, kIconTop, kIconSize, kIconSize);
-
-    const int height = std::max(measured.height(), kMinTextHeight);
-    const int frameHeight = height - lineHeight;
-    triangleLeftRect = QRect(kTriangleLeft, lineHeight / 2, kTriangleWidth, frameHeight);
-    triangleRightRect = QRect(width - kTriangleRightInset, lineHeight / 2, kTriangleWidth, frameHeight);
+    triangleLeftRect = QRect(kTriangleLeft, lineHeight / 2, kTriangleWidth, height.frame);
+    triangleRightRect = QRect(width - kTriangleRightInset, lineHeight / 2, kTriangleWidth, height.frame);
 
     const int top = lineHeight / 4 * 3;
     if (measured.width() >= width) {
-        frameLeftRect = QRect(kFrameLeft, top, bubbleWidth, frameHeight);
-        frameRightRect = QRect(kFullFrameRightLeft, top, bubbleWidth, frameHeight);
+        frameLeftRect = QRect(kFrameLeft, top, bubbleWidth, height.frame);
+        frameRightRect = QRect(kFullFrameRightLeft, top, bubbleWidth, height.frame);
     } else {
-        // A short question stands further right than a full-width one ends; the two are meant to differ.
+        // The frame of a short question ends further right than a full-width one. The difference is intended.
         const int frameWidth = measured.width() - spaceWidth + 2 * kTextPaddingX;
-        frameLeftRect = QRect(kFrameLeft, top, frameWidth, frameHeight);
+        frameLeftRect = QRect(kFrameLeft, top, frameWidth, height.frame);
         frameRightRect =
-            QRect(width + spaceWidth - measured.width() - kFrameRightInset, top, frameWidth, frameHeight);
+            QRect(width + spaceWidth - measured.width() - kFrameRightInset, top, frameWidth, height.frame);
     }
     textLeftRect = frameLeftRect.adjusted(kTextPaddingX, kTextPaddingY, -kTextPaddingX, -kTextPaddingY);
     textRightRect = frameRightRect.adjusted(kTextPaddingX, kTextPaddingY, -kTextPaddingX, -kTextPaddingY);
@@ -65,5 +61,5 @@ QSize ChatBubbleRects::place(const QSize& measured) {
     regenRect = button(textLeftRect, kSecondButton);
     copyQuestionRect = button(textRightRect, 0);
     editRect = button(textRightRect, kSecondButton);
-    return {measured.width(), height + kButtonRow};
+    return {measured.width(), height.bubble};
 }

@@ -3,18 +3,19 @@
 #include <QRect>
 #include <QSize>
 
-/// Where the parts of one chat bubble stand, in the bubble's own pixels. Left is the answer's side, right the
-/// question's.
+/// Positions of the parts of one chat bubble, in the bubble's own pixels. Left is the answer's side, right
+/// the question's. All fixed distances are constants of the implementation; the heights follow
+/// ChatBubbleHeight.
 struct ChatBubbleRects {
-    int bubbleWidth = 0;  ///< what a full-width frame takes
-    int textWidth = 0;    ///< where text wraps; may be zero or negative on a narrow bubble
-    int spaceWidth = 0;   ///< what is left beside the text
+    int bubbleWidth = 0;  ///< width of a full-width frame
+    int textWidth = 0;    ///< width at which text wraps; zero or negative on a narrow bubble
+    int spaceWidth = 0;   ///< width of the bubble that is not text
     int lineHeight = 0;   ///< line spacing of the bubble's font
 
     QRect iconLeftRect;
-    QRect iconRightRect;
-    QRect triangleLeftRect;
-    QRect triangleRightRect;
+    QRect iconRightRect;      ///< Part of the interface; nothing in the module reads it.
+    QRect triangleLeftRect;   ///< Part of the interface; nothing in the module reads it.
+    QRect triangleRightRect;  ///< Part of the interface; nothing in the module reads it.
     QRect frameLeftRect;
     QRect frameRightRect;
     QRect textLeftRect;
@@ -24,9 +25,9 @@ struct ChatBubbleRects {
     QRect copyQuestionRect;
     QRect editRect;
 
-    /// Takes the widths that follow from the bubble's width alone.
+    /// Sets the widths that depend on the bubble's width only.
     void setWidth(int width);
-    /// Places everything for a text block of the given measured size; needs setWidth and lineHeight.
-    /// Returns the size of the whole bubble.
+    /// Computes all rectangles for a measured text (ChatTextMeasure); call setWidth() and set lineHeight
+    /// first. Returns the size of the whole bubble.
     QSize place(const QSize& measured);
 };

@@ -5,9 +5,9 @@
 
 namespace {
 
-// An estimate further from the limit than this many line heights decides by itself.
+// Estimates are trusted up to this distance from the limit, in line heights.
 constexpr qreal kSureDistance = 2.0;
-// An estimate that is off by more than this many line heights is not used at all.
+// A line whose estimate is off by more than this, in line heights, is measured character by character.
 constexpr qreal kTolerance = 0.25;
 
 }  // namespace
@@ -40,7 +40,7 @@ int ChatLineScanner::characterLength(const QString& text, int at) const {
 
 bool ChatLineScanner::estimateFits(const QString& text, Line& line) const {
     const int at = line.accepted;
-    if (line.measureAll || line.checked) {
+    if (line.measureAll || line.nearLimit) {
         return false;
     }
     if (!ChatAdvanceTable::isPlain(text[at]) || !ChatAdvanceTable::isPlain(text[at - 1])) {
@@ -53,7 +53,7 @@ bool ChatLineScanner::estimateFits(const QString& text, Line& line) const {
         line.estimate = estimate;
         return true;
     }
-    line.checked = true;
+    line.nearLimit = true;
     if (qAbs(m_table->exactWidth(text, line.start, at) - line.estimate) > m_tolerance) {
         line.measureAll = true;
         line.accepted = line.start + characterLength(text, line.start);

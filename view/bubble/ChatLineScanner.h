@@ -5,37 +5,38 @@
 
 #include "view/bubble/ChatAdvanceTable.h"
 
-/// Finds the character at which a line becomes too wide. The rule is "the first character with which the
-/// line's own width exceeds the limit", and the answer is that of the font's metrics, character by character.
-/// Only those characters are measured that can decide it: far from the limit an estimate of the width is
-/// enough, and it is checked before it is trusted.
+/// Finds the character at which a line becomes too wide: the first one with which the width of the line
+/// exceeds the limit. The result is the same as measuring the line with the font's metrics after every
+/// character. Far from the limit an estimated width is enough; near it the estimate is verified and the true
+/// widths are measured.
 class ChatLineScanner {
 public:
-    /// What the line is scanned for: measured widths in UTF-16 units, or painting, whose metrics are whole
-    /// pixels and which keeps surrogate pairs together.
+    /// Measuring uses fractional widths and counts UTF-16 units. Painting uses whole pixels and keeps
+    /// surrogate pairs together.
     enum class Use { Measuring, Painting };
 
-    /// One line that is being filled, so that it can go on when the text grows.
+    /// The state of a line that is being filled. Filling can be continued when the text has grown.
     struct Line {
         int start = 0;
-        int accepted = 0;  ///< characters [start, accepted) fit
-        qreal estimate = 0;
-        bool checked = false;     ///< near the limit, where only true widths count
-        bool measureAll = false;  ///< estimates do not serve this line
+        int accepted = 0;         ///< characters [start, accepted) fit
+        qreal estimate = 0;       ///< estimated width of those characters
+        bool nearLimit = false;   ///< estimates are no longer precise enough
+        bool measureAll = false;  ///< estimates cannot be used for this line
     };
 
+    /// Unusable until assigned.
     ChatLineScanner() = default;
     ChatLineScanner(std::shared_ptr<ChatAdvanceTable> table, Use use, int limit);
 
     static Line lineAt(int start);
 
-    /// Fills the line from the text before `end`. Returns where it breaks, or -1 when all of it fits. The
-    /// first character fits always.
+    /// Fills the line with the text up to `end`. Returns the index at which it breaks, or -1 if the text
+    /// fits. The first character always fits.
     int fill(const QString& text, Line& line, int end) const;
 
     bool isTooWide(const QString& text, int from, int to) const;
 
-    /// Length of the character at the index, as this use counts characters.
+    /// Length of the character at the index: 2 for a surrogate pair in painting, otherwise 1.
     int characterLength(const QString& text, int at) const;
 
 private:

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QString>
+
+#include "view/bubble/ChatLineScanner.h"
+#include "view/bubble/ChatLineWrap.h"
+
+/// The rule for a text with line breaks: each line is wrapped character by character at the wrap width.
+///
+/// Keeps its place between calls, so that text appended at the end costs what the appended part costs.
+class ChatPerLineMeasure {
+public:
+    ChatPerLineMeasure() = default;
+    explicit ChatPerLineMeasure(const ChatLineWrap& wrap) : m_wrap(wrap) {}
+
+    /// Measures the text, which must begin with the text of the call before and contains `lineBreaks` line
+    /// breaks. The block counts line breaks and breaks added by wrapping. `trace` writes long lines to Qt's
+    /// debug output.
+    ChatTextBlock measure(const QString& text, int lineBreaks, bool trace);
+
+private:
+    ChatLineWrap m_wrap;
+    ChatTextBlock m_completeLines;  ///< widest line, and breaks added by wrapping, of all lines but the last
+    int m_lastStart = 0;            ///< of the last line
+    int m_lastBreaks = 0;
+    ChatLineScanner::Line m_lastRow;
+};
