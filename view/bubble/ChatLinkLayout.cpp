@@ -9,26 +9,19 @@ namespace {
 
 constexpr QChar kLinkBegin(u'【');
 constexpr QChar kLinkEnd(u'】');
-// How many cell heights a glyph may reach beyond its cell.
+// How many cell heights a glyph may extend beyond its cell.
 constexpr int kOverhang = 1;
-// Cells are as wide as the character's advance; what a glyph has beyond it is not cut off.
+// A cell is as wide as the character's advance; the glyph must not be clipped to it.
 constexpr int kCellFlags = Qt::AlignLeft | Qt::AlignVCenter | Qt::TextDontClip;
 
-}  // namespace
+/// The text between a pair of brackets, [begin, end).
+struct LinkRange {
+    int begin = 0;
+    int end = 0;
+};
 
-void ChatLinkLayout::layOut(const QString& text, const QFont& font, const QRect& area) {
-    if (m_table && area == m_area && text == m_text && font == m_font) {
-        return;
-    }
-    m_text = text;
-    m_font = font;
-    m_area = area;
-    m_table = ChatAdvanceTable::forFont(font);
-    build();
-}
-
-std::vector<ChatLinkLayout::Range> ChatLinkLayout::findLinks(const QString& text) {
-    std::vector<Range> links;
+std::vector<LinkRange> findLinks(const QString& text) {
+    std::vector<LinkRange> links;
     int from = 0;
     for (;;) {
         const int open = text.indexOf(kLinkBegin, from);
@@ -41,88 +34,136 @@ std::vector<ChatLinkLayout::Range> ChatLinkLayout::findLinks(const QString& text
     }
 }
 
-void ChatLinkLayout::build() {
+}  // namespace
+
+/// Fills the layout's cells, rows and runs, one character after the other.
+class ChatLinkLayout::Builder {
+public:
+    explicit Builder(ChatLinkLayout& layout)
+        : m_layout(layout),
+          m_text(layout.m_text),
+          m_scanner(layout.m_table, ChatLineScanner::Use::Painting, layout.m_area.width()),
+          m_lineSpacing(layout.m_table->roundedMetrics().lineSpacing()),
+          m_links(findLinks(m_text)),
+          m_link(m_links.cbegin()),
+          m_runLink(m_links.cend()),
+          m_x(layout.m_area.left()),
+          m_y(layout.m_area.top()) {
+        m_layout.m_rows.push_back({m_y, 0});
+    }
+
+    void build() {
+        int length = 1;
+        for (int at = 0; at < m_text.size(); at += length) {
+            length = m_scanner.characterLength(m_text, at);
+            if (m_text[at] == QLatin1Char('\n')) {
+                startRow();
+                finishRun();
+                m_paragraphStart = at + 1;
+                continue;
+            }
+            while (m_link != m_links.cend() && m_link->end <= at) {
+                ++m_link;
+            }
+            const bool inLink = m_link != m_links.cend() && at >= m_link->begin;
+            if (at == m_paragraphStart) {
+                startParagraph(at);
+            }
+            if (wrapsBefore(at, length)) {
+                startRow();
+                fillRow(at);
+                // A link continues after the end of a row only if it has begun before it.
+                if (!inLink || m_runLink != m_link) {
+                    finishRun();
+                }
+            }
+            appendCell(at, length, inLink);
+        }
+        finishRun();
+    }
+
+private:
+    void startRow() {
+        m_x = m_layout.m_area.left();
+        m_y += m_lineSpacing;
+        m_layout.m_rows.push_back({m_y, m_layout.m_cells.size()});
+    }
+
+    /// Finds where the row that starts at the character is full.
+    void fillRow(int from) {
+        ChatLineScanner::Line line = ChatLineScanner::lineAt(from);
+        m_wrapAt = m_scanner.fill(m_text, line, m_paragraphEnd);
+    }
+
+    void startParagraph(int at) {
+        const int lineBreak = m_text.indexOf(QLatin1Char('\n'), at);
+        m_paragraphEnd = lineBreak < 0 ? m_text.size() : lineBreak;
+        fillRow(at);
+    }
+
+    bool wrapsBefore(int at, int length) const {
+        // In an area that is too narrow for a paragraph's first character, its first row stays empty.
+        return at == m_paragraphStart ? m_scanner.isTooWide(m_text, at, at + length) : at == m_wrapAt;
+    }
+
+    void appendCell(int at, int length, bool inLink) {
+        const int width = m_layout.m_table->roundedWidth(m_text, at, at + length);
+        if (inLink) {
+            extendRun(QRect(m_x, m_y, width, m_layout.m_cellHeight));
+        }
+        m_layout.m_cells.push_back({at, length, m_x, width, inLink});
+        m_x += width;
+    }
+
+    void extendRun(const QRect& rect) {
+        const QString command = m_text.mid(m_link->begin, m_link->end - m_link->begin);
+        if (command != m_run.command && !m_run.rect.isEmpty()) {
+            finishRun();
+        }
+        m_run.rect |= rect;
+        m_run.command = command;
+        m_runLink = m_link;
+    }
+
+    void finishRun() {
+        if (!m_run.rect.isEmpty()) {
+            m_layout.m_runs.push_back(m_run);
+        }
+        m_run = ChatLinkRun();
+        m_runLink = m_links.cend();
+    }
+
+    ChatLinkLayout& m_layout;
+    const QString& m_text;
+    const ChatLineScanner m_scanner;
+    const int m_lineSpacing;
+    const std::vector<LinkRange> m_links;
+    std::vector<LinkRange>::const_iterator m_link;  // the first that ends after the current character
+
+    // The run that is being extended and the link that its last character belongs to.
+    ChatLinkRun m_run;
+    std::vector<LinkRange>::const_iterator m_runLink;
+
+    int m_x;
+    int m_y;
+    int m_wrapAt = -1;  // where the row after the current one starts; -1 if the paragraph ends before
+    int m_paragraphStart = 0;
+    int m_paragraphEnd = 0;
+};
+
+void ChatLinkLayout::layOut(const QString& text, const QFont& font, const QRect& area) {
+    if (m_table && area == m_area && text == m_text && font == m_font) {
+        return;
+    }
+    m_text = text;
+    m_font = font;
+    m_area = area;
+    m_table = ChatAdvanceTable::forFont(font);
+    m_cellHeight = m_table->roundedMetrics().height();
     m_cells.clear();
     m_rows.clear();
     m_runs.clear();
-    m_cellHeight = m_table->roundedMetrics().height();
-    const int lineSpacing = m_table->roundedMetrics().lineSpacing();
-    const ChatLineScanner scanner(m_table, ChatLineScanner::Use::Painting, m_area.width());
-    const std::vector<Range> links = findLinks(m_text);
-
-    auto link = links.cbegin();
-    auto pendingLink = links.cend();
-    ChatLinkRun pending;
-    const auto finishPending = [&] {
-        if (!pending.rect.isEmpty()) {
-            m_runs.push_back(pending);
-        }
-        pending = ChatLinkRun();
-        pendingLink = links.cend();
-    };
-
-    int x = m_area.left();
-    int y = m_area.top();
-    m_rows.push_back({y, 0});
-    const auto startRow = [&] {
-        x = m_area.left();
-        y += lineSpacing;
-        m_rows.push_back({y, m_cells.size()});
-    };
-    // Where the next row begins because this one is full; a paragraph's first row is looked at when it is
-    // reached.
-    int wrapAt = -1;
-    int paragraphStart = 0;
-    int paragraphEnd = 0;
-    const auto fillRow = [&](int from) {
-        ChatLineScanner::Line line = ChatLineScanner::lineAt(from);
-        wrapAt = scanner.fill(m_text, line, paragraphEnd);
-    };
-
-    int length = 1;
-    for (int k = 0; k < m_text.size(); k += length) {
-        length = scanner.characterLength(m_text, k);
-        if (m_text[k] == QLatin1Char('\n')) {
-            startRow();
-            finishPending();
-            paragraphStart = k + 1;
-            continue;
-        }
-        while (link != links.cend() && link->end <= k) {
-            ++link;
-        }
-        const bool inLink = link != links.cend() && k >= link->begin;
-
-        bool wraps = k == wrapAt;
-        if (k == paragraphStart) {
-            const int lineEnd = m_text.indexOf(QLatin1Char('\n'), k);
-            paragraphEnd = lineEnd < 0 ? m_text.size() : lineEnd;
-            // A row that is too narrow even for the first character is left empty.
-            wraps = scanner.isTooWide(m_text, k, k + length);
-            fillRow(k);
-        }
-        if (wraps) {
-            startRow();
-            fillRow(k);
-            // A link goes on over the end of a row; one that ended before it does not.
-            if (!inLink || pendingLink != link) {
-                finishPending();
-            }
-        }
-        const Cell cell{k, length, x, m_table->roundedWidth(m_text, k, k + length), inLink};
-        if (inLink) {
-            const QString command = m_text.mid(link->begin, link->end - link->begin);
-            if (command != pending.command && !pending.rect.isEmpty()) {
-                finishPending();
-            }
-            pending.rect |= QRect(cell.x, y, cell.width, m_cellHeight);
-            pending.command = command;
-            pendingLink = link;
-        }
-        m_cells.push_back(cell);
-        x += cell.width;
-    }
-    finishPending();
+    Builder(*this).build();
 }
 
 void ChatLinkLayout::paint(QPainter& painter, const QColor& linkColor, const QRect& exposed) const {

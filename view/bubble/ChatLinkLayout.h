@@ -4,36 +4,39 @@
 #include <QFont>
 #include <QRect>
 #include <QString>
+#include <cstddef>
 #include <memory>
 #include <vector>
 
 class QPainter;
 class ChatAdvanceTable;
 
-/// A clickable stretch of an answer and the CAD command it runs.
+/// A clickable part of an answer and the CAD command it runs.
 struct ChatLinkRun {
     QRect rect;
     QString command;
 };
 
-/// Lays out a complete answer character by character, with what stands between 【 and 】 as links, and paints
-/// it. The layout is made once per text, width and font.
+/// Lays out and paints a complete answer character by character, with the text between 【 and 】 as links.
+/// The layout is kept until the text, the area or the font changes. UI thread.
 class ChatLinkLayout {
 public:
-    /// Lays the text out into the area unless that is how it is laid out already.
+    /// Lays the text out into the area unless the current layout is already that.
     void layOut(const QString& text, const QFont& font, const QRect& area);
 
-    /// The links, in the coordinates of the area's widget. A link that wraps is one run with the rectangle
-    /// around all its characters; links that follow each other with the same text and no line end between
-    /// them are one too.
+    /// The links, in the coordinate system of the area. A link that wraps is one run whose rectangle is the
+    /// bounding rectangle of all its characters. Consecutive links with the same text and no line break
+    /// between them are one run, too.
     const std::vector<ChatLinkRun>& runs() const { return m_runs; }
 
-    /// Paints what meets the exposed rectangle: plain text with the painter's pen and the layout's font,
-    /// links underlined and in their own colour.
+    /// Paints the rows that intersect the exposed rectangle: plain text with the painter's pen and font,
+    /// links underlined and in the link colour.
     void paint(QPainter& painter, const QColor& linkColor, const QRect& exposed) const;
 
 private:
-    /// One painted character; a surrogate pair is one.
+    class Builder;
+
+    /// One painted character; a surrogate pair counts as one.
     struct Cell {
         int index = 0;
         int length = 1;
@@ -45,14 +48,7 @@ private:
         int y = 0;
         std::size_t firstCell = 0;
     };
-    /// What stands between a pair of brackets, as [begin, end).
-    struct Range {
-        int begin = 0;
-        int end = 0;
-    };
 
-    static std::vector<Range> findLinks(const QString& text);
-    void build();
     void paintRow(QPainter& painter, std::size_t row, const QColor& linkColor) const;
 
     QString m_text;

@@ -9,7 +9,7 @@
 
 namespace {
 
-// How many line heights a glyph may reach beyond its line.
+// How many line heights a glyph may extend beyond its line.
 constexpr qreal kOverhang = 1.0;
 
 }  // namespace
@@ -23,13 +23,13 @@ QTextOption ChatPlainTextLayout::textOption() {
     return option;
 }
 
-bool ChatPlainTextLayout::isOrdinary(const QString& text, int from) {
+bool ChatPlainTextLayout::isSimple(const QString& text, int from) {
     for (int i = from; i < text.size(); ++i) {
         const QChar unit = text[i];
         if (unit == QLatin1Char('\n')) {
             continue;
         }
-        // These either stand for something else in a painted text or let a line look at its neighbours.
+        // QPainter replaces these characters, or they make the layout of a line depend on other lines.
         if (unit < QLatin1Char(' ') || unit == QChar::LineSeparator || unit == QChar::ParagraphSeparator ||
             unit == QChar::ObjectReplacementCharacter || unit.isSurrogate() ||
             ChatAdvanceTable::turnsDirection(unit.unicode())) {
@@ -47,14 +47,14 @@ void ChatPlainTextLayout::layOut(const QString& text, const QFont& font, qreal w
     }
     if (!grown) {
         m_paragraphs.clear();
-        m_ordinary = true;
+        m_isSimple = true;
     }
     const int before = grown ? m_text.size() : 0;
     m_text = text;
     m_font = font;
     m_width = width;
-    m_ordinary = m_ordinary && isOrdinary(text, before);
-    if (!m_ordinary) {
+    m_isSimple = m_isSimple && isSimple(text, before);
+    if (!m_isSimple) {
         m_paragraphs.clear();
         return;
     }
@@ -93,12 +93,12 @@ void ChatPlainTextLayout::paint(QPainter& painter, const QString& text, const QR
         return;
     }
     layOut(text, painter.font(), qMax<qreal>(0, area.width()));
-    if (!m_ordinary) {
+    if (!m_isSimple) {
         painter.drawText(area, text, textOption());
         return;
     }
 
-    // Lines stand on whole pixels, and those beyond the height of the area do not count.
+    // As in QPainter, lines begin on whole pixels, and lines below the area do not count for centring.
     struct PlacedLine {
         QTextLine line;
         qreal y;

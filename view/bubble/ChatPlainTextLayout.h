@@ -10,18 +10,19 @@
 class QPainter;
 class QTextLayout;
 
-/// Paints wrapped text, vertically centred, exactly as QPainter::drawText does with the same rectangle and
-/// option, but keeps the lines between paints and paints only those that are exposed. Text that grows at its
-/// end is laid out anew from its last line break on.
+/// Paints wrapped, vertically centred text exactly as QPainter::drawText() does with the same rectangle and
+/// option, but keeps the layout between paints and paints only the exposed lines. When text is appended, only
+/// the part after the last line break is laid out again. UI thread.
 class ChatPlainTextLayout {
 public:
     ChatPlainTextLayout();
     ~ChatPlainTextLayout();
 
-    /// Left aligned, vertically centred, wrapped at words or, where one is too long, anywhere.
+    /// Left aligned, vertically centred, wrapped at word boundaries or, within a word that is too long,
+    /// anywhere.
     static QTextOption textOption();
 
-    /// Paints with the painter's pen; `exposed` is in the painter's coordinates.
+    /// Paints with the painter's pen and font. `area` and `exposed` are in the painter's coordinates.
     void paint(QPainter& painter, const QString& text, const QRectF& area, const QRectF& exposed);
 
 private:
@@ -31,13 +32,13 @@ private:
         std::unique_ptr<QTextLayout> layout;
     };
 
-    static bool isOrdinary(const QString& text, int from);
+    static bool isSimple(const QString& text, int from);
     void layOut(const QString& text, const QFont& font, qreal width);
     void layOutParagraph(int begin, int end);
 
     QString m_text;
     QFont m_font;
     qreal m_width = 0;
-    bool m_ordinary = true;
+    bool m_isSimple = true;  // otherwise paint() leaves the text to QPainter
     std::vector<Paragraph> m_paragraphs;
 };
