@@ -8,8 +8,9 @@ namespace Ui {
 class ZR_AiChatSideBarSearchInputDlgClass;
 }
 
-/// A borderless window for a search text that deletes itself when it is closed. Nothing opens it at present:
-/// the side bar searches with its own box.
+/// A borderless input window for a search text that deletes itself when it is closed. UI thread.
+///
+/// Part of the interface; nothing in the module opens it.
 class ZR_AiChatSideBarSearchInputDlg : public QDialog {
     Q_OBJECT
 

@@ -5,16 +5,16 @@
 class QKeyEvent;
 class QObject;
 
-/// Mends the characters that the host's palette forwards one UTF-16 unit at a time, where a text box of Qt's
-/// would get them wrong.
+/// Corrects the key presses that the host's palette forwards one UTF-16 unit at a time, where a Qt text box
+/// would insert the wrong text.
 class ChatTypedCharacters {
 public:
-    /// To be shown every key press of the text boxes. True when the press is dealt with and must not reach
-    /// the box: it is half of a character of two units (the second half types both), or the character of a
-    /// key that has acted already.
+    /// Call for every key press of the text boxes. Returns true if the press must not reach the box: it is
+    /// one half of a surrogate pair (the second half inserts both), or a character that was already inserted
+    /// by its key.
     bool take(QObject* box, const QKeyEvent& press);
 
 private:
-    /// The first half of a character whose second is still to come; null otherwise.
-    QChar m_firstHalf;
+    /// High surrogate that waits for its low surrogate; null otherwise.
+    QChar m_highSurrogate;
 };

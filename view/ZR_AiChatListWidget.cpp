@@ -10,6 +10,8 @@
 
 namespace {
 
+constexpr QSize kDefaultSize(600, 400);
+
 QString currentTimeText() {
     return QString::number(QDateTime::currentSecsSinceEpoch());
 }
@@ -20,19 +22,22 @@ ZR_AiChatListWidget::ZR_AiChatListWidget(QWidget* parent) : QListWidget(parent) 
     if (objectName().isEmpty()) {
         setObjectName(QStringLiteral("ZR_AiChatListWidgetClass"));
     }
-    resize(600, 400);
+    resize(kDefaultSize);
     setWindowTitle(QStringLiteral("ZR_AiChatListWidget"));
+    // Part of the interface; nothing in the module has a slot that it connects.
     QMetaObject::connectSlotsByName(this);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
 
-    // Bubbles of a cleared list live until the event loop turns, and a late piece may still reach them.
-    connect(model(), &QAbstractItemModel::modelAboutToBeReset, this, &ZR_AiChatListWidget::forgetItems);
-    connect(model(), &QAbstractItemModel::rowsAboutToBeRemoved, this, &ZR_AiChatListWidget::forgetRows);
+    // The bubbles of removed rows live until their deferred delete, and a late piece may still reach them.
+    connect(model(), &QAbstractItemModel::modelAboutToBeReset, this,
+            &ZR_AiChatListWidget::clearAllItemProperties);
+    connect(model(), &QAbstractItemModel::rowsAboutToBeRemoved, this,
+            &ZR_AiChatListWidget::clearItemProperties);
 }
 
 ZR_AiChatListWidget::~ZR_AiChatListWidget() {
-    // The model resets once more on its way out, when the viewport is gone.
+    // The base class resets the model once more, after the viewport has been destroyed.
     model()->disconnect(this);
 }
 
@@ -102,17 +107,17 @@ QNChatMessage* ZR_AiChatListWidget::bubbleOf(QListWidgetItem* item) const {
     return qobject_cast<QNChatMessage*>(itemWidget(item));
 }
 
-void ZR_AiChatListWidget::forgetItems() {
-    forgetRows(QModelIndex(), 0, count() - 1);
+void ZR_AiChatListWidget::clearAllItemProperties() {
+    clearItemProperties(QModelIndex(), 0, count() - 1);
 }
 
-void ZR_AiChatListWidget::forgetRows(const QModelIndex& parent, int first, int last) {
+void ZR_AiChatListWidget::clearItemProperties(const QModelIndex& parent, int first, int last) {
     Q_UNUSED(parent)
     QSet<void*> items;
     for (int row = first; row <= last; ++row) {
         items.insert(item(row));
     }
-    // By the bubbles, since the view may have let go of the rows' widgets by now.
+    // itemWidget() may already be null for these rows, so look the bubbles up among the children.
     for (QNChatMessage* bubble :
          viewport()->findChildren<QNChatMessage*>(QString(), Qt::FindDirectChildrenOnly)) {
         if (items.contains(bubble->property(kListItemProperty).value<void*>())) {

@@ -5,8 +5,8 @@
 
 class QNChatMessage;
 
-/// The scrolling list of bubbles, oldest first. It sizes rows by the bubbles' own measurement and passes the
-/// colour theme on to them. UI thread.
+/// The scrolling list of bubbles, oldest first. The bubbles measure themselves; the list sizes its rows by
+/// that and passes the colour theme on. UI thread.
 class ZR_AiChatListWidget : public QListWidget {
     Q_OBJECT
 
@@ -15,18 +15,21 @@ public:
     ~ZR_AiChatListWidget() override;
 
     void addQuestion(const QString& text);
+    /// Appends a complete answer.
     void addAnswer(const QString& text);
-    /// Appends an empty answer that waits for its stream. The list keeps ownership.
+    /// Appends an empty answer in the loading state. The list keeps ownership.
     QNChatMessage* addLoadingAnswer();
 
-    /// Measures the last row again: the only one that changes while an answer streams.
+    /// Measures the last row again, the only one that changes while an answer streams in.
     void refreshLastItem();
-    /// Measures every row again for the list's present width.
+    /// Measures all rows again for the list's current width.
     void relayoutAll();
-    /// After a streamed piece: measures the last row and scrolls to it. A true flag does nothing.
+    /// Measures the last row again and scrolls to it. Call after every streamed piece. Does nothing if the
+    /// flag is true.
     void onStreamProcess(bool flag);
 
 signals:
+    /// Emitted by the view; connected to every bubble.
     void ZR_ListWidget_ColorThemeChanged(int iColorTheme);
 
 private:
@@ -34,6 +37,6 @@ private:
                    int kind);
     void refreshItem(QListWidgetItem* item);
     QNChatMessage* bubbleOf(QListWidgetItem* item) const;
-    void forgetItems();
-    void forgetRows(const QModelIndex& parent, int first, int last);
+    void clearAllItemProperties();
+    void clearItemProperties(const QModelIndex& parent, int first, int last);
 };

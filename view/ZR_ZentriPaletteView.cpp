@@ -18,8 +18,9 @@ namespace {
 constexpr int kSideBarWidth = 250;
 constexpr int kSideBarMilliseconds = 800;
 constexpr int kSendButtonSize = 20;
+const QColor kPlaceholderColor(138, 143, 153);
 
-// Key codes of the characters that come from the host's loop as characters and not as keys.
+// Key codes of the characters that the host's palette forwards as characters; their key events are ignored.
 constexpr int kFirstPrintableKey = 0x20;
 constexpr int kLastPrintableKey = 0x7E;
 
@@ -28,12 +29,12 @@ bool isPrintableKey(const QKeyEvent& event) {
            event.modifiers() != Qt::ControlModifier;
 }
 
-/// Greys the placeholder. A style sheet gives it the colour of the text each time it polishes and has no
-/// property for it, so this must follow.
-void greyPlaceholder(QTextEdit& box) {
+/// Call after every polish: a style sheet has no property for the placeholder's colour and resets it to the
+/// text colour when it polishes.
+void setPlaceholderColor(QTextEdit& box) {
     box.ensurePolished();
     QPalette palette = box.palette();
-    palette.setColor(QPalette::PlaceholderText, QColor(138, 143, 153));
+    palette.setColor(QPalette::PlaceholderText, kPlaceholderColor);
     box.setPalette(palette);
 }
 
@@ -42,7 +43,7 @@ void greyPlaceholder(QTextEdit& box) {
 ZR_ZentriPaletteView::ZR_ZentriPaletteView(QWidget* parent)
     : QWidget(parent), m_ui(std::make_unique<Ui::ZR_ZentriPaletteViewClass>()) {
     m_ui->setupUi(this);
-    // A style sheet paints the background of a class of ours only when it is told to.
+    // A QWidget subclass paints its style-sheet background only with this attribute.
     setAttribute(Qt::WA_StyledBackground, true);
 
     connect(m_ui->toolButton_Send, &QToolButton::clicked, this, &ZR_ZentriPaletteView::toolBtnSend_clicked);
@@ -66,7 +67,6 @@ ZR_ZentriPaletteView::ZR_ZentriPaletteView(QWidget* parent)
     QSizePolicy inputPolicy = m_ui->textEdit_userInput->sizePolicy();
     inputPolicy.setRetainSizeWhenHidden(true);
     m_ui->textEdit_userInput->setSizePolicy(inputPolicy);
-    m_sideBarOpen = false;
 
     m_widthAnimation = new QPropertyAnimation(m_ui->widget_SideBar, "animationWidth", this);
     m_widthAnimation->setEasingCurve(QEasingCurve::InOutSine);
@@ -82,9 +82,9 @@ ZR_ZentriPaletteView::ZR_ZentriPaletteView(QWidget* parent)
     m_opacityAnimation->setEasingCurve(QEasingCurve::InOutSine);
     m_opacityAnimation->setDuration(kSideBarMilliseconds);
 
-    // Shows until the first theme is set.
-    m_ui->toolButton_HistoricalChat->setProperty(kColorThemeProperty, 0);
-    greyPlaceholder(*m_ui->textEdit_userInput);
+    // In effect until the first call of setColorTheme().
+    m_ui->toolButton_HistoricalChat->setProperty(kColorThemeProperty, kDarkTheme);
+    setPlaceholderColor(*m_ui->textEdit_userInput);
     m_ui->toolButton_Send->setToolTip(QStringLiteral("发送"));
     m_ui->toolButton_HistoricalChat->setToolTip(QStringLiteral("展开侧边栏"));
 }
@@ -93,7 +93,7 @@ ZR_ZentriPaletteView::~ZR_ZentriPaletteView() = default;
 
 void ZR_ZentriPaletteView::setColorTheme(int theme) {
     applyThemeProperty(this, kColorThemeProperty, theme);
-    greyPlaceholder(*m_ui->textEdit_userInput);
+    setPlaceholderColor(*m_ui->textEdit_userInput);
     emit m_ui->listWidget_ChatView->ZR_ListWidget_ColorThemeChanged(theme);
     m_ui->listWidget_ChatView->viewport()->update();
 }
@@ -207,7 +207,8 @@ bool ZR_ZentriPaletteView::eventFilter(QObject* watched, QEvent* event) {
     }
     const bool isInput = watched == m_ui->textEdit_userInput;
     if (event->type() == QEvent::FocusIn && (isInput || watched == m_ui->widget_SideBar->searchBox())) {
-        // The host's loop gives characters to the panel only while the palette window has the native focus.
+        // The host's message loop delivers characters to the panel only while the palette window has the
+        // native focus.
         if (ZR_ZentriPaletteAccess* palette = zentriPaletteAccess()) {
             palette->takeKeyboardFocus();
         }
@@ -258,7 +259,7 @@ void ZR_ZentriPaletteView::closeSideBar() {
 
 void ZR_ZentriPaletteView::startSideBarAnimations(int fromWidth, int toWidth, qreal fromOpacity,
                                                   qreal toOpacity) {
-    // A running animation is not taken up where it is: it starts again from the configured value.
+    // Also while an animation runs, the new one starts from the configured value, not from the current one.
     m_widthAnimation->stop();
     m_opacityAnimation->stop();
     m_widthAnimation->setStartValue(fromWidth);
@@ -274,7 +275,8 @@ void ZR_ZentriPaletteView::animationSideBar_finished() {
         m_ui->widget_SideBar->hide();
     }
     updateGeometry();
-    // The animation's last width has only been announced to the layout, and frames may have been skipped.
+    // The last width has only posted a layout request, and frames before it may have been skipped. The
+    // bubbles need the list's final width now.
     layout()->activate();
     relayoutMessages();
 }

@@ -13,9 +13,9 @@ namespace Ui {
 class ZR_ZentriPaletteViewClass;
 }
 
-/// The one widget that fills the docked chat panel: side bar, header row, message list and input box. It
-/// turns the user's actions into calls on the chat manager, which drives it back while an answer streams. UI
-/// thread.
+/// The widget that fills the docked chat panel: side bar, header row, message list and input box. It turns
+/// the user's actions into calls of the chat manager, which calls back while an answer streams in. There is
+/// one in the module. UI thread.
 class ZR_ZentriPaletteView : public QWidget, public ZR_AiChatViewInterface {
     Q_OBJECT
 
@@ -25,13 +25,13 @@ public:
     ZR_ZentriPaletteView(const ZR_ZentriPaletteView&) = delete;
     ZR_ZentriPaletteView& operator=(const ZR_ZentriPaletteView&) = delete;
 
-    /// Themes the whole view: 1 light, 0 dark, any other value no theme rule at all.
+    /// Applies the theme to the whole view: kLightTheme or kDarkTheme; no theme rule matches other values.
     void setColorTheme(int theme);
-    /// Shows a stored conversation; messages that are neither question nor answer are left out.
+    /// Shows a stored session. Messages that are neither question nor answer are skipped.
     void showChatRecord(const ZR_AiChatSingleChatRecord& record);
-    /// Measures every bubble again for the list's present width.
+    /// Measures all bubbles again for the list's current width.
     void relayoutMessages();
-    /// Takes the Qt focus off the input box and the search box, so that the host gets the keys again.
+    /// Clears the Qt focus of the input box and the search box, so that the host receives the keys again.
     void clearInputFocus();
 
     // ZR_AiChatViewInterface

@@ -19,6 +19,7 @@
 #include "host/core/ZR_ZentriPaletteAccess.h"
 #include "host/core/ZR_ZentriText.h"
 #include "view/dialogs/ZR_AiChatUserEditDlg.h"
+#include "view/theme/ChatBubbleTheme.h"
 #include "view/theme/ZR_ZentriThemeStyle.h"
 
 namespace {
@@ -28,9 +29,12 @@ constexpr int kTimePointSize = 10;
 constexpr int kLoadingSize = 16;
 constexpr int kLoadingGap = 10;
 constexpr qreal kFrameRadius = 4.0;
+constexpr char kAvatar[] = ":/res/img/LOGO.png";
+// Part of the interface; nothing in the module provides it, so the loading label stays blank.
+constexpr char kLoadingMovie[] = ":/img/loading4.gif";
 
-/// Widths are cut to whole pixels where a bubble is measured. With advances in fractions of a pixel the last
-/// word of nearly every question would not fit the frame that was made for it.
+/// The measured width of a text is truncated to whole pixels. With fractional advances the last word of most
+/// questions would not fit into the frame.
 QFont withWholePixelAdvances(QFont font) {
     QT_WARNING_PUSH
     QT_WARNING_DISABLE_DEPRECATED
@@ -40,8 +44,8 @@ QFont withWholePixelAdvances(QFont font) {
     return font;
 }
 
-QPixmap icon(const char* name) {
-    return QPixmap(QStringLiteral(":/res/img/%1.png").arg(QLatin1String(name)));
+QPixmap pixmap(const char* path) {
+    return QPixmap(QLatin1String(path));
 }
 
 }  // namespace
@@ -51,12 +55,12 @@ QNChatMessage::QNChatMessage(QWidget* parent) : QWidget(parent) {
     textFont.setPointSize(kTextPointSize);
     setFont(withWholePixelAdvances(textFont));
 
-    m_leftPixmap = icon("LOGO");
-    m_rightPixmap = icon("LOGO");
-    setColorTheme(1);
+    m_leftPixmap = pixmap(kAvatar);
+    m_rightPixmap = pixmap(kAvatar);
+    setColorTheme(kLightTheme);
 
     m_loadingMovie = new QMovie(this);
-    m_loadingMovie->setFileName(QStringLiteral(":/img/loading4.gif"));
+    m_loadingMovie->setFileName(QLatin1String(kLoadingMovie));
     m_loadingLabel = new QLabel(this);
     m_loadingLabel->setMovie(m_loadingMovie);
     m_loadingLabel->resize(kLoadingSize, kLoadingSize);
@@ -69,21 +73,13 @@ QNChatMessage::QNChatMessage(QWidget* parent) : QWidget(parent) {
 QNChatMessage::~QNChatMessage() = default;
 
 void QNChatMessage::setColorTheme(int theme) {
-    if (theme != 0) {
-        m_textColor = QColor(51, 51, 51);
-        m_fillColor = QColor(229, 246, 254);
-        m_linkColor = QColor(0, 0, 255);
-        m_copyPixmap = icon("ChatCopy");
-        m_regenPixmap = icon("ChatRegen");
-        m_editPixmap = icon("ChatEdit");
-    } else {
-        m_textColor = QColor(229, 246, 254);
-        m_fillColor = QColor(51, 51, 51);
-        m_linkColor = QColor(128, 186, 245);
-        m_copyPixmap = icon("ChatCopy-Dark");
-        m_regenPixmap = icon("ChatRegen-Dark");
-        m_editPixmap = icon("ChatEdit-Dark");
-    }
+    const ChatBubbleTheme& look = ChatBubbleTheme::of(theme);
+    m_textColor = look.text;
+    m_fillColor = look.questionFill;
+    m_linkColor = look.link;
+    m_copyPixmap = pixmap(look.copyIcon);
+    m_regenPixmap = pixmap(look.regenerateIcon);
+    m_editPixmap = pixmap(look.editIcon);
 }
 
 QSize QNChatMessage::fontRect(const QString& text) {
@@ -122,14 +118,14 @@ void QNChatMessage::placeLoadingLabel() {
 }
 
 void QNChatMessage::startAnswerLoading() {
-    // A bubble that is new has no kind yet and becomes an answer here.
+    // A new bubble has no kind yet; it becomes an answer here.
     if (m_userType == Question || m_userType == Time) {
         return;
     }
     m_answerLoading = true;
     m_msgText.clear();
     const QSize size = fontRect(m_msgText);
-    // A bubble has no row yet when its first answer begins; the row's set-up then gives the size.
+    // A new bubble has no row yet; the row set-up will give the row its size.
     if (auto* item = static_cast<QListWidgetItem*>(property(kListItemProperty).value<void*>())) {
         item->setSizeHint(size);
     }
@@ -169,7 +165,7 @@ void QNChatMessage::regenerate() {
 }
 
 void QNChatMessage::editQuestion() {
-    // The list may be cleared while the dialog is open; it then takes the dialog along with this bubble.
+    // The list may be cleared while the dialog is open, which destroys this bubble and the dialog with it.
     const QPointer<ZR_AiChatUserEditDlg> dialog = new ZR_AiChatUserEditDlg(this);
     applyThemeProperty(dialog, kColorThemeProperty, readColorTheme());
     dialog->setEditText(m_msgText);
@@ -189,19 +185,20 @@ void QNChatMessage::editQuestion() {
 
 bool QNChatMessage::eventFilter(QObject* watched, QEvent* event) {
     if (watched == this && event->type() == QEvent::MouseButtonPress) {
-        if (pressAt(static_cast<QMouseEvent*>(event)->pos())) {
+        if (handlePress(static_cast<QMouseEvent*>(event)->pos())) {
             return true;
         }
     } else if (watched == this && event->type() == QEvent::ToolTip) {
-        offerToolTip(static_cast<QHelpEvent*>(event)->pos());
+        updateToolTip(static_cast<QHelpEvent*>(event)->pos());
     }
     return QWidget::eventFilter(watched, event);
 }
 
-bool QNChatMessage::pressAt(const QPoint& position) {
+bool QNChatMessage::handlePress(const QPoint& position) {
     for (const ChatLinkRun& run : m_linkRuns) {
         if (run.rect.contains(position)) {
-            // By value: a question box of the command runner may outlive this bubble.
+            // A copy, because the command runner may show a message box during which this bubble is
+            // destroyed.
             const CString command = toCString(run.command);
             ZR_ZentriCmdManager::instance().runCommand(command);
             return true;
@@ -229,8 +226,8 @@ bool QNChatMessage::pressAt(const QPoint& position) {
     return false;
 }
 
-void QNChatMessage::offerToolTip(const QPoint& position) {
-    // Never taken back: the last icon's tip goes on showing all over the bubble.
+void QNChatMessage::updateToolTip(const QPoint& position) {
+    // Never cleared: afterwards the tip of the last icon is shown anywhere on the bubble. That is intended.
     if (m_userType == Question) {
         if (m_rects.copyQuestionRect.contains(position)) {
             setToolTip(QStringLiteral("复制"));

@@ -16,26 +16,34 @@ class QLabel;
 class QMovie;
 class QPainter;
 
-/// The dynamic property through which a bubble reaches its list row (a void* to its QListWidgetItem). The
-/// list sets it, and clears it before the row is removed.
+/// The dynamic property that holds a bubble's list row: a void* to its QListWidgetItem, not owned. The list
+/// sets it and clears it before the row is removed.
 constexpr char kListItemProperty[] = "ZR_LISTITEM_PTR";
 
 /// One message of the chat list: a question, an answer that can stream in, or a time line. It measures its
 /// text, paints itself, and makes the command names between 【 and 】 in an answer clickable. UI thread.
+///
+/// ChatBubbleHeight tells its height, ChatBubbleRects the place of each part, ChatBubbleTheme its colours and
+/// icons.
 class QNChatMessage : public QWidget, public ZR_AiChatAnswerInterface {
     Q_OBJECT
 
 public:
-    /// What a bubble shows. A bubble of another kind paints nothing.
-    enum UserType { Question = 1, Answer = 2, Time = 3 };
+    /// What a bubble shows. A bubble of any other kind paints nothing.
+    enum UserType {
+        Question = 1,
+        Answer = 2,
+        Time = 3,  ///< Part of the interface; nothing in the module creates one.
+    };
 
     explicit QNChatMessage(QWidget* parent = nullptr);
     ~QNChatMessage() override;
 
-    /// Takes the text and computes every rectangle for the widget's present width; returns the size that the
-    /// bubble wants.
+    /// Sets the text, computes all rectangles for the widget's current width and returns the size that the
+    /// bubble needs.
     QSize fontRect(const QString& text);
-    /// Sets what is shown. The time is whole seconds since 1970 in decimal, the size that of fontRect.
+    /// Sets what is shown. `time` is seconds since 1970 (UTC) in decimal, `allSize` the result of fontRect()
+    /// and `userType` a UserType.
     void setText(const QString& text, const QString& time, QSize allSize, int userType);
 
     QString msgText() const { return m_msgText; }
@@ -44,14 +52,14 @@ public:
     QSize allSize() const { return m_allSize; }
     int userType() const { return m_userType; }
     const ChatBubbleRects& rects() const { return m_rects; }
-    /// The links as they were last painted; a press is matched against these.
+    /// The links of the last paint. A mouse press is matched against these.
     const std::vector<ChatLinkRun>& linkRuns() const { return m_linkRuns; }
     QColor textColor() const { return m_textColor; }
     QColor fillColor() const { return m_fillColor; }
     QColor linkColor() const { return m_linkColor; }
     bool isAnswerLoading() const { return m_answerLoading; }
 
-    // ZR_AiChatAnswerInterface
+    // ZR_AiChatAnswerInterface; has no effect on questions and time lines
     void startAnswerLoading() override;
     void appendAnswerText(const QString& piece) override;
     void stopAnswerLoading() override;
@@ -61,26 +69,30 @@ public:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 public slots:
-    /// Takes the colours and icons of the theme: 0 dark, anything else light. Does not repaint by itself.
+    /// Switches to the colours and icons of the theme (kDarkTheme, any other value light). Does not schedule
+    /// a repaint.
     void setColorTheme(int theme);
-    /// Puts the whole message on the clipboard.
+    /// Copies the whole message to the clipboard, brackets included.
     void copyText();
-    /// Sends the session's last question again, whichever answer was asked for: the manager knows no other.
+    /// Sends the last question of the session again, whichever answer this is: the manager gives only that
+    /// one.
     void regenerate();
-    /// Lets the user change the question and sends what comes of it as a new question.
+    /// Lets the user change the question in a modal dialog and sends the result as a new question. The bubble
+    /// may be destroyed meanwhile.
     void editQuestion();
 
 signals:
-    // Part of the class's face; a link runs its command directly and neither is emitted.
+    /// Part of the interface; nothing in the module emits it.
     void linkActivated(const QString& link);
+    /// Part of the interface; nothing in the module emits it.
     void colorThemeChanged(int iColorTheme);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    bool pressAt(const QPoint& position);
-    void offerToolTip(const QPoint& position);
+    bool handlePress(const QPoint& position);
+    void updateToolTip(const QPoint& position);
     void placeLoadingLabel();
     void paintAnswer(QPainter& painter, const QRect& exposed);
     void paintQuestion(QPainter& painter, const QRect& exposed);
@@ -89,12 +101,12 @@ private:
     QString m_msgText;
     QString m_timeText;
     QString m_curTime;
-    QSize m_allSize;
+    QSize m_allSize;  // Part of the interface; nothing in the module reads it.
     int m_userType = 0;
     ChatBubbleRects m_rects;
     std::vector<ChatLinkRun> m_linkRuns;
     QPixmap m_leftPixmap;
-    QPixmap m_rightPixmap;
+    QPixmap m_rightPixmap;  // Part of the interface; nothing in the module reads it.
     QPixmap m_copyPixmap;
     QPixmap m_regenPixmap;
     QPixmap m_editPixmap;
@@ -103,7 +115,7 @@ private:
     QColor m_linkColor;
     QLabel* m_loadingLabel = nullptr;
     QMovie* m_loadingMovie = nullptr;
-    bool m_userLoadingDone = false;
+    bool m_userLoadingDone = false;  // Part of the interface; nothing in the module sets it.
     bool m_answerLoading = false;
 
     ChatTextMeasure m_measure;

@@ -7,8 +7,9 @@ namespace Ui {
 class ZR_AiChatUserDlgClass;
 }
 
-/// Shows one command link and prints it on the host's command line when it is clicked. Nothing opens it at
-/// present; it is kept so that the set of dialogs stays whole.
+/// Shows one command link and prints it on the host's command line when it is clicked. UI thread.
+///
+/// Part of the interface; nothing in the module opens it.
 class ZR_AiChatUserDlg : public QDialog {
     Q_OBJECT
 
@@ -17,6 +18,7 @@ public:
     ~ZR_AiChatUserDlg() override;
 
 signals:
+    /// The link was clicked.
     void linkActivated(const QString& link);
 
 private:

@@ -5,12 +5,12 @@
 #include <QStyleOption>
 
 #include "ui_ZR_AiChatUserEditDlg.h"
+#include "view/theme/ChatDialogFlags.h"
 
 ZR_AiChatUserEditDlg::ZR_AiChatUserEditDlg(QWidget* parent)
     : QDialog(parent), m_ui(std::make_unique<Ui::ZR_AiChatUserEditDlgClass>()) {
     m_ui->setupUi(this);
-    // The splash-screen type is what the window-type bits come to when all of them are set.
-    setWindowFlags(windowFlags() | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint | Qt::SplashScreen);
+    setWindowFlags(windowFlags() | Qt::FramelessWindowHint | kChatDialogFlags);
     setAttribute(Qt::WA_TranslucentBackground, true);
     setAutoFillBackground(false);
     connect(m_ui->pushButton_Send, &QPushButton::clicked, this, &ZR_AiChatUserEditDlg::pushBtnSend_clicked);

@@ -7,7 +7,7 @@ namespace Ui {
 class ZR_AiChatUserEditDlgClass;
 }
 
-/// Lets the user change an earlier question. Accepted by Send, rejected by Cancel. UI thread.
+/// Lets the user change an earlier question. Send accepts the dialog, Cancel rejects it. UI thread.
 class ZR_AiChatUserEditDlg : public QDialog {
     Q_OBJECT
 
@@ -16,7 +16,7 @@ public:
     ~ZR_AiChatUserEditDlg() override;
 
     void setEditText(const QString& text);
-    /// The plain text as it stands in the box, which may be empty.
+    /// The current plain text of the box; may be empty.
     QString editText() const;
 
 public slots:
@@ -24,7 +24,7 @@ public slots:
     void pushBtnCancel_clicked();
 
 protected:
-    /// A translucent window gets no ground from its style sheet by itself.
+    /// Draws the style-sheet background, which a translucent window does not paint by itself.
     void paintEvent(QPaintEvent* event) override;
 
 private:

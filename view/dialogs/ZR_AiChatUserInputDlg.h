@@ -7,8 +7,9 @@ namespace Ui {
 class ZR_AiChatUserInputDlgClass;
 }
 
-/// A floating input box that deletes itself when it is closed. Nothing opens it at present; it is kept so
-/// that the set of dialogs stays whole.
+/// A floating input box that deletes itself when it is closed. UI thread.
+///
+/// Part of the interface; nothing in the module opens it.
 class ZR_AiChatUserInputDlg : public QDialog {
     Q_OBJECT
 

@@ -14,14 +14,14 @@ void ChatTitleLabel::setElideMode(Qt::TextElideMode mode) {
     update();
 }
 
-QString ChatTitleLabel::rowText() const {
-    QString row = text();
-    for (QChar& unit : row) {
+QString ChatTitleLabel::singleLineText() const {
+    QString line = text();
+    for (QChar& unit : line) {
         if (unit.isSpace()) {
             unit = QLatin1Char(' ');
         }
     }
-    return row;
+    return line;
 }
 
 QSize ChatTitleLabel::sizeFor(int textWidth) const {
@@ -32,7 +32,7 @@ QSize ChatTitleLabel::sizeFor(int textWidth) const {
 
 QSize ChatTitleLabel::sizeHint() const {
     ensurePolished();
-    return sizeFor(fontMetrics().horizontalAdvance(rowText()));
+    return sizeFor(fontMetrics().horizontalAdvance(singleLineText()));
 }
 
 QSize ChatTitleLabel::minimumSizeHint() const {
@@ -47,7 +47,7 @@ void ChatTitleLabel::paintEvent(QPaintEvent* event) {
     QStyleOption option;
     option.initFrom(this);
     const QRect area = contentsRect().adjusted(qMax(indent(), 0), 0, 0, 0);
-    const QString shown = fontMetrics().elidedText(rowText(), m_elideMode, area.width());
+    const QString shown = fontMetrics().elidedText(singleLineText(), m_elideMode, area.width());
     style()->drawItemText(&painter, area, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
                           option.palette, isEnabled(), shown, foregroundRole());
 }

@@ -2,15 +2,16 @@
 
 #include <QLabel>
 
-/// A label for titles, which are whatever the user typed: it shows the text as one row of plain text, line
-/// breaks as blanks, and never asks for more room than there is. text() stays as it was set. What does not
-/// fit is cut off, or elided if so asked.
+/// A label for titles, which can be any text that the user typed. It shows the text as a single line of plain
+/// text, with line breaks as spaces, and its minimum size does not depend on the text. Text that does not fit
+/// is clipped or elided. text() returns the text as it was set.
 class ChatTitleLabel : public QLabel {
     Q_OBJECT
 
 public:
     explicit ChatTitleLabel(QWidget* parent = nullptr);
 
+    /// Qt::ElideNone, the default, clips.
     void setElideMode(Qt::TextElideMode mode);
 
     QSize sizeHint() const override;
@@ -20,7 +21,7 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    QString rowText() const;
+    QString singleLineText() const;
     QSize sizeFor(int textWidth) const;
 
     Qt::TextElideMode m_elideMode = Qt::ElideNone;

@@ -14,14 +14,13 @@ void applyThemeProperty(QObject* object, const char* name, const QVariant& value
             widget->style()->unpolish(widget);
             widget->style()->polish(widget);
         }
-        // By value: polishing may give a widget further children, and the walk must not follow a changing
-        // list.
+        // A copy, because polishing may add children to a widget.
         const QObjectList children = object->children();
         for (QObject* child : children) {
             applyThemeProperty(child, name, value);
         }
     } catch (...) {
-        // A look that is half applied is better than a host that goes down.
+        // A partly applied theme is better than an exception in the host.
     }
 }
 

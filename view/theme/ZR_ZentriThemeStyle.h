@@ -4,15 +4,17 @@
 
 class QObject;
 
-/// The dynamic property that carries the colour theme on every chat widget: 1 light, 0 dark. Style sheets
-/// select their rules by it; any other value leaves only the rules that do not depend on the theme.
+/// The dynamic property that carries the colour theme on every chat widget: kLightTheme or kDarkTheme. Style
+/// sheets select their rules by it; with any other value only the rules without a theme selector apply.
 constexpr char kColorThemeProperty[] = "ZR_ColorTheme";
+constexpr int kLightTheme = 1;
+constexpr int kDarkTheme = 0;
 
-/// Sets the property on the object and on everything below it, children in order and depth first, and
-/// polishes every widget on the way anew, because a style sheet looks at properties only while it polishes.
-/// An exception ends the walk of its branch and nothing else. A null object is ignored. UI thread.
+/// Sets the property on the object and all its descendants, depth first in child order, and re-polishes each
+/// widget, because a style sheet evaluates property selectors only while polishing. An exception ends the
+/// walk of its branch only. A null object is ignored. UI thread.
 void applyThemeProperty(QObject* object, const char* name, const QVariant& value);
 
-/// Hands the object's own theme to everything below it: for a panel whose children were made after the last
-/// change of the theme.
+/// Applies the object's own theme to all its descendants. For a panel that has created children since the
+/// last theme change. A null object is ignored. UI thread.
 void reapplyOwnTheme(QObject* panel);
