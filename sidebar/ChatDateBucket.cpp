@@ -11,8 +11,7 @@ namespace {
 constexpr qint64 kSecondsPerDay = 86400;
 constexpr qint32 kSecondsPerHour = 3600;
 constexpr qint32 kSecondsPerMinute = 60;
-// The host platform's own conversion knows the years 1970 to 3000 and fails beyond; so it is on every
-// platform.
+// Range of the C run-time's conversion on Windows, the years 1970 to 3000. Kept on every platform.
 constexpr qint64 kFirstConvertible = 0;
 constexpr qint64 kLastConvertible = 32535215999;
 
@@ -41,7 +40,30 @@ QString dayText(const std::tm& local) {
     return monthText(local) + twoDigits(local.tm_mday) + QStringLiteral("日");
 }
 
-/// Runs a conversion; writes a log line and returns false when it fails.
+/// A time in local time, and the page it belongs to as seen at `now`.
+struct DatedTime {
+    enum class Page { Today, Yesterday, ThisMonth, OtherMonth };
+
+    /// Throws std::invalid_argument if a time cannot be converted.
+    DatedTime(qint64 time, qint64 now) {
+        const std::tm today = localTime(now);
+        // A fixed number of seconds, also when the clocks change in between.
+        const std::tm yesterday = localTime(now - kSecondsPerDay);
+        local = localTime(time);
+        if (dayText(local) == dayText(today)) {
+            page = Page::Today;
+        } else if (dayText(local) == dayText(yesterday)) {
+            page = Page::Yesterday;
+        } else if (monthText(local) == monthText(today)) {
+            page = Page::ThisMonth;
+        }
+    }
+
+    std::tm local = {};
+    Page page = Page::OtherMonth;
+};
+
+/// Runs a conversion; writes a log line and returns false if it throws.
 template <typename Conversion>
 bool guarded(const QString& action, qint64 time, const Conversion& conversion) {
     try {
@@ -57,40 +79,38 @@ bool guarded(const QString& action, qint64 time, const Conversion& conversion) {
     return false;
 }
 
+QString headingOf(const DatedTime& dated) {
+    switch (dated.page) {
+        case DatedTime::Page::Today:
+            return ChatDateHeading::today();
+        case DatedTime::Page::Yesterday:
+            return ChatDateHeading::yesterday();
+        case DatedTime::Page::ThisMonth:
+            return ChatDateHeading::thisMonth();
+        case DatedTime::Page::OtherMonth:
+            break;
+    }
+    return monthText(dated.local);
+}
+
 }  // namespace
 
 QString DateBucketLabel(qint64 time, qint64 now) {
-    QString label;
-    const bool converted = guarded(QStringLiteral("历史对话日期转换"), time, [&] {
-        const std::tm today = localTime(now);
-        const std::tm yesterday = localTime(now - kSecondsPerDay);
-        const std::tm local = localTime(time);
-        if (dayText(local) == dayText(today)) {
-            label = QStringLiteral("今天");
-        } else if (dayText(local) == dayText(yesterday)) {
-            label = QStringLiteral("昨天");
-        } else if (monthText(local) == monthText(today)) {
-            label = QStringLiteral("本月");
-        } else {
-            label = monthText(local);
-        }
-    });
-    return converted ? label : QStringLiteral("日期无法识别");
+    QString label = ChatDateHeading::unrecognised();
+    guarded(QStringLiteral("历史对话日期转换"), time, [&] { label = headingOf(DatedTime(time, now)); });
+    return label;
 }
 
 bool normalisedPageTime(qint64 time, qint64 now, qint64& pageTime) {
     return guarded(QStringLiteral("设置页码历史时间"), time, [&] {
-        const std::tm today = localTime(now);
-        const std::tm yesterday = localTime(now - kSecondsPerDay);
-        const std::tm local = localTime(time);
-        qint32 sinceMidnight =
-            local.tm_hour * kSecondsPerHour + local.tm_min * kSecondsPerMinute + local.tm_sec;
-        const QString day = dayText(local);
-        if (day != dayText(today) && day != dayText(yesterday)) {
-            // The whole day of the month is taken off, so a month's page stands at the start of the day
-            // before the 1st. That is meant: the time only orders the pages.
-            sinceMidnight += local.tm_mday * static_cast<qint32>(kSecondsPerDay);
+        const DatedTime dated(time, now);
+        const std::tm& local = dated.local;
+        qint32 offset = local.tm_hour * kSecondsPerHour + local.tm_min * kSecondsPerMinute + local.tm_sec;
+        if (dated.page != DatedTime::Page::Today && dated.page != DatedTime::Page::Yesterday) {
+            // All days of the month count, the first one too, so the result is the start of the day before
+            // the 1st. That is intended: the time only orders the pages.
+            offset += local.tm_mday * static_cast<qint32>(kSecondsPerDay);
         }
-        pageTime = time - sinceMidnight;
+        pageTime = time - offset;
     });
 }

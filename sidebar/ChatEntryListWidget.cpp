@@ -5,7 +5,7 @@ ChatEntryListWidget::ChatEntryListWidget(QWidget* parent) : QListWidget(parent) 
 void ChatEntryListWidget::updateGeometries() {
     const int width = contentsSize().width();
     QListWidget::updateGeometries();
-    // The entries were placed before the list took its new width.
+    // The base class has placed the item widgets for the old width.
     if (contentsSize().width() != width) {
         updateEditorGeometries();
     }

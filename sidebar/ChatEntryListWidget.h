@@ -2,8 +2,8 @@
 
 #include <QListWidget>
 
-/// A list of entries that are widgets. A plain list leaves them as wide as they were when it becomes
-/// narrower, as it does when a scroll bar comes up beside it: what stands at their right end is then cut off.
+/// A list whose rows are item widgets. A plain QListWidget does not shrink them when its viewport becomes
+/// narrower, for example when a scroll bar appears, and their right end is clipped.
 class ChatEntryListWidget : public QListWidget {
     Q_OBJECT
 

@@ -12,7 +12,7 @@
 
 namespace {
 
-// What the list needs beside its rows: its padding above and below.
+// Padding of the list above and below its rows, in pixels.
 constexpr int kListPadding = 18;
 
 }  // namespace
@@ -63,7 +63,7 @@ void ZR_AiChatChatBoxPage::addEntry(const CString& sessionId, const CString& tit
 
 void ZR_AiChatChatBoxPage::addEntry(const CString& sessionId, const CString& title, int theme) {
     ZR_AiChatChatBoxPageContentLabel* entry = makeEntry(sessionId, title);
-    // Nothing of the entry has been polished yet, so that the properties alone give it the theme.
+    // The entry has not been polished yet, so setting the properties is enough to apply the theme.
     entry->setProperty(kColorThemeProperty, theme);
     for (QObject* part : entry->findChildren<QObject*>()) {
         part->setProperty(kColorThemeProperty, theme);
@@ -102,7 +102,7 @@ void ZR_AiChatChatBoxPage::adjustHeight() {
     for (int row = 0; row < list->count(); ++row) {
         m_rowHeight = std::max(m_rowHeight, list->sizeHintForRow(row));
     }
-    // A row that has been hidden from its start has the height of its form: not a height to rely on.
+    // A row that has never been visible still has the height of its form, which is not its final height.
     m_rowHeightIsKnown = m_rowHeightIsKnown || visibleRows() == list->count();
     setHeightForRows();
 }

@@ -22,36 +22,38 @@ public:
 
     void setLabel(const QString& text);
     QString labelText() const;
-    /// Sets the time that orders the pages, in seconds since 1970, as it is or brought down to the start of
-    /// its day or month as seen at `now`. A time that cannot be converted leaves the page's time as it was.
+    /// Sets the sort key of the page, in seconds since 1970: the time as it is, or normalised for `now` by
+    /// normalisedPageTime(). If that fails, the sort key is left unchanged.
     void setPageTime(qint64 time, bool normalise, qint64 now);
+    /// Part of the interface; nothing in the module calls it.
     void setPageTime(qint64 time, bool normalise);
     qint64 pageTime() const { return m_pageTime; }
 
+    /// Adds an entry in the light theme. Part of the interface; nothing in the module calls it.
     void addEntry(const CString& sessionId, const CString& title);
-    /// Adds an entry that is in the theme from the start. Costs less than to add it and hand it the theme.
+    /// Adds an entry in the theme. Cheaper than adding it and applying the theme afterwards.
     void addEntry(const CString& sessionId, const CString& title, int theme);
     bool containsSession(const QString& sessionId) const;
-    /// Gives the list the height of the rows it shows.
+    /// Sets the minimum height of the list to the height of its visible rows.
     void adjustHeight();
     void showAllEntries();
-    /// Shows the entries whose session contains the text; a page without any is hidden.
+    /// Shows only the entries whose session contains the text, and hides the page if there are none.
     void applyFilter(const QString& text);
-    /// Marks the session's entry, or none.
+    /// Selects the session's entry and clears any other selection.
     void selectSession(const QString& sessionId);
 
-    /// As tall as the rows need: the list by itself would ask for more when it holds one or two.
+    /// As tall as the rows need; the size hint of the list alone is taller than one or two rows.
     QSize sizeHint() const override;
 
 signals:
     void chatLabel_Clicked(QString sessionId);
 
 public slots:
-    /// The page cannot be folded; kept for the day it can.
+    /// Does nothing. Part of the interface; nothing in the module calls it.
     void onPushButtonFoldClicked();
     void listWidget_itemClicked(QListWidgetItem* item);
-    /// Takes the entry that sent the signal off the page. The session itself is not touched, so the entry is
-    /// back at the next load.
+    /// Removes the row of the entry that sent the signal. The session itself is kept, so the entry is back
+    /// after the next load.
     void contentLabel_deleteAction_Clicked();
 
 private:
@@ -60,13 +62,13 @@ private:
     ZR_AiChatChatBoxPageContentLabel* entryAt(int row) const;
     int visibleRows() const;
     void setHeightForRows();
-    /// As adjustHeight(), but leaves it to the list when to lay its rows out.
+    /// Like adjustHeight(), but does not force the list to lay out its rows if the row height is known.
     void fitHeight();
 
     std::unique_ptr<Ui::ZR_AiChatChatBoxPageClass> m_ui;
-    // The largest of all rows, hidden ones too; not known while rows have come or gone since it was asked
-    // for.
+    // Height of the tallest row, hidden rows included. Not known after rows have been added or removed.
     int m_rowHeight = 0;
     bool m_rowHeightIsKnown = false;
-    qint64 m_pageTime = 0;  // after every valid page, should the time not be convertible
+    // Zero sorts a page whose time cannot be converted after all valid pages.
+    qint64 m_pageTime = 0;
 };

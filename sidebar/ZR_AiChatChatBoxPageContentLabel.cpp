@@ -28,7 +28,7 @@ QToolButton:hover { background-color: #c3d2d7; border: 1px inset #c3d2d7; color:
 QToolButton:pressed { background-color: #b6c4c8; border: 1px inset #b6c4c8; padding-top: 1px; padding-left: 1px; }
 )";
 
-/// The menu is a window of its own, so the panel's rules do not give it the theme's ground.
+// The menu is a top-level window and does not inherit the style sheet of the panel.
 constexpr char kMenuStyleSheet[] = R"(
 QMenu { border: 1px solid #b9c0c8; padding: 3px; font: 14px; }
 QMenu::item { border-radius: 4px; padding: 4px 24px 4px 8px; }
@@ -78,7 +78,7 @@ void ZR_AiChatChatBoxPageContentLabel::toolButton_options_clicked(bool checked) 
     if (view == nullptr) {
         return;
     }
-    // The panel may be rebuilt or go while the menu is open; the menu then goes with this entry.
+    // The panel may be destroyed while the menu is open, and this entry with its menu.
     const QPointer<QMenu> menu = new QMenu(this);
     menu->setProperty(kColorThemeProperty, property(kColorThemeProperty));
     menu->setStyleSheet(QLatin1String(kMenuStyleSheet));

@@ -62,7 +62,7 @@ void ZR_AiChatHistoricalChatBox::loadSessions(const ZR_AiChatSessionList& record
         ZR_AiChatChatBoxPage*& page = pagesByLabel[label];
         if (page == nullptr) {
             page = new ZR_AiChatChatBoxPage(this);
-            // Until it has its place, and for good when it gets none.
+            // Hidden until it is placed. A page that is never placed stays hidden.
             page->hide();
             page->setLabel(label);
             page->setPageTime(lastActivityTime, true, now);
@@ -96,7 +96,7 @@ void ZR_AiChatHistoricalChatBox::placePages(QMap<QString, ZR_AiChatChatBoxPage*>
                 bestLabel = page.value()->labelText();
             }
         }
-        // A page from before 1970 is never the best one: its pass places nothing and it is never seen.
+        // A page time below -1 is never the best, so its pass places nothing and the page is never shown.
         if (ZR_AiChatChatBoxPage* page = pages.take(bestLabel)) {
             m_pageLayout->addWidget(page);
         }

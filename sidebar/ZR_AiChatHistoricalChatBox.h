@@ -23,22 +23,22 @@ public:
     explicit ZR_AiChatHistoricalChatBox(QWidget* parent = nullptr);
     ~ZR_AiChatHistoricalChatBox() override;
 
-    /// Rebuilds all pages. Entries keep the list's order within a page. The earlier pages leave the layout
-    /// but live as long as the box: one of them may have its menu open right now.
+    /// Rebuilds all pages. Within a page the entries have the order of the list. The former pages are removed
+    /// from the layout but live as long as the box, because one of them may have its menu open.
     void loadSessions(const ZR_AiChatSessionList& records);
+    /// Fits every page to the entries it shows.
     void adjustPages();
     void showAllEntries();
     void applyFilter(const QString& text);
-    /// Heading of the first page that lists the session; empty when none does.
+    /// Heading of the first page that lists the session; empty if there is none.
     QString pageLabelOf(const QString& sessionId) const;
-    /// Makes the session's entry the only marked one.
+    /// Selects the session's entry and clears any other selection.
     void selectSession(const QString& sessionId);
 
-    /// Replaces the clock that tells which day is today, in seconds since 1970; the system's clock by
-    /// default.
+    /// Replaces the system clock as the source of the current time, in seconds since 1970. For tests.
     void setClock(std::function<qint64()> clock);
 
-    /// As small as can be: the side bar's size policy makes a minimum of the hint, and a long history would
+    /// The minimum size, because the side bar's size policy uses the hint as a minimum: a long history would
     /// make the panel taller than a low palette and push the input box out of sight.
     QSize sizeHint() const override { return minimumSizeHint(); }
 

@@ -4,11 +4,12 @@
 
 #include "chat/ZR_AiChatManager.h"
 #include "host/core/ZR_ZentriText.h"
+#include "sidebar/ChatDateBucket.h"
 #include "ui_ZR_AiChatSideBar.h"
 
 namespace {
 
-// Each row of the bar is split in twelfths of its animated width.
+// Minimum widths of the widgets in a row, in twelfths of the animated width.
 constexpr int kTwelfths = 12;
 constexpr int kIconMainTwelfths = 2;
 constexpr int kProductNameTwelfths = 7;
@@ -116,8 +117,8 @@ void ZR_AiChatSideBar::AiManager_newSessionSet(CString newSession) {
 
 void ZR_AiChatSideBar::AiManager_sessionUpdated(CString updatedSession) {
     const QString label = m_ui->widget_ChatBox->pageLabelOf(toQString(updatedSession));
-    // A session that is used again today keeps its place; one that is not shown is none of our business.
-    if (label.isEmpty() || label == QStringLiteral("今天")) {
+    // A session that is already on today's page keeps its place; one that is not shown needs no reload.
+    if (label.isEmpty() || label == ChatDateHeading::today()) {
         return;
     }
     reload();

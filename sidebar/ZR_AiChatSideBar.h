@@ -14,7 +14,7 @@ class ZR_AiChatSideBarClass;
 }
 
 /// The panel that slides in beside the conversation: new chat, search, and the earlier sessions by date. It
-/// follows the chat manager's session list and hands the user's choices upward. UI thread.
+/// follows the chat manager's session list and emits the user's choices to the main view. UI thread.
 class ZR_AiChatSideBar : public QWidget {
     Q_OBJECT
     Q_PROPERTY(int animationWidth READ animationWidth WRITE setAnimationWidth)
@@ -24,17 +24,17 @@ public:
     ~ZR_AiChatSideBar() override;
 
     int animationWidth() const { return m_animationWidth; }
-    /// Limits the bar to the width and splits each of its rows in twelfths of it.
+    /// Sets the maximum width of the bar and divides each of its rows in twelfths of that width.
     void setAnimationWidth(int width);
 
     /// Rebuilds the history from the list.
     void loadSessions(const ZR_AiChatSessionList& records);
     /// Fits every date page to the entries it shows.
     void adjustPages();
-    /// Marks the entry of the session on screen and only that one, then fits the pages.
+    /// Selects the entry of the current session and no other, then fits the pages.
     void refreshSelection();
 
-    /// The search box, whose keys the main view filters.
+    /// The search box, on which the main view installs its event filter.
     QTextEdit* searchBox() const;
 
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -48,8 +48,7 @@ public slots:
     void btnCloseBar_clicked(bool checked);
     void btnNewChat_clicked(bool checked);
     void chatBoxPage_ChatLabelClicked(QString sessionId);
-    /// Would take the text of the separate search dialog; the bar searches with its own box and does nothing
-    /// here.
+    /// Does nothing. Part of the interface; nothing in the module calls it.
     void searchDlg_searchText_textChanged();
     void textEdit_searchText_textChanged();
     void AiManager_sessionUpdated(CString updatedSession);
