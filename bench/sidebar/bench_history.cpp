@@ -1,12 +1,10 @@
-// The side bar with a long history, beside the plain transcription of its rules: each benchmark runs both and
-// tells how many times as long the plain one takes ("ratio"), so that one run says it all whatever the
-// machine.
+// The side bar with a long history compared with the plain rules: each benchmark runs both and reports how
+// many times longer the plain rules take ("ratio"), so the result hardly depends on the machine.
 
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
 #include <QDateTime>
-#include <QLoggingCategory>
 #include <ctime>
 #include <functional>
 
@@ -17,8 +15,6 @@
 #include "host/core/ZR_ZentriAccount.h"
 #include "sidebar/ZR_AiChatHistoricalChatBox.h"
 #include "tests/sidebar/PlainHistory.h"
-#include "tests/support/FakeArxHost.h"
-#include "tests/support/ModuleFont.h"
 #include "tests/support/http/FakeHttpServer.h"
 
 namespace {
@@ -27,7 +23,7 @@ constexpr int kSessions = 2000;
 constexpr int kMessagesPerSession = 20;
 constexpr qint64 kTwoYears = 2 * 365 * 86400;
 
-/// Of the processor, so that whatever else runs does not count.
+/// Processor time of the work, which does not depend on other processes.
 double seconds(const std::function<void()>& work) {
     const std::clock_t start = std::clock();
     work();
@@ -54,7 +50,7 @@ QByteArray messages(int session, qint64 time) {
     return data;
 }
 
-/// As many sessions as asked for, spread over two years; the first 2,000 of them are the manager's own.
+/// That many sessions, spread over two years. Repeats the 2,000 sessions that the manager has read.
 const ZR_AiChatSessionList& history(int sessions) {
     static const bool filled = [] {
         FakeHttpServer server;
@@ -97,7 +93,7 @@ void open(Box& box) {
     QApplication::processEvents();
 }
 
-/// The history is listed in a side bar that is open. The argument is the number of sessions.
+/// The history is loaded into a visible side bar. The argument is the number of sessions.
 void LoadHistory(benchmark::State& state) {
     const auto sessions = static_cast<int>(state.range(0));
     const ZR_AiChatSessionList& list = history(sessions);
@@ -131,8 +127,8 @@ void LoadHistory(benchmark::State& state) {
 }
 BENCHMARK(LoadHistory)->Arg(500)->Arg(2000)->Arg(8000)->UseManualTime()->Unit(benchmark::kMillisecond);
 
-/// Key strokes in the search box, each of which leaves fewer sessions, and clearing it, which brings all
-/// back.
+/// Key strokes in the search box, each of which leaves fewer sessions, and clearing it, which shows all
+/// sessions again.
 template <typename Box>
 void type(Box& box) {
     for (const QString& text : {QStringLiteral("1"), QStringLiteral("12"), QStringLiteral("123"),
@@ -172,15 +168,3 @@ void FilterKeyStroke(benchmark::State& state) {
 BENCHMARK(FilterKeyStroke)->Unit(benchmark::kMillisecond);
 
 }  // namespace
-
-int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    const QApplication application(argc, argv);
-    QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false"));
-    useModuleFont();
-    // The manager prints on the host's command line.
-    const FakeArxHost host;
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
-}

@@ -1,18 +1,14 @@
-// What a bubble costs beside the plain transcription of its rules: each benchmark runs both and tells how
-// many times as long the plain one takes ("ratio"), so that one run says it all whatever the machine.
+// The cost of a bubble compared with the plain rules: each benchmark runs both and reports how many times
+// longer the plain rules take ("ratio"), so the result hardly depends on the machine.
 
 #include <benchmark/benchmark.h>
 
-#include <QApplication>
 #include <QElapsedTimer>
 #include <QImage>
-#include <QLoggingCategory>
 #include <QPainter>
 #include <algorithm>
 #include <functional>
 
-#include "tests/support/FakeArxHost.h"
-#include "tests/support/ModuleFont.h"
 #include "tests/view/support/PlainBubblePainter.h"
 #include "tests/view/support/PlainTextMeasure.h"
 #include "tests/view/support/RandomText.h"
@@ -39,7 +35,7 @@ double seconds(const std::function<void()>& work) {
     return static_cast<double>(timer.nsecsElapsed()) / 1e9;
 }
 
-/// An answer of 20 kB in UTF-8: lines of some 80 characters, or one line of all.
+/// An answer of 20 kB in UTF-8, in lines of about 80 characters or as a single line.
 QString answer(RandomText::Kind kind, bool singleLine) {
     RandomText random(1);
     QString text;
@@ -55,8 +51,8 @@ QString answer(RandomText::Kind kind, bool singleLine) {
     return text;
 }
 
-/// Measures the text as it grows by pieces. The plain rules are run for every `plainStep`-th piece only, and
-/// their time is counted for all.
+/// Measures a text that grows piece by piece. The plain rules are run for every `plainStep`-th piece only;
+/// their time is extrapolated.
 void stream(benchmark::State& state, RandomText::Kind kind, bool singleLine, int plainStep) {
     const QString text = answer(kind, singleLine);
     const QFont font = bubbleFont();
@@ -95,7 +91,7 @@ void stream(benchmark::State& state, RandomText::Kind kind, bool singleLine, int
     state.counters["us_per_piece"] = own / runs / pieces * 1e6;
     state.counters["plain_us_per_piece"] = plain / pieces * 1e6;
     state.counters["ratio"] = plain / (own / runs);
-    // 1 when a late piece costs what an early one does.
+    // 1 if a late piece costs as much as an early one.
     state.counters["late_to_early"] = (own - firstHalf) / firstHalf;
 }
 
@@ -119,7 +115,7 @@ void StreamSingleLatinLine(benchmark::State& state) {
 }
 BENCHMARK(StreamSingleLatinLine)->Unit(benchmark::kMillisecond);
 
-/// A stored answer measured once, from its start.
+/// A stored answer is measured once.
 void MeasureWhole(benchmark::State& state) {
     const QString text = answer(RandomText::Mixed, false);
     const QFont font = bubbleFont();
@@ -136,7 +132,7 @@ void MeasureWhole(benchmark::State& state) {
 }
 BENCHMARK(MeasureWhole)->Unit(benchmark::kMillisecond);
 
-/// One page of a long bubble is painted, as scrolling does.
+/// One page of a long bubble is painted, as when scrolling.
 void paintPage(benchmark::State& state, bool loading) {
     RandomText random(2);
     QString text;
@@ -182,15 +178,3 @@ void PaintPageWhileLoading(benchmark::State& state) {
 BENCHMARK(PaintPageWhileLoading)->Unit(benchmark::kMillisecond);
 
 }  // namespace
-
-int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    const QApplication application(argc, argv);
-    QLoggingCategory::setFilterRules(QStringLiteral("*.debug=false"));
-    useModuleFont();
-    // The manager, which the side bar follows, prints on the host's command line.
-    const FakeArxHost host;
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
-}
