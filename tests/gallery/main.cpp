@@ -1,18 +1,8 @@
-#include <gtest/gtest.h>
+#include "tests/view/support/WidgetTestMain.h"
 
-#include <QApplication>
-#include <QLoggingCategory>
-
-#include "tests/support/LastingApplication.h"
-#include "tests/support/ModuleFont.h"
-
-// Takes --scale=PERCENT, which the platform reads once when it starts.
+// --scale=PERCENT sets the scale factor, which Qt reads once when the application is created.
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
-    // The tests are listed where no platform is set up, maybe without any display.
-    if (testing::GTEST_FLAG(list_tests)) {
-        return RUN_ALL_TESTS();
-    }
     const QByteArray scaleOption = "--scale=";
     for (int i = 1; i < argc; ++i) {
         if (QByteArray(argv[i]).startsWith(scaleOption)) {
@@ -20,8 +10,5 @@ int main(int argc, char** argv) {
             qputenv("QT_SCALE_FACTOR", QByteArray::number(percent / 100.0));
         }
     }
-    makeLastingApplication<QApplication>(argc, argv);
-    QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
-    useModuleFont();
-    return RUN_ALL_TESTS();
+    return runWidgetTests(argc, argv);
 }

@@ -1,5 +1,5 @@
-// Pictures of the widgets in their states and themes, for looking at. Each test also checks that what it
-// shows is really there.
+// Pictures of the widgets in their states and themes, for visual review. Each test also checks that its
+// subject is visible.
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,6 @@
 #include <QDir>
 #include <QLabel>
 #include <QListWidget>
-#include <QPropertyAnimation>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QTest>
@@ -28,8 +27,6 @@
 #include "view/theme/ZR_ZentriThemeStyle.h"
 
 namespace {
-
-constexpr qint64 kDay = 86400;
 
 const QString kQuestion = QStringLiteral("怎样画一个半径为 50 的圆？");
 const QString kAnswer = QStringLiteral(
@@ -68,7 +65,7 @@ protected:
         EXPECT_TRUE(widget.grab().save(file)) << file.toStdString();
     }
 
-    /// Shows the view in the theme; without a size in that of its form.
+    /// Shows the view in the theme, with the size or that of its form.
     void open(ZR_ZentriPaletteView& view, QSize size = QSize()) const {
         if (size.isValid()) {
             view.resize(size);
@@ -106,9 +103,7 @@ protected:
 
     static void openSideBar(ZR_ZentriPaletteView& view) {
         view.toolBtnHistoricalChat_clicked(false);
-        for (QPropertyAnimation* animation : view.findChildren<QPropertyAnimation*>()) {
-            animation->setCurrentTime(animation->duration());
-        }
+        finishAnimations(view);
         settle();
     }
 
@@ -199,7 +194,7 @@ TEST_P(Gallery, SideBarOfTwoThousandSessions) {
     EXPECT_GT(bar->maximum(), 2000);
 }
 
-TEST_P(Gallery, LowPanelWithALongHistoryShowsTheWholeInputBox) {
+TEST_P(Gallery, LowPanelWithALongHistoryShowsTheWholeInputFrame) {
     ZR_ZentriPaletteView view;
     open(view, QSize(700, 360));
     fill(view);
@@ -213,7 +208,7 @@ TEST_P(Gallery, LowPanelWithALongHistoryShowsTheWholeInputBox) {
     EXPECT_EQ(send->visibleRegion().boundingRect(), send->rect());
 }
 
-TEST_P(Gallery, SideBarWhenNothingIsFound) {
+TEST_P(Gallery, SideBarWithoutSearchResults) {
     ZR_ZentriPaletteView view;
     open(view);
     fill(view);

@@ -16,7 +16,7 @@ class ZR_AiChatChatBoxPageClass;
 class ZR_AiChatChatBoxPageContentLabelClass;
 }  // namespace Ui
 
-/// One entry with a style sheet of its own.
+/// One entry, with its own style sheet.
 class PlainHistoryEntry : public QWidget {
 public:
     PlainHistoryEntry(QWidget* parent, const CString& sessionId, const CString& title);
@@ -52,9 +52,9 @@ private:
     std::unique_ptr<Ui::ZR_AiChatChatBoxPageClass> m_ui;
 };
 
-/// The history word for word: one step after the other, a style sheet for every entry, the theme handed to
-/// everything once all is there. What the module's own box must look like in every pixel, and what it is
-/// measured against.
+/// The plain rules for the history, step by step: one style sheet per entry, and the theme is applied to
+/// everything at the end. The box of the module must look the same, pixel for pixel, and its benchmarks
+/// compare against this one.
 class PlainHistory : public QWidget {
 public:
     PlainHistory();

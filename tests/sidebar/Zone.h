@@ -4,11 +4,11 @@
 #include <ctime>
 #include <stdexcept>
 
-/// Runs in a time zone and leaves the process in its own.
+/// Sets the time zone of the process for its lifetime.
 class Zone {
 public:
     explicit Zone(const char* name) : m_former(qgetenv("TZ")), m_wasSet(qEnvironmentVariableIsSet("TZ")) {
-        qputenv("TZ", asTheSystemWritesIt(name));
+        qputenv("TZ", systemName(name));
         tzset();
     }
     ~Zone() {
@@ -23,9 +23,10 @@ public:
     Zone& operator=(const Zone&) = delete;
 
 private:
-    static QByteArray asTheSystemWritesIt(const QByteArray& name) {
+    static QByteArray systemName(const QByteArray& name) {
 #ifdef _WIN32
-        // The C run-time there takes no places, and its summer time is always that of the United States.
+        // The C run-time on Windows knows no location names, and its daylight saving time is always that of
+        // the United States.
         if (name == "Asia/Shanghai") {
             return "CST-8";
         }

@@ -70,21 +70,21 @@ TEST_F(ChatBoxPageTest, FormHasTheNamesAndSettings) {
     EXPECT_EQ(list()->resizeMode(), QListView::Adjust);
 }
 
-TEST_F(ChatBoxPageTest, LabelIsTheHeading) {
+TEST_F(ChatBoxPageTest, SetLabelSetsTheHeading) {
     m_page.setLabel(QStringLiteral("今天"));
     EXPECT_EQ(m_page.labelText(), QStringLiteral("今天"));
     EXPECT_EQ(heading()->text(), QStringLiteral("今天"));
 }
 
-TEST_F(ChatBoxPageTest, PageTimeIsTakenAsItIsOrBroughtDown) {
+TEST_F(ChatBoxPageTest, PageTimeIsSetUnchangedOrNormalised) {
     m_page.setPageTime(1700000001, false);
     EXPECT_EQ(m_page.pageTime(), 1700000001);
     m_page.setPageTime(1700000001, true);
-    EXPECT_LT(m_page.pageTime(), 1700000001 - 86400);
-    EXPECT_GE(m_page.pageTime(), 1700000001 - 32 * 86400);
+    EXPECT_LT(m_page.pageTime(), 1700000001 - kDay);
+    EXPECT_GE(m_page.pageTime(), 1700000001 - 32 * kDay);
 }
 
-TEST_F(ChatBoxPageTest, NewPagesTimeStaysZeroWhenItCannotBeConverted) {
+TEST_F(ChatBoxPageTest, PageTimeStaysZeroIfItCannotBeConverted) {
     m_page.setPageTime(-77, true);
     EXPECT_EQ(m_page.pageTime(), 0);
 }
@@ -104,7 +104,7 @@ TEST_F(ChatBoxPageTest, ContainsSessionComparesExactly) {
     EXPECT_FALSE(m_page.containsSession(QStringLiteral("A")));
 }
 
-TEST_F(ChatBoxPageTest, HeightIsThatOfTheVisibleRowsAndEighteen) {
+TEST_F(ChatBoxPageTest, ListHeightIsThatOfTheVisibleRowsPlus18) {
     addAll({QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")});
     m_page.adjustHeight();
     EXPECT_GT(rowHeight(), 10);
@@ -117,12 +117,12 @@ TEST_F(ChatBoxPageTest, HeightIsThatOfTheVisibleRowsAndEighteen) {
     EXPECT_EQ(list()->minimumHeight(), 2 * 77 + 18);
 }
 
-TEST_F(ChatBoxPageTest, HeightOfAnEmptyPage) {
+TEST_F(ChatBoxPageTest, ListHeightOfAnEmptyPageIs18) {
     m_page.adjustHeight();
     EXPECT_EQ(list()->minimumHeight(), 18);
 }
 
-TEST_F(ChatBoxPageTest, EntriesAreAsWideAsTheListAlsoWhenItBecomesNarrower) {
+TEST_F(ChatBoxPageTest, EntriesStayAsWideAsTheListWhenItIsResized) {
     addAll({QStringLiteral("a"), QStringLiteral("b")});
     m_page.adjustHeight();
     settle();
@@ -137,7 +137,7 @@ TEST_F(ChatBoxPageTest, EntriesAreAsWideAsTheListAlsoWhenItBecomesNarrower) {
     }
 }
 
-TEST_F(ChatBoxPageTest, ClickedRowTellsItsSession) {
+TEST_F(ChatBoxPageTest, ClickedRowEmitsItsSessionId) {
     addAll({QStringLiteral("a"), QStringLiteral("b")});
     m_page.adjustHeight();
     settle();
@@ -147,14 +147,14 @@ TEST_F(ChatBoxPageTest, ClickedRowTellsItsSession) {
     EXPECT_EQ(clicked.at(0).at(0).toString(), QStringLiteral("b"));
 }
 
-TEST_F(ChatBoxPageTest, RowWithoutAnEntryTellsNothing) {
+TEST_F(ChatBoxPageTest, ClickedRowWithoutAnEntryEmitsNothing) {
     auto* bare = new QListWidgetItem(list());
     const QSignalSpy clicked(&m_page, &ZR_AiChatChatBoxPage::chatLabel_Clicked);
     m_page.listWidget_itemClicked(bare);
     EXPECT_EQ(clicked.count(), 0);
 }
 
-TEST_F(ChatBoxPageTest, DeleteTakesItsRowOnlyAndKeepsHeadingAndHeight) {
+TEST_F(ChatBoxPageTest, DeleteRemovesOnlyItsRowAndKeepsHeadingAndHeight) {
     addAll({QStringLiteral("a"), QStringLiteral("b")});
     m_page.adjustHeight();
     const int height = list()->minimumHeight();
@@ -173,7 +173,7 @@ TEST_F(ChatBoxPageTest, DeleteTakesItsRowOnlyAndKeepsHeadingAndHeight) {
     EXPECT_EQ(list()->minimumHeight(), 18);
 }
 
-TEST_F(ChatBoxPageTest, HeightOfADeletedRowCountsNoMoreAtTheNextFilter) {
+TEST_F(ChatBoxPageTest, DeletedRowNoLongerCountsAfterTheNextFilter) {
     addAll({QStringLiteral("a"), QStringLiteral("b")});
     list()->item(0)->setSizeHint(QSize(10, 77));
     m_page.adjustHeight();
@@ -185,7 +185,7 @@ TEST_F(ChatBoxPageTest, HeightOfADeletedRowCountsNoMoreAtTheNextFilter) {
     EXPECT_LT(rowHeight(), 77);
 }
 
-TEST_F(ChatBoxPageTest, HeightOfAnAddedRowCountsAtTheNextFilter) {
+TEST_F(ChatBoxPageTest, AddedRowCountsAfterTheNextFilter) {
     addAll({QStringLiteral("a")});
     m_page.adjustHeight();
     addAll({QStringLiteral("b")});
@@ -194,7 +194,7 @@ TEST_F(ChatBoxPageTest, HeightOfAnAddedRowCountsAtTheNextFilter) {
     EXPECT_EQ(list()->minimumHeight(), 2 * 77 + 18);
 }
 
-TEST_F(ChatBoxPageTest, EntryAddedToADarkPageIsLightUntilThePageGetsItsTheme) {
+TEST_F(ChatBoxPageTest, EntryAddedWithoutAThemeIsLightUntilTheThemeIsApplied) {
     applyThemeProperty(&m_page, kColorThemeProperty, 0);
     addAll({QStringLiteral("a")});
     const auto* title = entry(0)->findChild<QLabel*>(QStringLiteral("frame_bottomLabel"));
@@ -203,13 +203,13 @@ TEST_F(ChatBoxPageTest, EntryAddedToADarkPageIsLightUntilThePageGetsItsTheme) {
     EXPECT_EQ(title->palette().color(QPalette::WindowText), QColor(Qt::white));
 }
 
-TEST_F(ChatBoxPageTest, DeleteFromAnyOtherSenderDoesNothing) {
+TEST_F(ChatBoxPageTest, DeleteWithoutAnEntryAsSenderDoesNothing) {
     addAll({QStringLiteral("a")});
     m_page.contentLabel_deleteAction_Clicked();
     EXPECT_EQ(list()->count(), 1);
 }
 
-TEST_F(ChatBoxPageTest, DeletedSessionStaysWithTheManager) {
+TEST_F(ChatBoxPageTest, DeletedEntryLeavesTheSessionWithTheManager) {
     loadHistory({{QStringLiteral("a"), {QStringLiteral("Q")}, 1700000000}});
     addAll({QStringLiteral("a")});
     const int requests = m_server.requestCount();
@@ -251,14 +251,14 @@ TEST_F(ChatBoxPageTest, FilterThatHidesEveryRowHidesThePageUntilAllAreShown) {
     EXPECT_EQ(list()->minimumHeight(), rowHeight() + 18);
 }
 
-TEST_F(ChatBoxPageTest, FoldSlotIsKeptAndDoesNothing) {
+TEST_F(ChatBoxPageTest, FoldSlotDoesNothing) {
     addAll({QStringLiteral("a")});
     m_page.onPushButtonFoldClicked();
     EXPECT_EQ(list()->count(), 1);
     EXPECT_TRUE(list()->isVisible());
 }
 
-TEST_F(ChatBoxPageTest, OnlyTheSessionOnScreenIsMarked) {
+TEST_F(ChatBoxPageTest, SelectSessionSelectsOnlyThatEntry) {
     addAll({QStringLiteral("a"), QStringLiteral("b")});
     m_page.selectSession(QStringLiteral("b"));
     EXPECT_EQ(list()->currentRow(), 1);
@@ -268,7 +268,7 @@ TEST_F(ChatBoxPageTest, OnlyTheSessionOnScreenIsMarked) {
     EXPECT_EQ(list()->currentRow(), -1);
 }
 
-TEST_F(ChatBoxPageTest, MarkedEntryThatIsNotTheCurrentOneLosesItsMark) {
+TEST_F(ChatBoxPageTest, SelectSessionClearsASelectionWithoutACurrentRow) {
     addAll({QStringLiteral("a"), QStringLiteral("b")});
     list()->item(0)->setSelected(true);
     ASSERT_EQ(list()->currentRow(), -1);

@@ -31,7 +31,7 @@ protected:
         return m_entry.findChild<QToolButton*>(QStringLiteral("toolButton_option"));
     }
 
-    /// Works on the options menu once it is open.
+    /// Calls `work` with the options menu once it is open.
     template <typename Work>
     void whenOpen(Work work) {
         QTimer::singleShot(0, &m_context, [this, work] {
@@ -67,13 +67,13 @@ TEST_F(ContentLabelTest, FormHasTheNamesAndTexts) {
     EXPECT_EQ(option->arrowType(), Qt::NoArrow);
 }
 
-TEST_F(ContentLabelTest, ButtonStandsAtTheRightEndOfTheTitle) {
+TEST_F(ContentLabelTest, OptionsButtonIsAtTheRightEndOfTheTitle) {
     EXPECT_GT(button()->geometry().left(), label()->width() * 3 / 4);
     EXPECT_LE(button()->geometry().right(), label()->width());
     EXPECT_GE(button()->height(), 16);
 }
 
-TEST_F(ContentLabelTest, LongTitleIsShownUnabridgedAndAsPlainText) {
+TEST_F(ContentLabelTest, LongTitleIsShownUnchangedAsPlainText) {
     const CString title =
         CString(_T("<b>很长的标题</b>\n")) + _T("第二行很长很长很长很长很长很长很长很长很长很长很长很长");
     m_entry.setTitle(title);
@@ -84,7 +84,7 @@ TEST_F(ContentLabelTest, LongTitleIsShownUnabridgedAndAsPlainText) {
     EXPECT_EQ(label()->width(), 240);
 }
 
-TEST_F(ContentLabelTest, MatchesTextOfAnyMessageInTheSameCase) {
+TEST_F(ContentLabelTest, SearchMatchesAnyMessageCaseSensitively) {
     loadHistory(
         {{QStringLiteral("a"), {QStringLiteral("怎样画圆"), QStringLiteral("用 CIRCLE 命令")}, 1700000000},
          {QStringLiteral("b"), {QStringLiteral("other")}, 1700000000}});
@@ -124,17 +124,17 @@ TEST_F(ContentLabelTest, MenuOffersDeleteOnly) {
     EXPECT_TRUE(m_entry.findChildren<QMenu*>().isEmpty());
 }
 
-TEST_F(ContentLabelTest, MenuHasTheThemesGroundAndText) {
+TEST_F(ContentLabelTest, MenuHasTheThemeBackgroundAndText) {
     const struct {
         int theme;
-        QColor ground;
+        QColor background;
         QColor text;
     } rows[] = {{1, QColor(0xFF, 0xFF, 0xFF), Qt::black}, {0, QColor(0x25, 0x25, 0x28), Qt::white}};
     for (const auto& row : rows) {
         applyThemeProperty(&m_entry, kColorThemeProperty, row.theme);
         whenOpen([&row](QMenu& menu) {
             const QImage look = menu.grab().toImage();
-            EXPECT_EQ(look.pixelColor(look.width() - 6, look.height() / 2), row.ground);
+            EXPECT_EQ(look.pixelColor(look.width() - 6, look.height() / 2), row.background);
             EXPECT_EQ(menu.palette().color(QPalette::WindowText), row.text);
             menu.close();
         });
@@ -144,7 +144,7 @@ TEST_F(ContentLabelTest, MenuHasTheThemesGroundAndText) {
     }
 }
 
-TEST_F(ContentLabelTest, MenuStandsAtTheButtonLessTheViewsPlace) {
+TEST_F(ContentLabelTest, MenuOpensAtTheButtonMinusTheViewPositionAsIntended) {
     m_palette.geometry = QRect(30, 20, 400, 300);
     m_entry.move(200, 150);
     settle();
@@ -157,7 +157,7 @@ TEST_F(ContentLabelTest, MenuStandsAtTheButtonLessTheViewsPlace) {
     EXPECT_EQ(place, button()->mapToGlobal(button()->rect().bottomLeft()) - QPoint(30, 20));
 }
 
-TEST_F(ContentLabelTest, DeleteActionIsPassedOn) {
+TEST_F(ContentLabelTest, DeleteActionEmitsTheSignal) {
     const QSignalSpy deleted(&m_entry, &ZR_AiChatChatBoxPageContentLabel::ContentMenu_deleteAction_clicked);
     whenOpen([](QMenu& menu) {
         menu.actions().first()->trigger();
@@ -167,13 +167,13 @@ TEST_F(ContentLabelTest, DeleteActionIsPassedOn) {
     EXPECT_EQ(deleted.count(), 1);
 }
 
-TEST_F(ContentLabelTest, WithoutAViewThereIsNoMenu) {
+TEST_F(ContentLabelTest, NoMenuOpensWithoutAView) {
     m_palette.view = nullptr;
     m_entry.toolButton_options_clicked(false);
     EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
 }
 
-TEST_F(ContentLabelTest, EntryMayGoWhileItsMenuIsOpen) {
+TEST_F(ContentLabelTest, EntryMayBeDestroyedWhileItsMenuIsOpen) {
     const QPointer<ZR_AiChatChatBoxPageContentLabel> entry = new ZR_AiChatChatBoxPageContentLabel;
     entry->show();
     whenOpen([&](QMenu&) { delete entry.data(); });
@@ -181,7 +181,7 @@ TEST_F(ContentLabelTest, EntryMayGoWhileItsMenuIsOpen) {
     EXPECT_TRUE(entry.isNull());
 }
 
-TEST_F(ContentLabelTest, ColoursOfRestAndHover) {
+TEST_F(ContentLabelTest, ColoursAtRestAndHoveredFollowTheTheme) {
     const struct {
         int theme;
         QColor text;
@@ -201,40 +201,29 @@ TEST_F(ContentLabelTest, ColoursOfRestAndHover) {
     EXPECT_EQ(label()->font().pixelSize(), 14);
 }
 
-TEST_F(ContentLabelTest, OtherThemeValuesHaveNoHoverColour) {
+TEST_F(ContentLabelTest, UnknownThemeHasNoHoverColour) {
     applyThemeProperty(&m_entry, kColorThemeProperty, 3);
     const QImage rest = grabbed(m_entry);
     label()->setAttribute(Qt::WA_UnderMouse, true);
     EXPECT_EQ(grabbed(m_entry).pixelColor(150, 15), rest.pixelColor(150, 15));
 }
 
-TEST_F(ContentLabelTest, DisabledEntryIsPale) {
+TEST_F(ContentLabelTest, DisabledEntryHasTheDisabledColours) {
     m_entry.setEnabled(false);
     EXPECT_EQ(grabbed(m_entry).pixelColor(150, 15), QColor("#B0E0E6"));
     EXPECT_EQ(label()->palette().color(QPalette::Disabled, QPalette::WindowText), QColor("#808080"));
 }
 
-TEST_F(ContentLabelTest, OptionsDotsShowOnlyUnderTheMouse) {
-    const auto pixels = [&](const QColor& color) {
+TEST_F(ContentLabelTest, OptionsDotsAreVisibleOnlyWhenHovered) {
+    const auto look = [&] {
         const QRect place(button()->mapTo(&m_entry, QPoint()), button()->size());
-        return pixelsOf(grabbed(m_entry).copy(place), color);
+        return grabbed(m_entry).copy(place);
     };
-    const auto darkest = [&] {
-        const QRect place(button()->mapTo(&m_entry, QPoint()), button()->size());
-        const QImage image = grabbed(m_entry).copy(place);
-        int gray = 255;
-        for (int y = 0; y < image.height(); ++y) {
-            for (int x = 0; x < image.width(); ++x) {
-                gray = std::min(gray, qGray(image.pixel(x, y)));
-            }
-        }
-        return gray;
-    };
-    EXPECT_GT(darkest(), 150);
+    EXPECT_GT(darkestGray(look()), 150);
     hover(*button());
-    // The dots are so small that their darkness depends on how fonts are drawn.
-    EXPECT_LT(darkest(), 120);
-    EXPECT_GT(pixels(QColor("#c3d2d7")), 20);
+    // The dots are so small that their grey value depends on the font rendering.
+    EXPECT_LT(darkestGray(look()), 120);
+    EXPECT_GT(pixelsOf(look(), QColor("#c3d2d7")), 20);
     button()->setDown(true);
-    EXPECT_GT(pixels(QColor("#b6c4c8")), 20);
+    EXPECT_GT(pixelsOf(look(), QColor("#b6c4c8")), 20);
 }

@@ -15,7 +15,6 @@
 namespace {
 
 constexpr qint64 kHour = 3600;
-constexpr qint64 kDay = 86400;
 
 qint64 local(int year, int month, int day, int hour = 0, int minute = 0, int second = 0) {
     std::tm parts = {};
@@ -44,7 +43,7 @@ protected:
 
 using DateBucketFailure = ViewTest;
 
-/// Gives the log its place before the first test.
+/// Sets the folder of the log file before the first test.
 class LogPlace : public testing::Environment {
 public:
     void SetUp() override { LogFile::install(); }
@@ -54,7 +53,7 @@ testing::Environment* const g_logPlace = testing::AddGlobalTestEnvironment(new L
 
 }  // namespace
 
-TEST_P(DateBucket, TodayFromMidnightToMidnight) {
+TEST_P(DateBucket, TodayLastsFromMidnightToMidnight) {
     const qint64 now = local(2024, 5, 20, 15, 30);
     EXPECT_EQ(DateBucketLabel(now, now), QStringLiteral("今天"));
     EXPECT_EQ(DateBucketLabel(local(2024, 5, 20), now), QStringLiteral("今天"));
@@ -62,16 +61,16 @@ TEST_P(DateBucket, TodayFromMidnightToMidnight) {
     EXPECT_EQ(DateBucketLabel(local(2024, 5, 19, 23, 59, 59), now), QStringLiteral("昨天"));
 }
 
-TEST_P(DateBucket, YesterdayThenThisMonth) {
+TEST_P(DateBucket, DaysBeforeTodayAreYesterdayThenThisMonth) {
     const qint64 now = local(2024, 5, 20, 15, 30);
     EXPECT_EQ(DateBucketLabel(local(2024, 5, 19), now), QStringLiteral("昨天"));
     EXPECT_EQ(DateBucketLabel(local(2024, 5, 18, 23, 59, 59), now), QStringLiteral("本月"));
     EXPECT_EQ(DateBucketLabel(local(2024, 5, 1), now), QStringLiteral("本月"));
-    // A day of this month that is still to come is neither today nor yesterday.
+    // A future day of this month is neither today nor yesterday.
     EXPECT_EQ(DateBucketLabel(local(2024, 5, 21), now), QStringLiteral("本月"));
 }
 
-TEST_P(DateBucket, EarlierMonthsAreNamed) {
+TEST_P(DateBucket, EarlierMonthsHaveTheMonthAsHeading) {
     const qint64 now = local(2024, 5, 20, 15, 30);
     EXPECT_EQ(DateBucketLabel(local(2024, 4, 30, 23, 59, 59), now), QStringLiteral("2024年04月"));
     EXPECT_EQ(DateBucketLabel(local(2023, 11, 7), now), QStringLiteral("2023年11月"));
@@ -81,14 +80,14 @@ TEST_P(DateBucket, SameMonthOfLastYearIsNotThisMonth) {
     EXPECT_EQ(DateBucketLabel(local(2023, 5, 20), local(2024, 5, 20, 12)), QStringLiteral("2023年05月"));
 }
 
-TEST_P(DateBucket, OnTheFirstTheLastDayOfTheMonthBeforeIsYesterday) {
+TEST_P(DateBucket, OnTheFirstOfAMonthTheDayBeforeIsYesterday) {
     EXPECT_EQ(DateBucketLabel(local(2024, 4, 30, 9), local(2024, 5, 1, 10)), QStringLiteral("昨天"));
     EXPECT_EQ(DateBucketLabel(local(2023, 12, 31, 9), local(2024, 1, 1, 10)), QStringLiteral("昨天"));
     EXPECT_EQ(DateBucketLabel(local(2023, 12, 30, 9), local(2024, 1, 1, 10)), QStringLiteral("2023年12月"));
     EXPECT_EQ(DateBucketLabel(local(2024, 2, 29, 9), local(2024, 3, 1, 10)), QStringLiteral("昨天"));
 }
 
-TEST_P(DateBucket, AtMidnight) {
+TEST_P(DateBucket, MidnightStartsANewDay) {
     const qint64 midnight = local(2024, 5, 20);
     EXPECT_EQ(DateBucketLabel(midnight - 1, midnight), QStringLiteral("昨天"));
     EXPECT_EQ(DateBucketLabel(midnight, midnight), QStringLiteral("今天"));
@@ -109,7 +108,7 @@ TEST_P(DateBucket, PageTimeOfAMonthIsTheDayBeforeItsFirstAsIntended) {
     EXPECT_EQ(pageTime(local(2023, 8, 31, 23, 59, 59), now), local(2023, 7, 31));
 }
 
-/// The rules as they are written down, with the C library's own formatting.
+/// The plain rules, with the formatting of the C library.
 class PlainBucket {
 public:
     static QString label(qint64 time, qint64 now) {
@@ -144,7 +143,7 @@ private:
     }
 };
 
-TEST_P(DateBucket, RandomTimesFollowThePlainRules) {
+TEST_P(DateBucket, RandomTimesMatchThePlainRules) {
     QRandomGenerator random(4711);
     for (int i = 0; i < 4000; ++i) {
         const qint64 now = kDay + random.bounded(1, 60 * 366) * kDay + random.bounded(static_cast<int>(kDay));
@@ -155,7 +154,7 @@ TEST_P(DateBucket, RandomTimesFollowThePlainRules) {
     }
 }
 
-TEST_P(DateBucket, EveryMonthEndOfTheseYears) {
+TEST_P(DateBucket, MonthEndsOfThreeYearsAreGroupedCorrectly) {
     for (int year = 2023; year <= 2025; ++year) {
         for (int month = 1; month <= 12; ++month) {
             const qint64 first = local(year, month, 1);
@@ -169,7 +168,7 @@ TEST_P(DateBucket, EveryMonthEndOfTheseYears) {
             EXPECT_EQ(DateBucketLabel(before, local(year, month, 2, 12)), former);
             EXPECT_EQ(DateBucketLabel(before - 2 * kDay, first), former);
             EXPECT_EQ(DateBucketLabel(first, local(year, month, 3, 12)), QStringLiteral("本月"));
-            // A month's page comes after the pages of the days that follow it, and before the older month's.
+            // The page of a month is sorted below the pages of its days and above that of the month before.
             const qint64 now = local(year, month, 3, 12);
             EXPECT_GE(pageTime(local(year, month, 2, 12), now), pageTime(first, now));
             EXPECT_GT(pageTime(first, now), pageTime(before, now));
@@ -181,15 +180,14 @@ INSTANTIATE_TEST_SUITE_P(Zones, DateBucket,
                          testing::Values("UTC0", "Asia/Shanghai", "America/New_York", "Asia/Kolkata",
                                          "Pacific/Kiritimati"));
 #ifndef _WIN32
-// Their clocks change by rules of their own.
+// The C run-time on Windows does not know their daylight saving rules.
 INSTANTIATE_TEST_SUITE_P(ZonesOfOtherRules, DateBucket,
                          testing::Values("Pacific/Auckland", "Europe/Berlin", "Australia/Lord_Howe",
                                          "America/Sao_Paulo"));
 #endif
 
-TEST(DateBucketZones, YesterdayIsADayOfSecondsAgoAlsoWhenClocksChange) {
-    // Clocks go forward on 2024-03-10 and back on 2024-11-03: a day of seconds is then not a day of the
-    // calendar.
+TEST(DateBucketZones, YesterdayIs86400SecondsAgoAlsoWhenClocksChangeAsIntended) {
+    // Clocks go forward on 2024-03-10 and back on 2024-11-03, so these days do not have 86400 seconds.
     const Zone zone("America/New_York");
     const qint64 afterSpring = local(2024, 3, 11, 0, 30);
     EXPECT_EQ(DateBucketLabel(local(2024, 3, 10, 12), afterSpring), QStringLiteral("本月"));
@@ -199,18 +197,18 @@ TEST(DateBucketZones, YesterdayIsADayOfSecondsAgoAlsoWhenClocksChange) {
     EXPECT_EQ(DateBucketLabel(local(2024, 11, 3, 0, 10), afterAutumn), QStringLiteral("今天"));
 }
 
-TEST(DateBucketZones, PageTimeTakesOffTheClocksHoursAlsoWhenClocksChangeAsItStands) {
+TEST(DateBucketZones, PageTimeSubtractsTheClockTimeAlsoWhenClocksChangeAsIntended) {
     const Zone zone("America/New_York");
-    // An hour is missing from this day: what the clock shows is one more than has passed.
+    // This day is an hour short: the clock time is one hour more than has passed since midnight.
     const qint64 spring = local(2024, 3, 10, 15);
     qint64 time = 0;
     ASSERT_TRUE(normalisedPageTime(spring, spring, time));
     EXPECT_EQ(time, local(2024, 3, 10) - kHour);
-    // This day has an hour twice.
+    // This day has one hour twice.
     const qint64 autumn = local(2024, 11, 3, 15);
     ASSERT_TRUE(normalisedPageTime(autumn, autumn, time));
     EXPECT_EQ(time, local(2024, 11, 3) + kHour);
-    // Of a month's page too.
+    // The same applies to the page of a month.
     ASSERT_TRUE(normalisedPageTime(local(2024, 3, 20, 12), local(2024, 6, 1), time));
     EXPECT_EQ(time, local(2024, 2, 29) - kHour);
 }
@@ -228,18 +226,18 @@ TEST(DateBucketZones, DayWithoutAMidnight) {
 }
 #endif
 
-TEST(DateBucketZones, LastDayOfAMonthTakesOffTheMost) {
+TEST(DateBucketZones, LastDayOfAMonthHasTheLargestOffset) {
     // 31 days and 23:59:59, well within 32 bits.
     const Zone zone("UTC0");
     qint64 time = 0;
     ASSERT_TRUE(normalisedPageTime(local(2024, 1, 31, 23, 59, 59), local(2024, 6, 1), time));
     EXPECT_EQ(local(2024, 1, 31, 23, 59, 59) - time, 31 * kDay + 23 * kHour + 59 * 60 + 59);
-    // Of a time beyond 32 bits too.
+    // A time of more than 32 bits.
     ASSERT_TRUE(normalisedPageTime(local(2999, 12, 31, 23, 59, 59), local(2024, 6, 1), time));
     EXPECT_EQ(time, local(2999, 11, 30));
 }
 
-TEST(DateBucketZones, EpochIsAMonthPageWhosePageTimeIsNegative) {
+TEST(DateBucketZones, EpochHasAMonthPageWithANegativePageTime) {
     for (const char* name : {"UTC0", "Asia/Shanghai", "America/New_York"}) {
         const Zone zone(name);
         const qint64 now = local(2024, 5, 20, 12);
@@ -262,7 +260,7 @@ TEST_F(DateBucketFailure, TimeThatCannotBeConvertedGetsItsOwnHeadingAndALogLine)
     EXPECT_EQ(DateBucketLabel(32535215999, 1700000000).left(2), QStringLiteral("30"));
 }
 
-TEST_F(DateBucketFailure, PageTimeThatCannotBeConvertedStaysAsItWas) {
+TEST_F(DateBucketFailure, PageTimeIsUnchangedIfATimeCannotBeConverted) {
     qint64 time = 4711;
     EXPECT_FALSE(normalisedPageTime(-1, 1700000000, time));
     EXPECT_EQ(time, 4711);
@@ -270,9 +268,9 @@ TEST_F(DateBucketFailure, PageTimeThatCannotBeConvertedStaysAsItWas) {
               QStringLiteral("设置页码历史时间时捕获到错误:invalid argument,输入的时间值为:-1"));
 }
 
-TEST_F(DateBucketFailure, ClockThatCannotBeConvertedIsAFailureToo) {
+TEST_F(DateBucketFailure, CurrentTimeThatCannotBeConvertedIsAFailure) {
     EXPECT_EQ(DateBucketLabel(1700000000, -5), QStringLiteral("日期无法识别"));
-    // Yesterday of the first day of the epoch lies before it.
+    // On the first day of the epoch, yesterday is before the epoch.
     EXPECT_EQ(DateBucketLabel(kHour, kHour), QStringLiteral("日期无法识别"));
     EXPECT_NE(DateBucketLabel(kHour, kDay + kHour), QStringLiteral("日期无法识别"));
 }

@@ -8,17 +8,15 @@
 #include <QSignalSpy>
 #include <QVBoxLayout>
 
-#include "sidebar/ZR_AiChatChatBoxPage.h"
+#include "host/core/ZR_ZentriText.h"
 #include "sidebar/ZR_AiChatChatBoxPageContentLabel.h"
-#include "sidebar/ZR_AiChatHistoricalChatBox.h"
+#include "tests/sidebar/HistoryPages.h"
 #include "tests/sidebar/Zone.h"
 #include "tests/view/support/QtPrinters.h"
 #include "tests/view/support/ServiceTest.h"
 #include "view/theme/ZR_ZentriThemeStyle.h"
 
 namespace {
-
-constexpr qint64 kDay = 86400;
 
 qint64 at(int year, int month, int day, int hour = 12) {
     return QDateTime(QDate(year, month, day), QTime(hour, 0)).toSecsSinceEpoch();
@@ -47,14 +45,8 @@ protected:
     }
 
     QScrollArea* area() const { return m_box.findChild<QScrollArea*>(QStringLiteral("scrollArea")); }
-    QLayout* pageLayout() const { return area()->widget()->layout(); }
-    QList<ZR_AiChatChatBoxPage*> pages() const {
-        QList<ZR_AiChatChatBoxPage*> pages;
-        for (int i = 0; i < pageLayout()->count(); ++i) {
-            pages.append(qobject_cast<ZR_AiChatChatBoxPage*>(pageLayout()->itemAt(i)->widget()));
-        }
-        return pages;
-    }
+    QLayout* pageLayout() const { return pageLayoutOf(m_box); }
+    QList<ZR_AiChatChatBoxPage*> pages() const { return pagesOf(m_box); }
     /// "heading: id id" of every page, top to bottom.
     QStringList shown() const {
         QStringList result;
@@ -64,14 +56,11 @@ protected:
             for (int row = 0; row < list->count(); ++row) {
                 const auto* entry =
                     qobject_cast<ZR_AiChatChatBoxPageContentLabel*>(list->itemWidget(list->item(row)));
-                line += QLatin1Char(' ') + toQStringOf(*entry);
+                line += QLatin1Char(' ') + toQString(entry->sessionId());
             }
             result.append(line);
         }
         return result;
-    }
-    static QString toQStringOf(const ZR_AiChatChatBoxPageContentLabel& entry) {
-        return QString::fromUtf16(reinterpret_cast<const ushort*>(entry.sessionId().GetString()));
     }
 
     qint64 m_now = at(2024, 5, 20);
@@ -102,7 +91,7 @@ TEST_F(HistoryBoxTest, EmptyListLeavesTheBoxEmpty) {
     EXPECT_TRUE(pages().isEmpty());
 }
 
-TEST_F(HistoryBoxTest, EveryLoadAsksTheLayoutAroundTheBoxAgain) {
+TEST_F(HistoryBoxTest, EveryLoadPostsALayoutRequestToTheParent) {
     class Panel : public QWidget {
     public:
         int requests = 0;
@@ -129,7 +118,7 @@ TEST_F(HistoryBoxTest, SessionsOfTodayShareAPageInListOrder) {
     EXPECT_EQ(shown(), QStringList({QStringLiteral("今天: a b c")}));
 }
 
-TEST_F(HistoryBoxTest, PagesRunFromTodayBackThroughTheMonths) {
+TEST_F(HistoryBoxTest, PagesAreOrderedFromTodayBackThroughTheMonths) {
     load({{"old", at(2023, 5, 3)},
           {"month", at(2024, 5, 2)},
           {"april", at(2024, 4, 30)},
@@ -143,14 +132,14 @@ TEST_F(HistoryBoxTest, PagesRunFromTodayBackThroughTheMonths) {
                            QStringLiteral("2023年12月: december"), QStringLiteral("2023年05月: old old2")}));
 }
 
-TEST_F(HistoryBoxTest, OnTheFirstYesterdayIsNoMonthPage) {
+TEST_F(HistoryBoxTest, OnTheFirstOfAMonthTheDayBeforeIsYesterday) {
     m_now = at(2024, 5, 1);
     load({{"y", at(2024, 4, 30)}, {"april", at(2024, 4, 29)}});
     EXPECT_EQ(shown(), QStringList({QStringLiteral("昨天: y"), QStringLiteral("2024年04月: april")}));
 }
 
-TEST_F(HistoryBoxTest, OfEqualPageTimesTheLaterHeadingComesFirst) {
-    // On the 1st, yesterday begins exactly when this month's page does: both stand at the same midnight.
+TEST_F(HistoryBoxTest, PagesWithEqualTimesAreOrderedByDescendingHeading) {
+    // On the 1st, the pages of yesterday and of this month have the same time.
     m_now = at(2024, 6, 1);
     load({{"y", at(2024, 5, 31)}, {"m", at(2024, 6, 12)}});
     const QList<ZR_AiChatChatBoxPage*> found = pages();
@@ -160,7 +149,7 @@ TEST_F(HistoryBoxTest, OfEqualPageTimesTheLaterHeadingComesFirst) {
     EXPECT_EQ(shown(), QStringList({QStringLiteral("本月: m"), QStringLiteral("昨天: y")}));
 }
 
-TEST_F(HistoryBoxTest, OnNewYearsDayInAnyZone) {
+TEST_F(HistoryBoxTest, NewYearsDayIsGroupedCorrectlyInAnyTimeZone) {
     for (const char* name : {"UTC0", "Asia/Shanghai", "America/New_York", "Pacific/Kiritimati"}) {
         const Zone zone(name);
         m_now = at(2024, 1, 1, 0);
@@ -170,7 +159,7 @@ TEST_F(HistoryBoxTest, OnNewYearsDayInAnyZone) {
               {"midnight", m_now},
               {"january", at(2024, 1, 31)},
               {"december30", at(2023, 12, 30, 23)}});
-        // January's own page stands at the start of New Year's Eve, as yesterday's does.
+        // The page of January has the same time as that of yesterday, the start of New Year's Eve.
         EXPECT_EQ(shown(),
                   QStringList({QStringLiteral("今天: midnight"), QStringLiteral("本月: january"),
                                QStringLiteral("昨天: eve"), QStringLiteral("2023年12月: december december30"),
@@ -191,11 +180,11 @@ TEST_F(HistoryBoxTest, ClockIsReadForEverySession) {
         return m_now + reads / 2 * kDay;
     });
     load({{"a", m_now}, {"b", m_now}});
-    // Both pages stand at the same midnight.
+    // Both pages have the same time.
     EXPECT_EQ(shown(), QStringList({QStringLiteral("昨天: b"), QStringLiteral("今天: a")}));
 }
 
-TEST_F(HistoryBoxTest, PageTimeOfMinusOneIsTheLeastThatGetsAPlace) {
+TEST_F(HistoryBoxTest, PageTimeBelowMinusOneIsNotPlaced) {
     const struct {
         const char* zone;
         bool shown;
@@ -209,7 +198,7 @@ TEST_F(HistoryBoxTest, PageTimeOfMinusOneIsTheLeastThatGetsAPlace) {
     }
 }
 
-TEST_F(HistoryBoxTest, SessionsLatestMessageCounts) {
+TEST_F(HistoryBoxTest, LatestMessageDecidesThePage) {
     ZR_AiChatSessionList list;
     ZR_AiChatSingleChatRecord record;
     record.SetSessionId(_T("a"));
@@ -232,7 +221,7 @@ TEST_F(HistoryBoxTest, SessionWithoutMessagesIsNeverShown) {
     for (const ZR_AiChatChatBoxPage* page : m_box.findChildren<ZR_AiChatChatBoxPage*>()) {
         EXPECT_EQ(page->isVisible(), page->labelText() == QStringLiteral("今天"));
     }
-    // Nor does it come up with the box.
+    // Nor is it shown together with the box.
     m_box.hide();
     m_box.show();
     for (const ZR_AiChatChatBoxPage* page : m_box.findChildren<ZR_AiChatChatBoxPage*>()) {
@@ -240,7 +229,7 @@ TEST_F(HistoryBoxTest, SessionWithoutMessagesIsNeverShown) {
     }
 }
 
-TEST_F(HistoryBoxTest, UnrecognisableTimesShareAPageAfterAllOthers) {
+TEST_F(HistoryBoxTest, UnrecognisedTimesShareTheLastPage) {
     load({{"bad", qint64{1} << 60U}, {"a", m_now}, {"worse", -5}, {"old", at(1971, 3, 5)}});
     EXPECT_EQ(shown(), QStringList({QStringLiteral("今天: a"), QStringLiteral("1971年03月: old"),
                                     QStringLiteral("日期无法识别: bad worse")}));
@@ -264,7 +253,7 @@ TEST_F(HistoryBoxTest, ReloadDetachesTheFormerPagesButKeepsThemAlive) {
     EXPECT_EQ(shown(), QStringList({QStringLiteral("今天: b")}));
 }
 
-TEST_F(HistoryBoxTest, FormerPagesEndWithTheBox) {
+TEST_F(HistoryBoxTest, FormerPagesAreDestroyedWithTheBox) {
     QPointer<ZR_AiChatChatBoxPage> former;
     {
         ZR_AiChatHistoricalChatBox box;
@@ -287,7 +276,7 @@ TEST_F(HistoryBoxTest, PageOrderDoesNotChangeUntilTheNextLoad) {
     EXPECT_EQ(shown(), QStringList({QStringLiteral("昨天: a")}));
 }
 
-TEST_F(HistoryBoxTest, ClickIsPassedOn) {
+TEST_F(HistoryBoxTest, ClickIsReemitted) {
     load({{"a", m_now}, {"old", at(2023, 5, 3)}});
     const QSignalSpy clicked(&m_box, &ZR_AiChatHistoricalChatBox::historicalChat_Clicked);
     emit pages()[1]->chatLabel_Clicked(QStringLiteral("old"));
@@ -295,7 +284,7 @@ TEST_F(HistoryBoxTest, ClickIsPassedOn) {
     EXPECT_EQ(clicked.at(0).at(0).toString(), QStringLiteral("old"));
 }
 
-TEST_F(HistoryBoxTest, PageLabelOfTheFirstPageThatListsTheSession) {
+TEST_F(HistoryBoxTest, PageLabelOfReturnsTheFirstPageThatListsTheSession) {
     load({{"a", m_now}, {"old", at(2023, 5, 3)}, {"a", at(2023, 5, 3)}});
     EXPECT_EQ(m_box.pageLabelOf(QStringLiteral("a")), QStringLiteral("今天"));
     EXPECT_EQ(m_box.pageLabelOf(QStringLiteral("old")), QStringLiteral("2023年05月"));
@@ -313,7 +302,7 @@ TEST_F(HistoryBoxTest, SpacersAreSkipped) {
     EXPECT_EQ(pageLayout()->count(), 0);
 }
 
-TEST_F(HistoryBoxTest, FilterGoesToEveryPageAndAllComeBack) {
+TEST_F(HistoryBoxTest, FilterAppliesToEveryPageAndCanBeCleared) {
     loadHistory({{QStringLiteral("a"), {QStringLiteral("圆")}, m_now},
                  {QStringLiteral("b"), {QStringLiteral("线")}, at(2023, 5, 3)}});
     load({{"a", m_now}, {"b", at(2023, 5, 3)}});
@@ -325,7 +314,7 @@ TEST_F(HistoryBoxTest, FilterGoesToEveryPageAndAllComeBack) {
     EXPECT_TRUE(pages()[1]->isVisible());
 }
 
-TEST_F(HistoryBoxTest, RebuiltPagesTakeTheBoxesThemeAtOnce) {
+TEST_F(HistoryBoxTest, RebuiltPagesHaveTheThemeOfTheBox) {
     applyThemeProperty(&m_box, kColorThemeProperty, 0);
     load({{"a", m_now}});
     const auto* heading = pages()[0]->findChild<QLabel*>(QStringLiteral("label_PageFilterDate"));
@@ -344,7 +333,7 @@ TEST_F(HistoryBoxTest, SelectionIsOnOnePageOnly) {
     EXPECT_EQ(pages()[1]->findChild<QListWidget*>()->selectedItems().size(), 1);
 }
 
-TEST_F(HistoryBoxTest, BackgroundIsSeeThrough) {
+TEST_F(HistoryBoxTest, BackgroundIsTransparent) {
     load({{"a", m_now}});
     QWidget behind;
     behind.setStyleSheet(QStringLiteral("#behind{background:#ff00ff}"));

@@ -1,4 +1,4 @@
-// The module's history beside the plain one: what is quicker must look the same, to the pixel.
+// The history of the module must look the same as the plain history, pixel for pixel.
 
 #include <gtest/gtest.h>
 
@@ -11,8 +11,7 @@
 
 #include "chat/ZR_AiChatManager.h"
 #include "host/core/ZR_ZentriText.h"
-#include "sidebar/ZR_AiChatChatBoxPage.h"
-#include "sidebar/ZR_AiChatHistoricalChatBox.h"
+#include "tests/sidebar/HistoryPages.h"
 #include "tests/sidebar/PlainHistory.h"
 #include "tests/view/support/QtPrinters.h"
 #include "tests/view/support/ServiceTest.h"
@@ -21,7 +20,6 @@
 namespace {
 
 constexpr qint64 kNow = 1716200000;
-constexpr qint64 kDay = 86400;
 
 class HistoryLook : public ServiceTest, public testing::WithParamInterface<int> {
 protected:
@@ -55,7 +53,7 @@ protected:
         fillRandomly(list);
         load(list);
     }
-    /// Up to twenty sessions, on any page there can be.
+    /// Up to twenty sessions, on all kinds of pages.
     void fillRandomly(ZR_AiChatSessionList& list) {
         const int sessions = m_random.bounded(20);
         for (int i = 0; i < sessions; ++i) {
@@ -67,8 +65,8 @@ protected:
         }
     }
 
-    /// A list lays its rows out anew some time after a scroll bar of its own came and went.
-    static bool isAtRest(const QWidget& box) {
+    /// False while a list has a layout pending because its scroll bar has appeared or disappeared.
+    static bool isLaidOut(const QWidget& box) {
         for (const QListWidget* list : box.findChildren<QListWidget*>()) {
             for (int row = 0; list->isVisible() && row < list->count(); ++row) {
                 const QListWidgetItem* item = list->item(row);
@@ -83,12 +81,12 @@ protected:
 
     void expectSame() {
         settle();
-        ASSERT_TRUE(waitFor([this] { return isAtRest(m_box) && isAtRest(m_plain); }));
-        const std::vector<ZR_AiChatChatBoxPage*> own = ownPages();
+        ASSERT_TRUE(waitFor([this] { return isLaidOut(m_box) && isLaidOut(m_plain); }));
+        const QList<ZR_AiChatChatBoxPage*> own = pagesOf(m_box);
         const QVector<PlainHistoryPage*> plain = m_plain.pages();
-        ASSERT_EQ(own.size(), static_cast<std::size_t>(plain.size()));
-        for (std::size_t i = 0; i < own.size(); ++i) {
-            const PlainHistoryPage* plainPage = plain[static_cast<int>(i)];
+        ASSERT_EQ(own.size(), plain.size());
+        for (int i = 0; i < own.size(); ++i) {
+            const PlainHistoryPage* plainPage = plain[i];
             EXPECT_EQ(own[i]->labelText(), plainPage->label);
             EXPECT_EQ(own[i]->pageTime(), plainPage->pageTime);
             EXPECT_EQ(own[i]->isHidden(), plainPage->isHidden());
@@ -104,7 +102,7 @@ protected:
         for (int row = 0; row < own.count(); ++row) {
             EXPECT_EQ(own.item(row)->isHidden(), plain.item(row)->isHidden());
             if (!plain.isVisible()) {
-                continue;  // laid out when its page comes back
+                continue;  // laid out when its page is shown again
             }
             EXPECT_EQ(own.visualItemRect(own.item(row)), plain.visualItemRect(plain.item(row)));
             expectSameEntry(*own.itemWidget(own.item(row)), *plain.itemWidget(plain.item(row)));
@@ -126,16 +124,6 @@ protected:
         }
     }
 
-    std::vector<ZR_AiChatChatBoxPage*> ownPages() const {
-        std::vector<ZR_AiChatChatBoxPage*> pages;
-        for (ZR_AiChatChatBoxPage* page : m_box.findChildren<ZR_AiChatChatBoxPage*>()) {
-            if (page->parentWidget() != &m_box) {
-                pages.push_back(page);
-            }
-        }
-        return pages;
-    }
-
     QRandomGenerator m_random;
     FakePalette m_palette;
     QWidget m_ownPanel;
@@ -144,7 +132,7 @@ protected:
     PlainHistory m_plain;
 
 private:
-    /// A panel whose own rules reach as far down as the view's do.
+    /// Gives the panel a style sheet whose rules apply to all descendants, like that of the view.
     static void inPanel(QWidget& panel, QWidget& box) {
         panel.setStyleSheet(QStringLiteral(
             "QLabel[ZR_ColorTheme='1']{color:#112233} QWidget{color:#445566; font:20px} "
@@ -156,7 +144,7 @@ private:
 
 }  // namespace
 
-TEST_P(HistoryLook, LoadedInAnOpenPanel) {
+TEST_P(HistoryLook, MatchesWhenLoadedInAVisiblePanel) {
     showPanels();
     for (const int theme : {1, 0, 7}) {
         setTheme(theme);
@@ -165,7 +153,7 @@ TEST_P(HistoryLook, LoadedInAnOpenPanel) {
     }
 }
 
-TEST_P(HistoryLook, LoadedBeforeThePanelIsOpen) {
+TEST_P(HistoryLook, MatchesWhenLoadedBeforeThePanelIsShown) {
     setTheme(GetParam() % 2);
     loadRandom();
     m_box.applyFilter(QStringLiteral("nothing like it"));
@@ -176,7 +164,7 @@ TEST_P(HistoryLook, LoadedBeforeThePanelIsOpen) {
     expectSame();
 }
 
-TEST_P(HistoryLook, ThemeIsChangedAfterwards) {
+TEST_P(HistoryLook, MatchesAfterAThemeChange) {
     showPanels();
     loadRandom();
     for (const int theme : {0, 5, 1}) {
@@ -185,7 +173,7 @@ TEST_P(HistoryLook, ThemeIsChangedAfterwards) {
     }
 }
 
-TEST_P(HistoryLook, UnderTheMouseAndDisabled) {
+TEST_P(HistoryLook, MatchesWhenHoveredAndWhenDisabled) {
     showPanels();
     ZR_AiChatSessionList list;
     fillRandomly(list);
@@ -193,7 +181,7 @@ TEST_P(HistoryLook, UnderTheMouseAndDisabled) {
     for (const int theme : {1, 0, 7}) {
         setTheme(theme);
         load(list);
-        const auto* own = ownPages()[0]->findChild<QListWidget*>();
+        const auto* own = pagesOf(m_box)[0]->findChild<QListWidget*>();
         const QListWidget* plain = m_plain.pages()[0]->list();
         for (const char* part : {"frame_bottomLabel", "toolButton_option"}) {
             hover(*own->itemWidget(own->item(0))->findChild<QWidget*>(QString::fromLatin1(part)));
@@ -208,7 +196,7 @@ TEST_P(HistoryLook, UnderTheMouseAndDisabled) {
     }
 }
 
-TEST_P(HistoryLook, FilteredByKeyStrokes) {
+TEST_P(HistoryLook, MatchesWhileTheFilterChanges) {
     QList<Stored> sessions;
     for (int i = 0; i < 30; ++i) {
         sessions.append(

@@ -14,10 +14,9 @@
 
 #include "chat/ZR_AiChatManager.h"
 #include "host/core/ZR_ZentriText.h"
-#include "sidebar/ZR_AiChatChatBoxPage.h"
-#include "sidebar/ZR_AiChatHistoricalChatBox.h"
 #include "sidebar/ZR_AiChatSideBar.h"
 #include "sidebar/ZR_AiChatSideBarSearchInputDlg.h"
+#include "tests/sidebar/HistoryPages.h"
 #include "tests/view/support/QtPrinters.h"
 #include "tests/view/support/ServiceTest.h"
 #include "view/theme/ZR_ZentriThemeStyle.h"
@@ -34,21 +33,11 @@ protected:
 
     template <typename Widget>
     Widget* named(const char* name) const {
-        auto* widget = m_bar.findChild<Widget*>(QString::fromLatin1(name));
-        EXPECT_NE(widget, nullptr) << name;
-        return widget;
+        return childNamed<Widget>(m_bar, name);
     }
     QTextEdit* search() const { return m_bar.searchBox(); }
     ZR_AiChatHistoricalChatBox* box() const { return named<ZR_AiChatHistoricalChatBox>("widget_ChatBox"); }
-    QList<ZR_AiChatChatBoxPage*> pages() const {
-        QList<ZR_AiChatChatBoxPage*> pages;
-        for (ZR_AiChatChatBoxPage* page : m_bar.findChildren<ZR_AiChatChatBoxPage*>()) {
-            if (page->parentWidget() != box()) {
-                pages.append(page);
-            }
-        }
-        return pages;
-    }
+    QList<ZR_AiChatChatBoxPage*> pages() const { return pagesOf(*box()); }
     int visibleRows() const {
         int rows = 0;
         for (const ZR_AiChatChatBoxPage* page : pages()) {
@@ -59,7 +48,7 @@ protected:
         }
         return rows;
     }
-    /// The manager reads these sessions and the bar lists them.
+    /// Has the manager read these sessions and the bar list them.
     void fill(const QList<Stored>& sessions) {
         loadHistory(sessions);
         ZR_AiChatSessionList list;
@@ -125,14 +114,14 @@ TEST_F(SideBarTest, FormHasTheNamesTextsAndLayouts) {
     EXPECT_EQ(search()->verticalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
 }
 
-TEST_F(SideBarTest, AnimationWidthIsAPropertyAndBeginsAsTheMinimumWidth) {
+TEST_F(SideBarTest, AnimationWidthIsAPropertyAndStartsAsTheMinimumWidth) {
     const int index = m_bar.metaObject()->indexOfProperty("animationWidth");
     ASSERT_GE(index, 0);
     EXPECT_TRUE(m_bar.metaObject()->property(index).isWritable());
     EXPECT_EQ(ZR_AiChatSideBar().animationWidth(), 0);
 }
 
-TEST_F(SideBarTest, AnimationWidthSplitsTheRowsInTwelfths) {
+TEST_F(SideBarTest, AnimationWidthDividesTheRowsIntoTwelfths) {
     const struct {
         int width;
         int twelfth;
@@ -149,7 +138,7 @@ TEST_F(SideBarTest, AnimationWidthSplitsTheRowsInTwelfths) {
     }
 }
 
-TEST_F(SideBarTest, ButtonsArePassedOn) {
+TEST_F(SideBarTest, ButtonClicksAreReemitted) {
     const QSignalSpy closed(&m_bar, &ZR_AiChatSideBar::SideBar_btnCloseBar_clicked);
     const QSignalSpy opened(&m_bar, &ZR_AiChatSideBar::SideBar_btnNewChat_clicked);
     QTest::mouseClick(named<QToolButton>("toolButton_CloseBar"), Qt::LeftButton);
@@ -163,7 +152,7 @@ TEST_F(SideBarTest, ButtonsArePassedOn) {
     EXPECT_EQ(opened.at(1).at(0).toBool(), true);
 }
 
-TEST_F(SideBarTest, PickedSessionIsPassedOn) {
+TEST_F(SideBarTest, PickedSessionIsReemitted) {
     const QSignalSpy picked(&m_bar, &ZR_AiChatSideBar::SideBar_chatPage_Clicked);
     emit box()->historicalChat_Clicked(QStringLiteral("a"));
     ASSERT_EQ(picked.count(), 1);
@@ -184,12 +173,12 @@ TEST_F(SideBarTest, SearchFiltersOnEachChangeAndClearingShowsAll) {
     EXPECT_EQ(visibleRows(), 2);
 }
 
-TEST_F(SideBarTest, SearchTextThatStaysTheSameFiltersNothing) {
+TEST_F(SideBarTest, UnchangedSearchTextDoesNotFilterAgain) {
     fill({{QStringLiteral("a"), {QStringLiteral("圆")}, m_now}});
     search()->setPlainText(QStringLiteral("线"));
     ASSERT_EQ(visibleRows(), 0);
     pages()[0]->showAllEntries();
-    // The same text again, as after deleting and retyping within one change.
+    // The same text again, as after deleting and retyping a character.
     search()->setPlainText(QStringLiteral("线"));
     emit search()->textChanged();
     EXPECT_EQ(visibleRows(), 1);
@@ -224,22 +213,22 @@ TEST_F(SideBarTest, NewSessionReloadsAndFiltersAgain) {
     EXPECT_EQ(visibleRows(), 1);
 }
 
-TEST_F(SideBarTest, UpdateOfASessionThatIsNotShownReloadsNothing) {
-    fill({{QStringLiteral("old"), {QStringLiteral("圆")}, m_now - 40 * 86400}});
+TEST_F(SideBarTest, UpdateOfASessionThatIsNotShownDoesNotReload) {
+    fill({{QStringLiteral("old"), {QStringLiteral("圆")}, m_now - 40 * kDay}});
     const ZR_AiChatChatBoxPage* page = pages()[0];
     emit ZR_AiChatManager::instance().sessionUpdated(_T("elsewhere"));
     EXPECT_EQ(pages()[0], page);
 }
 
-TEST_F(SideBarTest, UpdateOfASessionOfTodayKeepsItsPlace) {
+TEST_F(SideBarTest, UpdatedSessionOfTodayKeepsItsPlace) {
     fill({{QStringLiteral("a"), {QStringLiteral("圆")}, m_now}});
     const ZR_AiChatChatBoxPage* page = pages()[0];
     emit ZR_AiChatManager::instance().sessionUpdated(_T("a"));
     EXPECT_EQ(pages()[0], page);
 }
 
-TEST_F(SideBarTest, UpdateOfAnEarlierSessionMovesItToToday) {
-    fill({{QStringLiteral("old"), {QStringLiteral("圆")}, m_now - 40 * 86400}});
+TEST_F(SideBarTest, UpdatedEarlierSessionMovesToToday) {
+    fill({{QStringLiteral("old"), {QStringLiteral("圆")}, m_now - 40 * kDay}});
     ASSERT_NE(pages()[0]->labelText(), QStringLiteral("今天"));
     ZR_AiChatManager::instance().openSession(_T("old"));
     answerChat("data:A\n\n");
@@ -248,7 +237,7 @@ TEST_F(SideBarTest, UpdateOfAnEarlierSessionMovesItToToday) {
     EXPECT_EQ(pages()[0]->labelText(), QStringLiteral("今天"));
 }
 
-TEST_F(SideBarTest, RefreshSelectionMarksTheSessionOnScreen) {
+TEST_F(SideBarTest, RefreshSelectionSelectsTheCurrentSession) {
     fill({{QStringLiteral("a"), {QStringLiteral("圆")}, m_now},
           {QStringLiteral("b"), {QStringLiteral("线")}, m_now}});
     ZR_AiChatManager::instance().openSession(_T("b"));
@@ -256,7 +245,7 @@ TEST_F(SideBarTest, RefreshSelectionMarksTheSessionOnScreen) {
     EXPECT_EQ(pages()[0]->findChild<QListWidget*>()->currentRow(), 1);
 }
 
-TEST_F(SideBarTest, AdjustPagesFitsThePages) {
+TEST_F(SideBarTest, AdjustPagesFitsThePageHeights) {
     fill({{QStringLiteral("a"), {QStringLiteral("圆")}, m_now}});
     auto* list = pages()[0]->findChild<QListWidget*>();
     const int fitted = list->minimumHeight();
@@ -265,7 +254,7 @@ TEST_F(SideBarTest, AdjustPagesFitsThePages) {
     EXPECT_EQ(list->minimumHeight(), fitted);
 }
 
-TEST_F(SideBarTest, RefreshSelectionFitsThePagesToo) {
+TEST_F(SideBarTest, RefreshSelectionFitsThePageHeights) {
     fill({{QStringLiteral("a"), {QStringLiteral("圆")}, m_now}});
     auto* list = pages()[0]->findChild<QListWidget*>();
     const int fitted = list->minimumHeight();
@@ -274,7 +263,7 @@ TEST_F(SideBarTest, RefreshSelectionFitsThePagesToo) {
     EXPECT_EQ(list->minimumHeight(), fitted);
 }
 
-TEST_F(SideBarTest, SearchDialogsSlotDoesNothing) {
+TEST_F(SideBarTest, SlotForTheSearchDialogDoesNothing) {
     fill({{QStringLiteral("a"), {QStringLiteral("圆")}, m_now}});
     m_bar.searchDlg_searchText_textChanged();
     EXPECT_EQ(visibleRows(), 1);
@@ -308,7 +297,7 @@ TEST_F(SideBarTest, SearchBoxHasABlueFrame) {
     const QImage image = grabbed(*search());
     EXPECT_EQ(image.pixelColor(image.width() / 2, 0), QColor("#3c88f0"));
     EXPECT_EQ(image.pixelColor(image.width() / 2, 1), QColor("#3c88f0"));
-    // Ten pixels are left free on the right.
+    // The right margin is ten pixels.
     EXPECT_NE(image.pixelColor(image.width() - 5, image.height() / 2), QColor("#3c88f0"));
     EXPECT_EQ(image.pixelColor(image.width() - 11, image.height() / 2), QColor("#3c88f0"));
     EXPECT_EQ(search()->font().pixelSize(), 14);

@@ -1,72 +1,41 @@
-// What the side bar's widgets look like in the light theme, the dark one, and one that is neither.
+// The look of the side bar's widgets in the light, the dark and an unknown theme.
 
 #include <gtest/gtest.h>
 
-#include <QApplication>
 #include <QLabel>
 #include <QLayout>
 #include <QListWidget>
 #include <QPushButton>
 #include <QTextEdit>
 #include <QToolButton>
-#include <algorithm>
 
 #include "host/core/ZR_ZentriText.h"
 #include "sidebar/ZR_AiChatChatBoxPage.h"
 #include "sidebar/ZR_AiChatChatBoxPageContentLabel.h"
 #include "sidebar/ZR_AiChatSideBar.h"
 #include "sidebar/ZR_AiChatSideBarSearchInputDlg.h"
+#include "tests/view/support/ProbePalette.h"
 #include "tests/view/support/QtPrinters.h"
 #include "tests/view/support/ServiceTest.h"
 #include "view/theme/ZR_ZentriThemeStyle.h"
 
 namespace {
 
-constexpr int kNeither = 9;
-const QColor kOwnText("#00aa00");
-const QColor kOwnBase("#ff00ff");
+constexpr int kUnknownTheme = 9;
+const QColor kProbeText = ProbePalette::text();
+const QColor kProbeBackground = ProbePalette::background();
 
-/// While it lives, text and base have colours of their own, which show where no rule sets any.
-class OwnColours {
-public:
-    OwnColours() : m_former(QApplication::palette()) {
-        QPalette palette = m_former;
-        for (const QPalette::ColorRole role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText}) {
-            palette.setColor(role, kOwnText);
-        }
-        palette.setColor(QPalette::Base, kOwnBase);
-        palette.setColor(QPalette::Window, kOwnBase);
-        QApplication::setPalette(palette);
-    }
-    ~OwnColours() { QApplication::setPalette(m_former); }
-    OwnColours(const OwnColours&) = delete;
-    OwnColours& operator=(const OwnColours&) = delete;
-
-private:
-    QPalette m_former;
-};
-
-/// Where an image is not the ground.
-QRect inkOf(const QImage& image, const QColor& ground) {
+/// Bounding rectangle of the pixels that are not the background.
+QRect inkOf(const QImage& image, const QColor& background) {
     QRect ink;
     for (int y = 0; y < image.height(); ++y) {
         for (int x = 0; x < image.width(); ++x) {
-            if (image.pixelColor(x, y) != ground) {
+            if (image.pixelColor(x, y) != background) {
                 ink |= QRect(x, y, 1, 1);
             }
         }
     }
     return ink;
-}
-
-int darkest(const QImage& image) {
-    int gray = 255;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x) {
-            gray = std::min(gray, qGray(image.pixel(x, y)));
-        }
-    }
-    return gray;
 }
 
 class SideBarLook : public ServiceTest {
@@ -82,63 +51,63 @@ protected:
         applyThemeProperty(&m_bar, kColorThemeProperty, theme);
         settle();
     }
-    /// As it is on the bar: what is transparent shows the bar.
+    /// The widget as it appears on the bar, which shows where the widget is transparent.
     QImage look(const QWidget& widget) {
         return grabbed(m_bar).copy(QRect(widget.mapTo(&m_bar, QPoint()), widget.size()));
     }
     template <typename Widget>
     Widget& named(const char* name) const {
-        return *m_bar.findChild<Widget*>(QString::fromLatin1(name));
+        return *childNamed<Widget>(m_bar, name);
     }
 
-    OwnColours m_colours;
+    ProbePalette m_probe;
     FakePalette m_palette;
     ZR_AiChatSideBar m_bar;
 };
 
 }  // namespace
 
-TEST_F(SideBarLook, ProductNameAndLogo) {
+TEST_F(SideBarLook, ProductNameFollowsTheThemeAndTheLogoIsAlwaysShown) {
     auto& name = named<QLabel>("label_ProductName");
     EXPECT_EQ(name.font().pixelSize(), 14);
     const struct {
         int theme;
         QColor text;
-    } rows[] = {{1, Qt::black}, {0, Qt::white}, {kNeither, kOwnText}};
+    } rows[] = {{1, Qt::black}, {0, Qt::white}, {kUnknownTheme, kProbeText}};
     for (const auto& row : rows) {
         setTheme(row.theme);
         EXPECT_EQ(name.palette().color(QPalette::WindowText), row.text) << row.theme;
         auto& logo = named<QLabel>("label_IconMain");
-        EXPECT_GT(inkOf(look(logo), kOwnBase).width(), 15) << row.theme;
+        EXPECT_GT(inkOf(look(logo), kProbeBackground).width(), 15) << row.theme;
     }
 }
 
 TEST_F(SideBarLook, CloseButtonMovesItsImageWhenHoveredAndPressed) {
     auto& close = named<QToolButton>("toolButton_CloseBar");
-    setTheme(kNeither);
-    EXPECT_TRUE(inkOf(look(close), kOwnBase).isEmpty());
+    setTheme(kUnknownTheme);
+    EXPECT_TRUE(inkOf(look(close), kProbeBackground).isEmpty());
     for (const int theme : {1, 0}) {
         setTheme(theme);
-        const QRect rest = inkOf(look(close), kOwnBase);
+        const QRect rest = inkOf(look(close), kProbeBackground);
         ASSERT_FALSE(rest.isEmpty());
-        // 8 pixels are free on the left and 4 on the right.
+        // The padding is 8 pixels on the left and 4 on the right.
         EXPECT_NEAR(rest.center().x(), close.rect().center().x() + 2, 1);
         hover(close);
-        EXPECT_NEAR(inkOf(look(close), kOwnBase).center().x(), rest.center().x() + 1, 1);
+        EXPECT_NEAR(inkOf(look(close), kProbeBackground).center().x(), rest.center().x() + 1, 1);
         close.setAttribute(Qt::WA_UnderMouse, false);
         close.setDown(true);
-        EXPECT_NEAR(inkOf(look(close), kOwnBase).center().x(), rest.center().x() + 1, 1);
-        EXPECT_NE(inkOf(look(close), kOwnBase), rest);
+        EXPECT_NEAR(inkOf(look(close), kProbeBackground).center().x(), rest.center().x() + 1, 1);
+        EXPECT_NE(inkOf(look(close), kProbeBackground), rest);
         close.setDown(false);
-        EXPECT_EQ(inkOf(look(close), kOwnBase), rest);
+        EXPECT_EQ(inkOf(look(close), kProbeBackground), rest);
     }
 }
 
-TEST_F(SideBarLook, CloseButtonsTextColoursWouldBeBlueAndGrey) {
+TEST_F(SideBarLook, CloseButtonWouldShowTextInBlueAndGrey) {
     auto& close = named<QToolButton>("toolButton_CloseBar");
     close.setText(QStringLiteral("■■■■"));
-    setTheme(kNeither);
-    EXPECT_GT(pixelsOf(look(close), kOwnText), 20);
+    setTheme(kUnknownTheme);
+    EXPECT_GT(pixelsOf(look(close), kProbeText), 20);
     hover(close);
     EXPECT_GT(pixelsOf(look(close), QColor("#3498DB")), 20);
     close.setDown(true);
@@ -151,7 +120,7 @@ TEST_F(SideBarLook, CloseButtonsTextColoursWouldBeBlueAndGrey) {
 TEST_F(SideBarLook, NewChatButtonIsTheSameInEveryTheme) {
     auto& button = named<QPushButton>("pushButton_NewChat");
     const QPoint inside(button.width() / 4, button.height() / 2);
-    for (const int theme : {1, 0, kNeither}) {
+    for (const int theme : {1, 0, kUnknownTheme}) {
         setTheme(theme);
         const QImage rest = look(button);
         EXPECT_EQ(rest.pixelColor(inside), QColor("#80baf5"));
@@ -159,8 +128,8 @@ TEST_F(SideBarLook, NewChatButtonIsTheSameInEveryTheme) {
             EXPECT_EQ(rest.pixelColor(button.width() / 2, y), QColor("#e5f6fe"));
         }
         EXPECT_EQ(rest.pixelColor(button.width() / 2, 2), QColor("#80baf5"));
-        // A radius of 15: the corner is free up to there.
-        EXPECT_EQ(rest.pixelColor(3, 3), kOwnBase);
+        // A border radius of 15 does not paint the corner.
+        EXPECT_EQ(rest.pixelColor(3, 3), kProbeBackground);
         EXPECT_EQ(rest.pixelColor(16, 0), QColor("#e5f6fe"));
         EXPECT_EQ(button.font().pixelSize(), 14);
         EXPECT_EQ(button.palette().color(QPalette::ButtonText), QColor(Qt::black));
@@ -175,7 +144,7 @@ TEST_F(SideBarLook, NewChatButtonIsTheSameInEveryTheme) {
         const QImage pressed = look(button);
         EXPECT_EQ(pressed.pixelColor(inside), QColor("#4A90C7"));
         EXPECT_EQ(pressed.pixelColor(button.width() / 2, 1), QColor("#2E5570"));
-        // What stood centred moves with the padding at the top and the left.
+        // The padding at the top and on the left moves the centred text.
         const QRect moved = inkOf(pressed.copy(80, 4, 200, button.height() - 8), QColor("#4A90C7"));
         EXPECT_NEAR(moved.left(), text.left() + 3, 1);
         EXPECT_GT(moved.top(), text.top());
@@ -187,27 +156,27 @@ TEST_F(SideBarLook, NewChatButtonIsTheSameInEveryTheme) {
     }
 }
 
-TEST_F(SideBarLook, SearchRow) {
+TEST_F(SideBarLook, SearchRowFollowsTheTheme) {
     auto& frame = named<QFrame>("frame");
     auto& box = named<QTextEdit>("textEdit_SearchText");
     auto& icon = named<QLabel>("label_IconSearch");
     const struct {
         int theme;
-        QColor ground;
+        QColor background;
         QColor base;
         QColor text;
     } rows[] = {{1, QColor(243, 244, 246), Qt::white, Qt::black},
                 {0, QColor(37, 37, 40), Qt::black, Qt::white},
-                {kNeither, kOwnBase, kOwnBase, kOwnText}};
+                {kUnknownTheme, kProbeBackground, kProbeBackground, kProbeText}};
     QImage icons[3];
     int i = 0;
     for (const auto& row : rows) {
         setTheme(row.theme);
         const QImage image = look(frame);
-        // No border: the ground goes to the very edge.
+        // Without a border the background extends to the edge.
         for (const QPoint& edge : {QPoint(0, 300), QPoint(frame.width() - 1, 300),
                                    QPoint(200, frame.height() - 1), QPoint(2, 200)}) {
-            EXPECT_EQ(image.pixelColor(edge), row.ground) << row.theme;
+            EXPECT_EQ(image.pixelColor(edge), row.background) << row.theme;
         }
         EXPECT_EQ(box.palette().color(QPalette::Text), row.text) << row.theme;
         const QImage search = look(box);
@@ -222,24 +191,24 @@ TEST_F(SideBarLook, SearchRow) {
         EXPECT_NE(search.pixelColor(search.width() - 10, search.height() / 2), QColor("#3c88f0"));
         EXPECT_NE(search.pixelColor(0, 0), QColor("#3c88f0"));
         icons[i++] = look(icon);
-        EXPECT_EQ(inkOf(icons[i - 1], row.ground).isEmpty(), row.theme == kNeither);
+        EXPECT_EQ(inkOf(icons[i - 1], row.background).isEmpty(), row.theme == kUnknownTheme);
     }
     EXPECT_NE(icons[0], icons[1]);
 }
 
-TEST_F(SideBarLook, HistoryBoxLetsTheSearchRowsGroundThrough) {
+TEST_F(SideBarLook, HistoryBoxIsTransparent) {
     auto& box = named<QWidget>("widget_ChatBox");
-    for (const int theme : {1, 0, kNeither}) {
+    for (const int theme : {1, 0, kUnknownTheme}) {
         setTheme(theme);
         const QImage image = look(named<QFrame>("frame"));
-        const QColor ground = image.pixelColor(2, 200);
-        EXPECT_EQ(image.pixelColor(box.geometry().center()), ground);
-        EXPECT_EQ(image.pixelColor(box.geometry().topLeft()), ground);
-        EXPECT_EQ(image.pixelColor(box.geometry().bottomRight()), ground);
+        const QColor background = image.pixelColor(2, 200);
+        EXPECT_EQ(image.pixelColor(box.geometry().center()), background);
+        EXPECT_EQ(image.pixelColor(box.geometry().topLeft()), background);
+        EXPECT_EQ(image.pixelColor(box.geometry().bottomRight()), background);
     }
 }
 
-TEST_F(SideBarLook, HeadingAndListOfAPage) {
+TEST_F(SideBarLook, PageHeadingAndListFollowTheTheme) {
     ZR_AiChatChatBoxPage page;
     page.resize(300, 200);
     page.show();
@@ -250,7 +219,7 @@ TEST_F(SideBarLook, HeadingAndListOfAPage) {
     const struct {
         int theme;
         QColor text;
-    } rows[] = {{1, Qt::black}, {0, Qt::white}, {kNeither, kOwnText}};
+    } rows[] = {{1, Qt::black}, {0, Qt::white}, {kUnknownTheme, kProbeText}};
     for (const auto& row : rows) {
         applyThemeProperty(&page, kColorThemeProperty, row.theme);
         settle();
@@ -261,17 +230,17 @@ TEST_F(SideBarLook, HeadingAndListOfAPage) {
         EXPECT_EQ(list->palette().color(QPalette::Text), row.text);
         EXPECT_EQ(list->font().pixelSize(), 14);
         EXPECT_FALSE(list->font().bold());
-        // Without a border, 9 pixels of padding are all there is around the rows.
+        // There is no border, only 9 pixels of padding.
         EXPECT_EQ(list->viewport()->geometry().topLeft(), QPoint(9, 9));
         EXPECT_EQ(list->viewport()->width(), list->width() - 18);
         const QImage image = grabbed(page);
-        EXPECT_EQ(image.pixelColor(list->geometry().bottomRight()), kOwnBase);
-        EXPECT_EQ(image.pixelColor(list->geometry().topLeft()), kOwnBase);
-        EXPECT_EQ(image.pixelColor(list->geometry().topLeft() + QPoint(200, 25)), kOwnBase);
+        EXPECT_EQ(image.pixelColor(list->geometry().bottomRight()), kProbeBackground);
+        EXPECT_EQ(image.pixelColor(list->geometry().topLeft()), kProbeBackground);
+        EXPECT_EQ(image.pixelColor(list->geometry().topLeft() + QPoint(200, 25)), kProbeBackground);
     }
 }
 
-TEST_F(SideBarLook, EntryAtRestUnderTheMouseAndDisabled) {
+TEST_F(SideBarLook, EntryFollowsTheThemeAtRestHoveredAndDisabled) {
     ZR_AiChatChatBoxPageContentLabel entry;
     entry.setTitle(_T("title"));
     entry.resize(240, 30);
@@ -282,8 +251,9 @@ TEST_F(SideBarLook, EntryAtRestUnderTheMouseAndDisabled) {
         int theme;
         QColor text;
         QColor hover;
-    } rows[] = {
-        {1, Qt::black, QColor("#d0e0e6")}, {0, Qt::white, QColor("#363a3c")}, {kNeither, kOwnText, kOwnBase}};
+    } rows[] = {{1, Qt::black, QColor("#d0e0e6")},
+                {0, Qt::white, QColor("#363a3c")},
+                {kUnknownTheme, kProbeText, kProbeBackground}};
     for (const auto& row : rows) {
         applyThemeProperty(&entry, kColorThemeProperty, row.theme);
         settle();
@@ -291,9 +261,9 @@ TEST_F(SideBarLook, EntryAtRestUnderTheMouseAndDisabled) {
         EXPECT_EQ(label->font().pixelSize(), 14);
         EXPECT_EQ(label->contentsRect(), label->rect().adjusted(1, 1, -1, -1));
         const QImage rest = grabbed(entry);
-        EXPECT_EQ(rest.pixelColor(150, 15), kOwnBase);
-        EXPECT_EQ(rest.pixelColor(150, 0), kOwnBase);
-        const int textLeft = inkOf(rest.copy(0, 2, 120, 26), kOwnBase).left();
+        EXPECT_EQ(rest.pixelColor(150, 15), kProbeBackground);
+        EXPECT_EQ(rest.pixelColor(150, 0), kProbeBackground);
+        const int textLeft = inkOf(rest.copy(0, 2, 120, 26), kProbeBackground).left();
         EXPECT_LT(textLeft, 20);
         EXPECT_GT(pixelsOf(rest, row.text), 3);
         label->setAttribute(Qt::WA_UnderMouse, true);
@@ -301,9 +271,9 @@ TEST_F(SideBarLook, EntryAtRestUnderTheMouseAndDisabled) {
         for (const QPoint& place : {QPoint(150, 15), QPoint(150, 3), QPoint(236, 15), QPoint(8, 1)}) {
             EXPECT_EQ(hovered.pixelColor(place), row.hover) << row.theme;
         }
-        // A radius of 8 leaves the corners free.
-        EXPECT_EQ(hovered.pixelColor(1, 1), kOwnBase);
-        EXPECT_EQ(hovered.pixelColor(238, 28), kOwnBase);
+        // A border radius of 8 does not paint the corners.
+        EXPECT_EQ(hovered.pixelColor(1, 1), kProbeBackground);
+        EXPECT_EQ(hovered.pixelColor(238, 28), kProbeBackground);
         label->setAttribute(Qt::WA_UnderMouse, false);
         entry.setEnabled(false);
         EXPECT_EQ(grabbed(entry).pixelColor(150, 15), QColor("#B0E0E6"));
@@ -322,18 +292,18 @@ TEST_F(SideBarLook, OptionsButtonIsTheSameInEveryTheme) {
     const auto dots = [&] {
         return grabbed(entry).copy(QRect(button->mapTo(&entry, QPoint()), button->size()));
     };
-    for (const int theme : {1, 0, kNeither}) {
+    for (const int theme : {1, 0, kUnknownTheme}) {
         applyThemeProperty(&entry, kColorThemeProperty, theme);
         settle();
-        EXPECT_TRUE(inkOf(dots(), kOwnBase).isEmpty()) << "the dots do not show";
+        EXPECT_TRUE(inkOf(dots(), kProbeBackground).isEmpty()) << "the dots must not be visible at rest";
         const int middle = button->height() / 2;
         hover(*button);
         const QImage hovered = dots();
         EXPECT_EQ(hovered.pixelColor(button->width() / 2, 3), QColor("#c3d2d7"));
         EXPECT_EQ(hovered.pixelColor(3, middle), QColor("#c3d2d7"));
-        // A radius of 8 leaves the corner free.
-        EXPECT_EQ(hovered.pixelColor(1, 1), kOwnBase);
-        EXPECT_LT(darkest(hovered), 100);
+        // A border radius of 8 does not paint the corner.
+        EXPECT_EQ(hovered.pixelColor(1, 1), kProbeBackground);
+        EXPECT_LT(darkestGray(hovered), 100);
         button->setDown(true);
         EXPECT_EQ(dots().pixelColor(button->width() / 2, 3), QColor("#b6c4c8"));
         button->setDown(false);
@@ -341,14 +311,14 @@ TEST_F(SideBarLook, OptionsButtonIsTheSameInEveryTheme) {
     }
 }
 
-TEST_F(SideBarLook, EntryHasARuleForPressedThoughALabelNeverIsAsItStands) {
-    // A label is never pressed by itself, so that this rule cannot be seen on one.
+TEST_F(SideBarLook, EntryHasAPressedRuleThatALabelNeverShows) {
+    // A QLabel is never in the pressed state, so the rule has no visible effect.
     EXPECT_TRUE(ZR_AiChatChatBoxPageContentLabel::styleSheetText().contains(QStringLiteral(
         "QLabel:pressed { background-color: #4A90C7; border: 2px inset #2E5570; padding-top: 4px; "
         "padding-left: 4px; }")));
 }
 
-TEST_F(SideBarLook, SearchBoxesHaveARuleForTheirViewportThatDoesNotShow) {
+TEST_F(SideBarLook, SearchBoxesHaveAViewportRuleWithoutVisibleEffect) {
     const QString rule = QStringLiteral("QTextEdit QWidget { border-radius: 10px; margin: 1px; }");
     EXPECT_TRUE(named<QTextEdit>("textEdit_SearchText").styleSheet().contains(rule));
     const ZR_AiChatSideBarSearchInputDlg dialog;
@@ -360,7 +330,7 @@ TEST_F(SideBarLook, SearchBoxesHaveARuleForTheirViewportThatDoesNotShow) {
                     .contains(QStringLiteral("background-clip: padding;")));
 }
 
-TEST_F(SideBarLook, SearchDialog) {
+TEST_F(SideBarLook, SearchDialogHasItsFrameAndBoxColours) {
     ZR_AiChatSideBarSearchInputDlg dialog;
     dialog.show();
     settle();
@@ -384,6 +354,6 @@ TEST_F(SideBarLook, SearchDialog) {
     }
     EXPECT_NE(image.pixelColor(590, 200), QColor("#bc9cd9"));
     EXPECT_EQ(image.pixelColor(300, 200), QColor(Qt::white));
-    // A radius of 12 leaves the corner free.
+    // A border radius of 12 does not paint the corner.
     EXPECT_NE(image.pixelColor(3, 2), QColor("#bc9cd9"));
 }

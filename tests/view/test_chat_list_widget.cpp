@@ -15,14 +15,14 @@
 
 namespace {
 
-/// Tells how many receivers the theme signal has.
+/// Counts the receivers of the theme signal.
 class CountingList : public ZR_AiChatListWidget {
 public:
     using ZR_AiChatListWidget::ZR_AiChatListWidget;
     int themeConnections() const { return receivers(SIGNAL(ZR_ListWidget_ColorThemeChanged(int))); }
 };
 
-/// Remembers the children that an object was given.
+/// Records the children that are added to an object.
 class ChildRecorder : public QObject {
 public:
     explicit ChildRecorder(QObject* parent) { parent->installEventFilter(this); }
@@ -40,7 +40,7 @@ private:
     QList<const QObject*> m_added;
 };
 
-/// Counts how often the rows are laid out.
+/// Counts the item layouts.
 class LayoutCountingList : public ZR_AiChatListWidget {
 public:
     void doItemsLayout() override {
@@ -70,7 +70,7 @@ protected:
 
 }  // namespace
 
-TEST_F(ChatListTest, ConstructionSettings) {
+TEST_F(ChatListTest, ConstructorSetsNameSizeTitleAndScrolling) {
     const ZR_AiChatListWidget list;
     EXPECT_EQ(list.objectName(), QStringLiteral("ZR_AiChatListWidgetClass"));
     EXPECT_EQ(list.size(), QSize(600, 400));
@@ -96,7 +96,7 @@ TEST_F(ChatListTest, AnswerIsACompleteRowOfKindTwo) {
     EXPECT_FALSE(bubble(0)->isAnswerLoading());
 }
 
-TEST_F(ChatListTest, RowSetupMeasuresForTheListsWidth) {
+TEST_F(ChatListTest, RowSetUpMeasuresForTheListWidth) {
     m_list.addQuestion(QString(60, QChar(u'图')) + QLatin1Char('\n'));
     EXPECT_EQ(bubble(0)->width(), 500);
     EXPECT_EQ(bubble(0)->minimumWidth(), 500);
@@ -106,7 +106,7 @@ TEST_F(ChatListTest, RowSetupMeasuresForTheListsWidth) {
     EXPECT_EQ(rowOf(bubble(0)), m_list.item(0));
 }
 
-TEST_F(ChatListTest, BubbleTakesTheListsOwnTheme) {
+TEST_F(ChatListTest, NewBubbleTakesTheThemeOfTheList) {
     m_list.setProperty("ZR_ColorTheme", 1);
     m_list.addQuestion(QStringLiteral("light"));
     EXPECT_EQ(bubble(0)->textColor(), QColor(51, 51, 51));
@@ -115,7 +115,7 @@ TEST_F(ChatListTest, BubbleTakesTheListsOwnTheme) {
     EXPECT_EQ(bubble(1)->textColor(), QColor(229, 246, 254));
 }
 
-TEST_F(ChatListTest, LoadingAnswersFirstSizeHintIsThatOfTheEmptyText) {
+TEST_F(ChatListTest, FirstSizeHintOfALoadingAnswerIsThatOfTheEmptyText) {
     QNChatMessage* answer = m_list.addLoadingAnswer();
     ASSERT_EQ(m_list.count(), 1);
     EXPECT_EQ(bubble(0), answer);
@@ -135,7 +135,7 @@ TEST_F(ChatListTest, ThemeChangeReachesEveryBubble) {
     }
 }
 
-TEST_F(ChatListTest, MeasuringAgainLeavesExactlyOneThemeConnection) {
+TEST_F(ChatListTest, RemeasuringLeavesExactlyOneThemeConnection) {
     m_list.addQuestion(QStringLiteral("a"));
     m_list.addAnswer(QStringLiteral("b"));
     EXPECT_EQ(m_list.themeConnections(), 2);
@@ -154,7 +154,7 @@ TEST_F(ChatListTest, RefreshOfAnEmptyListDoesNothing) {
     EXPECT_EQ(m_list.count(), 0);
 }
 
-TEST_F(ChatListTest, RefreshTouchesTheLastRowOnly) {
+TEST_F(ChatListTest, RefreshChangesTheLastRowOnly) {
     m_list.addQuestion(QString(60, QChar(u'图')) + QLatin1Char('\n'));
     m_list.addAnswer(QString(60, QChar(u'图')) + QLatin1Char('\n'));
     const QString time = bubble(1)->timeText();
@@ -167,7 +167,7 @@ TEST_F(ChatListTest, RefreshTouchesTheLastRowOnly) {
     EXPECT_EQ(bubble(1)->userType(), 2);
 }
 
-TEST_F(ChatListTest, ResizeAloneWrapsNothingAnew) {
+TEST_F(ChatListTest, ResizeAloneDoesNotRewrapAsIntended) {
     m_list.addQuestion(QString(60, QChar(u'图')) + QLatin1Char('\n'));
     const QSize before = m_list.item(0)->sizeHint();
     m_list.resize(320, 400);
@@ -212,12 +212,12 @@ TEST_F(ChatListTest, TrueStreamFlagDoesNothing) {
     EXPECT_EQ(m_list.item(0)->sizeHint(), before);
 }
 
-TEST_F(ChatListTest, ClearTakesTheBubblesAlongAndLatePiecesDoNoHarm) {
+TEST_F(ChatListTest, ClearDeletesTheBubblesAndLatePiecesAreHarmless) {
     QPointer<QNChatMessage> answer = m_list.addLoadingAnswer();
     m_list.clear();
     EXPECT_EQ(m_list.count(), 0);
     ASSERT_FALSE(answer.isNull());
-    // Deleted with the next turn of the loop; until then it must not write to the row that is gone.
+    // It lives until its deferred delete and must not write to the deleted row until then.
     EXPECT_EQ(rowOf(answer), nullptr);
     answer->appendAnswerText(QStringLiteral("late"));
     answer->startAnswerLoading();
@@ -227,7 +227,7 @@ TEST_F(ChatListTest, ClearTakesTheBubblesAlongAndLatePiecesDoNoHarm) {
     EXPECT_EQ(m_list.themeConnections(), 0);
 }
 
-TEST_F(ChatListTest, RemovedRowIsForgottenByItsBubble) {
+TEST_F(ChatListTest, BubbleOfARemovedRowNoLongerPointsToIt) {
     m_list.addQuestion(QStringLiteral("a"));
     const QPointer<QNChatMessage> answer = m_list.addLoadingAnswer();
     delete m_list.takeItem(1);
@@ -237,8 +237,8 @@ TEST_F(ChatListTest, RemovedRowIsForgottenByItsBubble) {
     EXPECT_EQ(m_list.count(), 1);
 }
 
-TEST_F(ChatListTest, OnlyCompleteAnswersAreBornBesideTheListAsItStands) {
-    // Every bubble ends in the list's viewport; its first parent is another matter.
+TEST_F(ChatListTest, OnlyCompleteAnswersAreCreatedOutsideTheListAsIntended) {
+    // setItemWidget() reparents every bubble to the viewport; this is about the parent it is created with.
     QWidget panel;
     auto* list = new ZR_AiChatListWidget(&panel);
     const ChildRecorder panelsChildren(&panel);
@@ -256,7 +256,7 @@ TEST_F(ChatListTest, OnlyCompleteAnswersAreBornBesideTheListAsItStands) {
     EXPECT_TRUE(listsChildren.added().contains(bubble(2)));
 }
 
-TEST_F(ChatListTest, EveryRowIsStampedWithThePresentSeconds) {
+TEST_F(ChatListTest, EveryRowHasTheCurrentTimeInSeconds) {
     const qint64 before = QDateTime::currentSecsSinceEpoch();
     m_list.addQuestion(QStringLiteral("q"));
     m_list.addAnswer(QStringLiteral("a"));
@@ -269,7 +269,7 @@ TEST_F(ChatListTest, EveryRowIsStampedWithThePresentSeconds) {
     }
 }
 
-TEST_F(ChatListTest, RowsWithoutABubbleAreLeftAlone) {
+TEST_F(ChatListTest, RowsWithoutABubbleAreNotChanged) {
     auto* item = new QListWidgetItem(&m_list);
     item->setSizeHint(QSize(17, 19));
     m_list.refreshLastItem();
@@ -278,7 +278,7 @@ TEST_F(ChatListTest, RowsWithoutABubbleAreLeftAlone) {
     EXPECT_EQ(item->sizeHint(), QSize(17, 19));
 }
 
-TEST_F(ChatListTest, MeasuringAgainTakesTheListsThemeAndKeepsALoadGoing) {
+TEST_F(ChatListTest, RemeasuringTakesTheListThemeAndKeepsLoading) {
     m_list.setProperty("ZR_ColorTheme", 1);
     QNChatMessage* answer = m_list.addLoadingAnswer();
     answer->appendAnswerText(QStringLiteral("1"));
@@ -290,7 +290,7 @@ TEST_F(ChatListTest, MeasuringAgainTakesTheListsThemeAndKeepsALoadGoing) {
     EXPECT_EQ(answer->msgText(), QStringLiteral("12"));
 }
 
-TEST_F(ChatListTest, MeasuringAgainLaysTheRowsOutLaterAlsoWhenNoSizeChanged) {
+TEST_F(ChatListTest, RemeasuringSchedulesALayoutEvenIfNoSizeChanged) {
     LayoutCountingList list;
     list.show();
     list.addQuestion(QStringLiteral("q"));

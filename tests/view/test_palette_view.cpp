@@ -61,7 +61,7 @@ TEST_F(PaletteViewTest, FormHasTheNamesAndSettings) {
     EXPECT_EQ(list()->horizontalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
 }
 
-TEST_F(PaletteViewTest, RowsOfTheFormStandInOrder) {
+TEST_F(PaletteViewTest, FormRowsAreInOrder) {
     const auto* main = qobject_cast<QVBoxLayout*>(m_view.layout()->itemAt(2)->layout());
     ASSERT_NE(main, nullptr);
     EXPECT_EQ(m_view.layout()->itemAt(1)->widget(), named<QFrame>("line_2"));
@@ -98,7 +98,7 @@ TEST_F(PaletteViewTest, RowsOfTheFormStandInOrder) {
     EXPECT_EQ(buttons->itemAt(1)->widget(), named<QToolButton>("toolButton_Send"));
 }
 
-TEST_F(PaletteViewTest, ButtonsAndTexts) {
+TEST_F(PaletteViewTest, ButtonsTitleAndInputHaveTheirTextsAndSettings) {
     EXPECT_EQ(named<QPushButton>("pushButton_NewChat")->text(), QStringLiteral("+ 新对话"));
     EXPECT_EQ(named<QPushButton>("pushButton_NewChat")->focusPolicy(), Qt::NoFocus);
     EXPECT_EQ(named<QToolButton>("toolButton_HistoricalChat")->focusPolicy(), Qt::NoFocus);
@@ -117,12 +117,12 @@ TEST_F(PaletteViewTest, ButtonsAndTexts) {
     EXPECT_TRUE(input()->sizePolicy().retainSizeWhenHidden());
 }
 
-TEST_F(PaletteViewTest, SendButtonIsTwentyPixels) {
+TEST_F(PaletteViewTest, SendButtonIs20By20) {
     const ZR_ZentriPaletteView view;
     EXPECT_EQ(view.findChild<QToolButton*>(QStringLiteral("toolButton_Send"))->size(), QSize(20, 20));
 }
 
-TEST_F(PaletteViewTest, BeginsWithTheSideBarClosed) {
+TEST_F(PaletteViewTest, StartsWithTheSideBarClosed) {
     EXPECT_FALSE(shown("widget_SideBar"));
     EXPECT_FALSE(shown("line_2"));
     EXPECT_TRUE(shown("line"));
@@ -139,7 +139,7 @@ TEST_F(PaletteViewTest, BeginsWithTheSideBarClosed) {
     EXPECT_EQ(animation("opacity")->targetObject(), effect);
 }
 
-TEST_F(PaletteViewTest, OnlyTheHistoryButtonIsDarkUntilTheFirstTheme) {
+TEST_F(PaletteViewTest, OnlyTheHistoryButtonIsDarkUntilAThemeIsSet) {
     EXPECT_EQ(named<QWidget>("toolButton_HistoricalChat")->property("ZR_ColorTheme").toInt(), 0);
     for (const char* name : {"pushButton_NewChat", "label_ChatTitle", "listWidget_ChatView", "frame_Input",
                              "textEdit_userInput", "toolButton_Send", "widget_SideBar"}) {
@@ -174,7 +174,7 @@ TEST_F(PaletteViewTest, FirstQuestionBecomesTheTitleAndIsSent) {
     ASSERT_TRUE(waitFor([&] { return !bubble(3)->isAnswerLoading(); }));
 }
 
-TEST_F(PaletteViewTest, InputIsEmptyAndTheTitleSetBeforeTheFirstRowAppears) {
+TEST_F(PaletteViewTest, InputIsClearedAndTitleSetBeforeTheFirstRowIsInserted) {
     answerCreate(QStringLiteral("s1"));
     answerChat("");
     QStringList seen;
@@ -211,7 +211,7 @@ TEST_F(PaletteViewTest, SendButtonSends) {
     EXPECT_EQ(list()->count(), 2);
 }
 
-TEST_F(PaletteViewTest, AnswerStreamsIntoTheLastRowAndTheListFollows) {
+TEST_F(PaletteViewTest, AnswerStreamsIntoTheLastRowAndTheListScrolls) {
     answerCreate(QStringLiteral("s1"));
     m_view.resize(627, 320);
     settle();
@@ -232,7 +232,7 @@ TEST_F(PaletteViewTest, AnswerStreamsIntoTheLastRowAndTheListFollows) {
     ASSERT_TRUE(waitFor([&] { return !bubble(1)->isAnswerLoading(); }));
 }
 
-TEST_F(PaletteViewTest, ListClearedWhileAnAnswerStreamsDoesNoHarm) {
+TEST_F(PaletteViewTest, ListMayBeClearedWhileAnAnswerStreams) {
     answerCreate(QStringLiteral("s1"));
     sendQuestion(QStringLiteral("怎样画圆"));
     ASSERT_TRUE(m_server.waitForRequests(2));
@@ -258,7 +258,7 @@ TEST_F(PaletteViewTest, EditedQuestionStaysInTheInputWhileAnAnswerStreams) {
     EXPECT_EQ(printed(), QStringLiteral("\n已有正在通信的对话，请等待该通信完成..."));
 }
 
-TEST_F(PaletteViewTest, RegenerateAppendsTheSessionsLastQuestionAgain) {
+TEST_F(PaletteViewTest, RegenerateAppendsTheLastQuestionOfTheSession) {
     answerCreate(QStringLiteral("s1"));
     answerChat("data:A\n\n");
     sendQuestion(QStringLiteral("first"));
@@ -267,14 +267,14 @@ TEST_F(PaletteViewTest, RegenerateAppendsTheSessionsLastQuestionAgain) {
     sendQuestion(QStringLiteral("second"));
     ASSERT_TRUE(waitFor([&] { return !bubble(3)->isAnswerLoading(); }));
     ASSERT_TRUE(waitUntilIdle());
-    // Also from the first answer: the icon resends the last question.
+    // The icon of the first answer resends the last question, too.
     bubble(1)->regenerate();
     ASSERT_EQ(list()->count(), 6);
     EXPECT_EQ(bubble(4)->msgText(), QStringLiteral("second"));
     ASSERT_TRUE(waitFor([&] { return !bubble(5)->isAnswerLoading(); }));
 }
 
-TEST_F(PaletteViewTest, InputTextIsPlainAndLosesTheFocus) {
+TEST_F(PaletteViewTest, SetInputTextSetsPlainTextAndClearsTheFocus) {
     input()->setFocus();
     ASSERT_EQ(m_view.focusWidget(), input());
     m_view.setInputText(QStringLiteral("<b>x</b>"));
@@ -282,7 +282,7 @@ TEST_F(PaletteViewTest, InputTextIsPlainAndLosesTheFocus) {
     EXPECT_NE(m_view.focusWidget(), input());
 }
 
-TEST_F(PaletteViewTest, ViewMayGoWhileAnAnswerStreams) {
+TEST_F(PaletteViewTest, ViewMayBeDestroyedWhileAnAnswerStreams) {
     answerCreate(QStringLiteral("s1"));
     auto view = std::make_unique<ZR_ZentriPaletteView>();
     m_palette.view = view.get();
@@ -337,7 +337,7 @@ TEST_F(PaletteViewTest, StreamEndMeasuresTheLastRowWithoutScrolling) {
 
 // New chat and old sessions
 
-TEST_F(PaletteViewTest, NewChatFilesTheRecordAndEmptiesThePanel) {
+TEST_F(PaletteViewTest, NewChatFilesTheRecordAndClearsThePanel) {
     answerCreate(QStringLiteral("s1"));
     answerChat("data:A\n\n");
     sendQuestion(QStringLiteral("first"));
@@ -364,7 +364,7 @@ TEST_F(PaletteViewTest, NewChatIsRefusedLikeASend) {
     EXPECT_EQ(printed(), QStringLiteral("\n尚未登录！"));
 }
 
-TEST_F(PaletteViewTest, SideBarsNewChatIsTheSame) {
+TEST_F(PaletteViewTest, NewChatButtonOfTheSideBarDoesTheSame) {
     list()->addQuestion(QStringLiteral("old"));
     QTest::mouseClick(sideBar()->findChild<QPushButton*>(QStringLiteral("pushButton_NewChat")),
                       Qt::LeftButton);
@@ -384,7 +384,7 @@ TEST_F(PaletteViewTest, PickedSessionIsShown) {
     EXPECT_FALSE(bubble(1)->isAnswerLoading());
 }
 
-TEST_F(PaletteViewTest, SessionsGoToTheSideBarAndTheShownOneIsMarked) {
+TEST_F(PaletteViewTest, SessionsAppearInTheSideBarAndTheCurrentOneIsSelected) {
     const qint64 now = QDateTime::currentSecsSinceEpoch();
     loadHistory({{QStringLiteral("a"), {QStringLiteral("Q1")}, now},
                  {QStringLiteral("b"), {QStringLiteral("Q2")}, now}});
@@ -405,7 +405,7 @@ TEST_F(PaletteViewTest, OpeningTheBarFitsItsPages) {
     EXPECT_LT(history->minimumHeight(), 100);
 }
 
-TEST_F(PaletteViewTest, PickIsRefusedWhileAnAnswerStreams) {
+TEST_F(PaletteViewTest, PickingASessionIsRefusedWhileAnAnswerStreams) {
     loadHistory({{QStringLiteral("a"), {QStringLiteral("Q1")}, 1700000000}});
     answerCreate(QStringLiteral("s1"));
     sendQuestion(QStringLiteral("now"));
@@ -417,7 +417,7 @@ TEST_F(PaletteViewTest, PickIsRefusedWhileAnAnswerStreams) {
     m_server.sendEmptyReply(m_server.requestCount() - 1, 200);
 }
 
-TEST_F(PaletteViewTest, RecordsUnitsOfOtherKindsShowNothing) {
+TEST_F(PaletteViewTest, UnitsOfOtherKindsAreNotShown) {
     ZR_AiChatSingleChatRecord record;
     record.AddUnit(0, _T("Q"), 1);
     record.AddUnit(2, _T("odd"), 2);
@@ -427,7 +427,7 @@ TEST_F(PaletteViewTest, RecordsUnitsOfOtherKindsShowNothing) {
     EXPECT_EQ(texts(), QStringList({QStringLiteral("1:Q"), QStringLiteral("2:A")}));
 }
 
-TEST_F(PaletteViewTest, EmptyRecordEmptiesThePanel) {
+TEST_F(PaletteViewTest, EmptyRecordClearsThePanel) {
     list()->addQuestion(QStringLiteral("old"));
     m_view.showCurrentSession();
     EXPECT_EQ(list()->count(), 0);
@@ -436,7 +436,7 @@ TEST_F(PaletteViewTest, EmptyRecordEmptiesThePanel) {
 
 // Keys and focus
 
-TEST_F(PaletteViewTest, PrintableKeysAreSwallowedInBothBoxes) {
+TEST_F(PaletteViewTest, PrintableKeyEventsAreConsumedInBothBoxes) {
     for (QTextEdit* box : {input(), search()}) {
         for (const int key : {0x20, int{Qt::Key_A}, int{Qt::Key_0}, 0x7E}) {
             sendKey(box, QEvent::KeyPress, key, Qt::NoModifier, QStringLiteral("x"));
@@ -450,8 +450,8 @@ TEST_F(PaletteViewTest, PrintableKeysAreSwallowedInBothBoxes) {
     }
 }
 
-TEST_F(PaletteViewTest, CharactersWithoutAKeyCodeAreTyped) {
-    // What a lone character message of the host becomes.
+TEST_F(PaletteViewTest, CharactersWithoutAKeyCodeAreInserted) {
+    // Qt makes such an event of a WM_CHAR without a key message.
     sendKey(input(), QEvent::KeyPress, 0, Qt::NoModifier, QStringLiteral("圆"));
     sendKey(input(), QEvent::KeyPress, 0, Qt::NoModifier, QStringLiteral("A"));
     EXPECT_EQ(input()->toPlainText(), QStringLiteral("圆A"));
@@ -459,7 +459,7 @@ TEST_F(PaletteViewTest, CharactersWithoutAKeyCodeAreTyped) {
     EXPECT_EQ(search()->toPlainText(), QStringLiteral("线"));
 }
 
-TEST_F(PaletteViewTest, CharactersOfTwoUnitsAreTypedWhenBothHaveCome) {
+TEST_F(PaletteViewTest, SurrogatePairIsInsertedWithItsSecondHalf) {
     const QString rare = QStringLiteral("\U00020BB7");
     for (const QChar unit : QStringLiteral("a") + rare + rare) {
         sendKey(input(), QEvent::KeyPress, 0, Qt::NoModifier, QString(unit));
@@ -467,14 +467,14 @@ TEST_F(PaletteViewTest, CharactersOfTwoUnitsAreTypedWhenBothHaveCome) {
     }
     EXPECT_EQ(input()->toPlainText(), QStringLiteral("a") + rare + rare);
     for (const QChar unit : rare) {
-        // What an injected character's key looks like.
+        // The key press that comes with each half of an injected character.
         sendKey(search(), QEvent::KeyPress, 0);
         sendKey(search(), QEvent::KeyPress, 0, Qt::NoModifier, QString(unit));
     }
     EXPECT_EQ(search()->toPlainText(), rare);
 }
 
-TEST_F(PaletteViewTest, HalfACharacterAloneIsNotTyped) {
+TEST_F(PaletteViewTest, LoneSurrogateIsNotInserted) {
     const QString rare = QStringLiteral("\U00020BB7");
     const QString first(rare[0]);
     const QString second(rare[1]);
@@ -484,24 +484,24 @@ TEST_F(PaletteViewTest, HalfACharacterAloneIsNotTyped) {
     EXPECT_EQ(input()->toPlainText(), QStringLiteral("b") + rare);
 }
 
-TEST_F(PaletteViewTest, TheTabKeysCharacterIsNotTypedBesidesTheKey) {
+TEST_F(PaletteViewTest, TabIsInsertedOnceForKeyAndCharacter) {
     sendKey(input(), QEvent::KeyPress, Qt::Key_Tab, Qt::NoModifier, QStringLiteral("\t"));
     sendKey(input(), QEvent::KeyPress, 0, Qt::NoModifier, QStringLiteral("\t"));
     EXPECT_EQ(input()->toPlainText(), QStringLiteral("\t"));
-    // Shift+Tab has the same character.
+    // Shift+Tab produces the same character.
     sendKey(input(), QEvent::KeyPress, Qt::Key_Backtab, Qt::ShiftModifier, QStringLiteral("\t"));
     sendKey(input(), QEvent::KeyPress, 0, Qt::ShiftModifier, QStringLiteral("\t"));
     EXPECT_EQ(input()->toPlainText(), QStringLiteral("\t\t"));
 }
 
-TEST_F(PaletteViewTest, KeysJustOutsideThePrintableRangePass) {
+TEST_F(PaletteViewTest, KeysJustOutsideThePrintableRangePassOn) {
     for (const int key : {0x1F, 0x7F, int{Qt::Key_Backspace}, int{Qt::Key_Left}, int{Qt::Key_F1}}) {
         QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
         EXPECT_FALSE(m_view.eventFilter(input(), &press)) << key;
     }
 }
 
-TEST_F(PaletteViewTest, ControlCombinationsStillWork) {
+TEST_F(PaletteViewTest, ControlKeyCombinationsStillWork) {
     input()->setPlainText(QStringLiteral("copied"));
     sendKey(input(), QEvent::KeyPress, Qt::Key_A, Qt::ControlModifier);
     sendKey(input(), QEvent::KeyPress, Qt::Key_C, Qt::ControlModifier);
@@ -511,7 +511,7 @@ TEST_F(PaletteViewTest, ControlCombinationsStillWork) {
     EXPECT_EQ(input()->toPlainText(), QStringLiteral("pasted"));
 }
 
-TEST_F(PaletteViewTest, ReturnAndEnterSendAndAreSwallowed) {
+TEST_F(PaletteViewTest, ReturnAndEnterSendAndAreConsumed) {
     signOut();
     for (const int key : {int{Qt::Key_Return}, int{Qt::Key_Enter}}) {
         m_host.clearPrinted();
@@ -521,7 +521,7 @@ TEST_F(PaletteViewTest, ReturnAndEnterSendAndAreSwallowed) {
         EXPECT_EQ(printed(), QStringLiteral("\n尚未登录！"));
         EXPECT_EQ(input()->toPlainText(), QStringLiteral("a"));
     }
-    // Other modifiers than Shift send too.
+    // With other modifiers than Shift they send, too.
     m_host.clearPrinted();
     QKeyEvent press(QEvent::KeyPress, Qt::Key_Return, Qt::ControlModifier);
     EXPECT_TRUE(m_view.eventFilter(input(), &press));
@@ -539,14 +539,14 @@ TEST_F(PaletteViewTest, ShiftReturnInsertsALineBreak) {
     EXPECT_EQ(list()->count(), 0);
 }
 
-TEST_F(PaletteViewTest, ReturnInTheSearchBoxNeitherSendsNorBreaksTheLine) {
+TEST_F(PaletteViewTest, ReturnInTheSearchBoxNeitherSendsNorInsertsALineBreak) {
     signOut();
     sendKey(search(), QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r"));
     EXPECT_EQ(printed(), QString());
     EXPECT_EQ(search()->toPlainText(), QString());
 }
 
-TEST_F(PaletteViewTest, FocusInGivesThePaletteTheNativeFocusAndPasses) {
+TEST_F(PaletteViewTest, FocusInGivesThePaletteTheNativeFocusAndPassesOn) {
     for (QTextEdit* box : {input(), search()}) {
         m_palette.focusTaken = 0;
         QFocusEvent focus(QEvent::FocusIn, Qt::MouseFocusReason);
@@ -564,7 +564,7 @@ TEST_F(PaletteViewTest, FocusInWithoutAPaletteIsHarmless) {
     EXPECT_FALSE(m_view.eventFilter(input(), &focus));
 }
 
-TEST_F(PaletteViewTest, ClearInputFocusClearsBothBoxes) {
+TEST_F(PaletteViewTest, ClearInputFocusClearsTheFocusOfBothBoxes) {
     m_view.toolBtnHistoricalChat_clicked(false);
     finishAnimations();
     for (QTextEdit* box : {input(), search()}) {

@@ -48,7 +48,7 @@ TEST_F(PaletteViewTest, ClosingHidesTheBarOnlyWhenItsAnimationHasFinished) {
     EXPECT_FALSE(shown("widget_SideBar"));
 }
 
-TEST_F(PaletteViewTest, PressedTwiceReversesFromTheConfiguredValue) {
+TEST_F(PaletteViewTest, SecondPressReversesFromTheConfiguredStartValue) {
     m_view.toolBtnHistoricalChat_clicked(false);
     animation("animationWidth")->setCurrentTime(200);
     animation("opacity")->setCurrentTime(200);
@@ -60,7 +60,7 @@ TEST_F(PaletteViewTest, PressedTwiceReversesFromTheConfiguredValue) {
     EXPECT_EQ(animation("animationWidth")->state(), QAbstractAnimation::Running);
 }
 
-TEST_F(PaletteViewTest, ReopenedBarIsNotHiddenByTheEndOfTheAnimation) {
+TEST_F(PaletteViewTest, BarReopenedWhileClosingStaysVisible) {
     m_view.toolBtnHistoricalChat_clicked(false);
     finishAnimations();
     m_view.toolBtnHistoricalChat_clicked(false);
@@ -70,7 +70,7 @@ TEST_F(PaletteViewTest, ReopenedBarIsNotHiddenByTheEndOfTheAnimation) {
     EXPECT_TRUE(shown("widget_SideBar"));
 }
 
-TEST_F(PaletteViewTest, AnimationsRunByThemselves) {
+TEST_F(PaletteViewTest, AnimationsRunToTheirEnd) {
     QSignalSpy finished(animation("animationWidth"), &QPropertyAnimation::finished);
     m_view.toolBtnHistoricalChat_clicked(false);
     EXPECT_TRUE(waitFor([&] { return finished.count() == 1; }));
@@ -89,7 +89,7 @@ TEST_F(PaletteViewTest, BubblesTakeTheNewWidthWhenTheAnimationEnds) {
     EXPECT_EQ(bubble(0)->width(), list()->width());
 }
 
-TEST_F(PaletteViewTest, BubblesFitTheListAlsoWhenTheAnimationSkippedFrames) {
+TEST_F(PaletteViewTest, BubblesFitTheListEvenIfTheAnimationSkippedFrames) {
     list()->addQuestion(QStringLiteral("a"));
     for (int i = 0; i < 2; ++i) {
         m_view.toolBtnHistoricalChat_clicked(false);
@@ -102,7 +102,7 @@ TEST_F(PaletteViewTest, BubblesFitTheListAlsoWhenTheAnimationSkippedFrames) {
     }
 }
 
-TEST_F(PaletteViewTest, PlainResizeDoesNotMeasureAgain) {
+TEST_F(PaletteViewTest, ResizeAloneDoesNotRemeasureAsIntended) {
     list()->addQuestion(QStringLiteral("a"));
     const int before = bubble(0)->width();
     m_view.resize(420, 673);
@@ -112,7 +112,7 @@ TEST_F(PaletteViewTest, PlainResizeDoesNotMeasureAgain) {
     EXPECT_EQ(bubble(0)->width(), list()->width());
 }
 
-TEST_F(PaletteViewTest, ViewGeometryIsItsPlaceInTheParent) {
+TEST_F(PaletteViewTest, ViewGeometryIsRelativeToTheParent) {
     QWidget parent;
     ZR_ZentriPaletteView view(&parent);
     view.setGeometry(13, 17, 400, 300);
@@ -135,7 +135,7 @@ TEST_F(PaletteViewTest, ThemeReachesEveryWidgetAndBubble) {
     EXPECT_EQ(bubble(1)->textColor(), QColor(229, 246, 254));
 }
 
-TEST_F(PaletteViewTest, BubblesOnScreenArePaintedAnewInTheNewTheme) {
+TEST_F(PaletteViewTest, VisibleBubblesAreRepaintedInTheNewTheme) {
     list()->addQuestion(QStringLiteral("a"));
     settle();
     PaintCounter paints(bubble(0));
@@ -155,7 +155,7 @@ protected:
     QImage iconOf(const char* name) const { return grabbed(*named<QWidget>(name)); }
 };
 
-TEST_F(PaletteViewColours, LightRows) {
+TEST_F(PaletteViewColours, LightThemeHasItsColours) {
     m_view.setColorTheme(1);
     EXPECT_EQ(grabbed(m_view).pixelColor(2, 2), QColor("#FFFFFF"));
     EXPECT_EQ(m_view.palette().color(m_view.foregroundRole()), QColor("#000000"));
@@ -165,7 +165,7 @@ TEST_F(PaletteViewColours, LightRows) {
     EXPECT_EQ(background("textEdit_userInput"), QColor("#FFFFFF"));
 }
 
-TEST_F(PaletteViewColours, DarkRows) {
+TEST_F(PaletteViewColours, DarkThemeHasItsColours) {
     m_view.setColorTheme(0);
     EXPECT_EQ(grabbed(m_view).pixelColor(2, 2), QColor("#000000"));
     EXPECT_EQ(m_view.palette().color(m_view.foregroundRole()), QColor("#FFFFFF"));
@@ -175,18 +175,18 @@ TEST_F(PaletteViewColours, DarkRows) {
     EXPECT_EQ(background("textEdit_userInput"), QColor("#000000"));
 }
 
-TEST_F(PaletteViewColours, OtherValuesMatchNoThemeRule) {
+TEST_F(PaletteViewColours, UnknownThemeMatchesNoThemeRule) {
     const ZR_ZentriPaletteView plain;
     m_view.setColorTheme(5);
     const QColor list = background("listWidget_ChatView");
     EXPECT_NE(list, QColor(243, 244, 246));
     EXPECT_NE(list, QColor(37, 37, 40));
-    // The rules without a theme are in force: the input's frame is blue.
+    // Rules without a theme selector still apply: the input frame is blue.
     const QWidget* frame = named<QFrame>("frame_Input");
     EXPECT_EQ(grabbed(*named<QFrame>("frame_Input")).pixelColor(frame->width() / 2, 0), QColor("#3c88f0"));
 }
 
-TEST_F(PaletteViewColours, InputFrameIsBlueInEitherTheme) {
+TEST_F(PaletteViewColours, InputFrameIsBlueInBothThemes) {
     for (const int theme : {0, 1}) {
         m_view.setColorTheme(theme);
         const QImage image = grabbed(*named<QFrame>("frame_Input"));
@@ -206,7 +206,7 @@ TEST_F(PaletteViewColours, PlaceholderIsGreyFromTheStartAndInEveryTheme) {
     }
 }
 
-TEST_F(PaletteViewColours, IconsOfPairsChangeWithTheTheme) {
+TEST_F(PaletteViewColours, PairedIconsChangeWithTheTheme) {
     for (const char* name : {"toolButton_HistoricalChat", "toolButton_Send"}) {
         m_view.setColorTheme(1);
         const QImage light = iconOf(name);
@@ -240,7 +240,7 @@ TEST_F(PaletteViewColours, NewChatButtonHasTheActionColours) {
     EXPECT_EQ(button->palette().color(QPalette::Disabled, QPalette::ButtonText), QColor("#808080"));
 }
 
-TEST_F(PaletteViewColours, HoveredAndSelectedItems) {
+TEST_F(PaletteViewColours, HoveredAndSelectedItemsHaveTheThemeColours) {
     const struct {
         int theme;
         QColor hover;

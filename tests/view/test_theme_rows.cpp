@@ -17,17 +17,15 @@
 
 namespace {
 
-constexpr int kLight = 1;
-constexpr int kDark = 0;
-// Matches no rule of a theme.
-constexpr int kNeither = 5;
+// No theme rule matches this value.
+constexpr int kUnknownTheme = 5;
 
-/// What a widget looks like that stands on the ground and has this style sheet and nothing else.
+/// A widget with only this style sheet on the background, as an image.
 template <typename Widget>
-QImage lookOf(const QSize& size, const QString& sheet, const QColor& ground) {
+QImage lookOf(const QSize& size, const QString& sheet, const QColor& background) {
     QWidget parent;
     QPalette palette = parent.palette();
-    palette.setColor(QPalette::Window, ground);
+    palette.setColor(QPalette::Window, background);
     parent.setPalette(palette);
     parent.resize(size);
     auto* widget = new Widget(&parent);
@@ -36,31 +34,30 @@ QImage lookOf(const QSize& size, const QString& sheet, const QColor& ground) {
     return grabbed(parent);
 }
 
-/// The panel with the side bar open, one earlier session in it, and a question on screen; every row for each
-/// value of the theme.
+/// The panel with the side bar open and one earlier session in it, in each theme.
 class ThemeRows : public PaletteViewTest, public testing::WithParamInterface<int> {
 protected:
     ThemeRows() {
         loadHistory({{QStringLiteral("a"), {QStringLiteral("Q")}, QDateTime::currentSecsSinceEpoch()}});
         m_view.toolBtnHistoricalChat_clicked(false);
         finishAnimations();
-        // Seen while the bar is closed only.
+        // Visible only while the bar is closed.
         named<QToolButton>("toolButton_HistoricalChat")->show();
         named<QPushButton>("pushButton_NewChat")->show();
         m_view.setColorTheme(GetParam());
         settle();
     }
 
-    static QColor row(const QColor& light, const QColor& dark, const QColor& neither) {
-        return GetParam() == kLight ? light : GetParam() == kDark ? dark : neither;
+    static QColor row(const QColor& light, const QColor& dark, const QColor& unknown) {
+        return GetParam() == kLightTheme ? light : GetParam() == kDarkTheme ? dark : unknown;
     }
-    /// The style sheet's part that shows the theme's icon; none for other values.
+    /// The style-sheet declaration for the icon of the theme; empty for an unknown theme.
     static QString image(const char* name) {
-        if (GetParam() == kNeither) {
+        if (GetParam() == kUnknownTheme) {
             return QString();
         }
         return QStringLiteral("image: url(:/res/img/%1%2.png);")
-            .arg(QLatin1String(name), QLatin1String(GetParam() == kDark ? "-Dark" : ""));
+            .arg(QLatin1String(name), QLatin1String(GetParam() == kDarkTheme ? "-Dark" : ""));
     }
     static QColor defaultOf(QPalette::ColorRole role) { return QApplication::palette().color(role); }
     static QColor textOf(const QWidget& widget) { return widget.palette().color(widget.foregroundRole()); }
@@ -68,10 +65,12 @@ protected:
         return image.copy(0, 0, image.width() / 2, image.height());
     }
 
-    /// The grounds of the panel itself and of the side bar's lower part.
-    static QColor panelGround() { return row("#FFFFFF", "#000000", defaultOf(QPalette::Window)); }
-    static QColor barGround() { return row(QColor(243, 244, 246), QColor(37, 37, 40), panelGround()); }
-    /// The widget as it is seen in the panel.
+    /// Backgrounds of the panel and of the side bar's frame.
+    static QColor panelBackground() { return row("#FFFFFF", "#000000", defaultOf(QPalette::Window)); }
+    static QColor barBackground() {
+        return row(QColor(243, 244, 246), QColor(37, 37, 40), panelBackground());
+    }
+    /// The widget as it appears in the panel.
     QImage seen(const QWidget& widget) {
         const QRect place(widget.mapTo(&m_view, QPoint()), widget.size());
         return m_view.grab(place).toImage().convertToFormat(QImage::Format_RGB32);
@@ -79,7 +78,7 @@ protected:
     QListWidget* dated() const { return named<QListWidget>("listWidget_DatedChats"); }
     ChatTitleLabel* entry() const { return named<ChatTitleLabel>("frame_bottomLabel"); }
 
-    /// An empty row of the message list, hovered over, selected, or neither.
+    /// Colour of an empty row of the message list in that state.
     QColor itemColour(bool hovered, bool selected) {
         list()->clear();
         auto* item = new QListWidgetItem(list());
@@ -97,12 +96,12 @@ protected:
 
 }  // namespace
 
-TEST_P(ThemeRows, MainView) {
-    EXPECT_EQ(grabbed(m_view).pixelColor(2, 2), panelGround());
+TEST_P(ThemeRows, MainViewHasTheThemeColours) {
+    EXPECT_EQ(grabbed(m_view).pixelColor(2, 2), panelBackground());
     EXPECT_EQ(textOf(m_view), row("#000000", "#FFFFFF", defaultOf(QPalette::WindowText)));
 }
 
-TEST_P(ThemeRows, MessageList) {
+TEST_P(ThemeRows, MessageListHasTheThemeBackgroundAndPadding) {
     EXPECT_EQ(grabbed(*list()->viewport()).pixelColor(1, 1),
               row(QColor(243, 244, 246), QColor(37, 37, 40), defaultOf(QPalette::Base)));
     EXPECT_EQ(list()->viewport()->pos(), QPoint(5, 5));
@@ -124,10 +123,10 @@ TEST_P(ThemeRows, MessageListHasNoFocusOutline) {
     EXPECT_EQ(grabbed(*list()->viewport()), rest);
 }
 
-TEST_P(ThemeRows, MessageListItems) {
+TEST_P(ThemeRows, MessageListItemsHaveTheThemeHoverAndSelectionColours) {
     const QColor rest = itemColour(false, false);
     EXPECT_EQ(rest, row(QColor(243, 244, 246), QColor(37, 37, 40), defaultOf(QPalette::Base)));
-    if (GetParam() == kNeither) {
+    if (GetParam() == kUnknownTheme) {
         for (const char* colour : {"#d4e4eb", "#484e50", "#d0e0e6", "#5a6164"}) {
             EXPECT_NE(itemColour(true, false), QColor(colour));
             EXPECT_NE(itemColour(false, true), QColor(colour));
@@ -138,42 +137,42 @@ TEST_P(ThemeRows, MessageListItems) {
     EXPECT_EQ(itemColour(false, true), row("#d0e0e6", "#5a6164", QColor()));
 }
 
-TEST_P(ThemeRows, HistoryButton) {
+TEST_P(ThemeRows, HistoryButtonShowsTheThemeIcon) {
     const auto* button = named<QToolButton>("toolButton_HistoricalChat");
     const QString sheet = QStringLiteral("background: transparent; border: none; padding: 2px;");
-    EXPECT_EQ(seen(*button), lookOf<QToolButton>(button->size(), sheet + image("Expand"), panelGround()));
+    EXPECT_EQ(seen(*button), lookOf<QToolButton>(button->size(), sheet + image("Expand"), panelBackground()));
 }
 
-TEST_P(ThemeRows, SendButton) {
+TEST_P(ThemeRows, SendButtonShowsTheThemeIconAndIsRounded) {
     auto* button = named<QToolButton>("toolButton_Send");
     EXPECT_EQ(button->parentWidget(), named<QFrame>("frame_Input"));
     const QString sheet = QStringLiteral("border: none; border-radius: 12px;") + image("ChatSend");
     EXPECT_EQ(seen(*button),
               lookOf<QToolButton>(button->size(), sheet + QStringLiteral("background: transparent;"),
-                                  panelGround()));
-    // The rounding shows once the button has a colour of its own.
+                                  panelBackground()));
+    // The border radius is visible only with a background colour.
     button->setStyleSheet(button->styleSheet() + QStringLiteral("QToolButton { background: #ff0000; }"));
     button->setFixedSize(24, 24);
     settle();
-    EXPECT_EQ(
-        seen(*button),
-        lookOf<QToolButton>(button->size(), sheet + QStringLiteral("background: #ff0000;"), panelGround()));
+    EXPECT_EQ(seen(*button),
+              lookOf<QToolButton>(button->size(), sheet + QStringLiteral("background: #ff0000;"),
+                                  panelBackground()));
 }
 
-TEST_P(ThemeRows, BubbleButtons) {
-    // Bubbles know no third look: every value but zero is light.
-    const QString suffix = QLatin1String(GetParam() == kDark ? "-Dark" : "");
-    const QColor ground(120, 130, 140);
+TEST_P(ThemeRows, BubbleButtonsShowTheThemeIcons) {
+    // In bubbles every value other than zero is light.
+    const QString suffix = QLatin1String(GetParam() == kDarkTheme ? "-Dark" : "");
+    const QColor background(120, 130, 140);
     list()->clear();
     list()->addQuestion(QStringLiteral("Q"));
     list()->addAnswer(QStringLiteral("A"));
     settle();
     const auto expectIcon = [&](int number, const QRect& place, const QString& name) {
         QImage shown(bubble(number)->size(), QImage::Format_RGB32);
-        shown.fill(ground);
+        shown.fill(background);
         bubble(number)->render(&shown, QPoint(), QRegion(), QWidget::RenderFlags());
         QImage expected(place.size(), QImage::Format_RGB32);
-        expected.fill(ground);
+        expected.fill(background);
         QPainter painter(&expected);
         painter.setRenderHint(QPainter::SmoothPixmapTransform);
         painter.drawPixmap(expected.rect(), QPixmap(QStringLiteral(":/res/img/%1%2.png").arg(name, suffix)));
@@ -186,7 +185,7 @@ TEST_P(ThemeRows, BubbleButtons) {
     expectIcon(1, bubble(1)->rects().regenRect, QStringLiteral("ChatRegen"));
 }
 
-TEST_P(ThemeRows, DateHeading) {
+TEST_P(ThemeRows, DateHeadingIsBoldInTheThemeTextColour) {
     auto* heading = named<QLabel>("label_PageFilterDate");
     EXPECT_EQ(textOf(*heading), row("#000000", "#FFFFFF", defaultOf(QPalette::WindowText)));
     EXPECT_EQ(heading->font().pixelSize(), 14);
@@ -196,11 +195,11 @@ TEST_P(ThemeRows, DateHeading) {
     EXPECT_EQ(heading->sizeHint(), plain.sizeHint());
 }
 
-TEST_P(ThemeRows, DatedChats) {
+TEST_P(ThemeRows, DatedChatsAreTransparentWithTheThemeTextColour) {
     EXPECT_EQ(dated()->palette().color(QPalette::Text), row("#000000", "#FFFFFF", defaultOf(QPalette::Text)));
     EXPECT_EQ(dated()->font().pixelSize(), 14);
     EXPECT_EQ(dated()->viewport()->pos(), QPoint(9, 9));
-    // See-through and without a border: what shows is the side bar's frame.
+    // Transparent and without a border, so the frame of the side bar shows.
     const QFrame* frame = named<QFrame>("frame");
     const QImage image = grabbed(*named<QFrame>("frame"));
     const QPoint corner = dated()->mapTo(frame, QPoint(0, 0));
@@ -209,48 +208,49 @@ TEST_P(ThemeRows, DatedChats) {
               image.pixelColor(frame->width() / 2, frame->height() - 5));
 }
 
-TEST_P(ThemeRows, SessionEntry) {
+TEST_P(ThemeRows, SessionEntryHasTheThemeTextColour) {
     EXPECT_EQ(textOf(*entry()), row("#000000", "#FFFFFF", defaultOf(QPalette::WindowText)));
     EXPECT_EQ(entry()->font().pixelSize(), 14);
 }
 
-TEST_P(ThemeRows, SessionEntryUnderTheMouse) {
+TEST_P(ThemeRows, HoveredSessionEntryHasTheThemeHoverColour) {
     dated()->clearSelection();
     entry()->setText(QString());
     const QImage rest = seen(*entry());
     entry()->setAttribute(Qt::WA_UnderMouse, true);
     const QImage hovered = seen(*entry());
-    if (GetParam() == kNeither) {
+    if (GetParam() == kUnknownTheme) {
         EXPECT_EQ(hovered, rest);
         return;
     }
     const QString colour = row("#d0e0e6", "#363a3c", QColor()).name();
     const QString sheet =
         QStringLiteral("background-color: %1; border: 1px inset %1; border-radius: 8px;").arg(colour);
-    EXPECT_EQ(leftHalf(hovered), leftHalf(lookOf<QLabel>(entry()->size(), sheet, barGround())));
+    EXPECT_EQ(leftHalf(hovered), leftHalf(lookOf<QLabel>(entry()->size(), sheet, barBackground())));
 }
 
-TEST_P(ThemeRows, SideBarFrame) {
+TEST_P(ThemeRows, SideBarFrameHasTheThemeBackground) {
     const QFrame* frame = named<QFrame>("frame");
-    EXPECT_EQ(seen(*frame).pixelColor(frame->width() / 2, frame->height() - 2), barGround());
+    EXPECT_EQ(seen(*frame).pixelColor(frame->width() / 2, frame->height() - 2), barBackground());
 }
 
-TEST_P(ThemeRows, SearchIcon) {
+TEST_P(ThemeRows, SearchIconFollowsTheTheme) {
     const auto* icon = named<QLabel>("label_IconSearch");
     const QString sheet = QStringLiteral("background: transparent; padding: 9px 6px;");
-    EXPECT_EQ(seen(*icon), lookOf<QLabel>(icon->size(), sheet + image("ChatSearch"), barGround()));
+    EXPECT_EQ(seen(*icon), lookOf<QLabel>(icon->size(), sheet + image("ChatSearch"), barBackground()));
 }
 
-TEST_P(ThemeRows, CloseBarButton) {
+TEST_P(ThemeRows, CloseBarButtonShowsTheThemeIcon) {
     const auto* button = named<QToolButton>("toolButton_CloseBar");
     const QString sheet = QStringLiteral("background: transparent; border: none; padding: 0 4px 0 8px;");
-    EXPECT_EQ(seen(*button), lookOf<QToolButton>(button->size(), sheet + image("Retract"), panelGround()));
+    EXPECT_EQ(seen(*button),
+              lookOf<QToolButton>(button->size(), sheet + image("Retract"), panelBackground()));
 }
 
-TEST_P(ThemeRows, HistoryBoxIsSeeThrough) {
+TEST_P(ThemeRows, HistoryBoxIsTransparent) {
     const auto* box = named<QWidget>("widget_ChatBox");
     const QColor colour = box->palette().color(box->backgroundRole());
-    if (GetParam() == kNeither) {
+    if (GetParam() == kUnknownTheme) {
         EXPECT_EQ(colour, defaultOf(QPalette::Window));
         return;
     }
@@ -262,7 +262,7 @@ TEST_P(ThemeRows, ActionButtonHasTheSameColoursInAllThemes) {
     const QString base =
         QStringLiteral("border-radius: 15px; padding: 1px 12px; font: 14px; color: #000000;");
     const auto look = [&](const char* colours) {
-        return lookOf<QPushButton>(button->size(), base + QLatin1String(colours), panelGround());
+        return lookOf<QPushButton>(button->size(), base + QLatin1String(colours), panelBackground());
     };
     button->setText(QString());
     EXPECT_EQ(seen(*button), look("background-color: #80baf5; border: 2px solid #e5f6fe;"));
@@ -283,7 +283,7 @@ TEST_P(ThemeRows, InputFrameHasTheSameBlueInAllThemes) {
     auto* frame = named<QFrame>("frame_Input");
     qDeleteAll(frame->findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly));
     const QString sheet = QStringLiteral("border: 2px solid #3c88f0; border-radius: 5px;");
-    EXPECT_EQ(seen(*frame), lookOf<QFrame>(frame->size(), sheet, panelGround()));
+    EXPECT_EQ(seen(*frame), lookOf<QFrame>(frame->size(), sheet, panelBackground()));
 }
 
 TEST_P(ThemeRows, ScrollBarIsThinAndRound) {
@@ -296,7 +296,7 @@ TEST_P(ThemeRows, ScrollBarIsThinAndRound) {
     EXPECT_EQ(bar->width(), 8);
     const QImage image = grabbed(*bar);
     const QColor handle = row("#c8ccd2", "#55585e", QColor());
-    if (GetParam() == kNeither) {
+    if (GetParam() == kUnknownTheme) {
         EXPECT_EQ(pixelsOf(image, "#c8ccd2") + pixelsOf(image, "#55585e"), 0);
         return;
     }
@@ -306,7 +306,7 @@ TEST_P(ThemeRows, ScrollBarIsThinAndRound) {
     EXPECT_NE(image.pixelColor(4, bar->height() - 2), handle);
 }
 
-TEST_P(ThemeRows, WidgetMadeAfterTheChangeIsLightUntilTheHelperReachesIt) {
+TEST_P(ThemeRows, WidgetCreatedAfterAThemeChangeIsLightUntilTheThemeIsReapplied) {
     ZR_AiChatChatBoxPage late(&m_view);
     auto* heading = late.findChild<QLabel*>(QStringLiteral("label_PageFilterDate"));
     heading->ensurePolished();
@@ -315,7 +315,7 @@ TEST_P(ThemeRows, WidgetMadeAfterTheChangeIsLightUntilTheHelperReachesIt) {
     EXPECT_EQ(textOf(*heading), row("#000000", "#FFFFFF", defaultOf(QPalette::WindowText)));
 }
 
-TEST_P(ThemeRows, RebuiltHistoryShowsThePresentThemeAtOnce) {
+TEST_P(ThemeRows, RebuiltHistoryHasTheCurrentTheme) {
     loadHistory({{QStringLiteral("b"), {QStringLiteral("Q2")}, QDateTime::currentSecsSinceEpoch()}});
     const auto* heading = named<QLabel>("label_PageFilterDate");
     EXPECT_EQ(textOf(*heading), row("#000000", "#FFFFFF", defaultOf(QPalette::WindowText)));
@@ -323,4 +323,5 @@ TEST_P(ThemeRows, RebuiltHistoryShowsThePresentThemeAtOnce) {
     EXPECT_EQ(textOf(*entry()), row("#000000", "#FFFFFF", defaultOf(QPalette::WindowText)));
 }
 
-INSTANTIATE_TEST_SUITE_P(LightDarkAndNeither, ThemeRows, testing::Values(kLight, kDark, kNeither));
+INSTANTIATE_TEST_SUITE_P(LightDarkAndUnknown, ThemeRows,
+                         testing::Values(kLightTheme, kDarkTheme, kUnknownTheme));

@@ -32,7 +32,7 @@ QColor textColor(QWidget& widget) {
     return widget.palette().color(widget.foregroundRole());
 }
 
-/// Notes what it is asked to polish and what the widget's theme is then.
+/// Records the calls of polish() and unpolish() with the theme that the widget has at that time.
 class RecordingStyle : public QProxyStyle {
 public:
     using QProxyStyle::polish;
@@ -61,7 +61,7 @@ TEST(ThemeStyle, NullObjectIsIgnored) {
     reapplyOwnTheme(nullptr);
 }
 
-TEST(ThemeStyle, SetsThePropertyOnEveryDescendantWidgetOrNot) {
+TEST(ThemeStyle, SetsThePropertyOnAllDescendantsNotOnlyWidgets) {
     QWidget root;
     auto* layout = new QVBoxLayout(&root);
     auto* frame = new QFrame;
@@ -75,7 +75,7 @@ TEST(ThemeStyle, SetsThePropertyOnEveryDescendantWidgetOrNot) {
     }
 }
 
-TEST(ThemeStyle, PolishesAgainSoThatTheRulesOfTheValueApply) {
+TEST(ThemeStyle, RepolishesSoThatTheRulesOfTheValueApply) {
     QLabel label;
     label.setStyleSheet(kRules);
     applyThemeProperty(&label, kColorThemeProperty, 1);
@@ -84,7 +84,7 @@ TEST(ThemeStyle, PolishesAgainSoThatTheRulesOfTheValueApply) {
     EXPECT_EQ(textColor(label), QColor("#222222"));
 }
 
-TEST(ThemeStyle, WalksInChildOrderDepthFirstAndPolishesWhenThePropertyIsSet) {
+TEST(ThemeStyle, PolishesDepthFirstInChildOrderAfterSettingTheProperty) {
     RecordingStyle style;
     QWidget root;
     const auto child = [](QWidget* parent, const char* name) {
@@ -114,7 +114,7 @@ TEST(ThemeStyle, AnyPropertyCanBeSet) {
     EXPECT_FALSE(child->property(kColorThemeProperty).isValid());
 }
 
-TEST(ThemeStyle, RebuiltPanelWithoutAThemeOfItsOwnIsDark) {
+TEST(ThemeStyle, PanelWithoutAThemePropertyIsReappliedAsDark) {
     QWidget panel;
     auto* child = new QWidget(&panel);
     reapplyOwnTheme(&panel);
@@ -122,7 +122,7 @@ TEST(ThemeStyle, RebuiltPanelWithoutAThemeOfItsOwnIsDark) {
     EXPECT_EQ(child->property(kColorThemeProperty).toString(), QStringLiteral("0"));
 }
 
-TEST(ThemeStyle, OtherValuesLeaveOnlyTheThemeFreeRules) {
+TEST(ThemeStyle, UnknownThemeLeavesOnlyTheThemeFreeRules) {
     QLabel label;
     label.setStyleSheet(kRules);
     applyThemeProperty(&label, kColorThemeProperty, 7);
@@ -139,7 +139,7 @@ TEST(ThemeStyle, ExceptionEndsOnlyItsOwnBranch) {
     EXPECT_TRUE(after->property(kColorThemeProperty).isValid());
 }
 
-TEST(ThemeStyle, RebuiltPanelHandsItsOwnThemeToItsNewChildren) {
+TEST(ThemeStyle, ReapplyGivesNewChildrenTheThemeOfThePanel) {
     QWidget panel;
     panel.setStyleSheet(kRules);
     applyThemeProperty(&panel, kColorThemeProperty, 0);
@@ -150,7 +150,7 @@ TEST(ThemeStyle, RebuiltPanelHandsItsOwnThemeToItsNewChildren) {
     EXPECT_EQ(textColor(*late), QColor("#222222"));
 }
 
-TEST(ChatTitleLabel, KeepsTheTextButTakesOneRow) {
+TEST(ChatTitleLabel, KeepsTheTextButIsOneLineHigh) {
     ChatTitleLabel label;
     const int oneRow = label.sizeHint().height();
     label.setText(QStringLiteral("第一行\n第二行\n第三行"));
@@ -158,7 +158,7 @@ TEST(ChatTitleLabel, KeepsTheTextButTakesOneRow) {
     EXPECT_EQ(label.sizeHint().height(), oneRow);
 }
 
-TEST(ChatTitleLabel, LongTitleDoesNotWidenThePanel) {
+TEST(ChatTitleLabel, MinimumWidthDoesNotDependOnTheTitle) {
     ChatTitleLabel label;
     const int narrow = label.minimumSizeHint().width();
     label.setText(QString(1000, QChar(u'图')));
@@ -188,7 +188,7 @@ protected:
     }
 };
 
-TEST_F(ChatTitleLabelLook, LineBreaksAreShownAsBlanks) {
+TEST_F(ChatTitleLabelLook, LineBreaksAreShownAsSpaces) {
     EXPECT_EQ(look(QStringLiteral("一\n二\t三"), 200), look(QStringLiteral("一 二 三"), 200));
     EXPECT_NE(look(QStringLiteral("一\n二"), 200), look(QStringLiteral("一"), 200));
     ChatTitleLabel broken;
@@ -199,7 +199,7 @@ TEST_F(ChatTitleLabelLook, LineBreaksAreShownAsBlanks) {
     EXPECT_NE(look(QStringLiteral("一二"), 200), look(QString(), 200));
 }
 
-TEST_F(ChatTitleLabelLook, WhatDoesNotFitIsCutOffOrElided) {
+TEST_F(ChatTitleLabelLook, TextThatDoesNotFitIsClippedOrElided) {
     const QString title = QStringLiteral("很长很长很长很长很长的标题");
     const QFontMetrics metrics = ChatTitleLabel().fontMetrics();
     const int width = metrics.horizontalAdvance(title) / 2;
@@ -209,7 +209,7 @@ TEST_F(ChatTitleLabelLook, WhatDoesNotFitIsCutOffOrElided) {
     EXPECT_EQ(look(title, width, Qt::ElideRight), look(elided, width));
 }
 
-TEST_F(ChatTitleLabelLook, IndentMovesTheTextAndAsksForItsRoom) {
+TEST_F(ChatTitleLabelLook, IndentMovesTheTextAndWidensTheSizeHints) {
     ChatTitleLabel label;
     label.setText(QStringLiteral("标题"));
     label.resize(200, 30);

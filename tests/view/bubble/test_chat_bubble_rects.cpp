@@ -21,7 +21,7 @@ ChatBubbleRects placed(const QSize& measured, QSize* whole = nullptr) {
 
 }  // namespace
 
-TEST(ChatBubbleRects, WidthsFollowFromTheBubblesWidth) {
+TEST(ChatBubbleRects, WidthsDependOnTheBubbleWidth) {
     ChatBubbleRects rects;
     rects.setWidth(kWidth);
     EXPECT_EQ(rects.bubbleWidth, 450);
@@ -32,14 +32,14 @@ TEST(ChatBubbleRects, WidthsFollowFromTheBubblesWidth) {
     EXPECT_EQ(rects.spaceWidth, 174);
 }
 
-TEST(ChatBubbleRects, IconsStandInTheUpperCorners) {
+TEST(ChatBubbleRects, AvatarsAreInTheUpperCorners) {
     const ChatBubbleRects rects = placed({300, 92});
     EXPECT_EQ(rects.iconLeftRect, QRect(20, 10, 40, 40));
     EXPECT_EQ(rects.iconRightRect, QRect(540, 10, 40, 40));
 }
 
-TEST(ChatBubbleRects, ShortTextFrames) {
-    // 300 - 174 + 24 wide; the question's frame ends 26 pixels from the right edge.
+TEST(ChatBubbleRects, FramesOfAShortTextFitTheText) {
+    // The frames are 300 - 174 + 24 wide; that of the question ends 26 pixels from the right edge.
     const ChatBubbleRects rects = placed({300, 92});
     EXPECT_EQ(rects.frameLeftRect, QRect(71, 15, 150, 69));
     EXPECT_EQ(rects.frameRightRect, QRect(600 + 174 - 300 - 50, 15, 150, 69));
@@ -48,7 +48,7 @@ TEST(ChatBubbleRects, ShortTextFrames) {
     EXPECT_EQ(rects.textRightRect, QRect(436, 25, 126, 49));
 }
 
-TEST(ChatBubbleRects, FullWidthFramesEndElsewhereThanShortOnes) {
+TEST(ChatBubbleRects, FullWidthFrameEndsFurtherLeftThanAShortOneAsIntended) {
     const ChatBubbleRects rects = placed({600, 92});
     EXPECT_EQ(rects.frameLeftRect, QRect(71, 15, 450, 69));
     EXPECT_EQ(rects.frameRightRect, QRect(79, 15, 450, 69));
@@ -56,7 +56,7 @@ TEST(ChatBubbleRects, FullWidthFramesEndElsewhereThanShortOnes) {
     EXPECT_EQ(rects.textLeftRect.width(), rects.textWidth);
 }
 
-TEST(ChatBubbleRects, OnePixelBelowFullWidthIsAShortFrame) {
+TEST(ChatBubbleRects, OnePixelLessThanFullWidthIsAShortFrame) {
     EXPECT_EQ(placed({599, 92}).frameRightRect.x(), 600 + 174 - 599 - 50);
     EXPECT_EQ(placed({599, 92}).frameRightRect.width(), 449);
 }
@@ -67,7 +67,7 @@ TEST(ChatBubbleRects, TrianglesAreComputedThoughNeverPainted) {
     EXPECT_EQ(rects.triangleRightRect, QRect(529, 11, 6, 69));
 }
 
-TEST(ChatBubbleRects, ButtonsStandUnderTheText) {
+TEST(ChatBubbleRects, ButtonsAreBelowTheText) {
     const ChatBubbleRects rects = placed({300, 92});
     const int bottom = 25 + 49 - 1;
     EXPECT_EQ(rects.copyAnswerRect, QRect(83, bottom + 20, 20, 20));
@@ -76,7 +76,7 @@ TEST(ChatBubbleRects, ButtonsStandUnderTheText) {
     EXPECT_EQ(rects.editRect, QRect(461, bottom + 20, 20, 20));
 }
 
-TEST(ChatBubbleRects, TextIsAtLeastThirtyHighAndTheBubbleFortyMore) {
+TEST(ChatBubbleRects, TextBlockIsAtLeast30HighAndTheBubble40Higher) {
     QSize whole;
     const ChatBubbleRects rects = placed({300, 12}, &whole);
     EXPECT_EQ(whole, QSize(300, 70));
@@ -85,7 +85,7 @@ TEST(ChatBubbleRects, TextIsAtLeastThirtyHighAndTheBubbleFortyMore) {
     EXPECT_EQ(whole.height(), 71);
 }
 
-TEST(ChatBubbleRects, TopIsThreeQuartersOfALineInWholePixels) {
+TEST(ChatBubbleRects, FrameTopIsThreeTruncatedQuartersOfALine) {
     ChatBubbleRects rects;
     rects.setWidth(kWidth);
     rects.lineHeight = 27;

@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
-#include <QLoggingCategory>
 #include <QWidget>
 
+#include "tests/view/support/DebugTraces.h"
 #include "tests/view/support/PlainTextMeasure.h"
 #include "tests/view/support/QtPrinters.h"
 #include "tests/view/support/RandomText.h"
@@ -28,7 +28,7 @@ QSize plain(const QString& text, int textWidth) {
     return PlainTextMeasure::measure(text, bubbleFont(), textWidth, kSpace);
 }
 
-/// A font that kerns, which the resource set's does not; where it is not installed, another stands in.
+/// A font with kerning, unlike the font of the resource set. Replaced by another one if not installed.
 QFont kernedFont() {
     QFont font(QStringLiteral("DejaVu Sans"));
     font.setPointSize(12);
@@ -51,7 +51,7 @@ TEST(ChatTextMeasure, ShortLineIsAsWideAsItsText) {
     EXPECT_EQ(measured(text, 500), QSize(kSpace + width, 3 * lineHeight()));
 }
 
-TEST(ChatTextMeasure, LineExactlyAsWideAsTheRoomDoesNotWrap) {
+TEST(ChatTextMeasure, LineExactlyAsWideAsTheTextWidthDoesNotWrap) {
     const QString text = QStringLiteral("多段线");
     const int width = static_cast<int>(QFontMetricsF(bubbleFont()).horizontalAdvance(text));
     EXPECT_EQ(measured(text, width), QSize(kSpace + width, 3 * lineHeight()));
@@ -59,7 +59,7 @@ TEST(ChatTextMeasure, LineExactlyAsWideAsTheRoomDoesNotWrap) {
 }
 
 TEST(ChatTextMeasure, SingleLongLineIsCutIntoPiecesThatOverlapAndGrow) {
-    // Row i takes i + 1 row lengths from i row lengths on, so later rows are counted more than once.
+    // Piece i begins at i row lengths and is i + 1 row lengths long, so characters are counted repeatedly.
     const QString text = QString(400, QChar(u'图'));
     const QFontMetricsF metrics(bubbleFont());
     const int textWidth = 300;
@@ -78,17 +78,17 @@ TEST(ChatTextMeasure, TextWithLineBreaksIsMeasuredCharacterByCharacter) {
     EXPECT_LT(broken.height(), single.height());
 }
 
-TEST(ChatTextMeasure, EveryLineBreakIsARowEvenAtTheEnds) {
+TEST(ChatTextMeasure, LeadingAndTrailingLineBreaksCountAsRows) {
     EXPECT_EQ(measured(QStringLiteral("\n"), 300).height(), 4 * lineHeight());
     EXPECT_EQ(measured(QStringLiteral("\n\nA\n\n"), 300).height(), 7 * lineHeight());
 }
 
-TEST(ChatTextMeasure, CharacterWiderThanTheRoomStandsInARowOfItsOwn) {
+TEST(ChatTextMeasure, CharacterWiderThanTheTextWidthGetsItsOwnRow) {
     EXPECT_EQ(measured(QStringLiteral("图纸\n图"), 3), plain(QStringLiteral("图纸\n图"), 3));
     EXPECT_EQ(measured(QStringLiteral("图纸\n图"), 3), QSize(kSpace + 3, 5 * lineHeight()));
 }
 
-TEST(ChatTextMeasure, NoRoomNeitherCrashesNorHangs) {
+TEST(ChatTextMeasure, ZeroOrNegativeWidthNeitherCrashesNorHangs) {
     const QString line = QString(20000, QChar(u'图'));
     for (const int width : {0, -1, -74, -174, -100000}) {
         for (const QString& text :
@@ -100,7 +100,7 @@ TEST(ChatTextMeasure, NoRoomNeitherCrashesNorHangs) {
     }
 }
 
-TEST(ChatTextMeasure, NoRoomFollowsTheRulesAsFarAsTheyGo) {
+TEST(ChatTextMeasure, ZeroOrNegativeWidthMatchesThePlainRules) {
     for (const int width : {0, -1, -74, -174}) {
         for (const char* text : {"", "a", "AB CD", "\n", "A\nBC\n"}) {
             EXPECT_EQ(measured(QString::fromLatin1(text), width), plain(QString::fromLatin1(text), width))
@@ -109,14 +109,14 @@ TEST(ChatTextMeasure, NoRoomFollowsTheRulesAsFarAsTheyGo) {
     }
 }
 
-TEST(ChatTextMeasure, HardlyAnyRoomIsBoundedByTheHighestWidget) {
+TEST(ChatTextMeasure, TinyWidthIsLimitedToTheMaximumWidgetHeight) {
     const QString line = QString(100000, QChar(u'图'));
     for (const int width : {1, 2, 5, 16, 40}) {
         EXPECT_LE(measured(line, width).height(), QWIDGETSIZE_MAX);
     }
 }
 
-TEST(ChatTextMeasure, HardlyAnyRoomFollowsTheRules) {
+TEST(ChatTextMeasure, TinyWidthMatchesThePlainRules) {
     RandomText random(7);
     for (const int width : {1, 2, 3, 5, 9, 17, 33}) {
         for (int kind = 0; kind < RandomText::KindCount; ++kind) {
@@ -128,7 +128,7 @@ TEST(ChatTextMeasure, HardlyAnyRoomFollowsTheRules) {
 
 class ChatTextMeasureRandom : public testing::TestWithParam<int> {};
 
-TEST_P(ChatTextMeasureRandom, GivesTheNumbersOfThePlainRules) {
+TEST_P(ChatTextMeasureRandom, MatchesThePlainRules) {
     const auto kind = static_cast<RandomText::Kind>(GetParam());
     RandomText random(1000U + static_cast<unsigned>(GetParam()));
     for (int round = 0; round < 60; ++round) {
@@ -138,7 +138,7 @@ TEST_P(ChatTextMeasureRandom, GivesTheNumbersOfThePlainRules) {
     }
 }
 
-TEST_P(ChatTextMeasureRandom, GivesTheSameNumbersHoweverTheTextArrives) {
+TEST_P(ChatTextMeasureRandom, MatchesThePlainRulesWhileTextIsAppended) {
     const auto kind = static_cast<RandomText::Kind>(GetParam());
     RandomText random(2000U + static_cast<unsigned>(GetParam()));
     for (int round = 0; round < 6; ++round) {
@@ -157,8 +157,8 @@ TEST_P(ChatTextMeasureRandom, GivesTheSameNumbersHoweverTheTextArrives) {
 INSTANTIATE_TEST_SUITE_P(EveryKindOfText, ChatTextMeasureRandom,
                          testing::Range(0, int{RandomText::KindCount}));
 
-TEST(ChatTextMeasure, LongSingleLineGivesThePlainNumbersWhileItGrows) {
-    // Long enough that the width is put together from parts.
+TEST(ChatTextMeasure, GrowingLongSingleLineMatchesThePlainRules) {
+    // Long enough for the width to be computed in parts.
     RandomText random(42);
     for (const RandomText::Kind kind : {RandomText::Cjk, RandomText::Latin, RandomText::Unbroken}) {
         const QString text = random.text(kind, 2500);
@@ -170,7 +170,7 @@ TEST(ChatTextMeasure, LongSingleLineGivesThePlainNumbersWhileItGrows) {
     }
 }
 
-TEST(ChatTextMeasure, LongSingleLineWhoseWidthsDoNotAddUpEverywhereGivesThePlainNumbersToo) {
+TEST(ChatTextMeasure, GrowingSingleLineWithNonAdditiveWidthsMatchesThePlainRules) {
     RandomText random(43);
     QString odd = random.text(RandomText::Hostile, 1800) + random.text(RandomText::Emoji, 900);
     odd.remove(QLatin1Char('\n'));
@@ -184,7 +184,7 @@ TEST(ChatTextMeasure, LongSingleLineWhoseWidthsDoNotAddUpEverywhereGivesThePlain
     }
 }
 
-TEST(ChatTextMeasure, LineBreakInAStreamedLineChangesTheRule) {
+TEST(ChatTextMeasure, AppendedLineBreakSwitchesToThePerLineRule) {
     ChatTextMeasure measure;
     const QString line = QString(120, QChar(u'图'));
     EXPECT_EQ(measure.measureText(line, bubbleFont(), 300, kSpace), plain(line, 300));
@@ -192,7 +192,7 @@ TEST(ChatTextMeasure, LineBreakInAStreamedLineChangesTheRule) {
     EXPECT_EQ(measure.measureText(broken, bubbleFont(), 300, kSpace), plain(broken, 300));
 }
 
-TEST(ChatTextMeasure, OtherWidthFontOrTextStartsAnew) {
+TEST(ChatTextMeasure, ChangedWidthFontOrTextIsMeasuredFromTheStart) {
     ChatTextMeasure measure;
     const QString text = RandomText(3).text(RandomText::Mixed, 600);
     measure.measureText(text, bubbleFont(), 300, kSpace);
@@ -205,7 +205,7 @@ TEST(ChatTextMeasure, OtherWidthFontOrTextStartsAnew) {
               PlainTextMeasure::measure(QStringLiteral("x"), larger, 200, kSpace));
 }
 
-TEST(ChatTextMeasure, OtherSingleLineStartsAnew) {
+TEST(ChatTextMeasure, ChangedWidthOrTextOfASingleLineIsMeasuredFromTheStart) {
     ChatTextMeasure measure;
     const QString text = RandomText(4).text(RandomText::Latin, 700);
     measure.measureText(text, bubbleFont(), 300, kSpace);
@@ -215,8 +215,8 @@ TEST(ChatTextMeasure, OtherSingleLineStartsAnew) {
     EXPECT_EQ(measure.measureText(other, bubbleFont(), 410, kSpace), plain(other, 410));
 }
 
-TEST(ChatTextMeasure, KernedTextIsNotCutBetweenPairs) {
-    // One row short of two by the true width, and two if the kerning at the cuts were lost.
+TEST(ChatTextMeasure, KerningAcrossInternalCutsIsNotLost) {
+    // The true width gives one row; without the kerning at the cuts it would be two.
     const QString text = QStringLiteral("AV").repeated(1500);
     const QFont font = kernedFont();
     const int textWidth = static_cast<int>(QFontMetricsF(font).horizontalAdvance(text) / 2) + 1;
@@ -225,7 +225,7 @@ TEST(ChatTextMeasure, KernedTextIsNotCutBetweenPairs) {
               PlainTextMeasure::measure(text, font, textWidth, kSpace));
 }
 
-TEST(ChatTextMeasure, TurnOfDirectionAfterALongLineCountsForAllOfIt) {
+TEST(ChatTextMeasure, AppendedRightToLeftTextAffectsTheWholeLine) {
     const QString neutral = QStringLiteral("'.-/(,").repeated(120);
     const QString whole = neutral + QStringLiteral("עברית");
     const QFont font = kernedFont();
@@ -241,7 +241,7 @@ TEST(ChatTextMeasure, TurnOfDirectionAfterALongLineCountsForAllOfIt) {
     }
 }
 
-TEST(ChatTextMeasure, CharacterThatArrivesInHalvesIsOneCharacter) {
+TEST(ChatTextMeasure, SurrogatePairAppendedInHalvesIsOneCharacter) {
     const QString line = QString(700, QChar(u'图'));
     for (const QString& character : {QStringLiteral("\U00010900"), QStringLiteral("\U0001F600")}) {
         const QString whole = line + character + QStringLiteral(" 12.");
@@ -253,7 +253,7 @@ TEST(ChatTextMeasure, CharacterThatArrivesInHalvesIsOneCharacter) {
     }
 }
 
-TEST(ChatTextMeasure, LettersThatNarrowTheOneBeforeThemBreakWhereThePlainRuleDoes) {
+TEST(ChatTextMeasure, JoiningLettersBreakWhereThePlainRuleDoes) {
     for (const char* letters : {"abc سا\nx", "ساسا\n", "شن نا\nسن"}) {
         const QString text = QString::fromUtf8(letters);
         for (int width = 4; width < 90; ++width) {
@@ -262,7 +262,7 @@ TEST(ChatTextMeasure, LettersThatNarrowTheOneBeforeThemBreakWhereThePlainRuleDoe
     }
 }
 
-TEST(ChatAdvanceTable, TellsWhatTurnsTheDirection) {
+TEST(ChatAdvanceTable, RecognisesCharactersThatChangeTheDirection) {
     for (const uint turning : {0x05D0U, 0x0627U, 0x0661U, 0x202AU, 0x202BU, 0x202CU, 0x202DU, 0x202EU,
                                0x2066U, 0x2067U, 0x2068U, 0x2069U, 0x10900U}) {
         EXPECT_TRUE(ChatAdvanceTable::turnsDirection(turning)) << std::hex << turning;
@@ -273,7 +273,7 @@ TEST(ChatAdvanceTable, TellsWhatTurnsTheDirection) {
     }
 }
 
-TEST(ChatTextMeasure, FractionalFontSizesGiveThePlainNumbersToo) {
+TEST(ChatTextMeasure, FractionalFontSizesMatchThePlainRules) {
     RandomText random(11);
     for (const qreal points : {8.5, 13.7}) {
         QFont font = bubbleFont();
@@ -291,70 +291,45 @@ TEST(ChatTextMeasure, FractionalFontSizesGiveThePlainNumbersToo) {
     }
 }
 
-namespace {
-
-QStringList g_traces;
-
-void keepTrace(QtMsgType, const QMessageLogContext&, const QString& message) {
-    g_traces.append(message);
-}
-
-class Traces {
-public:
-    Traces() : m_former(qInstallMessageHandler(keepTrace)) {
-        g_traces.clear();
-        QLoggingCategory::setFilterRules(QStringLiteral("default.debug=true"));
-    }
-    ~Traces() {
-        QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
-        qInstallMessageHandler(m_former);
-    }
-
-private:
-    QtMessageHandler m_former;
-};
-
-}  // namespace
-
 TEST(ChatTextMeasure, TracesLongLines) {
-    const Traces traces;
+    DebugTraces traces;
     const QString text = QString(30, QChar(u'图'));
     const QFontMetricsF metrics(bubbleFont());
     measured(text, 100);
-    ASSERT_FALSE(g_traces.isEmpty());
-    EXPECT_EQ(g_traces.first(), QStringLiteral("fixC0 0 | %1 | \"%2\"")
-                                    .arg(static_cast<int>(metrics.horizontalAdvance(text) / 100))
-                                    .arg(text));
-    g_traces.clear();
+    ASSERT_FALSE(traces.messages().isEmpty());
+    EXPECT_EQ(traces.messages().first(), QStringLiteral("fixC0 0 | %1 | \"%2\"")
+                                             .arg(static_cast<int>(metrics.horizontalAdvance(text) / 100))
+                                             .arg(text));
+    traces.messages().clear();
     const int tenCharacters = static_cast<int>(metrics.horizontalAdvance(text.left(10))) + 1;
     measured(QStringLiteral("短\n") + text, tenCharacters);
-    ASSERT_EQ(g_traces.size(), 1);
-    EXPECT_TRUE(g_traces.first().startsWith(QStringLiteral("fixC1 3 | 2 | \"%1\" | \"").arg(text)))
-        << g_traces.first().toStdString();
-    EXPECT_EQ(g_traces.first().count(QStringLiteral("\\n")), 2);
+    ASSERT_EQ(traces.messages().size(), 1);
+    EXPECT_TRUE(traces.messages().first().startsWith(QStringLiteral("fixC1 3 | 2 | \"%1\" | \"").arg(text)))
+        << traces.messages().first().toStdString();
+    EXPECT_EQ(traces.messages().first().count(QStringLiteral("\\n")), 2);
 }
 
 TEST(ChatTextMeasure, TracesThePiecesOfASingleLongLine) {
-    const Traces traces;
+    DebugTraces traces;
     const QString text = QString(30, QChar(u'图'));
     const QFontMetricsF metrics(bubbleFont());
     const int width = static_cast<int>(metrics.horizontalAdvance(text.left(10))) + 1;
     const int perRow = static_cast<int>(width / metrics.horizontalAdvance(QStringLiteral(" ")));
-    // More blanks than characters go into a row: the first piece is the whole text from here on.
+    // A space is narrower than a character, so the first piece contains the whole text.
     ASSERT_GT(perRow, 30);
     measured(text, width);
-    ASSERT_EQ(g_traces.size(), 2);
+    ASSERT_EQ(traces.messages().size(), 2);
     const QString ten = text.left(10);
-    EXPECT_EQ(g_traces[1], QStringLiteral("fixC1 4 | 2 | \"%1\" | \"%2\\n%2\\n%2\"").arg(text, ten));
+    EXPECT_EQ(traces.messages()[1], QStringLiteral("fixC1 4 | 2 | \"%1\" | \"%2\\n%2\\n%2\"").arg(text, ten));
 }
 
-TEST(ChatTextMeasure, TracesOnlyWhenATextIsMeasuredFromItsStart) {
-    const Traces traces;
+TEST(ChatTextMeasure, TracesOnlyTextMeasuredFromItsStart) {
+    DebugTraces traces;
     ChatTextMeasure measure;
     const QString text = QString(30, QChar(u'图'));
     measure.measureText(text, bubbleFont(), 100, kSpace);
-    EXPECT_FALSE(g_traces.isEmpty());
-    g_traces.clear();
+    EXPECT_FALSE(traces.messages().isEmpty());
+    traces.messages().clear();
     measure.measureText(text + text, bubbleFont(), 100, kSpace);
-    EXPECT_TRUE(g_traces.isEmpty());
+    EXPECT_TRUE(traces.messages().isEmpty());
 }

@@ -6,7 +6,6 @@
 #include <QHelpEvent>
 #include <QLabel>
 #include <QListWidgetItem>
-#include <QLoggingCategory>
 #include <QMovie>
 #include <QPointer>
 #include <QPushButton>
@@ -19,6 +18,7 @@
 #include "chat/ZR_AiChatManager.h"
 #include "host/core/ZR_ZentriCmdManager.h"
 #include "host/core/ZR_ZentriText.h"
+#include "tests/view/support/DebugTraces.h"
 #include "tests/view/support/PlainTextMeasure.h"
 #include "tests/view/support/QtPrinters.h"
 #include "tests/view/support/ViewTest.h"
@@ -49,8 +49,8 @@ protected:
         return bubble.toolTip();
     }
 
-    /// Works on the edit dialog once its loop runs: a window of its type lets events through while it is
-    /// being shown, and an answer given then would be lost.
+    /// Calls `work` with the edit dialog once its event loop runs. A window of its type processes events
+    /// while it is being shown, and accepting or rejecting it then has no effect.
     template <typename Work>
     void whenEditing(Work work) {
         QTimer::singleShot(0, &m_context, [this, work] {
@@ -72,7 +72,7 @@ protected:
 
 }  // namespace
 
-TEST_F(QNChatMessageTest, BeginsLightWithTheWidgetsFontAtTwelvePoints) {
+TEST_F(QNChatMessageTest, StartsLightWithTheWidgetFontAt12Points) {
     const QNChatMessage bubble;
     EXPECT_EQ(bubble.font().pointSize(), 12);
     EXPECT_EQ(bubble.font().family(), QApplication::font().family());
@@ -83,7 +83,7 @@ TEST_F(QNChatMessageTest, BeginsLightWithTheWidgetsFontAtTwelvePoints) {
     EXPECT_FALSE(bubble.isAnswerLoading());
 }
 
-TEST_F(QNChatMessageTest, ZeroIsDarkAndAnyOtherThemeLight) {
+TEST_F(QNChatMessageTest, ThemeZeroIsDarkAndAnyOtherIsLight) {
     QNChatMessage bubble;
     bubble.setColorTheme(0);
     EXPECT_EQ(bubble.textColor(), QColor(229, 246, 254));
@@ -94,7 +94,7 @@ TEST_F(QNChatMessageTest, ZeroIsDarkAndAnyOtherThemeLight) {
     EXPECT_EQ(bubble.linkColor(), QColor(0, 0, 255));
 }
 
-TEST_F(QNChatMessageTest, HasALoadingLabelOfSixteenPixelsWithAMovie) {
+TEST_F(QNChatMessageTest, LoadingLabelIs16By16AndHasAMovie) {
     const QNChatMessage bubble;
     const auto* label = bubble.findChild<QLabel*>();
     ASSERT_NE(label, nullptr);
@@ -106,7 +106,7 @@ TEST_F(QNChatMessageTest, HasALoadingLabelOfSixteenPixelsWithAMovie) {
     EXPECT_EQ(label->movie()->parent(), &bubble);
 }
 
-TEST_F(QNChatMessageTest, FontRectTakesTheTextAndReturnsWidthAndHeightOfTheWhole) {
+TEST_F(QNChatMessageTest, FontRectSetsTheTextAndReturnsTheBubbleSize) {
     QNChatMessage bubble;
     bubble.setFixedWidth(600);
     const QString text = QStringLiteral("怎样画圆\n怎样画线");
@@ -120,20 +120,14 @@ TEST_F(QNChatMessageTest, FontRectTakesTheTextAndReturnsWidthAndHeightOfTheWhole
 }
 
 TEST_F(QNChatMessageTest, FontRectTracesTheMeasuredSize) {
-    static QStringList traces;
-    traces.clear();
-    QLoggingCategory::setFilterRules(QStringLiteral("default.debug=true"));
-    const QtMessageHandler former = qInstallMessageHandler(
-        [](QtMsgType, const QMessageLogContext&, const QString& message) { traces.append(message); });
+    DebugTraces traces;
     QNChatMessage bubble;
     bubble.setFixedWidth(600);
     bubble.fontRect(QStringLiteral("A"));
-    qInstallMessageHandler(former);
-    QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
     const QSize measured = PlainTextMeasure::measure(QStringLiteral("A"), bubble.font(), 426, 174);
-    EXPECT_TRUE(traces.contains(
+    EXPECT_TRUE(traces.messages().contains(
         QStringLiteral("fontRect Size: QSize(%1, %2)").arg(measured.width()).arg(measured.height())))
-        << traces.join(QLatin1Char('\n')).toStdString();
+        << traces.messages().join(QLatin1Char('\n')).toStdString();
 }
 
 TEST_F(QNChatMessageTest, TimeIsShownAsLocalHoursAndMinutes) {
@@ -147,7 +141,7 @@ TEST_F(QNChatMessageTest, TimeIsShownAsLocalHoursAndMinutes) {
     EXPECT_EQ(bubble.curTime(), QDateTime::fromSecsSinceEpoch(0).toString(QStringLiteral("hh:mm")));
 }
 
-TEST_F(QNChatMessageTest, LoadingLabelStandsLeftOfAQuestionsFrameAndNowhereElse) {
+TEST_F(QNChatMessageTest, LoadingLabelIsLeftOfAQuestionFrameAndHiddenOtherwise) {
     QNChatMessage bubble;
     show(bubble, QStringLiteral("怎样画圆"), QNChatMessage::Question);
     const auto* label = bubble.findChild<QLabel*>();
@@ -160,7 +154,7 @@ TEST_F(QNChatMessageTest, LoadingLabelStandsLeftOfAQuestionsFrameAndNowhereElse)
     EXPECT_FALSE(label->isVisible());
 }
 
-TEST_F(QNChatMessageTest, LoadingBeginsWithAnEmptyAnswerWithoutARow) {
+TEST_F(QNChatMessageTest, LoadingStartsWithAnEmptyAnswerWithoutARow) {
     QNChatMessage bubble;
     bubble.setFixedWidth(460);
     bubble.fontRect(QStringLiteral("old"));
@@ -172,7 +166,7 @@ TEST_F(QNChatMessageTest, LoadingBeginsWithAnEmptyAnswerWithoutARow) {
     EXPECT_EQ(bubble.allSize(), QSize(174, 3 * lineHeight + 40));
 }
 
-TEST_F(QNChatMessageTest, LoadingGivesItsRowTheSizeOfTheEmptyText) {
+TEST_F(QNChatMessageTest, StartOfLoadingSetsTheRowSizeForTheEmptyText) {
     QListWidgetItem item;
     item.setSizeHint(QSize(1, 1));
     QNChatMessage bubble;
@@ -196,7 +190,7 @@ TEST_F(QNChatMessageTest, PiecesAreAppendedAndTheBubbleGrows) {
     EXPECT_EQ(bubble.userType(), 2);
 }
 
-TEST_F(QNChatMessageTest, PiecesOutsideALoadAreIgnored) {
+TEST_F(QNChatMessageTest, PiecesBeforeAndAfterLoadingAreIgnored) {
     QNChatMessage bubble;
     bubble.appendAnswerText(QStringLiteral("too early"));
     EXPECT_EQ(bubble.answerText(), QString());
@@ -207,7 +201,7 @@ TEST_F(QNChatMessageTest, PiecesOutsideALoadAreIgnored) {
     EXPECT_EQ(bubble.answerText(), QStringLiteral("in time"));
 }
 
-TEST_F(QNChatMessageTest, EndOfLoadingPaintsTheLinksAtOnceAndMayComeTwice) {
+TEST_F(QNChatMessageTest, EndOfLoadingPaintsTheLinksImmediatelyAndMayBeRepeated) {
     QNChatMessage bubble;
     bubble.setFixedWidth(460);
     bubble.show();
@@ -222,7 +216,7 @@ TEST_F(QNChatMessageTest, EndOfLoadingPaintsTheLinksAtOnceAndMayComeTwice) {
     EXPECT_EQ(bubble.answerText(), QStringLiteral("用【LINE】"));
 }
 
-TEST_F(QNChatMessageTest, StreamCallsLeaveQuestionsAndTimeLinesAlone) {
+TEST_F(QNChatMessageTest, StreamCallsDoNotAffectQuestionsAndTimeLines) {
     for (const int kind : {int{QNChatMessage::Question}, int{QNChatMessage::Time}}) {
         QNChatMessage bubble;
         show(bubble, QStringLiteral("怎样画线"), kind);
@@ -245,7 +239,7 @@ TEST_F(QNChatMessageTest, LoadingKeepsTheTime) {
     EXPECT_EQ(bubble.timeText(), QStringLiteral("1700000000"));
 }
 
-TEST_F(QNChatMessageTest, TextIsPaintedWithTheNextTurnAndAThemeOnlyWhenSomebodyAsks) {
+TEST_F(QNChatMessageTest, SetTextSchedulesARepaintAndSetColorThemeDoesNot) {
     QNChatMessage bubble;
     show(bubble, QStringLiteral("怎样画线"), QNChatMessage::Question);
     settle();
@@ -259,14 +253,14 @@ TEST_F(QNChatMessageTest, TextIsPaintedWithTheNextTurnAndAThemeOnlyWhenSomebodyA
     EXPECT_EQ(paints.count(), 1);
 }
 
-TEST_F(QNChatMessageTest, StopWithoutALoadDoesNothing) {
+TEST_F(QNChatMessageTest, StopWithoutLoadingDoesNothing) {
     QNChatMessage bubble;
     show(bubble, QStringLiteral("怎样画圆"), QNChatMessage::Question);
     bubble.stopAnswerLoading();
     EXPECT_TRUE(bubble.findChild<QLabel*>()->isVisible());
 }
 
-TEST_F(QNChatMessageTest, PressOnALinkRunsItsCommandAsItStandsWithAnyButton) {
+TEST_F(QNChatMessageTest, AnyButtonPressedOnALinkRunsItsCommandUnchanged) {
     QNChatMessage bubble;
     show(bubble, QStringLiteral("用【 多段线 PLINE 】画"), QNChatMessage::Answer);
     ASSERT_EQ(bubble.linkRuns().size(), 1U);
@@ -279,8 +273,8 @@ TEST_F(QNChatMessageTest, PressOnALinkRunsItsCommandAsItStandsWithAnyButton) {
     EXPECT_EQ(ZR_ZentriCmdManager::instance().lastRunCommand(), QStringLiteral(" 多段线 PLINE "));
 }
 
-TEST_F(QNChatMessageTest, OfOverlappingLinksTheFirstRuns) {
-    // The first link wraps, and the rectangle around its two rows covers the second one.
+TEST_F(QNChatMessageTest, FirstOfOverlappingLinksRuns) {
+    // The first link wraps, and the bounding rectangle of its two rows covers the second link.
     QNChatMessage bubble;
     show(bubble,
          QString(12, QChar(u'图')) + QStringLiteral("【多段线多段线】【圆】") + QLatin1Char('\n') +
@@ -294,7 +288,7 @@ TEST_F(QNChatMessageTest, OfOverlappingLinksTheFirstRuns) {
     EXPECT_EQ(toQString(m_host.sent()[0].text), QStringLiteral("多段线多段线\n"));
 }
 
-TEST_F(QNChatMessageTest, PressesThatActAreSwallowedAndToolTipEventsPass) {
+TEST_F(QNChatMessageTest, HandledPressesAreConsumedAndToolTipEventsPassOn) {
     const auto swallows = [](QNChatMessage& bubble, const QPoint& at) {
         QMouseEvent event(QEvent::MouseButtonPress, at, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
         return bubble.eventFilter(&bubble, &event);
@@ -327,7 +321,7 @@ TEST_F(QNChatMessageTest, LinkPressEmitsNeitherSignal) {
     EXPECT_EQ(themes.count(), 0);
 }
 
-TEST_F(QNChatMessageTest, PressBesideLinksAndIconsDoesNothing) {
+TEST_F(QNChatMessageTest, PressOutsideLinksAndIconsDoesNothing) {
     QNChatMessage bubble;
     show(bubble, QStringLiteral("用【LINE】画"), QNChatMessage::Answer);
     press(bubble, QPoint(1, 1));
@@ -335,7 +329,7 @@ TEST_F(QNChatMessageTest, PressBesideLinksAndIconsDoesNothing) {
     EXPECT_TRUE(m_palette.calls.isEmpty());
 }
 
-TEST_F(QNChatMessageTest, CopyTakesTheWholeMessageWithItsBrackets) {
+TEST_F(QNChatMessageTest, CopyPutsTheWholeMessageWithBracketsOnTheClipboard) {
     QNChatMessage answer;
     show(answer, QStringLiteral("用【LINE】画\n再按回车"), QNChatMessage::Answer);
     press(answer, answer.rects().copyAnswerRect.center());
@@ -346,7 +340,7 @@ TEST_F(QNChatMessageTest, CopyTakesTheWholeMessageWithItsBrackets) {
     EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("怎样画线"));
 }
 
-TEST_F(QNChatMessageTest, IconsOfTheOtherKindDoNotAct) {
+TEST_F(QNChatMessageTest, IconsOfOtherKindsDoNotAct) {
     QNChatMessage question;
     show(question, QStringLiteral("怎样画线"), QNChatMessage::Question);
     QGuiApplication::clipboard()->setText(QStringLiteral("before"));
@@ -361,7 +355,7 @@ TEST_F(QNChatMessageTest, IconsOfTheOtherKindDoNotAct) {
     EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("before"));
 }
 
-TEST_F(QNChatMessageTest, RegenerateSendsTheSessionsLastQuestionWhichMayBeEmpty) {
+TEST_F(QNChatMessageTest, RegenerateSendsTheLastQuestionOfTheSessionEvenIfEmpty) {
     QNChatMessage bubble;
     show(bubble, QStringLiteral("好"), QNChatMessage::Answer);
     press(bubble, bubble.rects().regenRect.center());
@@ -376,7 +370,7 @@ TEST_F(QNChatMessageTest, RegenerateWithoutAViewDoesNothing) {
     EXPECT_TRUE(m_palette.calls.isEmpty());
 }
 
-TEST_F(QNChatMessageTest, EditAcceptedSendsTheChangedText) {
+TEST_F(QNChatMessageTest, AcceptedEditSendsTheChangedText) {
     setHostTheme(0);
     QNChatMessage bubble;
     bubble.move(40, 30);
@@ -399,7 +393,7 @@ TEST_F(QNChatMessageTest, EditAcceptedSendsTheChangedText) {
     EXPECT_EQ(bubble.findChild<ZR_AiChatUserEditDlg*>(), nullptr);
 }
 
-TEST_F(QNChatMessageTest, EditAcceptedWithAnEmptiedTextSendsAnEmptyQuestion) {
+TEST_F(QNChatMessageTest, AcceptedEditWithEmptyTextSendsAnEmptyQuestion) {
     QNChatMessage bubble;
     show(bubble, QStringLiteral("怎样画线"), QNChatMessage::Question);
     whenEditing([](ZR_AiChatUserEditDlg& dialog) {
@@ -410,7 +404,7 @@ TEST_F(QNChatMessageTest, EditAcceptedWithAnEmptiedTextSendsAnEmptyQuestion) {
     EXPECT_EQ(m_palette.calls, QStringList({QStringLiteral("input:"), QStringLiteral("send")}));
 }
 
-TEST_F(QNChatMessageTest, EditAcceptedWithoutAViewDoesNothing) {
+TEST_F(QNChatMessageTest, AcceptedEditWithoutAViewDoesNothing) {
     m_palette.view = nullptr;
     QNChatMessage bubble;
     show(bubble, QStringLiteral("怎样画线"), QNChatMessage::Question);
@@ -420,7 +414,7 @@ TEST_F(QNChatMessageTest, EditAcceptedWithoutAViewDoesNothing) {
     EXPECT_TRUE(m_palette.calls.isEmpty());
 }
 
-TEST_F(QNChatMessageTest, EditCancelledChangesNothing) {
+TEST_F(QNChatMessageTest, CancelledEditChangesNothing) {
     QNChatMessage bubble;
     show(bubble, QStringLiteral("怎样画线"), QNChatMessage::Question);
     whenEditing([](ZR_AiChatUserEditDlg& dialog) {
@@ -433,7 +427,7 @@ TEST_F(QNChatMessageTest, EditCancelledChangesNothing) {
     EXPECT_TRUE(m_palette.calls.isEmpty());
 }
 
-TEST_F(QNChatMessageTest, EditSurvivesTheBubblesEnd) {
+TEST_F(QNChatMessageTest, BubbleMayBeDestroyedWhileItsEditDialogIsOpen) {
     const QPointer<QNChatMessage> bubble = new QNChatMessage;
     show(*bubble, QStringLiteral("怎样画线"), QNChatMessage::Question);
     whenEditing([&](ZR_AiChatUserEditDlg&) { delete bubble.data(); });
@@ -442,7 +436,7 @@ TEST_F(QNChatMessageTest, EditSurvivesTheBubblesEnd) {
     EXPECT_TRUE(m_palette.calls.isEmpty());
 }
 
-TEST_F(QNChatMessageTest, ToolTipsNameTheIconsAndAreNeverTakenBack) {
+TEST_F(QNChatMessageTest, ToolTipsNameTheIconsAndAreNeverClearedAsIntended) {
     QNChatMessage question;
     show(question, QStringLiteral("怎样画线"), QNChatMessage::Question);
     EXPECT_EQ(tipAt(question, QPoint(1, 1)), QString());
@@ -455,7 +449,7 @@ TEST_F(QNChatMessageTest, ToolTipsNameTheIconsAndAreNeverTakenBack) {
     EXPECT_EQ(tipAt(answer, answer.rects().copyAnswerRect.center()), QStringLiteral("复制"));
 }
 
-TEST_F(QNChatMessageTest, OtherObjectsEventsAreNotItsOwn) {
+TEST_F(QNChatMessageTest, EventsOfOtherObjectsAreIgnored) {
     QNChatMessage bubble;
     show(bubble, QStringLiteral("好"), QNChatMessage::Answer);
     QWidget other;

@@ -39,7 +39,7 @@ QImage painted(QNChatMessage& bubble, const QColor& background) {
     return painted(bubble, background, {bubble.rect()});
 }
 
-/// The bubble in strips, as a scrolled list exposes it.
+/// The bubble divided into strips, as a scrolled list exposes it.
 std::vector<QRect> strips(const QNChatMessage& bubble, int height) {
     std::vector<QRect> parts;
     for (int y = 0; y < bubble.height(); y += height) {
@@ -82,7 +82,7 @@ void expectPlainRuns(QNChatMessage& bubble) {
 
 class QNChatMessagePaintRandom : public testing::TestWithParam<int> {};
 
-TEST_P(QNChatMessagePaintRandom, AnswerHasThePixelsAndLinksOfThePlainRules) {
+TEST_P(QNChatMessagePaintRandom, AnswerMatchesThePixelsAndLinksOfThePlainRules) {
     const auto kind = static_cast<RandomText::Kind>(GetParam());
     RandomText random(3000U + static_cast<unsigned>(GetParam()));
     for (int round = 0; round < 6; ++round) {
@@ -96,7 +96,7 @@ TEST_P(QNChatMessagePaintRandom, AnswerHasThePixelsAndLinksOfThePlainRules) {
     }
 }
 
-TEST_P(QNChatMessagePaintRandom, QuestionHasThePixelsOfThePlainRules) {
+TEST_P(QNChatMessagePaintRandom, QuestionMatchesThePixelsOfThePlainRules) {
     const auto kind = static_cast<RandomText::Kind>(GetParam());
     RandomText random(4000U + static_cast<unsigned>(GetParam()));
     for (int round = 0; round < 6; ++round) {
@@ -109,7 +109,7 @@ TEST_P(QNChatMessagePaintRandom, QuestionHasThePixelsOfThePlainRules) {
     }
 }
 
-TEST_P(QNChatMessagePaintRandom, LoadingAnswerHasThePixelsOfThePlainRulesWhileItGrows) {
+TEST_P(QNChatMessagePaintRandom, GrowingAnswerMatchesThePixelsOfThePlainRules) {
     const auto kind = static_cast<RandomText::Kind>(GetParam());
     RandomText random(5000U + static_cast<unsigned>(GetParam()));
     const QString text = random.text(kind, 300);
@@ -125,8 +125,8 @@ TEST_P(QNChatMessagePaintRandom, LoadingAnswerHasThePixelsOfThePlainRulesWhileIt
 INSTANTIATE_TEST_SUITE_P(EveryKindOfText, QNChatMessagePaintRandom,
                          testing::Range(0, int{RandomText::KindCount}));
 
-TEST(QNChatMessagePaint, OtherFontsHaveThePixelsOfThePlainRulesToo) {
-    // Where the families are not there, others stand in for them.
+TEST(QNChatMessagePaint, OtherFontsMatchThePixelsOfThePlainRules) {
+    // Families that are not installed are replaced by others.
     RandomText random(77);
     const QString texts[] = {
         QStringLiteral("office waffle fjord AVATAR To. 中文 ") + random.text(RandomText::Latin, 200),
@@ -146,8 +146,8 @@ TEST(QNChatMessagePaint, OtherFontsHaveThePixelsOfThePlainRulesToo) {
     }
 }
 
-TEST(QNChatMessagePaint, ParagraphsTurnTheirNeighboursDirection) {
-    // Which way a paragraph runs is decided for the whole text, and letters beyond the basic plane count.
+TEST(QNChatMessagePaint, ParagraphsAffectTheDirectionOfTheirNeighbours) {
+    // The direction of a paragraph depends on the whole text, including characters outside the BMP.
     const QString shorter[] = {QStringLiteral("ab, 12."),
                                QStringLiteral("12, 34."),
                                QStringLiteral("עב 12. ab!"),
@@ -166,7 +166,7 @@ TEST(QNChatMessagePaint, ParagraphsTurnTheirNeighboursDirection) {
     }
 }
 
-TEST(QNChatMessagePaint, EmptyLoadingAnswerSaysThatItWaits) {
+TEST(QNChatMessagePaint, EmptyLoadingAnswerShowsTheWaitingText) {
     QNChatMessage bubble;
     bubble.setFixedWidth(420);
     bubble.startAnswerLoading();
@@ -192,7 +192,7 @@ TEST(QNChatMessagePaint, LoadingAnswerShowsNeitherLinksNorIcons) {
     EXPECT_NE(done.copy(icons), blank);
 }
 
-TEST(QNChatMessagePaint, AnswerThatLoadsAgainForgetsItsLinks) {
+TEST(QNChatMessagePaint, AnswerThatLoadsAgainHasNoLinks) {
     const auto bubble = bubbleOf(QStringLiteral("用【LINE】画线"), QNChatMessage::Answer, 420);
     painted(*bubble, Qt::white);
     ASSERT_EQ(bubble->linkRuns().size(), 1U);
@@ -201,7 +201,7 @@ TEST(QNChatMessagePaint, AnswerThatLoadsAgainForgetsItsLinks) {
     EXPECT_TRUE(bubble->linkRuns().empty());
 }
 
-TEST(QNChatMessagePaint, TimeLineShowsTheLocalTimeInTheMiddle) {
+TEST(QNChatMessagePaint, TimeLineShowsTheLocalTimeCentred) {
     const auto bubble = bubbleOf(QStringLiteral("unused"), QNChatMessage::Time, 420);
     expectPlainPixels(*bubble);
 }
@@ -215,7 +215,7 @@ TEST(QNChatMessagePaint, OtherKindsPaintNothing) {
     }
 }
 
-TEST(QNChatMessagePaint, QuestionFrameIsFilledInTheThemesColour) {
+TEST(QNChatMessagePaint, QuestionFrameIsFilledWithTheThemeColour) {
     const auto bubble = bubbleOf(QStringLiteral("怎样画圆？"), QNChatMessage::Question, 420);
     const QPoint inFrame = bubble->rects().frameRightRect.topLeft() + QPoint(6, 6);
     EXPECT_EQ(painted(*bubble, Qt::white).pixelColor(inFrame), QColor(229, 246, 254));
@@ -234,7 +234,7 @@ TEST(QNChatMessagePaint, AnswerHasNoFrameAndQuestionNoAvatar) {
     EXPECT_EQ(image.copy(question->rects().iconLeftRect), blank);
 }
 
-TEST(QNChatMessagePaint, VeryNarrowBubblesPaintWithoutHarm) {
+TEST(QNChatMessagePaint, VeryNarrowBubblesPaintWithoutCrashing) {
     RandomText random(9);
     for (const int width : {1, 60, 150, 174, 175, 180, 190}) {
         for (const int kind : {1, 2, 3}) {
@@ -245,13 +245,13 @@ TEST(QNChatMessagePaint, VeryNarrowBubblesPaintWithoutHarm) {
     }
 }
 
-TEST(QNChatMessageLinks, OpenBracketWithoutClosingOneIsNoLink) {
+TEST(QNChatMessageLinks, UnmatchedOpeningBracketIsNoLink) {
     const auto bubble = bubbleOf(QStringLiteral("输入【LINE 再按回车"), QNChatMessage::Answer, 420);
     painted(*bubble, Qt::white);
     EXPECT_TRUE(bubble->linkRuns().empty());
 }
 
-TEST(QNChatMessageLinks, OneRangePerMatchedPairOfBrackets) {
+TEST(QNChatMessageLinks, EachMatchedPairOfBracketsIsALink) {
     const auto bubble = bubbleOf(QStringLiteral("【【A】】【B】【"), QNChatMessage::Answer, 420);
     painted(*bubble, Qt::white);
     ASSERT_EQ(bubble->linkRuns().size(), 2U);
@@ -265,8 +265,8 @@ TEST(QNChatMessageLinks, EmptyBracketsAreNoLink) {
     EXPECT_TRUE(bubble->linkRuns().empty());
 }
 
-TEST(QNChatMessageLinks, WrappedLinkIsOneRunAroundBothRowsAndTheGap) {
-    // The line break makes the area as wide as the room, so that the link must wrap.
+TEST(QNChatMessageLinks, WrappedLinkIsOneRunThatCoversBothRowsAndTheGap) {
+    // The long line makes the text area as wide as it can be, so the link has to wrap.
     const auto bubble = bubbleOf(QString(12, QChar(u'图')) + QStringLiteral("【多段线多段线】后面的文字") +
                                      QStringLiteral("\n") + QString(40, QChar(u'图')),
                                  QNChatMessage::Answer, 460);
@@ -279,7 +279,7 @@ TEST(QNChatMessageLinks, WrappedLinkIsOneRunAroundBothRowsAndTheGap) {
     EXPECT_EQ(bubble->linkRuns()[0].command, QStringLiteral("多段线多段线"));
 }
 
-TEST(QNChatMessageLinks, LineBreakEndsALinkAndItGoesOnAsASecondRun) {
+TEST(QNChatMessageLinks, LineBreakSplitsALinkIntoTwoRuns) {
     const auto bubble = bubbleOf(QStringLiteral("【LI\nNE】"), QNChatMessage::Answer, 460);
     painted(*bubble, Qt::white);
     ASSERT_EQ(bubble->linkRuns().size(), 2U);
@@ -288,13 +288,13 @@ TEST(QNChatMessageLinks, LineBreakEndsALinkAndItGoesOnAsASecondRun) {
     EXPECT_LT(bubble->linkRuns()[0].rect.bottom(), bubble->linkRuns()[1].rect.bottom());
 }
 
-TEST(QNChatMessageLinks, SameCommandTwiceInARowIsOneRun) {
+TEST(QNChatMessageLinks, ConsecutiveLinksWithTheSameCommandAreOneRun) {
     const auto bubble = bubbleOf(QStringLiteral("【LINE】或【LINE】"), QNChatMessage::Answer, 460);
     painted(*bubble, Qt::white);
     ASSERT_EQ(bubble->linkRuns().size(), 1U);
 }
 
-TEST(QNChatMessageLinks, LinksAreInTheirOwnColourAndUnderlined) {
+TEST(QNChatMessageLinks, LinksAreUnderlinedAndInTheLinkColour) {
     const auto bubble = bubbleOf(QStringLiteral("【HHH】"), QNChatMessage::Answer, 460);
     const QImage image = painted(*bubble, Qt::white);
     ASSERT_EQ(bubble->linkRuns().size(), 1U);

@@ -10,6 +10,7 @@
 #include <QTextEdit>
 #include <QToolButton>
 
+#include "tests/view/support/ProbePalette.h"
 #include "tests/view/support/QtPrinters.h"
 #include "tests/view/support/ViewTest.h"
 #include "view/dialogs/ZR_AiChatUserDlg.h"
@@ -19,21 +20,13 @@
 
 namespace {
 
-const QColor kDialogGround(0, 0, 0, 30);
+const QColor kDialogBackground(0, 0, 0, 30);
 
-class DialogTest : public ViewTest {
-protected:
-    template <typename Widget>
-    static Widget* named(const QWidget& parent, const char* name) {
-        auto* widget = parent.findChild<Widget*>(QString::fromLatin1(name));
-        EXPECT_NE(widget, nullptr) << name;
-        return widget;
-    }
-};
+using DialogTest = ViewTest;
 
 }  // namespace
 
-TEST_F(DialogTest, EditDialogIsAFramelessTranslucentWindowOnTop) {
+TEST_F(DialogTest, EditDialogIsFramelessTranslucentAndStaysOnTop) {
     const ZR_AiChatUserEditDlg dialog;
     EXPECT_EQ(dialog.objectName(), QStringLiteral("ZR_AiChatUserEditDlgClass"));
     EXPECT_EQ(dialog.windowTitle(), QStringLiteral("ZR_AiChatUserEditDlg"));
@@ -45,46 +38,47 @@ TEST_F(DialogTest, EditDialogIsAFramelessTranslucentWindowOnTop) {
     EXPECT_FALSE(dialog.autoFillBackground());
 }
 
-TEST_F(DialogTest, EditDialogsLayouts) {
+TEST_F(DialogTest, EditDialogHasTheLayoutsOfItsForm) {
     const ZR_AiChatUserEditDlg dialog;
     const auto* outer = dialog.layout();
     EXPECT_EQ(outer->objectName(), QStringLiteral("verticalLayout"));
     EXPECT_EQ(outer->spacing(), 6);
     EXPECT_EQ(outer->contentsMargins(), QMargins(11, 11, 11, 11));
-    const auto* inner = named<QFrame>(dialog, "frame")->layout();
+    const auto* inner = childNamed<QFrame>(dialog, "frame")->layout();
     EXPECT_EQ(inner->objectName(), QStringLiteral("verticalLayout_2"));
     EXPECT_EQ(inner->spacing(), 6);
     EXPECT_EQ(inner->contentsMargins(), QMargins(0, 0, 0, 0));
-    EXPECT_EQ(named<QLayout>(dialog, "horizontalLayout")->count(), 3);
-    EXPECT_EQ(named<QPushButton>(dialog, "pushButton_Cancel")->text(), QStringLiteral("取消"));
-    EXPECT_EQ(named<QPushButton>(dialog, "pushButton_Send")->text(), QStringLiteral("发送"));
+    EXPECT_EQ(childNamed<QLayout>(dialog, "horizontalLayout")->count(), 3);
+    EXPECT_EQ(childNamed<QPushButton>(dialog, "pushButton_Cancel")->text(), QStringLiteral("取消"));
+    EXPECT_EQ(childNamed<QPushButton>(dialog, "pushButton_Send")->text(), QStringLiteral("发送"));
 }
 
-TEST_F(DialogTest, EditDialogKeepsPlainText) {
+TEST_F(DialogTest, EditTextIsPlainText) {
     ZR_AiChatUserEditDlg dialog;
     dialog.setEditText(QStringLiteral("<b>a</b>\nb"));
     EXPECT_EQ(dialog.editText(), QStringLiteral("<b>a</b>\nb"));
-    EXPECT_EQ(named<QTextEdit>(dialog, "textEdit_UserEdit")->toPlainText(), QStringLiteral("<b>a</b>\nb"));
+    EXPECT_EQ(childNamed<QTextEdit>(dialog, "textEdit_UserEdit")->toPlainText(),
+              QStringLiteral("<b>a</b>\nb"));
 }
 
-TEST_F(DialogTest, EditDialogIsAcceptedBySendAndRejectedByCancel) {
+TEST_F(DialogTest, SendAcceptsAndCancelRejectsTheEditDialog) {
     ZR_AiChatUserEditDlg dialog;
     const QSignalSpy accepted(&dialog, &QDialog::accepted);
     const QSignalSpy rejected(&dialog, &QDialog::rejected);
     dialog.show();
-    QTest::mouseClick(named<QPushButton>(dialog, "pushButton_Send"), Qt::LeftButton);
+    QTest::mouseClick(childNamed<QPushButton>(dialog, "pushButton_Send"), Qt::LeftButton);
     EXPECT_EQ(accepted.count(), 1);
     dialog.show();
-    QTest::mouseClick(named<QPushButton>(dialog, "pushButton_Cancel"), Qt::LeftButton);
+    QTest::mouseClick(childNamed<QPushButton>(dialog, "pushButton_Cancel"), Qt::LeftButton);
     EXPECT_EQ(accepted.count(), 1);
     EXPECT_EQ(rejected.count(), 1);
 }
 
-TEST_F(DialogTest, EditDialogsColoursFollowTheTheme) {
+TEST_F(DialogTest, EditDialogColoursFollowTheTheme) {
     ZR_AiChatUserEditDlg dialog;
     dialog.show();
-    auto* box = named<QTextEdit>(dialog, "textEdit_UserEdit");
-    auto* frame = named<QFrame>(dialog, "frame");
+    auto* box = childNamed<QTextEdit>(dialog, "textEdit_UserEdit");
+    auto* frame = childNamed<QFrame>(dialog, "frame");
     const struct {
         int theme;
         QColor background;
@@ -102,52 +96,45 @@ TEST_F(DialogTest, EditDialogsColoursFollowTheTheme) {
     }
 }
 
-TEST_F(DialogTest, EditDialogInAThemeThatIsNeitherHasTheThemeFreeRulesOnly) {
-    const QPalette former = QApplication::palette();
-    QPalette own = former;
-    own.setColor(QPalette::Base, QColor("#ff00ff"));
-    own.setColor(QPalette::Text, QColor("#00aa00"));
-    QApplication::setPalette(own);
-    {
-        ZR_AiChatUserEditDlg dialog;
-        dialog.show();
-        applyThemeProperty(&dialog, kColorThemeProperty, 5);
-        auto* box = named<QTextEdit>(dialog, "textEdit_UserEdit");
-        EXPECT_EQ(box->palette().color(QPalette::Text), QColor("#00aa00"));
-        const QImage image = grabbed(*box);
-        EXPECT_EQ(image.pixelColor(image.width() / 2, image.height() - 10), QColor("#ff00ff"));
-        EXPECT_EQ(image.pixelColor(image.width() / 2, 0), QColor("#2473f5"));
-        // No ground: the dialog itself shows.
-        const auto* frame = named<QFrame>(dialog, "frame");
-        const QImage whole = dialog.grab().toImage();
-        EXPECT_EQ(
-            whole.pixelColor(frame->geometry().left() + frame->width() / 3, frame->geometry().bottom() - 12),
-            kDialogGround);
-    }
-    QApplication::setPalette(former);
+TEST_F(DialogTest, EditDialogWithAnUnknownThemeHasOnlyTheThemeFreeRules) {
+    const ProbePalette probe;
+    ZR_AiChatUserEditDlg dialog;
+    dialog.show();
+    applyThemeProperty(&dialog, kColorThemeProperty, 5);
+    auto* box = childNamed<QTextEdit>(dialog, "textEdit_UserEdit");
+    EXPECT_EQ(box->palette().color(QPalette::Text), ProbePalette::text());
+    const QImage image = grabbed(*box);
+    EXPECT_EQ(image.pixelColor(image.width() / 2, image.height() - 10), ProbePalette::background());
+    EXPECT_EQ(image.pixelColor(image.width() / 2, 0), QColor("#2473f5"));
+    // The frame has no background, so that of the dialog shows.
+    const auto* frame = childNamed<QFrame>(dialog, "frame");
+    const QImage whole = dialog.grab().toImage();
+    EXPECT_EQ(
+        whole.pixelColor(frame->geometry().left() + frame->width() / 3, frame->geometry().bottom() - 12),
+        kDialogBackground);
 }
 
-TEST_F(DialogTest, EditDialogIsAShadeOnWhatIsBehindIt) {
+TEST_F(DialogTest, EditDialogBackgroundIsTranslucentBlack) {
     ZR_AiChatUserEditDlg dialog;
     dialog.show();
     const QImage image = dialog.grab().toImage();
     for (const QPoint& place : {QPoint(0, 0), QPoint(4, 100), QPoint(750, 214), QPoint(300, 5)}) {
-        EXPECT_EQ(image.pixelColor(place), kDialogGround);
+        EXPECT_EQ(image.pixelColor(place), kDialogBackground);
     }
 }
 
-TEST_F(DialogTest, EditDialogsFrameAndBoxAreRounded) {
+TEST_F(DialogTest, EditDialogFrameAndBoxAreRounded) {
     ZR_AiChatUserEditDlg dialog;
     dialog.show();
-    const auto* frame = named<QFrame>(dialog, "frame");
-    auto* box = named<QTextEdit>(dialog, "textEdit_UserEdit");
+    const auto* frame = childNamed<QFrame>(dialog, "frame");
+    auto* box = childNamed<QTextEdit>(dialog, "textEdit_UserEdit");
     EXPECT_EQ(frame->frameShape(), QFrame::StyledPanel);
     EXPECT_EQ(box->font().pixelSize(), 14);
     EXPECT_EQ(box->palette().color(QPalette::Highlight), QColor("#90C8F6"));
-    // The frame's border takes two pixels around the box.
+    // The border of the frame is two pixels wide.
     EXPECT_EQ(box->geometry().topLeft(), QPoint(2, 2));
     const QImage whole = dialog.grab().toImage();
-    EXPECT_EQ(whole.pixelColor(frame->geometry().topLeft() + QPoint(1, 1)), kDialogGround);
+    EXPECT_EQ(whole.pixelColor(frame->geometry().topLeft() + QPoint(1, 1)), kDialogBackground);
     EXPECT_EQ(whole.pixelColor(frame->geometry().topLeft() + QPoint(13, 0)), QColor(Qt::white));
     const QImage image = grabbed(*box);
     EXPECT_NE(image.pixelColor(3, 2), QColor("#2473f5"));
@@ -155,7 +142,7 @@ TEST_F(DialogTest, EditDialogsFrameAndBoxAreRounded) {
     EXPECT_EQ(image.pixelColor(0, 13), QColor("#2473f5"));
 }
 
-TEST_F(DialogTest, EditDialogKeepsTheFlagsItHad) {
+TEST_F(DialogTest, DialogsKeepTheWindowFlagsOfQDialog) {
     const QDialog plain;
     const ZR_AiChatUserEditDlg edit;
     const ZR_AiChatUserInputDlg input;
@@ -164,9 +151,9 @@ TEST_F(DialogTest, EditDialogKeepsTheFlagsItHad) {
     EXPECT_EQ(input.windowFlags(), plain.windowFlags() | Qt::WindowStaysOnTopHint | Qt::WindowFlags(0x0F));
 }
 
-TEST_F(DialogTest, EditDialogsButtonsStandAtTheRight) {
+TEST_F(DialogTest, EditDialogButtonsAreRightAligned) {
     const ZR_AiChatUserEditDlg dialog;
-    const auto* row = named<QHBoxLayout>(dialog, "horizontalLayout");
+    const auto* row = childNamed<QHBoxLayout>(dialog, "horizontalLayout");
     EXPECT_EQ(row->spacing(), 6);
     const QSpacerItem* spacer = row->itemAt(0)->spacerItem();
     ASSERT_NE(spacer, nullptr);
@@ -176,7 +163,7 @@ TEST_F(DialogTest, EditDialogsButtonsStandAtTheRight) {
     EXPECT_EQ(row->itemAt(2)->widget()->objectName(), QStringLiteral("pushButton_Send"));
 }
 
-TEST_F(DialogTest, EmptiedTextIsAcceptedToo) {
+TEST_F(DialogTest, EmptyTextIsAccepted) {
     ZR_AiChatUserEditDlg dialog;
     dialog.setEditText(QStringLiteral("question"));
     dialog.setEditText(QString());
@@ -185,11 +172,11 @@ TEST_F(DialogTest, EmptiedTextIsAcceptedToo) {
     EXPECT_EQ(dialog.editText(), QString());
 }
 
-TEST_F(DialogTest, EditDialogsButtonsAreGreyAndBlue) {
+TEST_F(DialogTest, EditDialogButtonsAreGreyAndBlue) {
     ZR_AiChatUserEditDlg dialog;
     dialog.show();
-    auto* cancel = named<QPushButton>(dialog, "pushButton_Cancel");
-    auto* send = named<QPushButton>(dialog, "pushButton_Send");
+    auto* cancel = childNamed<QPushButton>(dialog, "pushButton_Cancel");
+    auto* send = childNamed<QPushButton>(dialog, "pushButton_Send");
     const auto background = [](QWidget* button) {
         return grabbed(*button).pixelColor(8, button->height() / 2);
     };
@@ -205,7 +192,7 @@ TEST_F(DialogTest, EditDialogsButtonsAreGreyAndBlue) {
     EXPECT_EQ(cancel->palette().color(QPalette::Disabled, QPalette::ButtonText), QColor("#808080"));
     for (QPushButton* button : {cancel, send}) {
         EXPECT_EQ(button->font().pixelSize(), 14);
-        // A radius of 8 leaves the corner free.
+        // A border radius of 8 does not paint the corner.
         const QPoint corner = button->mapTo(&dialog, QPoint());
         const QImage whole = grabbed(dialog);
         EXPECT_EQ(whole.pixelColor(corner), QColor(Qt::white));
@@ -220,27 +207,27 @@ TEST_F(DialogTest, InputDialogIsBuiltAsDesigned) {
     EXPECT_EQ(dialog->size(), QSize(538, 549));
     EXPECT_EQ(static_cast<int>(dialog->windowFlags() & Qt::WindowType_Mask), 0x0F);
     EXPECT_TRUE(dialog->windowFlags().testFlag(Qt::WindowStaysOnTopHint));
-    EXPECT_FALSE(named<QTextEdit>(*dialog, "textEdit")->placeholderText().isEmpty());
-    EXPECT_EQ(named<QToolButton>(*dialog, "toolButton")->text(), QStringLiteral("发送"));
-    const auto* column = named<QVBoxLayout>(*dialog, "verticalLayout_2");
+    EXPECT_FALSE(childNamed<QTextEdit>(*dialog, "textEdit")->placeholderText().isEmpty());
+    EXPECT_EQ(childNamed<QToolButton>(*dialog, "toolButton")->text(), QStringLiteral("发送"));
+    const auto* column = childNamed<QVBoxLayout>(*dialog, "verticalLayout_2");
     EXPECT_EQ(column->stretch(0), 6);
     EXPECT_EQ(column->stretch(1), 1);
     dialog->show();
     settle();
-    EXPECT_EQ(named<QToolButton>(*dialog, "toolButton")->size(), QSize(20, 20));
+    EXPECT_EQ(childNamed<QToolButton>(*dialog, "toolButton")->size(), QSize(20, 20));
     const QImage image = grabbed(*dialog);
     EXPECT_EQ(image.pixelColor(2, 2), QColor(Qt::white));
-    const QRect frame = named<QFrame>(*dialog, "frame")->geometry();
-    EXPECT_EQ(named<QVBoxLayout>(*dialog, "verticalLayout")->itemAt(0)->geometry(), frame);
+    const QRect frame = childNamed<QFrame>(*dialog, "frame")->geometry();
+    EXPECT_EQ(childNamed<QVBoxLayout>(*dialog, "verticalLayout")->itemAt(0)->geometry(), frame);
     for (const int x : {frame.left(), frame.left() + 1, frame.right() - 1, frame.right()}) {
         EXPECT_EQ(image.pixelColor(x, 200), QColor("#bc9cd9"));
     }
     EXPECT_EQ(image.pixelColor(frame.left() + 2, 200), QColor(Qt::white));
     EXPECT_EQ(image.pixelColor(frame.left() + 3, frame.top() + 2), QColor(Qt::white));
     EXPECT_EQ(image.pixelColor(frame.left() + 13, frame.top()), QColor("#bc9cd9"));
-    const auto* row = named<QHBoxLayout>(*dialog, "horizontalLayout");
+    const auto* row = childNamed<QHBoxLayout>(*dialog, "horizontalLayout");
     EXPECT_NE(row->itemAt(0)->spacerItem(), nullptr);
-    EXPECT_EQ(row->itemAt(1)->widget(), named<QToolButton>(*dialog, "toolButton"));
+    EXPECT_EQ(row->itemAt(1)->widget(), childNamed<QToolButton>(*dialog, "toolButton"));
     dialog->close();
     settle();
     EXPECT_TRUE(dialog.isNull());
@@ -251,7 +238,7 @@ TEST_F(DialogTest, LinkDialogShowsACommandLink) {
     EXPECT_EQ(dialog.objectName(), QStringLiteral("ZR_AiChatUserDlgClass"));
     EXPECT_EQ(dialog.size(), QSize(600, 400));
     EXPECT_EQ(dialog.windowTitle(), QStringLiteral("ZR_AiChatUserDlg"));
-    const auto* label = named<QLabel>(dialog, "label");
+    const auto* label = childNamed<QLabel>(dialog, "label");
     EXPECT_EQ(label->geometry(), QRect(210, 170, 54, 12));
     EXPECT_EQ(label->text(),
               QStringLiteral("<a href='CIRCLE' style='color: blue; font-weight: bold'>CIRCLE</a>"));
@@ -260,7 +247,7 @@ TEST_F(DialogTest, LinkDialogShowsACommandLink) {
 TEST_F(DialogTest, LinkDialogPrintsTheClickedLink) {
     ZR_AiChatUserDlg dialog;
     const QSignalSpy links(&dialog, &ZR_AiChatUserDlg::linkActivated);
-    emit named<QLabel>(dialog, "label")->linkActivated(QStringLiteral("100%s"));
+    emit childNamed<QLabel>(dialog, "label")->linkActivated(QStringLiteral("100%s"));
     EXPECT_EQ(printed(), QStringLiteral("100%s"));
     ASSERT_EQ(links.count(), 1);
     EXPECT_EQ(links.at(0).at(0).toString(), QStringLiteral("100%s"));

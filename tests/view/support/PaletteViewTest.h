@@ -12,7 +12,7 @@
 #include "view/ZR_ZentriPaletteView.h"
 #include "view/bubble/QNChatMessage.h"
 
-/// The whole panel on screen, in a fake palette and with a service under the test's command.
+/// The whole panel, visible, in a fake palette and with a fake service.
 class PaletteViewTest : public ServiceTest {
 protected:
     PaletteViewTest() {
@@ -24,9 +24,7 @@ protected:
 
     template <typename Widget>
     Widget* named(const char* name) const {
-        auto* widget = m_view.findChild<Widget*>(QString::fromLatin1(name));
-        EXPECT_NE(widget, nullptr) << name;
-        return widget;
+        return childNamed<Widget>(m_view, name);
     }
 
     QTextEdit* input() const { return named<QTextEdit>("textEdit_userInput"); }
@@ -39,6 +37,7 @@ protected:
     QNChatMessage* bubble(int row) const {
         return qobject_cast<QNChatMessage*>(list()->itemWidget(list()->item(row)));
     }
+    /// "kind:text" of every row.
     QStringList texts() const {
         QStringList texts;
         for (int row = 0; row < list()->count(); ++row) {
@@ -54,14 +53,10 @@ protected:
                 return found;
             }
         }
-        ADD_FAILURE() << property;
+        ADD_FAILURE() << "no animation of " << property;
         return nullptr;
     }
-    void finishAnimations() const {
-        for (QPropertyAnimation* found : m_view.findChildren<QPropertyAnimation*>()) {
-            found->setCurrentTime(found->duration());
-        }
-    }
+    void finishAnimations() const { ::finishAnimations(m_view); }
 
     void sendQuestion(const QString& question) {
         input()->setPlainText(question);

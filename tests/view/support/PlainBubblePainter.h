@@ -8,8 +8,8 @@
 
 #include "view/bubble/QNChatMessage.h"
 
-/// How a bubble is painted, written down step by step: every character is measured and drawn by itself, every
-/// time. What the module paints must be the same pixels, and what it makes of the links the same rectangles.
+/// The plain rules for painting a bubble, step by step: every character is measured and drawn separately, on
+/// every paint. The module must produce the same pixels and the same link rectangles.
 class PlainBubblePainter {
 public:
     static QImage paint(const QNChatMessage& bubble, const QColor& background) {
@@ -117,7 +117,7 @@ private:
                 x = area.left();
                 y += metrics.lineSpacing();
                 line = c;
-                // What a link began before the end of the row it goes on with after it.
+                // A link that has begun before the end of the row continues after it.
                 if (range < 0 || range != linkRange) {
                     pushPending();
                 }

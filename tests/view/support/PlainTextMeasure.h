@@ -7,8 +7,8 @@
 #include <QStringList>
 #include <cmath>
 
-/// The rules for the size of a bubble's text written down step by step, with no regard to what they cost.
-/// What the module computes must be the same numbers.
+/// The plain rules for the size of a bubble's text, step by step and without regard to cost. The module must
+/// compute the same sizes.
 class PlainTextMeasure {
 public:
     static QSize measure(const QString& text, const QFont& font, int textWidth, int spaceWidth) {
@@ -23,7 +23,7 @@ public:
             if (maxW > textWidth) {
                 maxW = textWidth;
                 const int per = static_cast<int>(textWidth / metrics.horizontalAdvance(QStringLiteral(" ")));
-                // Without any width there are no rows to count.
+                // With a width of zero there are no rows.
                 const int rows = textWidth == 0 ? 0 : static_cast<int>(w / textWidth);
                 QString built;
                 for (int i = 0; i < rows; ++i) {

@@ -8,7 +8,7 @@
 #include <QString>
 #include <ostream>
 
-// How GoogleTest shows Qt's values in a failure. It finds these by their names, in Qt's own namespace.
+// How GoogleTest prints Qt's types. It finds the functions by argument-dependent lookup.
 
 inline void PrintTo(const QString& text, std::ostream* out) {
     *out << '"' << text.toStdString() << '"';

@@ -4,7 +4,7 @@
 #include <QStringList>
 #include <random>
 
-/// Texts of all kinds that answers may hold, the same ones for the same seed.
+/// Random texts of the kinds that answers may contain. The same seed gives the same texts.
 class RandomText {
 public:
     enum Kind { Cjk, Latin, Mixed, Unbroken, ManyLines, Emoji, Links, Hostile, KindCount };

@@ -27,7 +27,7 @@ ServiceTest::ServiceTest() {
     const QByteArray address = m_server.address().toUtf8();
     qputenv("ZR_ZENTRI_SERVICE", address);
     qputenv("ZR_ZENTRI_PROBE", "http://" + address);
-    // The manager is one for the process; an earlier test may have left a conversation open.
+    // The manager lives as long as the process; an earlier test may have left a current session.
     ZR_AiChatManager::instance().newSession();
 }
 
@@ -66,7 +66,7 @@ void ServiceTest::loadHistory(const QList<Stored>& sessions) {
 bool ServiceTest::waitUntilIdle() {
     const bool idle =
         waitFor([] { return !g_zentriChatThread->isRunning() && !g_zentriHistoryThread->isRunning(); });
-    // What a finished thread has signalled is in the queue by now.
+    // Deliver the queued signals of the finished threads.
     QCoreApplication::sendPostedEvents();
     return idle;
 }

@@ -3,29 +3,30 @@
 #include "tests/support/http/FakeHttpServer.h"
 #include "tests/view/support/ViewTest.h"
 
-/// A ViewTest whose service is a server under the test's command.
+/// A ViewTest with a fake service that the test controls.
 class ServiceTest : public ViewTest {
 protected:
     ServiceTest();
     ~ServiceTest() override;
 
-    /// A stored session: its id, the messages in turn question and answer, and the time of all of them.
+    /// A session stored on the service. The messages are question and answer in turn, all at `time`.
     struct Stored {
         QString id;
         QStringList messages;
         qint64 time;
     };
 
-    /// The id of the session that the next create call makes.
+    /// Sets the session id that create calls are answered with.
     void answerCreate(const QString& id);
-    /// Every question gets this answer.
+    /// Sets the event stream that every question is answered with.
     void answerChat(const QByteArray& events);
-    /// Lets the manager read these sessions and waits until it has them.
+    /// Has the manager read these sessions and waits until it has finished.
     void loadHistory(const QList<Stored>& sessions);
-    /// Waits until no exchange is under way.
+    /// Waits until both threads have finished. False if they do not in time.
     bool waitUntilIdle();
 
     FakeHttpServer m_server;
 };
 
+/// Request target of the streaming chat call.
 extern const QByteArray kChatTarget;

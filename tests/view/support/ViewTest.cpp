@@ -2,8 +2,9 @@
 
 #include <QCoreApplication>
 #include <QMouseEvent>
+#include <QPropertyAnimation>
 #include <QTest>
-#include <QWidget>
+#include <algorithm>
 
 #include "chat/ZR_AiChatCSThread.h"
 #include "chat/ZR_AiChatModuleState.h"
@@ -13,7 +14,7 @@
 
 namespace {
 
-// Only bounds a failure, also under sanitizers.
+// Limits the time of a failing test only; long enough for sanitizers.
 constexpr int kWaitLimitMs = 30000;
 
 }  // namespace
@@ -78,6 +79,12 @@ void hover(QWidget& widget) {
     QCoreApplication::sendEvent(&widget, &move);
 }
 
+void finishAnimations(const QWidget& widget) {
+    for (QPropertyAnimation* animation : widget.findChildren<QPropertyAnimation*>()) {
+        animation->setCurrentTime(animation->duration());
+    }
+}
+
 int pixelsOf(const QImage& image, const QColor& color) {
     int count = 0;
     for (int y = 0; y < image.height(); ++y) {
@@ -86,6 +93,16 @@ int pixelsOf(const QImage& image, const QColor& color) {
         }
     }
     return count;
+}
+
+int darkestGray(const QImage& image) {
+    int gray = 255;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            gray = std::min(gray, qGray(image.pixel(x, y)));
+        }
+    }
+    return gray;
 }
 
 ZR_AiChatSingleChatRecord makeRecord(const QString& id, const QStringList& messages, qint64 time) {

@@ -7,6 +7,7 @@
 #include <QRect>
 #include <QString>
 #include <QStringList>
+#include <QWidget>
 #include <functional>
 #include <vector>
 
@@ -14,10 +15,11 @@
 #include "host/core/ZR_ZentriPaletteAccess.h"
 #include "tests/support/FakeArxHost.h"
 
-class QWidget;
+/// In seconds, the unit of all times of records.
+constexpr qint64 kDay = 86400;
 
-/// The palette in a test: announces itself while it lives, counts what is asked of it, and shows the view it
-/// is given or, without one, stands in for it.
+/// A palette without a window. Registers itself with the module for its lifetime and records the calls. Its
+/// view is itself until a test sets another one or null.
 class FakePalette : public ZR_ZentriPaletteAccess, public ZR_AiChatViewInterface {
 public:
     FakePalette() { setZentriPaletteAccess(this); }
@@ -46,7 +48,7 @@ public:
     QRect geometry;
 };
 
-/// Signed in, in a host that keeps what is printed, with the module's two threads.
+/// Runs a test signed in, in a fake host that keeps what is printed, with the module's two threads created.
 class ViewTest : public testing::Test {
 protected:
     ViewTest();
@@ -57,14 +59,15 @@ protected:
     void setHostTheme(short theme) { m_host.setVar(_T("COLORTHEME"), theme); }
     QString printed() const;
 
+    /// Processes events until the condition holds. False if it does not in time.
     static bool waitFor(const std::function<bool()>& condition);
-    /// Handles everything posted, deferred deletions too.
+    /// Processes all posted events, deferred deletes included.
     static void settle();
 
     FakeArxHost m_host;
 };
 
-/// Counts how often the widget is painted.
+/// Counts the paint events of a widget.
 class PaintCounter : public QObject {
 public:
     explicit PaintCounter(QWidget* widget);
@@ -75,11 +78,23 @@ private:
     int m_count = 0;
 };
 
-/// What the widget and its children look like.
+/// The descendant of that name; fails the test if there is none.
+template <typename Widget>
+Widget* childNamed(const QWidget& parent, const char* name) {
+    auto* widget = parent.findChild<Widget*>(QString::fromLatin1(name));
+    EXPECT_NE(widget, nullptr) << name;
+    return widget;
+}
+
+/// An image of the widget and its children.
 QImage grabbed(QWidget& widget);
-/// Lets the widget believe that the mouse is over it.
+/// Puts the widget into the hover state.
 void hover(QWidget& widget);
+/// Sets the animations of the widget to their end.
+void finishAnimations(const QWidget& widget);
 /// The number of pixels that have the colour.
 int pixelsOf(const QImage& image, const QColor& color);
-/// A record with messages "question", "answer", "question", ... at the time.
+/// The grey value of the darkest pixel.
+int darkestGray(const QImage& image);
+/// A record whose messages are question and answer in turn, all at the time.
 ZR_AiChatSingleChatRecord makeRecord(const QString& id, const QStringList& messages, qint64 time);
