@@ -2,7 +2,7 @@
 
 #include <QtGlobal>
 
-/// How the height of a bubble comes about, in pixels:
+/// The rule for the height of a bubble, in pixels:
 ///
 ///     measured text = (breaks + kSpareRows) * line height, at most the height that a widget can have
 ///     text block    = measured text, at least kMinTextBlock
@@ -18,7 +18,7 @@ struct ChatBubbleHeight {
     /// The row of icon buttons below the frame.
     static constexpr int kButtonRow = 40;
 
-    /// Height of the measured text. Line breaks in the text and breaks added by wrapping both count.
+    /// Height of the measured text. `breaks` includes line breaks in the text and breaks added by wrapping.
     static int ofMeasuredText(qint64 breaks, int lineHeight);
     /// With more breaks than this the measured text has its maximum height.
     static int maxBreaks(int lineHeight);

@@ -7,13 +7,13 @@
 
 /// The rule for a text with line breaks: each line is wrapped character by character at the wrap width.
 ///
-/// Keeps its place between calls, so that text appended at the end costs what the appended part costs.
+/// Keeps its state between calls: for appended text, measuring continues where it stopped.
 class ChatPerLineMeasure {
 public:
     ChatPerLineMeasure() = default;
     explicit ChatPerLineMeasure(const ChatLineWrap& wrap) : m_wrap(wrap) {}
 
-    /// Measures the text, which must begin with the text of the call before and contains `lineBreaks` line
+    /// Measures the text, which must begin with the text of the previous call and contains `lineBreaks` line
     /// breaks. The block counts line breaks and breaks added by wrapping. `trace` writes long lines to Qt's
     /// debug output.
     ChatTextBlock measure(const QString& text, int lineBreaks, bool trace);

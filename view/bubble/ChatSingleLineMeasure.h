@@ -14,13 +14,13 @@
 /// begins at i row lengths and is i + 1 row lengths long. The heights of all single-line bubbles depend on
 /// that, so it must stay.
 ///
-/// Keeps its place between calls, so that text appended at the end costs what the appended part costs.
+/// Keeps its state between calls: for appended text, measuring continues where it stopped.
 class ChatSingleLineMeasure {
 public:
     ChatSingleLineMeasure() = default;
     explicit ChatSingleLineMeasure(const ChatLineWrap& wrap) : m_wrap(wrap) {}
 
-    /// Measures the text, which must begin with the text of the call before. Stops counting breaks at
+    /// Measures the text, which must begin with the text of the previous call. Stops counting breaks at
     /// ChatBubbleHeight::maxBreaks(). `trace` writes long lines to Qt's debug output.
     ChatTextBlock measure(const QString& text, bool trace);
 

@@ -10,14 +10,14 @@
 #include "view/bubble/ChatSingleLineMeasure.h"
 
 /// Measures the text of a bubble: a text with line breaks by ChatPerLineMeasure, any other by
-/// ChatSingleLineMeasure. Remembers the last text, so that a longer one that begins with it costs what the
-/// added part costs. Long lines are traced to Qt's debug output when a text is measured from its start. UI
+/// ChatSingleLineMeasure. Remembers the last text; for a longer one that begins with it, measuring continues
+/// where it stopped. Long lines are traced to Qt's debug output when a text is measured from its start. UI
 /// thread.
 class ChatTextMeasure {
 public:
     /// Size of the measured text, in pixels, for text that wraps at `textWidth` and has `spaceWidth` beside
-    /// it. ChatBubbleHeight tells how the height comes about. With a text width of zero or less the size has
-    /// no room for any text.
+    /// it. ChatBubbleHeight defines the height. A text width of zero or less gives a size without room for
+    /// text.
     QSize measureText(const QString& text, const QFont& font, int textWidth, int spaceWidth);
 
     /// Line spacing of the font measured last, in whole pixels.

@@ -23,8 +23,8 @@ constexpr char kListItemProperty[] = "ZR_LISTITEM_PTR";
 /// One message of the chat list: a question, an answer that can stream in, or a time line. It measures its
 /// text, paints itself, and makes the command names between 【 and 】 in an answer clickable. UI thread.
 ///
-/// ChatBubbleHeight tells its height, ChatBubbleRects the place of each part, ChatBubbleTheme its colours and
-/// icons.
+/// ChatBubbleHeight defines its height, ChatBubbleRects the position of each part, ChatBubbleTheme its
+/// colours and icons.
 class QNChatMessage : public QWidget, public ZR_AiChatAnswerInterface {
     Q_OBJECT
 
@@ -74,8 +74,8 @@ public slots:
     void setColorTheme(int theme);
     /// Copies the whole message to the clipboard, brackets included.
     void copyText();
-    /// Sends the last question of the session again, whichever answer this is: the manager gives only that
-    /// one.
+    /// Sends the last question of the session again, whichever answer this is: the manager provides no
+    /// other.
     void regenerate();
     /// Lets the user change the question in a modal dialog and sends the result as a new question. The bubble
     /// may be destroyed meanwhile.
