@@ -65,7 +65,7 @@ protected:
         EXPECT_TRUE(widget.grab().save(file)) << file.toStdString();
     }
 
-    /// Shows the view in the theme, with the size or that of its form.
+    /// Shows the view in the theme, with the given size or, by default, that of its form.
     void open(ZR_ZentriPaletteView& view, QSize size = QSize()) const {
         if (size.isValid()) {
             view.resize(size);
