@@ -207,6 +207,18 @@ TEST_F(EndToEnd, PanelHasTheKeyboardUntilTheCommandLineIsClickedButAltOpensMenus
     EXPECT_TRUE(host->waitForPrompt("LINE 指定第一个点"));
 }
 
+TEST_F(EndToEnd, HiddenCommandRunsWhenTypedAndLeavesNoTrace) {
+    host->ask("clickWindow", {{"window", "commandLine"}});
+    host->idle();
+    const Json before = host->ask("commandLine");
+    host->type("_refreshChatView\n");
+    host->idle();
+    const Json after = host->ask("commandLine");
+    EXPECT_EQ(after["lines"], before["lines"]);
+    EXPECT_EQ(after["recall"], before["recall"]);
+    EXPECT_EQ(after["input"], "");
+}
+
 TEST_F(EndToEnd, AnswerKeepsStreamingBehindAMessageBox) {
     host->ask("arx", {{"load", ZENTRI_DUMMY_MODULE}});
     askQuestion("怎么画圆");

@@ -15,7 +15,6 @@ void AFXAPI AfxFailOwnElement(const char* function) {
 }
 
 void CStringArray::Serialize(CArchive& ar) {
-    CObject::Serialize(ar);
     if (ar.IsStoring()) {
         ar.WriteCount(static_cast<DWORD_PTR>(GetSize()));
     } else {
