@@ -15,7 +15,7 @@ class CZR_ZentriApp : public AcRxArxApp {
 public:
     AcRx::AppRetCode On_kInitAppMsg(void* packet) override;
 
-    /// Stops a streaming answer; waits at most 5 seconds for its thread.
+    /// Stops a streaming answer; waits for its thread, but no longer than kThreadStopMilliseconds.
     AcRx::AppRetCode On_kUnloadAppMsg(void* packet) override;
 
     /// Pure virtual in the base class; there is nothing to register.

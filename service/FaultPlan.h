@@ -16,7 +16,8 @@ enum class Call { Chat, Create, List, Read, Any };
 ///
 /// To add a kind:
 /// 1. Declare it here, with the meaning and unit of its value.
-/// 2. In FaultPlan.cpp, add a row to kKinds: name, type of the value, help text. --fault, /test/faults and
+/// 2. In FaultPlan.cpp, add a row to kKinds (and one to its size): name, type of the value, help text.
+/// --fault, /test/faults and
 ///    --help all use that table; a kind without a row is undefined behaviour. Limits on the value go into
 ///    check().
 /// 3. Implement the effect in the file and function named for the group.

@@ -115,6 +115,7 @@ void ZR_ZentriPaletteView::toolBtnSend_clicked(bool checked) {
     }
     m_ui->listWidget_ChatView->addQuestion(question);
     QNChatMessage* answer = m_ui->listWidget_ChatView->addLoadingAnswer();
+    // Again, for whatever was set while the bubbles were added; the box must be empty when the send begins.
     m_ui->textEdit_userInput->clear();
     manager.send(toCString(question), true, answer);
 }

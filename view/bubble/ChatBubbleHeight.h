@@ -9,8 +9,9 @@
 ///     frame         = text block - line height
 ///     bubble        = text block + kButtonRow
 ///
-/// A text with n breaks has n + 1 rows, so its frame is one line taller than the text; the padding above and
-/// below the text is taken from that line.
+/// A text with n breaks has n + 1 rows (a text without line breaks counts more, see ChatSingleLineMeasure),
+/// so its frame is one line taller than the text; the padding above and below the text is taken from that
+/// line.
 struct ChatBubbleHeight {
     /// Rows that are added to the breaks of every text.
     static constexpr int kSpareRows = 3;

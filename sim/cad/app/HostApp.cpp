@@ -11,12 +11,12 @@
 #include <iostream>
 
 #include "sim/cad/app/MainFrame.h"
-#include "sim/cad/app/QuitSignals.h"
 #include "sim/cad/app/WideText.h"
 #include "sim/cad/arx/HostArx.h"
 #include "sim/cad/control/ControlInterface.h"
 #include "sim/cad/core/Script.h"
 #include "sim/cad/platform/Platform.h"
+#include "sim/cad/platform/QuitSignals.h"
 
 namespace cad {
 

@@ -5,8 +5,8 @@
 namespace cad {
 
 /// The user's account and the host's implementation of the account service "ZR_ACCOUNT". Not to be confused
-/// with two classes of the module: ZR_AccountService looks this service up in the host and calls it;
-/// ZR_ZentriAccount holds the module's own signed-in state. One instance at a time; UI thread.
+/// with two parts of the module: ZR_AccountService looks this service up in the host and calls it;
+/// ZR_ZentriAccount.h has the module's own signed-in state. One instance at a time; UI thread.
 class Account {
 public:
     /// With an empty token no user is signed in. With `mayAsk`, signIn() asks the user; otherwise it fails.

@@ -4,7 +4,7 @@
 #include <csignal>
 #include <utility>
 
-#include "sim/cad/app/QuitSignals.h"
+#include "sim/cad/platform/QuitSignals.h"
 
 namespace cad {
 

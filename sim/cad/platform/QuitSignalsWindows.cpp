@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "sim/cad/app/QuitSignals.h"
+#include "sim/cad/platform/QuitSignals.h"
 
 namespace cad {
 

@@ -111,7 +111,7 @@ WIN32API DWORD GetFullPathNameW(LPCWSTR fileName, DWORD size, LPWSTR buffer, LPW
 WIN32API DWORD GetCurrentDirectoryW(DWORD size, LPWSTR buffer);
 
 // Process, threads, environment, time.
-/// The command line; arguments with blanks are quoted. The program's name is as it was typed.
+/// The command line; arguments with spaces are quoted. The program's name is as it was typed.
 WIN32API LPWSTR GetCommandLineW();
 WIN32API DWORD GetCurrentThreadId();
 WIN32API DWORD GetCurrentProcessId();

@@ -203,7 +203,7 @@ constexpr LRESULT MAKELRESULT(Low low, High high) {
     return static_cast<LRESULT>(static_cast<DWORD>(MAKELONG(low, high)));
 }
 
-/// A numeric resource id in place of a name; IS_INTRESOURCE recognizes it by its high word of 0.
+/// A numeric resource id in place of a name; IS_INTRESOURCE recognises it by its high word of 0.
 #define MAKEINTRESOURCEW(id) (reinterpret_cast<LPWSTR>(static_cast<ULONG_PTR>(static_cast<WORD>(id))))
 #define MAKEINTRESOURCE MAKEINTRESOURCEW
 #define IS_INTRESOURCE(name) ((reinterpret_cast<ULONG_PTR>(name) >> 16) == 0)

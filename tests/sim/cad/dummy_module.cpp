@@ -135,7 +135,7 @@ public:
         stack->removeGroup(kGroup);
         acedEditor->removeReactor(g_reactor);
         delete g_reactor;
-        // Neither the set's deleting the palette nor its destroying the window is relied on.
+        // Does not rely on the set to delete the palette or to destroy its window.
         g_set->RemovePalette(0);
         delete g_palette;
         g_set->DestroyWindow();

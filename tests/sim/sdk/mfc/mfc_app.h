@@ -24,7 +24,7 @@ inline BOOL createHidden(CWnd& window) {
     return window.CreateEx(0, nullptr, _T("hidden"), WS_POPUP, 0, 0, 200, 100, nullptr, nullptr);
 }
 
-/// Joins log entries with blanks.
+/// Joins log entries with spaces.
 inline std::string joined(const std::vector<std::string>& entries) {
     std::string text;
     for (const std::string& entry : entries) {
