@@ -198,10 +198,6 @@ bool win32PointerButton(int button, bool down) {
     return sendInput(input);
 }
 
-bool win32PointerClick(int x, int y, int button) {
-    return win32PointerMove(x, y) && win32PointerButton(button, true) && win32PointerButton(button, false);
-}
-
 bool win32KeyEvent(int virtualKey, bool down) {
     INPUT input{};
     input.type = INPUT_KEYBOARD;
@@ -209,21 +205,6 @@ bool win32KeyEvent(int virtualKey, bool down) {
     input.ki.wScan = static_cast<WORD>(MapVirtualKeyW(static_cast<UINT>(virtualKey), MAPVK_VK_TO_VSC));
     input.ki.dwFlags = down ? 0 : KEYEVENTF_KEYUP;
     return sendInput(input);
-}
-
-bool win32KeyStroke(int virtualKey, bool shift, bool control, bool alt) {
-    const std::pair<bool, int> modifiers[] = {{shift, VK_SHIFT}, {control, VK_CONTROL}, {alt, VK_MENU}};
-    bool done = true;
-    for (const auto& [wanted, key] : modifiers) {
-        done = done && (!wanted || win32KeyEvent(key, true));
-    }
-    done = done && win32KeyEvent(virtualKey, true) && win32KeyEvent(virtualKey, false);
-    for (const auto& [wanted, key] : modifiers) {
-        if (wanted) {
-            win32KeyEvent(key, false);
-        }
-    }
-    return done;
 }
 
 Win32Picture win32Grab(HWND window) {

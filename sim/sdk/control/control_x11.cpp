@@ -64,28 +64,9 @@ bool win32PointerButton(int button, bool down) {
     return fake(down ? XCB_BUTTON_PRESS : XCB_BUTTON_RELEASE, static_cast<std::uint8_t>(button));
 }
 
-bool win32PointerClick(int x, int y, int button) {
-    return win32PointerMove(x, y) && win32PointerButton(button, true) && win32PointerButton(button, false);
-}
-
 bool win32KeyEvent(int virtualKey, bool down) {
     const xcb_keycode_t code = codeOf(virtualKey);
     return code != 0 && fake(down ? XCB_KEY_PRESS : XCB_KEY_RELEASE, code);
-}
-
-bool win32KeyStroke(int virtualKey, bool shift, bool control, bool alt) {
-    const std::pair<bool, int> modifiers[] = {{shift, VK_SHIFT}, {control, VK_CONTROL}, {alt, VK_MENU}};
-    bool done = true;
-    for (const auto& [wanted, key] : modifiers) {
-        done = done && (!wanted || win32KeyEvent(key, true));
-    }
-    done = done && win32KeyEvent(virtualKey, true) && win32KeyEvent(virtualKey, false);
-    for (const auto& [wanted, key] : modifiers) {
-        if (wanted) {
-            win32KeyEvent(key, false);
-        }
-    }
-    return done;
 }
 
 Win32Picture win32Grab(HWND handle) {
