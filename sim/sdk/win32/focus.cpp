@@ -228,10 +228,10 @@ void captureLost() {
     }
 }
 
-void activateClicked(const MSG& message) {
+bool activateClicked(const MSG& message) {
     const Window* topLevel = topLevelOf(message.hwnd);
     if (topLevel == nullptr || topLevel->handle == g_active || !topLevel->isEnabled()) {
-        return;
+        return true;
     }
     const HWND handle = topLevel->handle;
     const LRESULT answer = SendMessageW(message.hwnd, WM_MOUSEACTIVATE, reinterpret_cast<WPARAM>(handle),
@@ -239,6 +239,7 @@ void activateClicked(const MSG& message) {
     if (answer != MA_NOACTIVATE && answer != MA_NOACTIVATEANDEAT) {
         activateWindow(handle, WA_CLICKACTIVE);
     }
+    return answer != MA_ACTIVATEANDEAT && answer != MA_NOACTIVATEANDEAT;
 }
 
 }  // namespace win32

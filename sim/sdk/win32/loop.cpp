@@ -41,9 +41,9 @@ Win32ForeignToolkit* g_toolkit = nullptr;
 ULONGLONG g_lastTurn = 0;
 
 bool g_waiting = false;
-// Whether the wait is for messages. Otherwise it is one iteration for the other sources, which a due timer of
-// ours must not starve.
-bool g_blocks = false;
+// What the wait is for. Null for an iteration that is for the other sources, which a due timer of ours must
+// not starve.
+const MessageFilter* g_awaited = nullptr;
 int g_waitDepth = 0;
 
 // Within dispatch() the depth is one more than around the iteration that calls it.
@@ -67,14 +67,14 @@ gboolean prepare(GSource*, gint* timeout) {
     }
     Queue& queue = Queue::main();
     if (sliceWaitsAround()) {
-        *timeout = g_blocks ? queue.untilDue() : -1;
+        *timeout = g_awaited != nullptr ? queue.untilDue(*g_awaited) : -1;
         return *timeout == 0 ? TRUE : FALSE;
     }
     if (queue.hasMessage()) {
         *timeout = 0;
         return TRUE;
     }
-    *timeout = queue.untilDue();
+    *timeout = queue.untilDue({});
     return FALSE;
 }
 
@@ -85,7 +85,10 @@ gboolean check(GSource* base) {
         return TRUE;
     }
     Queue& queue = Queue::main();
-    return (sliceWaitsAround() ? g_blocks && queue.untilDue() == 0 : queue.hasMessage()) ? TRUE : FALSE;
+    if (sliceWaitsAround()) {
+        return g_awaited != nullptr && queue.untilDue(*g_awaited) == 0 ? TRUE : FALSE;
+    }
+    return queue.hasMessage() ? TRUE : FALSE;
 }
 
 void pumpForForeignLoop() {
@@ -104,7 +107,9 @@ void pumpForForeignLoop() {
             return;
         }
         queue.take(message, {}, true);
-        retrieved(message, PM_REMOVE);
+        if (!retrieved(message, PM_REMOVE)) {
+            continue;
+        }
         if (g_toolkit != nullptr) {
             g_toolkit->dispatchInForeignLoop(message);
         } else {
@@ -131,6 +136,30 @@ gboolean dispatch(GSource*, GSourceFunc, gpointer) {
 }
 
 GSourceFuncs g_functions = {prepare, check, dispatch, nullptr, nullptr, nullptr};
+
+/// One iteration of the main context; waits if there is something to wait for.
+void runMainContext(const MessageFilter* awaited) {
+    ensureMainLoop();
+    if (g_toolkit != nullptr) {
+        g_toolkit->aboutToWait();
+    }
+    if (awaited == nullptr) {
+        // The caller checks the queue afterwards anyway; and if our source were ready, GLib would not
+        // dispatch those of lower priority.
+        takeWakeUps();
+    }
+    const bool waitedBefore = g_waiting;
+    const MessageFilter* const awaitedBefore = g_awaited;
+    const int depthBefore = g_waitDepth;
+    g_waiting = true;
+    g_awaited = awaited;
+    g_waitDepth = g_main_depth();
+    g_main_context_iteration(nullptr, awaited != nullptr ? TRUE : FALSE);
+    g_waiting = waitedBefore;
+    g_awaited = awaitedBefore;
+    g_waitDepth = depthBefore;
+    g_lastTurn = ticks();
+}
 
 }  // namespace
 
@@ -168,32 +197,17 @@ void wakeMainLoop() {
     static_cast<void>(written);
 }
 
-void runMainContext(bool block) {
-    ensureMainLoop();
-    if (g_toolkit != nullptr) {
-        g_toolkit->aboutToWait();
-    }
-    if (!block) {
-        // The caller checks the queue afterwards anyway; and if our source were ready, GLib would not
-        // dispatch those of lower priority.
-        takeWakeUps();
-    }
-    const bool waitedBefore = g_waiting;
-    const bool blockedBefore = g_blocks;
-    const int depthBefore = g_waitDepth;
-    g_waiting = true;
-    g_blocks = block;
-    g_waitDepth = g_main_depth();
-    g_main_context_iteration(nullptr, block ? TRUE : FALSE);
-    g_waiting = waitedBefore;
-    g_blocks = blockedBefore;
-    g_waitDepth = depthBefore;
-    g_lastTurn = ticks();
+void waitInMainContext(const MessageFilter& filter) {
+    runMainContext(&filter);
+}
+
+void pollMainContext() {
+    runMainContext(nullptr);
 }
 
 void yieldToMainContext() {
     if (ticks() - g_lastTurn >= kYieldMilliseconds) {
-        runMainContext(false);
+        pollMainContext();
     }
 }
 

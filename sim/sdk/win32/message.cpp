@@ -112,7 +112,7 @@ LRESULT callWindow(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
     return window != nullptr ? window->procedure(handle, message, wParam, lParam) : 0;
 }
 
-void retrieved(MSG& message, UINT remove) {
+bool retrieved(MSG& message, UINT remove) {
     Queue& queue = Queue::current();
     queue.noteRetrieved(message);
     if ((remove & PM_REMOVE) != 0) {
@@ -122,7 +122,9 @@ void retrieved(MSG& message, UINT remove) {
             case WM_RBUTTONDOWN:
             case WM_MBUTTONDOWN:
             case WM_NCLBUTTONDOWN:
-                activateClicked(message);
+                if (!activateClicked(message)) {
+                    return false;
+                }
                 break;
             case WM_MOUSEMOVE:
                 pointerMoved(message);
@@ -132,6 +134,7 @@ void retrieved(MSG& message, UINT remove) {
         }
     }
     callGetMessageHooks(message, remove);
+    return true;
 }
 
 }  // namespace win32
@@ -146,18 +149,19 @@ BOOL GetMessageW(LPMSG message, HWND window, UINT first, UINT last) {
         yieldToMainContext();
     }
     for (;;) {
+        const unsigned seen = queue.arrivals();
         queue.runErrands();
         if (main) {
             readXEvents();
         }
         if (queue.take(*message, filter, true)) {
-            retrieved(*message, PM_REMOVE);
-            return message->message != WM_QUIT ? TRUE : FALSE;
-        }
-        if (main) {
-            runMainContext(true);
+            if (retrieved(*message, PM_REMOVE)) {
+                return message->message != WM_QUIT ? TRUE : FALSE;
+            }
+        } else if (main) {
+            waitInMainContext(filter);
         } else {
-            queue.waitAlone();
+            queue.waitAlone(seen, filter);
         }
     }
 }
@@ -171,26 +175,26 @@ BOOL PeekMessageW(LPMSG message, HWND window, UINT first, UINT last, UINT remove
     if (main) {
         readXEvents();
     }
-    if (!queue.take(*message, filter, removes)) {
-        // A polling message loop has to run the main context's other sources too: on Windows they would be
-        // driven by messages of their own. A peek (PM_NOREMOVE, or with a filter) runs nothing.
-        if (!main || !removes || !filter.everything()) {
-            return FALSE;
-        }
-        runMainContext(false);
-        queue.runErrands();
-        if (!queue.take(*message, filter, true)) {
-            return FALSE;
+    while (queue.take(*message, filter, removes)) {
+        if (retrieved(*message, remove)) {
+            return TRUE;
         }
     }
-    retrieved(*message, remove);
-    return TRUE;
+    // A polling message loop has to run the main context's other sources too: on Windows they would be driven
+    // by messages of their own. A peek (PM_NOREMOVE, or with a filter) runs nothing.
+    if (!main || !removes || !filter.everything()) {
+        return FALSE;
+    }
+    pollMainContext();
+    queue.runErrands();
+    return queue.take(*message, filter, true) && retrieved(*message, remove) ? TRUE : FALSE;
 }
 
 BOOL WaitMessage() {
     Queue& queue = Queue::current();
     MSG message;
     for (;;) {
+        const unsigned seen = queue.arrivals();
         queue.runErrands();
         if (onMainThread()) {
             readXEvents();
@@ -199,9 +203,9 @@ BOOL WaitMessage() {
             return TRUE;
         }
         if (onMainThread()) {
-            runMainContext(true);
+            waitInMainContext({});
         } else {
-            queue.waitAlone();
+            queue.waitAlone(seen, {});
         }
     }
 }

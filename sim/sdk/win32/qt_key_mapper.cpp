@@ -233,11 +233,9 @@ bool QtKeyMapper::deliver(QWindow* window, const MSG& message) {
 bool QtKeyMapper::keyDown(QWindow* window, const MSG& message, int key, Qt::KeyboardModifiers modifiers) {
     const int virtualKey = static_cast<int>(message.wParam);
     const bool system = message.message == WM_SYSKEYDOWN;
-    const HeldKey* held = find(virtualKey);
-    if (held != nullptr && held->modifiers != modifiers) {
+    if (const HeldKey* const stale = find(virtualKey); stale != nullptr && stale->modifiers != modifiers) {
         // Its release was not delivered to Qt.
         forget(virtualKey);
-        held = nullptr;
     }
     // As Qt's Windows port does, take a character message in the queue for this key's: TranslateMessage
     // posted it before the key was dispatched.
@@ -266,7 +264,8 @@ bool QtKeyMapper::keyDown(QWindow* window, const MSG& message, int key, Qt::Keyb
     if (key == Qt::Key_Tab && modifiers.testFlag(Qt::ShiftModifier)) {
         key = Qt::Key_Backtab;
     }
-    if (held != nullptr) {
+    // Not looked up before: the filter above may have delivered other keys.
+    if (const HeldKey* const held = find(virtualKey)) {
         // Pressed again without a release: auto-repeat.
         if (key < Qt::Key_Shift || key > Qt::Key_ScrollLock) {
             const QString text = held->text;

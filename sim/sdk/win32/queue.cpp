@@ -85,6 +85,7 @@ void Queue::post(const MSG& message) {
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         m_posted.push_back(message);
+        ++m_arrivals;
     }
     wake();
 }
@@ -93,6 +94,7 @@ void Queue::send(Errand errand) {
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         m_errands.push_back(std::move(errand));
+        ++m_arrivals;
     }
     wake();
 }
@@ -103,6 +105,7 @@ void Queue::quit(int exitCode) {
         m_quit = true;
         m_quitNews = true;
         m_exitCode = exitCode;
+        ++m_arrivals;
     }
     wake();
 }
@@ -253,10 +256,12 @@ bool Queue::takeTimer(MSG& message, const MessageFilter& filter, bool remove) {
     return true;
 }
 
-int Queue::untilDue() {
+int Queue::untilDue(const MessageFilter& filter) {
     ULONGLONG next = std::numeric_limits<ULONGLONG>::max();
     for (const Timer& timer : m_timers) {
-        next = std::min(next, timer.due);
+        if (filter.takes(timer.window, WM_TIMER)) {
+            next = std::min(next, timer.due);
+        }
     }
     if (next == std::numeric_limits<ULONGLONG>::max()) {
         return -1;
@@ -274,7 +279,7 @@ bool Queue::hasMessage() {
         }
     }
     MSG ignored;
-    return !m_input.empty() || untilDue() == 0 || takePaint(ignored, {});
+    return !m_input.empty() || untilDue({}) == 0 || takePaint(ignored, {});
 }
 
 void Queue::forgetWindow(HWND window) {
@@ -298,14 +303,19 @@ void Queue::forgetWindow(HWND window) {
                    m_timers.end());
 }
 
-void Queue::waitAlone() {
-    const int timeout = untilDue();
+unsigned Queue::arrivals() {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    return m_arrivals;
+}
+
+void Queue::waitAlone(unsigned seen, const MessageFilter& filter) {
+    const int timeout = untilDue(filter);
     std::unique_lock<std::mutex> lock(m_mutex);
-    const auto something = [this] { return !m_posted.empty() || !m_errands.empty() || m_quit; };
+    const auto arrived = [this, seen] { return m_arrivals != seen; };
     if (timeout < 0) {
-        m_wake.wait(lock, something);
+        m_wake.wait(lock, arrived);
     } else {
-        m_wake.wait_for(lock, std::chrono::milliseconds(timeout), something);
+        m_wake.wait_for(lock, std::chrono::milliseconds(timeout), arrived);
     }
 }
 

@@ -78,12 +78,16 @@ public:
     bool runErrands();
     /// Retrieves the first message that matches the filter, in the documented order; false for none.
     bool take(MSG& message, const MessageFilter& filter, bool remove);
-    /// Milliseconds until the next timer is due: 0 for now, -1 without timers.
-    int untilDue();
+    /// Milliseconds until the next timer that matches the filter is due: 0 for now, -1 without such timers.
+    int untilDue(const MessageFilter& filter);
     bool hasMessage();
     void forgetWindow(HWND window);
-    /// Blocks until a message is posted or sent, or a timer is due. For threads other than the main thread.
-    void waitAlone();
+    /// The number of messages posted and sent so far.
+    unsigned arrivals();
+    /// Blocks until there are more arrivals than `seen`, or a timer that matches the filter is due. A message
+    /// that is queued but does not match thus wakes the thread only once. For threads other than the main
+    /// thread.
+    void waitAlone(unsigned seen, const MessageFilter& filter);
 
     std::vector<Timer>& timers() { return m_timers; }
     std::vector<std::shared_ptr<Hook>>& hooks() { return m_hooks; }
@@ -106,6 +110,7 @@ private:
     std::condition_variable m_wake;
     std::deque<Errand> m_errands;
     std::deque<MSG> m_posted;
+    unsigned m_arrivals = 0;
     bool m_quit = false;
     bool m_quitNews = false;
     int m_exitCode = 0;
@@ -137,9 +142,12 @@ void wakeMainLoop();
 void ensureMainLoop();
 /// Adds the X connection to what the loop polls.
 void watchDisplay(int fileDescriptor);
-/// Runs one iteration of the main context: waits until a source is ready, or only dispatches what is ready.
-void runMainContext(bool block);
-/// As runMainContext(false), but at most every few milliseconds: a steady stream of messages must not starve
+/// Runs one iteration of the main context: waits until a source is ready or a timer that matches the filter
+/// is due.
+void waitInMainContext(const MessageFilter& filter);
+/// Runs one iteration of the main context that only dispatches what is ready.
+void pollMainContext();
+/// As pollMainContext(), but at most every few milliseconds: a steady stream of messages must not starve
 /// the main context's other sources.
 void yieldToMainContext();
 
@@ -148,12 +156,13 @@ bool bufferXEvents();
 /// Handles all events received from the X server: turns them into messages.
 void readXEvents();
 /// To be called with each message that is about to be returned to the program: updates the key state,
-/// activates a window that was clicked, runs the WH_GETMESSAGE hooks.
-void retrieved(MSG& message, UINT remove);
+/// activates a window that was clicked, runs the WH_GETMESSAGE hooks. False if the message must be discarded:
+/// a click that the answer to WM_MOUSEACTIVATE eats.
+bool retrieved(MSG& message, UINT remove);
 /// The part of retrieved() that updates the state of keys and buttons.
 void followKeyState(const MSG& message);
-/// The part of retrieved() that activates the window of a button press.
-void activateClicked(const MSG& message);
+/// The part of retrieved() that activates the window of a button press. False if the click is eaten.
+bool activateClicked(const MSG& message);
 /// The part of retrieved() that has the cursor set.
 void pointerMoved(const MSG& message);
 

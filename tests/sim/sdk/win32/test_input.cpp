@@ -302,6 +302,33 @@ TEST_F(Input, ClickSendsWmMouseActivateAndActivatesTheFrame) {
     EXPECT_EQ(LOWORD(m_frame->last(WM_ACTIVATE).wParam), WA_CLICKACTIVE);
 }
 
+TEST_F(Input, AnAnswerToWmMouseActivateMayEatTheClick) {
+    const struct {
+        LRESULT answer;
+        bool activates;
+        bool eats;
+    } answers[] = {{MA_NOACTIVATE, false, false},
+                   {MA_NOACTIVATEANDEAT, false, true},
+                   {MA_ACTIVATEANDEAT, true, true},
+                   {MA_ACTIVATE, true, false}};
+    TestWindow other(WS_OVERLAPPEDWINDOW, {550, 100, 700, 200});
+    for (const auto& expected : answers) {
+        ShowWindow(other, SW_SHOW);
+        SetActiveWindow(other);
+        pumpAll();
+        clear();
+        m_right->setHandler([&expected](UINT message, WPARAM, LPARAM, LRESULT& result) {
+            result = expected.answer;
+            return message == WM_MOUSEACTIVATE;
+        });
+        click(*m_right, 5, 5);
+        ASSERT_TRUE(pumpUntil([this] { return m_right->count(WM_LBUTTONUP) == 1; })) << expected.answer;
+        EXPECT_EQ(m_right->count(WM_LBUTTONDOWN), expected.eats ? 0 : 1) << expected.answer;
+        EXPECT_EQ(GetActiveWindow() == m_frame->handle(), expected.activates) << expected.answer;
+    }
+    m_right->setHandler(nullptr);
+}
+
 TEST_F(Input, QueuedMouseMovesAreCoalesced) {
     RECT place;
     GetWindowRect(*m_left, &place);

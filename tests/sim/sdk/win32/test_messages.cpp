@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <glib.h>
+#include <time.h>
 
 #include <atomic>
 #include <functional>
@@ -47,6 +48,17 @@ protected:
         return condition();
     }
 };
+
+/// The CPU time that the calling thread has used.
+ULONGLONG cpuMilliseconds() {
+    timespec used{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &used);
+    return static_cast<ULONGLONG>(used.tv_sec) * 1000 + static_cast<ULONGLONG>(used.tv_nsec) / 1'000'000;
+}
+/// A wait of this length that polls instead of blocking uses more CPU time than kIdleMilliseconds, also on a
+/// busy machine.
+constexpr UINT kWaitMilliseconds = 400;
+constexpr ULONGLONG kIdleMilliseconds = 40;
 
 /// A thread timer with the shortest period, whose procedure counts its calls.
 class Timers : public Messages {
@@ -214,6 +226,37 @@ TEST_F(Timers, FireOnAWorkerThread) {
     worker.join();
 }
 
+TEST_F(Timers, AMessageOutsideTheFilterDoesNotKeepAWorkerBusy) {
+    std::thread worker([this] {
+        start(kWaitMilliseconds);
+        post(kFirst);
+        const ULONGLONG before = cpuMilliseconds();
+        EXPECT_EQ(waited(WM_TIMER, WM_TIMER).message, static_cast<UINT>(WM_TIMER));
+        EXPECT_LT(cpuMilliseconds() - before, kIdleMilliseconds);
+        EXPECT_EQ(waited().message, kFirst);
+        stop();
+    });
+    worker.join();
+}
+
+TEST_F(Timers, ADueTimerOutsideTheFilterDoesNotKeepAWorkerBusy) {
+    std::atomic<DWORD> workerId{0};
+    std::thread worker([&] {
+        start();
+        workerId = GetCurrentThreadId();
+        const ULONGLONG before = cpuMilliseconds();
+        EXPECT_EQ(waited(kFirst, kFirst).message, kFirst);
+        EXPECT_LT(cpuMilliseconds() - before, kIdleMilliseconds);
+        stop();
+    });
+    while (workerId == 0) {
+        std::this_thread::yield();
+    }
+    Sleep(kWaitMilliseconds);
+    EXPECT_TRUE(PostThreadMessageW(workerId, kFirst, 0, 0));
+    worker.join();
+}
+
 TEST_F(Timers, FireRepeatedlyUntilKilled) {
     const UINT_PTR timer = start();
     for (int i = 0; i < 3; ++i) {
@@ -269,6 +312,19 @@ TEST_F(Loop, ADueTimerDoesNotStarveOtherSources) {
                                 post(kFirst);
                                 waited();
                             }));
+}
+
+TEST_F(Loop, ADueTimerOutsideTheFilterDoesNotKeepTheLoopBusy) {
+    const OtherSource source(
+        [] {
+            post(kFirst);
+            return false;
+        },
+        kWaitMilliseconds);
+    start();
+    const ULONGLONG before = cpuMilliseconds();
+    EXPECT_EQ(waited(kFirst, kFirst).message, kFirst);
+    EXPECT_LT(cpuMilliseconds() - before, kIdleMilliseconds);
 }
 
 TEST_F(Loop, APollingLoopRunsOtherSourcesToo) {

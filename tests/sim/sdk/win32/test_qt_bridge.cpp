@@ -16,6 +16,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 
 namespace {
@@ -26,6 +27,9 @@ public:
         if (type == "windows_generic_MSG") {
             const MSG seen = *static_cast<MSG*>(message);
             (result == nullptr ? pumped : delivered).push_back(seen);
+            if (onMessage) {
+                onMessage(seen);
+            }
             return taken != 0 && seen.message == taken;
         }
         return false;
@@ -34,6 +38,7 @@ public:
     std::vector<MSG> pumped;
     std::vector<MSG> delivered;
     UINT taken = 0;
+    std::function<void(const MSG&)> onMessage;
 };
 
 struct KeyRecord {
@@ -233,6 +238,28 @@ TEST_F(QtEmbedding, DispatchedKeyTakesItsCharacterFromTheQueue) {
     EXPECT_EQ(log.records[0].key, Qt::Key_K);
     EXPECT_EQ(log.records[0].text, QStringLiteral("k"));
     EXPECT_EQ(m_edit->toPlainText(), QStringLiteral("k"));
+    m_edit->removeEventFilter(&log);
+}
+
+TEST_F(QtEmbedding, AHeldKeyKeepsItsTextWhenAFilterPressesOtherKeysMeanwhile) {
+    KeyLog log;
+    m_edit->installEventFilter(&log);
+    m_edit->setFocus();
+    SendMessageW(view(), WM_KEYDOWN, 'K', 1);
+    NativeFilter filter;
+    filter.onMessage = [this](const MSG& message) {
+        for (int key = VK_F1; message.message == WM_CHAR && key <= VK_F24; ++key) {
+            SendMessageW(view(), WM_KEYDOWN, static_cast<WPARAM>(key), 1);
+        }
+    };
+    QAbstractEventDispatcher::instance()->installNativeEventFilter(&filter);
+    PostMessageW(view(), WM_CHAR, u'k', 1);
+    SendMessageW(view(), WM_KEYDOWN, 'K', 1);
+    QAbstractEventDispatcher::instance()->removeNativeEventFilter(&filter);
+    ASSERT_GT(log.records.size(), 24U);
+    EXPECT_TRUE(log.records.back().repeated);
+    EXPECT_EQ(log.records.back().key, Qt::Key_K);
+    EXPECT_EQ(log.records.back().text, log.records.front().text);
     m_edit->removeEventFilter(&log);
 }
 
