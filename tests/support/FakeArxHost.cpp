@@ -12,13 +12,7 @@ void FakeArxHost::setService(const CString& service, const char* symbol, void* a
     m_services[service][symbol] = address;
 }
 
-std::vector<CString> FakeArxHost::printed() const {
-    const std::lock_guard<std::mutex> lock(m_printedMutex);
-    return m_printed;
-}
-
 CString FakeArxHost::printedText() const {
-    const std::lock_guard<std::mutex> lock(m_printedMutex);
     CString text;
     for (const CString& print : m_printed) {
         text += print;
@@ -27,12 +21,10 @@ CString FakeArxHost::printedText() const {
 }
 
 void FakeArxHost::clearPrinted() {
-    const std::lock_guard<std::mutex> lock(m_printedMutex);
     m_printed.clear();
 }
 
 void FakeArxHost::print(const CString& text) {
-    const std::lock_guard<std::mutex> lock(m_printedMutex);
     m_printed.push_back(text);
 }
 

@@ -5,7 +5,6 @@
 
 #include <map>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <utility>
 #include <vector>
@@ -27,8 +26,7 @@ private:
 };
 
 /// A host without a message loop. Records what it is called with and returns what the test has set. Installed
-/// as the SDK's host for its lifetime. print() and the members about printed text may be called on any
-/// thread.
+/// as the SDK's host for its lifetime. UI thread.
 class FakeArxHost : public ArxHost {
 public:
     struct SentString {
@@ -56,7 +54,7 @@ public:
     void setDockState(const CString& toolId, const ArxDockState& state) { m_dockStates[toolId] = state; }
 
     // Recorded calls of the module.
-    std::vector<CString> printed() const;
+    const std::vector<CString>& printed() const { return m_printed; }
     /// All printed text, concatenated.
     CString printedText() const;
     void clearPrinted();
@@ -80,7 +78,6 @@ public:
     bool isDark() override { return m_dark; }
 
 private:
-    mutable std::mutex m_printedMutex;
     std::vector<CString> m_printed;
     std::map<CString, short> m_variables;
     std::map<CString, std::map<std::string, void*>> m_services;

@@ -1,7 +1,6 @@
 #include "sim/cad/app/MainFrame.h"
 
 #include <algorithm>
-#include <memory>
 #include <string>
 
 #include "sim/cad/app/HostApp.h"
@@ -36,7 +35,6 @@ ON_WM_KEYDOWN()
 ON_COMMAND_RANGE(MainMenu::kFirstId, MainMenu::kLastId, &MainFrame::OnMenuItem)
 ON_MESSAGE(MainFrame::kControlRequest, &MainFrame::OnControlRequest)
 ON_MESSAGE(MainFrame::kQuitRequest, &MainFrame::OnQuitRequest)
-ON_MESSAGE(MainFrame::kPrintRequest, &MainFrame::OnPrintRequest)
 ON_MESSAGE(MainFrame::kTypingTurn, &MainFrame::OnTypingTurn)
 END_MESSAGE_MAP()
 
@@ -218,13 +216,6 @@ LRESULT MainFrame::OnTypingTurn(WPARAM, LPARAM) {
 
 LRESULT MainFrame::OnQuitRequest(WPARAM, LPARAM) {
     m_app.requestQuit();
-    return 0;
-}
-
-LRESULT MainFrame::OnPrintRequest(WPARAM, LPARAM lParam) {
-    const std::unique_ptr<std::string> text(reinterpret_cast<std::string*>(lParam));
-    m_app.editor().commandLine().print(*text);
-    refresh();
     return 0;
 }
 

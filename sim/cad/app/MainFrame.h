@@ -21,8 +21,7 @@ public:
     // Messages posted to the frame, most of them by other threads.
     static constexpr UINT kControlRequest = WM_APP + 1;
     static constexpr UINT kQuitRequest = WM_APP + 2;
-    static constexpr UINT kPrintRequest = WM_APP + 3;
-    static constexpr UINT kTypingTurn = WM_APP + 4;
+    static constexpr UINT kTypingTurn = WM_APP + 3;
 
     explicit MainFrame(HostApp& app);
     ~MainFrame() override;
@@ -58,7 +57,6 @@ protected:
     afx_msg void OnMenuItem(UINT id);
     afx_msg LRESULT OnControlRequest(WPARAM wParam, LPARAM lParam);
     afx_msg LRESULT OnQuitRequest(WPARAM wParam, LPARAM lParam);
-    afx_msg LRESULT OnPrintRequest(WPARAM wParam, LPARAM lParam);
     afx_msg LRESULT OnTypingTurn(WPARAM wParam, LPARAM lParam);
     DECLARE_MESSAGE_MAP()
 

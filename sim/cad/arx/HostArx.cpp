@@ -44,10 +44,7 @@ void runModuleFunction(AcRxFunctionPtr function) {
 }  // namespace
 
 HostArx::HostArx(HostApp& app, const std::string& token, bool maySignIn)
-    : m_app(app),
-      m_account(token, maySignIn),
-      m_document(std::make_unique<Document>("Drawing1.dwg")),
-      m_uiThread(::GetCurrentThreadId()) {
+    : m_app(app), m_account(token, maySignIn), m_document(std::make_unique<Document>("Drawing1.dwg")) {
     setArxHost(this);
     m_app.editor().addListener(this);
     m_app.editor().setExternalCommands(this);
@@ -60,18 +57,9 @@ HostArx::~HostArx() {
 }
 
 void HostArx::print(const CString& text) {
-    if (::GetCurrentThreadId() == m_uiThread) {
-        m_app.editor().commandLine().print(fromWide(text));
-        if (m_app.frame() != nullptr) {
-            m_app.frame()->refresh();
-        }
-        return;
-    }
-    auto copy = std::make_unique<std::string>(fromWide(text));
-    const HWND frame = m_app.frameWindow();
-    if (::PostMessage(frame, MainFrame::kPrintRequest, 0, reinterpret_cast<LPARAM>(copy.get())) != FALSE) {
-        // MainFrame::OnPrintRequest takes ownership.
-        static_cast<void>(copy.release());
+    m_app.editor().commandLine().print(fromWide(text));
+    if (m_app.frame() != nullptr) {
+        m_app.frame()->refresh();
     }
 }
 

@@ -16,7 +16,7 @@ namespace cad {
 class HostApp;
 
 /// Implements the SDK's host interface for loaded modules, and makes the commands that they register
-/// available to the editor. print() may be called on any thread, everything else on the UI thread only.
+/// available to the editor. UI thread.
 class HostArx : public ArxHost, private EditorListener, private ExternalCommands {
 public:
     /// Installs itself as the SDK's host; SDK calls work during the lifetime of the object.
@@ -52,7 +52,6 @@ private:
     HostApp& m_app;
     Account m_account;
     std::unique_ptr<AcApDocument> m_document;
-    DWORD m_uiThread;
 };
 
 }  // namespace cad

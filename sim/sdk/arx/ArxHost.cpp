@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "ArxThread.h"
 #include "acedads.h"
 #include "acutads.h"
 #include "acutmem.h"
@@ -38,6 +39,7 @@ void setArxHost(ArxHost* host) {
 }
 
 int acedGetVar(const ACHAR* name, resbuf* result) {
+    arxRequireUiThread("acedGetVar");
     if (name == nullptr || result == nullptr) {
         return RTERROR;
     }
@@ -45,6 +47,7 @@ int acedGetVar(const ACHAR* name, resbuf* result) {
 }
 
 int acutPrintf(const ACHAR* format, ...) {
+    arxRequireUiThread("acutPrintf");
     CString text;
     va_list arguments;
     va_start(arguments, format);
@@ -77,14 +80,17 @@ void acutDelString(ACHAR*& text) {
 }
 
 CMDIFrameWnd* acedGetAcadFrame() {
+    arxRequireUiThread("acedGetAcadFrame");
     return arxHost().frame();
 }
 
 CView* acedGetAcadDwgView() {
+    arxRequireUiThread("acedGetAcadDwgView");
     return arxHost().drawingView();
 }
 
 CWinApp* acedGetAcadWinApp() {
+    arxRequireUiThread("acedGetAcadWinApp");
     return AfxGetApp();
 }
 
@@ -93,10 +99,12 @@ HINSTANCE acedGetAcadResourceInstance() {
 }
 
 bool acrxServiceIsRegistered(const ACHAR* serviceId) {
+    arxRequireUiThread("acrxServiceIsRegistered");
     return serviceId != nullptr && arxHost().hasService(serviceId);
 }
 
 void* acrxGetServiceSymbolAddr(const ACHAR* serviceId, const char* symbol) {
+    arxRequireUiThread("acrxGetServiceSymbolAddr");
     if (serviceId == nullptr || symbol == nullptr) {
         return nullptr;
     }

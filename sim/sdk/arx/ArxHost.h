@@ -34,13 +34,13 @@ struct ArxDockState {
     int width = 0;       ///< docked width, in pixels
 };
 
-/// Implemented by zentri-host; tests install a fake. All functions are called on the UI thread, except
-/// print().
+/// Implemented by zentri-host; tests install a fake. All functions are called on the UI thread: the slice
+/// aborts when one of its own is called on another thread.
 class ArxHost {
 public:
     virtual ~ArxHost() = default;
 
-    /// Prints acutPrintf's formatted text. Any thread.
+    /// Prints acutPrintf's formatted text.
     virtual void print(const CString& text) = 0;
 
     /// Gets the value of a system variable; false if there is no such variable. A string value is allocated

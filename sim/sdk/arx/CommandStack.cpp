@@ -7,6 +7,7 @@
 
 #include "ArxHost.h"
 #include "ArxObjects.h"
+#include "ArxThread.h"
 
 ACRX_NO_CONS_DEFINE_MEMBERS(AcEdCommand, AcRxObject)
 ACRX_NO_CONS_DEFINE_MEMBERS(AcEdCommandIterator, AcRxObject)
@@ -98,6 +99,7 @@ public:
                                  Adesk::Int32 flags, AcRxFunctionPtr function, AcEdUIContext* uiContext,
                                  int fcode, const AcRxResourceInstance& resources,
                                  AcEdCommand** added) override {
+        arxRequireUiThread("AcEdCommandStack::addCommand");
         if (groupName == nullptr || globalName == nullptr || localName == nullptr || function == nullptr) {
             return Acad::eInvalidInput;
         }
@@ -126,6 +128,7 @@ public:
     }
 
     Acad::ErrorStatus removeCmd(const ACHAR* groupName, const ACHAR* globalName) override {
+        arxRequireUiThread("AcEdCommandStack::removeCmd");
         if (groupName == nullptr || globalName == nullptr) {
             return Acad::eInvalidInput;
         }
@@ -146,6 +149,7 @@ public:
     }
 
     Acad::ErrorStatus removeGroup(const ACHAR* groupName) override {
+        arxRequireUiThread("AcEdCommandStack::removeGroup");
         if (groupName == nullptr) {
             return Acad::eInvalidInput;
         }
@@ -158,6 +162,7 @@ public:
     }
 
     Acad::ErrorStatus popGroupToTop(const ACHAR* groupName) override {
+        arxRequireUiThread("AcEdCommandStack::popGroupToTop");
         if (groupName == nullptr) {
             return Acad::eInvalidInput;
         }
@@ -170,6 +175,7 @@ public:
     }
 
     AcEdCommand* lookupCmd(const ACHAR* name, bool globalLookup, bool allGroups) override {
+        arxRequireUiThread("AcEdCommandStack::lookupCmd");
         if (name == nullptr || *name == 0) {
             return nullptr;
         }
@@ -193,6 +199,7 @@ public:
     }
 
     AcEdCommandIterator* iterator() override {
+        arxRequireUiThread("AcEdCommandStack::iterator");
         std::vector<const Command*> commands;
         for (const Group& group : m_groups) {
             for (const auto& command : group.commands) {

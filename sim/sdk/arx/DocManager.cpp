@@ -1,10 +1,12 @@
 #include "ArxHost.h"
+#include "ArxThread.h"
 #include "acdocman.h"
 
 ACRX_NO_CONS_DEFINE_MEMBERS(AcApDocument, AcRxObject)
 ACRX_NO_CONS_DEFINE_MEMBERS(AcApDocManager, AcRxObject)
 
 bool AcApDocument::isQuiescent() const {
+    arxRequireUiThread("AcApDocument::isQuiescent");
     return arxHost().isQuiescent(this);
 }
 
@@ -13,12 +15,24 @@ namespace {
 /// The current and the active document are the same; the host determines which it is.
 class DocManager : public AcApDocManager {
 public:
-    AcApDocument* curDocument() const override { return arxHost().currentDocument(); }
-    AcApDocument* mdiActiveDocument() const override { return arxHost().currentDocument(); }
-    int documentCount() const override { return arxHost().documentCount(); }
+    AcApDocument* curDocument() const override {
+        arxRequireUiThread("AcApDocManager::curDocument");
+        return arxHost().currentDocument();
+    }
+
+    AcApDocument* mdiActiveDocument() const override {
+        arxRequireUiThread("AcApDocManager::mdiActiveDocument");
+        return arxHost().currentDocument();
+    }
+
+    int documentCount() const override {
+        arxRequireUiThread("AcApDocManager::documentCount");
+        return arxHost().documentCount();
+    }
 
     Acad::ErrorStatus sendStringToExecute(AcApDocument* document, const ACHAR* text, bool activate,
                                           bool wrapUpInactiveDocument, bool echoString) override {
+        arxRequireUiThread("AcApDocManager::sendStringToExecute");
         if (document == nullptr) {
             return Acad::eNoDocument;
         }
@@ -32,6 +46,7 @@ public:
 }  // namespace
 
 AcApDocManager* acDocManagerPtr() {
+    arxRequireUiThread("acDocManagerPtr");
     static DocManager manager;
     return &manager;
 }

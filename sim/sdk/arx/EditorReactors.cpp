@@ -3,6 +3,7 @@
 
 #include "ArxHost.h"
 #include "ArxObjects.h"
+#include "ArxThread.h"
 
 ACRX_NO_CONS_DEFINE_MEMBERS(AcEditorReactor, AcRxObject)
 ACRX_NO_CONS_DEFINE_MEMBERS(AcEditor, AcRxObject)
@@ -19,12 +20,14 @@ namespace {
 class Editor : public AcEditor {
 public:
     void addReactor(AcEditorReactor* reactor) override {
+        arxRequireUiThread("AcEditor::addReactor");
         if (reactor != nullptr && !has(reactor)) {
             m_reactors.push_back(reactor);
         }
     }
 
     void removeReactor(AcEditorReactor* reactor) override {
+        arxRequireUiThread("AcEditor::removeReactor");
         m_reactors.erase(std::remove(m_reactors.begin(), m_reactors.end(), reactor), m_reactors.end());
     }
 

@@ -3,6 +3,7 @@
 #include <map>
 
 #include "ArxObjects.h"
+#include "ArxThread.h"
 #include "rxdict.h"
 
 ACRX_NO_CONS_DEFINE_MEMBERS(AcRxDictionary, AcRxObject)
@@ -12,11 +13,13 @@ namespace {
 class Dictionary : public AcRxDictionary {
 public:
     AcRxObject* at(const ACHAR* key) const override {
+        arxRequireUiThread("AcRxDictionary::at");
         const auto found = m_entries.find(CString(key));
         return found != m_entries.end() ? found->second : nullptr;
     }
 
     AcRxObject* atPut(const ACHAR* key, AcRxObject* object) override {
+        arxRequireUiThread("AcRxDictionary::atPut");
         AcRxObject*& entry = m_entries[CString(key)];
         AcRxObject* const former = entry;
         entry = object;
@@ -24,6 +27,7 @@ public:
     }
 
     AcRxObject* remove(const ACHAR* key) override {
+        arxRequireUiThread("AcRxDictionary::remove");
         const auto found = m_entries.find(CString(key));
         if (found == m_entries.end()) {
             return nullptr;
@@ -53,6 +57,7 @@ public:
 }  // namespace
 
 AcRxDictionary* acrxSysRegistry() {
+    arxRequireUiThread("acrxSysRegistry");
     static SystemRegistry registry;
     return &registry;
 }

@@ -4,6 +4,6 @@
 
 #include "adsdef.h"
 
-/// Prints on the host's command line; formats as _stprintf does (%s takes wide text). Any thread. Always
+/// Prints on the host's command line; formats as _stprintf does (%s takes wide text). UI thread. Always
 /// returns RTNORM.
 int acutPrintf(const ACHAR* format, ...);

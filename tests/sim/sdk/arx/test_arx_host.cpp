@@ -1,4 +1,5 @@
 #include <acdocman.h>
+#include <aced.h>
 #include <acedads.h>
 #include <acutads.h>
 #include <acutmem.h>
@@ -7,7 +8,10 @@
 #include <rxmfcapi.h>
 #include <rxregsvc.h>
 
+#include <functional>
+#include <string>
 #include <thread>
+#include <vector>
 
 #include "tests/support/FakeArxHost.h"
 
@@ -21,13 +25,59 @@ TEST(AcutPrintf, FormatsWideTextAndNumbers) {
     EXPECT_TRUE(host.printedText() == _T("\n进度 42%"));
 }
 
-TEST(AcutPrintf, MayBeCalledFromAnyThread) {
-    FakeArxHost host;
-    std::thread first([] { acutPrintf(_T("a")); });
-    std::thread second([] { acutPrintf(_T("b")); });
-    first.join();
-    second.join();
-    EXPECT_EQ(host.printed().size(), 2U);
+TEST(ArxThreads, EveryCallOffTheUiThreadAbortsWithItsName) {
+    const FakeArxHost host;
+    AcApDocument* const document = host.document();
+    AcApDocManager* const documents = acDocManagerPtr();
+    AcRxDictionary* const registry = acrxSysRegistry();
+    AcEdCommandStack* const commands = acedRegCmds;
+    AcEditor* const editor = acedEditor;
+    AcEditorReactor reactor;
+    resbuf result = {};
+    const std::vector<std::pair<std::string, std::function<void()>>> calls = {
+        {"acutPrintf", [] { acutPrintf(_T("text")); }},
+        {"acedGetVar", [&] { acedGetVar(_T("COLORTHEME"), &result); }},
+        {"acedGetAcadFrame", [] { acedGetAcadFrame(); }},
+        {"acedGetAcadDwgView", [] { acedGetAcadDwgView(); }},
+        {"acedGetAcadWinApp", [] { acedGetAcadWinApp(); }},
+        {"acDocManagerPtr", [] { acDocManagerPtr(); }},
+        {"AcApDocManager::curDocument", [=] { documents->curDocument(); }},
+        {"AcApDocManager::mdiActiveDocument", [=] { documents->mdiActiveDocument(); }},
+        {"AcApDocManager::documentCount", [=] { documents->documentCount(); }},
+        {"AcApDocManager::sendStringToExecute",
+         [=] { documents->sendStringToExecute(document, _T("LINE\n")); }},
+        {"AcApDocument::isQuiescent", [=] { document->isQuiescent(); }},
+        {"acrxSysRegistry", [] { acrxSysRegistry(); }},
+        {"AcRxDictionary::at", [=] { registry->at(ACED_EDITOR_OBJ); }},
+        {"AcRxDictionary::atPut", [=] { registry->atPut(_T("KEY"), editor); }},
+        {"AcRxDictionary::remove", [=] { registry->remove(_T("KEY")); }},
+        {"AcEdCommandStack::addCommand",
+         [=] { commands->addCommand(_T("GROUP"), _T("NAME"), _T("NAME"), ACRX_CMD_MODAL, [] {}); }},
+        {"AcEdCommandStack::removeCmd", [=] { commands->removeCmd(_T("GROUP"), _T("NAME")); }},
+        {"AcEdCommandStack::removeGroup", [=] { commands->removeGroup(_T("GROUP")); }},
+        {"AcEdCommandStack::popGroupToTop", [=] { commands->popGroupToTop(_T("GROUP")); }},
+        {"AcEdCommandStack::lookupCmd", [=] { commands->lookupCmd(_T("NAME"), false); }},
+        {"AcEdCommandStack::iterator", [=] { commands->iterator(); }},
+        {"AcEditor::addReactor", [&] { editor->addReactor(&reactor); }},
+        {"AcEditor::removeReactor", [&] { editor->removeReactor(&reactor); }},
+        {"acrxLoadModule", [] { acrxLoadModule(_T("missing.arx"), false); }},
+        {"acrxUnloadModule", [] { acrxUnloadModule(_T("missing.arx")); }},
+        {"acrxAppIsLoaded", [] { acrxAppIsLoaded(_T("missing.arx")); }},
+        {"acrxLoadedApps", [] { acrxLoadedApps(); }},
+        {"acrxServiceIsRegistered", [] { acrxServiceIsRegistered(_T("ZR_ACCOUNT")); }},
+        {"acrxGetServiceSymbolAddr", [] { acrxGetServiceSymbolAddr(_T("ZR_ACCOUNT"), "symbol"); }},
+    };
+    for (const auto& [name, call] : calls) {
+        EXPECT_DEATH(std::thread(call).join(), name + " called on a thread other than the UI thread");
+    }
+}
+
+TEST(ArxThreads, TextsAreCopiedAndReleasedOnAnyThread) {
+    ACHAR* copy = nullptr;
+    std::thread([&copy] { acutNewString(_T("图层"), copy); }).join();
+    EXPECT_TRUE(CString(copy) == _T("图层"));
+    std::thread([&copy] { acutDelString(copy); }).join();
+    EXPECT_EQ(copy, nullptr);
 }
 
 TEST(AcedGetVar, ReturnsTheValueOrAnError) {

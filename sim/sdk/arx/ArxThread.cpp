@@ -1,0 +1,17 @@
+#include "ArxThread.h"
+
+#include <windows.h>
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace {
+const DWORD g_uiThread = GetCurrentThreadId();
+}
+
+void arxRequireUiThread(const char* call) {
+    if (GetCurrentThreadId() != g_uiThread) {
+        std::fprintf(stderr, "ObjectARX slice: %s called on a thread other than the UI thread\n", call);
+        std::abort();
+    }
+}
