@@ -1,12 +1,14 @@
 #include <afx.h>
 #include <afxcoll.h>
 
+#include <algorithm>
 #include <memory>
 #include <optional>
 #include <vector>
 
 #include "ArxHost.h"
 #include "ArxObjects.h"
+#include "ArxThread.h"
 #include "acdocman.h"
 #include "acutads.h"
 #include "rxregsvc.h"
@@ -22,7 +24,13 @@ struct Module {
     AcRxEntryPointPtr entryPoint = nullptr;
     bool locked = true;
     bool mdiAware = false;
+    /// Calls of the entry point that have not returned.
+    int runningCalls = 0;
+    /// Set when the module was unloaded by its own entry point: its file is unmapped when that returns.
+    bool unmapWhenReturned = false;
 };
+
+using ModulePtr = std::shared_ptr<Module>;
 
 /// The file name without its folder, by which modules are identified and listed.
 CString baseName(const CString& path) {
@@ -54,23 +62,6 @@ HMODULE map(const ACHAR* fileName) {
     return LoadLibraryExW(fullPath(fileName), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
 }
 
-/// Restores the keyboard focus at the end of the scope: windows that a module creates while it is loaded must
-/// not take the focus.
-class FocusKeeper {
-public:
-    FocusKeeper() : m_focus(GetFocus()) {}
-    ~FocusKeeper() {
-        if (m_focus != nullptr && GetFocus() != m_focus && IsWindow(m_focus)) {
-            SetFocus(m_focus);
-        }
-    }
-    FocusKeeper(const FocusKeeper&) = delete;
-    FocusKeeper& operator=(const FocusKeeper&) = delete;
-
-private:
-    HWND m_focus;
-};
-
 template <typename Function>
 Function symbol(HMODULE handle, const char* name) {
     return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(handle, name)));
@@ -100,30 +91,28 @@ public:
             return false;
         }
 
-        auto module = std::make_unique<Module>();
+        const auto module = std::make_shared<Module>();
         module->fileName = fileName;
         module->handle = handle;
         module->entryPoint = entryPoint;
-        Module* const loaded = module.get();
-        m_modules.push_back(std::move(module));
-        const FocusKeeper focus;
-        const std::optional<AcRx::AppRetCode> result = tell(*loaded, AcRx::kInitAppMsg);
-        if (result != AcRx::kRetOK) {
+        m_modules.push_back(module);
+        const std::optional<AcRx::AppRetCode> result = tell(module, AcRx::kInitAppMsg);
+        // What the module runs while it is initialized, a message loop for example, may unload it.
+        if (result != AcRx::kRetOK || !isModule(module.get())) {
             say(printIt, ACRX_T("\n%s cannot be initialized."), fileName);
-            forget(loaded);
-            if (result) {
+            if (forget(module) && result) {
                 FreeLibrary(handle);
             }
             return false;
         }
         if (acDocManagerPtr()->curDocument() != nullptr) {
-            tell(*loaded, AcRx::kLoadDwgMsg);
+            tell(module, AcRx::kLoadDwgMsg);
         }
-        return true;
+        return isModule(module.get());
     }
 
     bool unloadModule(const ACHAR* fileName, bool) override {
-        Module* const module = fileName != nullptr ? find(fileName) : nullptr;
+        const ModulePtr module = fileName != nullptr ? find(fileName) : nullptr;
         if (module == nullptr || module->locked) {
             return false;
         }
@@ -135,7 +124,7 @@ public:
     bool lockApplication(void* appId) const override { return set(appId, &Module::locked, true); }
 
     bool isApplicationLocked(const ACHAR* fileName) const override {
-        const Module* const module = find(fileName);
+        const ModulePtr module = find(fileName);
         return module != nullptr && module->locked;
     }
 
@@ -143,7 +132,7 @@ public:
     bool registerAppNotMDIAware(void* appId) const override { return set(appId, &Module::mdiAware, false); }
 
     bool isAppMDIAware(const ACHAR* fileName) const override {
-        const Module* const module = find(fileName);
+        const ModulePtr module = find(fileName);
         return module != nullptr && module->mdiAware;
     }
 
@@ -158,33 +147,36 @@ public:
     }
 
     void send(AcRx::AppMsgCode message) {
-        std::vector<Module*> modules;
-        for (const auto& module : m_modules) {
-            modules.push_back(module.get());
-        }
-        for (Module* module : modules) {
-            if (isModule(module)) {
-                tell(*module, message);
+        const std::vector<ModulePtr> modules = m_modules;
+        for (const ModulePtr& module : modules) {
+            if (isModule(module.get())) {
+                tell(module, message);
             }
         }
     }
 
     void unloadAll() {
         while (!m_modules.empty()) {
-            unload(m_modules.back().get());
+            unload(ModulePtr(m_modules.back()));
         }
     }
 
 private:
     /// Calls the module's entry point; nullopt if it threw. The caller must not unmap such a module: the host
     /// may still hold addresses in it that the module did not get to unregister.
-    static std::optional<AcRx::AppRetCode> tell(Module& module, AcRx::AppMsgCode message) {
+    static std::optional<AcRx::AppRetCode> tell(const ModulePtr& module, AcRx::AppMsgCode message) {
+        std::optional<AcRx::AppRetCode> result;
+        ++module->runningCalls;
         try {
-            return module.entryPoint(message, &module);
+            result = module->entryPoint(message, module.get());
         } catch (...) {
-            acutPrintf(ACRX_T("\n%s failed."), baseName(module.fileName).GetString());
-            return std::nullopt;
+            acutPrintf(ACRX_T("\n%s failed."), baseName(module->fileName).GetString());
         }
+        --module->runningCalls;
+        if (module->unmapWhenReturned && module->runningCalls == 0 && result) {
+            FreeLibrary(module->handle);
+        }
+        return result;
     }
 
     static void say(bool printIt, const ACHAR* format, const ACHAR* fileName) {
@@ -193,11 +185,11 @@ private:
         }
     }
 
-    Module* find(const ACHAR* fileName) const {
+    ModulePtr find(const ACHAR* fileName) const {
         const CString wanted = baseName(fileName);
         for (const auto& module : m_modules) {
             if (baseName(module->fileName).CompareNoCase(wanted) == 0) {
-                return module.get();
+                return module;
             }
         }
         return nullptr;
@@ -220,28 +212,32 @@ private:
         return true;
     }
 
-    void unload(Module* module) {
-        const HMODULE handle = module->handle;
+    void unload(const ModulePtr& module) {
         if (acDocManagerPtr()->curDocument() != nullptr) {
-            tell(*module, AcRx::kUnloadDwgMsg);
+            tell(module, AcRx::kUnloadDwgMsg);
         }
-        const bool ended = tell(*module, AcRx::kUnloadAppMsg).has_value();
-        forget(module);
-        if (ended) {
-            FreeLibrary(handle);
+        const bool ended = tell(module, AcRx::kUnloadAppMsg).has_value();
+        if (!forget(module) || !ended) {
+            return;
         }
-    }
-
-    void forget(const Module* module) {
-        for (auto it = m_modules.begin(); it != m_modules.end(); ++it) {
-            if (it->get() == module) {
-                m_modules.erase(it);
-                return;
-            }
+        if (module->runningCalls > 0) {
+            module->unmapWhenReturned = true;
+        } else {
+            FreeLibrary(module->handle);
         }
     }
 
-    std::vector<std::unique_ptr<Module>> m_modules;
+    /// False if the module was not listed any more.
+    bool forget(const ModulePtr& module) {
+        const auto found = std::find(m_modules.begin(), m_modules.end(), module);
+        if (found == m_modules.end()) {
+            return false;
+        }
+        m_modules.erase(found);
+        return true;
+    }
+
+    std::vector<ModulePtr> m_modules;
 };
 
 DynamicLinker& linker() {
@@ -256,18 +252,22 @@ AcRxDynamicLinker& arxDynamicLinker() {
 }
 
 bool acrxLoadModule(const ACHAR* moduleName, bool printIt, bool asCommand) {
+    arxRequireUiThread("acrxLoadModule");
     return linker().loadModule(moduleName, printIt, asCommand);
 }
 
 bool acrxUnloadModule(const ACHAR* moduleName, bool asCommand) {
+    arxRequireUiThread("acrxUnloadModule");
     return linker().unloadModule(moduleName, asCommand);
 }
 
 bool acrxAppIsLoaded(const ACHAR* moduleName) {
+    arxRequireUiThread("acrxAppIsLoaded");
     return moduleName != nullptr && linker().isLoaded(moduleName);
 }
 
 void* acrxLoadedApps() {
+    arxRequireUiThread("acrxLoadedApps");
     return linker().names();
 }
 

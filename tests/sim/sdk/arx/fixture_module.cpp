@@ -3,6 +3,7 @@
 
 #include <acutads.h>
 #include <arxEntryPoint.h>
+#include <rxregsvc.h>
 
 #include <stdexcept>
 
@@ -14,6 +15,9 @@
 #endif
 #ifndef FIXTURE_THROWS_ON
 #define FIXTURE_THROWS_ON AcRx::kNullMsg
+#endif
+#ifndef FIXTURE_UNLOADS_ON
+#define FIXTURE_UNLOADS_ON AcRx::kNullMsg
 #endif
 #ifndef FIXTURE_INIT_RESULT
 #define FIXTURE_INIT_RESULT AcRx::kRetOK
@@ -32,6 +36,7 @@ public:
             acrxDynamicLinker->lockApplication(packet);
         }
         throwOn(AcRx::kInitAppMsg);
+        unloadOn(AcRx::kInitAppMsg);
         return FIXTURE_INIT_RESULT;
     }
 
@@ -53,6 +58,7 @@ public:
 
     AcRx::AppRetCode On_kQuitMsg(void* packet) override {
         acutPrintf(_T("[%s quit]"), name().GetString());
+        unloadOn(AcRx::kQuitMsg);
         return AcRxArxApp::On_kQuitMsg(packet);
     }
 
@@ -67,6 +73,12 @@ private:
     static void throwOn(AcRx::AppMsgCode message) {
         if (message == FIXTURE_THROWS_ON) {
             throw std::runtime_error("thrown by the test module");
+        }
+    }
+
+    static void unloadOn(AcRx::AppMsgCode message) {
+        if (message == FIXTURE_UNLOADS_ON) {
+            acrxUnloadModule(name() + _T(".arx"));
         }
     }
 

@@ -119,6 +119,23 @@ TEST_F(ModuleLoader, AModuleThatThrowsOnUnloadIsDroppedButStaysMapped) {
     EXPECT_NE(GetModuleHandleW(_T("throwinglate.arx")), nullptr);
 }
 
+TEST_F(ModuleLoader, AModuleUnloadedWhileItIsInitializedIsUnmappedWhenItsEntryPointReturns) {
+    EXPECT_FALSE(acrxLoadModule(fixture("leaving"), true));
+    const CString printed = takePrinted();
+    EXPECT_GE(printed.Find(_T("[leaving unload]")), 0);
+    EXPECT_LT(printed.Find(_T("[leaving loadDwg]")), 0);
+    EXPECT_GE(printed.Find(_T("cannot be initialized.")), 0);
+    EXPECT_FALSE(acrxAppIsLoaded(_T("leaving.arx")));
+    EXPECT_EQ(GetModuleHandleW(_T("leaving.arx")), nullptr);
+}
+
+TEST_F(ModuleLoader, AModuleUnloadedByItsOwnMessageHandlerIsUnmappedWhenItsEntryPointReturns) {
+    ASSERT_TRUE(acrxLoadModule(fixture("leavinglate"), false));
+    arxSendToModules(AcRx::kQuitMsg);
+    EXPECT_FALSE(acrxAppIsLoaded(_T("leavinglate.arx")));
+    EXPECT_EQ(GetModuleHandleW(_T("leavinglate.arx")), nullptr);
+}
+
 TEST_F(ModuleLoader, RejectsAnotherReleaseWithoutCallingIt) {
     EXPECT_FALSE(acrxLoadModule(fixture("old"), true));
     const CString printed = takePrinted();
