@@ -1,5 +1,7 @@
 #include "sim/cad/app/DrawingView.h"
 
+#include <AdUiPalette.h>
+#include <adscodes.h>
 #include <afxext.h>
 
 #include <cmath>
@@ -14,6 +16,27 @@ constexpr double kZoomPerNotch = 1.25;
 
 Point pointOf(CPoint point) {
     return {static_cast<double>(point.x), static_cast<double>(point.y)};
+}
+
+/// Whether the focus is in a palette and may be taken from it: no window from the focused one up to the frame
+/// answers WM_ACAD_KEEPFOCUS with TRUE, and the palette lets the frame take the focus.
+bool paletteYieldsFocus(HWND frame) {
+    const HWND focus = ::GetFocus();
+    CAdUiPalette* palette = nullptr;
+    for (HWND window = focus; window != nullptr && window != frame; window = ::GetParent(window)) {
+        if (palette == nullptr) {
+            palette = dynamic_cast<CAdUiPalette*>(CWnd::FromHandlePermanent(window));
+        }
+    }
+    if (palette == nullptr) {
+        return false;
+    }
+    for (HWND window = focus; window != nullptr && window != frame; window = ::GetParent(window)) {
+        if (::SendMessage(window, WM_ACAD_KEEPFOCUS, 0, 0) != 0) {
+            return false;
+        }
+    }
+    return palette->CanFrameworkTakeFocus() != FALSE;
 }
 
 }  // namespace
@@ -95,6 +118,9 @@ void DrawingView::OnMButtonUp(UINT, CPoint) {
 }
 
 void DrawingView::OnMouseMove(UINT, CPoint point) {
+    if (paletteYieldsFocus(GetParentFrame()->GetSafeHwnd())) {
+        SetFocus();
+    }
     Viewport& viewport = m_editor.viewport();
     if (m_panFrom) {
         viewport.panBy(viewport.toDrawing(pointOf(*m_panFrom)) - viewport.toDrawing(pointOf(point)));

@@ -11,7 +11,6 @@ IMPLEMENT_DYNAMIC(CAdUiDockControlBar, CControlBar)
 
 BEGIN_MESSAGE_MAP(CAdUiDockControlBar, CControlBar)
 ON_WM_SIZE()
-ON_WM_SHOWWINDOW()
 END_MESSAGE_MAP()
 
 CAdUiDockControlBar::CAdUiDockControlBar(short) {}
@@ -80,15 +79,5 @@ void CAdUiDockControlBar::OnSize(UINT type, int width, int height) {
     const CString toolId = toolIdText();
     if (!toolId.IsEmpty() && m_nDockBarID != 0) {
         arxHost().dockStateChanged(toolId, ArxDockState{m_nDockBarID, static_cast<int>(m_sizeDocked.cx)});
-    }
-}
-
-void CAdUiDockControlBar::OnShowWindow(BOOL show, UINT status) {
-    CControlBar::OnShowWindow(show, status);
-    // A hidden window must not keep the keyboard focus.
-    const HWND focus = ::GetFocus();
-    if (!show && focus != nullptr && (focus == m_hWnd || ::IsChild(m_hWnd, focus)) &&
-        GetDockingFrame() != nullptr) {
-        GetDockingFrame()->SetFocus();
     }
 }

@@ -11,7 +11,9 @@
 
 class CDockState;
 
-/// A control bar that docks at an edge of the host's frame.
+/// A control bar that docks at an edge of the host's frame. Showing and docking it leave the keyboard focus
+/// alone; when it is hidden with the focus in it, the focus goes to its parent, as for every window hidden
+/// with ShowWindow.
 class CAdUiDockControlBar : public CControlBar {
     DECLARE_DYNAMIC(CAdUiDockControlBar)
 
@@ -41,7 +43,6 @@ protected:
     virtual bool OnClosing();
 
     afx_msg void OnSize(UINT type, int width, int height);
-    afx_msg void OnShowWindow(BOOL show, UINT status);
     DECLARE_MESSAGE_MAP()
 
     CString m_title;

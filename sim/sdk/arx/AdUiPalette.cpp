@@ -33,7 +33,7 @@ BOOL CAdUiPalette::OnSetActive() {
 }
 
 BOOL CAdUiPalette::CanFrameworkTakeFocus() {
-    return FALSE;
+    return TRUE;
 }
 
 void CAdUiPalette::OnLButtonDown(UINT flags, CPoint point) {

@@ -27,7 +27,9 @@ public:
 
     /// Called when the palette becomes the set's active one; FALSE if it has no window.
     virtual BOOL OnSetActive();
-    /// Whether the host may take the keyboard focus away from the palette.
+    /// Whether the host's frame may take the keyboard focus from the palette when the mouse moves over the
+    /// drawing. It asks after WM_ACAD_KEEPFOCUS, and not at all if a window keeps the focus. By default it
+    /// may.
     virtual BOOL CanFrameworkTakeFocus();
 
 protected:

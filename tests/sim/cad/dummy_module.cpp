@@ -4,10 +4,12 @@
 #include <AdUiPaletteSet.h>
 #include <acdocman.h>
 #include <aced.h>
+#include <adscodes.h>
 #include <arxEntryPoint.h>
 #include <arxHeaders.h>
 #include <rxmfcapi.h>
 
+#include <cstdlib>
 #include <thread>
 
 namespace {
@@ -28,9 +30,14 @@ public:
     }
 };
 
-/// Prints the characters that reach it and passes none on to the host.
+/// Prints the characters that reach it and passes none on to the host. Commands set what it answers when the
+/// host's frame wants the keyboard focus.
 class CountingPalette : public CAdUiPalette {
 public:
+    bool keepsFocus = false;
+    bool yieldsFocus = true;
+
+    BOOL CanFrameworkTakeFocus() override { return yieldsFocus ? TRUE : FALSE; }
     BOOL PreTranslateMessage(MSG* message) override {
         if (message->message == WM_CHAR) {
             acutPrintf(_T("\n[palette char %d]"), static_cast<int>(message->wParam));
@@ -38,7 +45,15 @@ public:
         }
         return CAdUiPalette::PreTranslateMessage(message);
     }
+
+protected:
+    afx_msg LRESULT OnAcadKeepFocus(WPARAM, LPARAM) { return keepsFocus ? TRUE : FALSE; }
+    DECLARE_MESSAGE_MAP()
 };
+
+BEGIN_MESSAGE_MAP(CountingPalette, CAdUiPalette)
+ON_MESSAGE(WM_ACAD_KEEPFOCUS, &CountingPalette::OnAcadKeepFocus)
+END_MESSAGE_MAP()
 
 SayingReactor* g_reactor = nullptr;
 CAdUiPaletteSet* g_set = nullptr;
@@ -95,6 +110,16 @@ void focusPalette() {
     g_palette->SetFocus();
 }
 
+template <bool keeps>
+void answerKeepFocus() {
+    g_palette->keepsFocus = keeps;
+}
+
+template <bool yields>
+void answerTakeFocus() {
+    g_palette->yieldsFocus = yields;
+}
+
 }  // namespace
 
 class DummyApp : public AcRxArxApp {
@@ -114,6 +139,10 @@ public:
         stack->addCommand(kGroup, _T("DUMMY_THROW_MFC"), _T("DTHROWMFC"), ACRX_CMD_MODAL, throwOfMfc);
         stack->addCommand(kGroup, _T("DUMMY_PALETTE"), _T("DPALETTE"), ACRX_CMD_MODAL, togglePalette);
         stack->addCommand(kGroup, _T("DUMMY_FOCUS"), _T("DFOCUS"), ACRX_CMD_MODAL, focusPalette);
+        stack->addCommand(kGroup, _T("DUMMY_KEEP0"), _T("DKEEP0"), ACRX_CMD_MODAL, answerKeepFocus<false>);
+        stack->addCommand(kGroup, _T("DUMMY_KEEP1"), _T("DKEEP1"), ACRX_CMD_MODAL, answerKeepFocus<true>);
+        stack->addCommand(kGroup, _T("DUMMY_YIELD0"), _T("DYIELD0"), ACRX_CMD_MODAL, answerTakeFocus<false>);
+        stack->addCommand(kGroup, _T("DUMMY_YIELD1"), _T("DYIELD1"), ACRX_CMD_MODAL, answerTakeFocus<true>);
         g_reactor = new SayingReactor;
         acedEditor->addReactor(g_reactor);
 
@@ -126,6 +155,9 @@ public:
         g_palette = new CountingPalette;
         g_palette->Create(WS_CHILD | WS_VISIBLE, _T("测试页"), g_set, 0);
         g_set->AddPalette(g_palette);
+        if (std::getenv("ZR_DUMMY_TAKES_FOCUS") != nullptr) {
+            focusPalette();
+        }
         acutPrintf(_T("\n[dummy loaded]"));
         return result;
     }

@@ -319,9 +319,38 @@ TEST_F(HostModules, MessageBoxesAreAnsweredByButtonName) {
     EXPECT_EQ(host.call({{"cmd", "answerMessageBox"}, {"button", "no"}})["error"], "no message box is open");
 }
 
-TEST_F(HostModules, TextPrintedByAThreadReachesTheCommandLine) {
-    host.type("DTHREAD\n");
-    EXPECT_TRUE(host.waitForLine("[from a thread]"));
+TEST_F(HostModules, AModuleThatPrintsOnAnotherThreadAbortsTheHost) {
+    // The reply may not come any more.
+    EXPECT_THROW(
+        {
+            host.type("DTHREAD\n");
+            host.idle();
+        },
+        std::exception);
+    EXPECT_NE(host.waitForExit(), 0);
+    EXPECT_NE(host.errors().find("acutPrintf called on a thread other than the UI thread"),
+              std::string::npos);
+}
+
+TEST_F(HostModules, LoadingAndShowingAPaletteLeaveTheKeyboardToTheCommandLine) {
+    EXPECT_EQ(host.ask("focus")["kind"], "view");
+    host.type("DPALETTE\n");
+    ASSERT_TRUE(HostProcess::waitUntil([&] { return host.window("paletteSet")["visible"] == true; }));
+    EXPECT_EQ(host.ask("focus")["kind"], "view");
+    host.type("C\n");
+    EXPECT_TRUE(host.waitForPrompt("CIRCLE"));
+}
+
+TEST_F(HostModules, TheCommandLineGetsTheKeyboardWhenAPaletteIsHidden) {
+    host.type("DPALETTE\nDFOCUS\n");
+    host.idle();
+    ASSERT_EQ(host.ask("focus")["kind"], "palette");
+    const Json set = host.window("paletteSet")["rect"];
+    host.ask("click",
+             {{"x", set["x"].get<int>() + set["width"].get<int>() - 13}, {"y", set["y"].get<int>() + 13}});
+    ASSERT_TRUE(HostProcess::waitUntil([&] { return host.window("paletteSet")["visible"] == false; }));
+    host.type("C\n");
+    EXPECT_TRUE(host.waitForPrompt("CIRCLE"));
 }
 
 TEST_F(HostModules, ModuleCanBeUnloadedAndLoadedAgain) {
@@ -354,6 +383,34 @@ TEST_F(HostModules, PaletteDocksBesideTheViewAndReceivesKeys) {
     EXPECT_TRUE(host.waitForPrompt("CIRCLE"));
 }
 
+TEST_F(HostModules, TheMouseOverTheDrawingTakesTheFocusFromAPaletteThatYieldsIt) {
+    const Json set = [this] {
+        host.type("DPALETTE\n");
+        host.idle();
+        return host.window("paletteSet")["rect"];
+    }();
+    const Json view = host.window("view")["rect"];
+    const int y = set["y"].get<int>() + 200;
+    const auto moveTo = [&](const Json& rect, int offset) {
+        host.ask("move", {{"x", rect["x"].get<int>() + offset}, {"y", y}});
+        host.idle();
+    };
+    // What the dummy module's palette answers to WM_ACAD_KEEPFOCUS and to CanFrameworkTakeFocus.
+    const struct {
+        const char* answers;
+        const char* focus;
+    } cases[] = {
+        {"DKEEP0\nDYIELD1\n", "view"}, {"DKEEP0\nDYIELD0\n", "palette"}, {"DKEEP1\nDYIELD1\n", "palette"}};
+    for (const auto& each : cases) {
+        host.ask("clickWindow", {{"window", "commandLine"}});
+        host.type(std::string(each.answers) + "DFOCUS\n");
+        moveTo(set, 50);
+        ASSERT_EQ(host.ask("focus")["kind"], "palette") << each.answers;
+        moveTo(view, 50);
+        EXPECT_EQ(host.ask("focus")["kind"], each.focus) << each.answers;
+    }
+}
+
 TEST_F(HostModules, CaretBlinksOnlyWhileTheCommandLineReceivesKeys) {
     host.type("DPALETTE\n");
     EXPECT_TRUE(HostProcess::waitUntil([&] { return caretIsSeen(); }));
@@ -365,6 +422,13 @@ TEST_F(HostModules, CaretBlinksOnlyWhileTheCommandLineReceivesKeys) {
     EXPECT_TRUE(HostProcess::waitUntil([&] { return caretStaysAway(); }));
     host.ask("clickWindow", {{"window", "commandLine"}});
     EXPECT_TRUE(HostProcess::waitUntil([&] { return caretIsSeen(); }));
+}
+
+TEST(HostFocus, AFocusThatAModuleTakesWhileItIsLoadedIsNotPutBack) {
+    setEnvironment("ZR_DUMMY_TAKES_FOCUS", "1");
+    HostProcess host({"--no-state", "--arx", ZENTRI_DUMMY_MODULE});
+    ASSERT_TRUE(host.waitForLine("[dummy loaded]"));
+    EXPECT_EQ(host.ask("focus")["kind"], "palette");
 }
 
 TEST(HostDocking, WidthIsRestored) {

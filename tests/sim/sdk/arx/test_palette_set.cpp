@@ -346,11 +346,31 @@ TEST_F(PaletteSet, WithoutTheStyleThereIsNoCloseButton) {
     EXPECT_EQ(plain.GetPaletteSetStyle(), static_cast<DWORD>(PSS_SNAP));
 }
 
-TEST_F(PaletteSet, HidingItMovesTheFocusToTheFrame) {
+TEST_F(PaletteSet, HidingItWithTheFocusInItMovesTheFocusToTheFrame) {
     TestPalette* const palette = add(_T("First"));
     show();
     palette->SendMessage(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(3, 3));
     ASSERT_EQ(GetFocus(), palette->m_hWnd);
     program.frame()->ShowControlBar(set.get(), FALSE, FALSE);
-    EXPECT_NE(GetFocus(), palette->m_hWnd);
+    EXPECT_EQ(GetFocus(), program.frame()->m_hWnd);
+}
+
+TEST_F(PaletteSet, AFocusTakenInsideItWhileItIsHiddenStaysThere) {
+    TestPalette* const palette = add(_T("First"));
+    palette->SetFocus();
+    set->RestoreControlBar(AFX_IDW_DOCKBAR_LEFT);
+    TestProgram::settle();
+    EXPECT_EQ(GetFocus(), palette->m_hWnd);
+}
+
+TEST_F(PaletteSet, ShowingItLeavesTheFocusAlone) {
+    add(_T("First"));
+    set->RestoreControlBar(AFX_IDW_DOCKBAR_LEFT);
+    program.frame()->SetFocus();
+    show();
+    EXPECT_EQ(GetFocus(), program.frame()->m_hWnd);
+}
+
+TEST_F(PaletteSet, APaletteLetsTheFrameTakeTheFocusByDefault) {
+    EXPECT_TRUE(add(_T("First"))->CanFrameworkTakeFocus());
 }
