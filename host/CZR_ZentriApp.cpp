@@ -75,6 +75,9 @@ AcRx::AppRetCode CZR_ZentriApp::On_kInitAppMsg(void* packet) {
     // Restores the previous resource handle on every path out, exceptions included.
     CAcModuleResourceOverride resources;
 
+    // Before everything that may log, the worker threads above all, so that a log that cannot be created is
+    // reported here.
+    ZR_ZentriLogger::instance();
     registerZentriCommands();
     QApplication* const application = QMfcApp::mfc_instance(AfxGetApp());
     loadFont();

@@ -4,6 +4,9 @@
 #include <tchar.h>
 #include <time.h>
 
+#include <QCoreApplication>
+#include <QThread>
+
 namespace {
 
 constexpr const TCHAR* kModuleName = _T("ZR_Zentri.arx");
@@ -51,33 +54,53 @@ bool succeeds(Step step) {
     }
 }
 
+/// Prints a failure on the host's command line, unless the text is empty. The command line belongs to the UI
+/// thread, to which another thread's report is queued.
+void report(const CString& failure) {
+    if (failure.IsEmpty()) {
+        return;
+    }
+    const auto print = [failure] { acutPrintf(_T("%s"), failure.GetString()); };
+    QCoreApplication* const application = QCoreApplication::instance();
+    if (application == nullptr || application->thread() == QThread::currentThread()) {
+        print();
+    } else {
+        QMetaObject::invokeMethod(application, print, Qt::QueuedConnection);
+    }
+}
+
 }  // namespace
 
 ZR_ZentriLogger& ZR_ZentriLogger::instance() {
     // Never destroyed: a worker thread may still log while the process exits.
-    static ZR_ZentriLogger* const logger = [] {
-        auto* const made = new ZR_ZentriLogger;
-        made->init();
-        return made;
-    }();
+    static ZR_ZentriLogger* const logger = new ZR_ZentriLogger;
+    static std::once_flag opened;
+    CString failure;
+    std::call_once(opened, [&failure] { failure = logger->open(); });
+    // With no lock held: the host's command line may call back into the module.
+    report(failure);
     return *logger;
 }
 
 void ZR_ZentriLogger::init() {
+    report(open());
+}
+
+CString ZR_ZentriLogger::open() {
     const std::lock_guard<std::mutex> lock(m_mutex);
     m_valid = false;
     m_path = logPath();
     if (m_path.IsEmpty()) {
-        acutPrintf(_T("\nZR_Zentri Logger init failed : get empty logger path."));
-        return;
+        return _T("\nZR_Zentri Logger init failed : get empty logger path.");
     }
 
     CFile file;
     if (!file.Open(m_path,
                    CFile::modeCreate | CFile::modeNoTruncate | CFile::modeReadWrite | CFile::typeUnicode)) {
-        acutPrintf(_T("\nZR_Zentri Logger init failed : create log file failed.Error:%d"),
-                   static_cast<int>(GetLastError()));
-        return;
+        CString failure;
+        failure.Format(_T("\nZR_Zentri Logger init failed : create log file failed.Error:%d"),
+                       static_cast<int>(GetLastError()));
+        return failure;
     }
     m_valid = succeeds([&file] {
         if (file.GetLength() == 0) {
@@ -88,6 +111,7 @@ void ZR_ZentriLogger::init() {
     if (!m_valid) {
         file.Abort();
     }
+    return CString();
 }
 
 bool ZR_ZentriLogger::write(const CString& message) {

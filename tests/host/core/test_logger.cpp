@@ -2,6 +2,7 @@
 #include <time.h>
 #include <windows.h>
 
+#include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
@@ -58,6 +59,15 @@ protected:
 
 private:
     HMODULE m_module = nullptr;
+};
+
+/// A host whose command line writes to the log while it prints.
+class LoggingHost : public FakeArxHost {
+public:
+    void print(const CString& text) override {
+        FakeArxHost::print(text);
+        zentriLog(text);
+    }
 };
 
 const QString kStamp = QStringLiteral("\n\\[\\d{4}年\\d\\d月\\d\\d日  \\d\\d:\\d\\d:\\d\\d\\]\n");
@@ -252,6 +262,27 @@ TEST_F(Logger, EntriesOfSeveralThreadsAreAllWritten) {
         thread.join();
     }
     EXPECT_EQ(text().count(QRegularExpression(kStamp + QStringLiteral("entry\n"))), kThreads * kEntries);
+}
+
+TEST_F(Logger, AWorkersFailureIsReportedOnTheUiThread) {
+    int argumentCount = 1;
+    char program[] = "test";
+    char* arguments[] = {program, nullptr};
+    const QCoreApplication application(argumentCount, arguments);
+    std::thread([] { EXPECT_FALSE(zentriLog(_T("lost"))); }).join();
+    EXPECT_TRUE(host.printedText().IsEmpty());
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(host.printedText() == _T("\nZR_Zentri Logger init failed : get empty logger path."));
+    // Once.
+    EXPECT_FALSE(zentriLog(_T("lost")));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(host.printed().size(), 1U);
+}
+
+TEST_F(Logger, AFailureIsReportedWithNoLockHeld) {
+    const LoggingHost loggingHost;
+    EXPECT_FALSE(zentriLog(_T("lost")));
+    EXPECT_EQ(loggingHost.printed().size(), 1U);
 }
 
 TEST_F(Logger, TheModulesLoggerIsCreatedOnFirstUse) {
