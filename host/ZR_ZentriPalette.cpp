@@ -20,6 +20,7 @@ ON_WM_SIZE()
 ON_WM_SIZING()
 ON_WM_LBUTTONDOWN()
 ON_WM_KILLFOCUS()
+ON_MESSAGE(ZR_ZentriPalette::kKeepFocusMessage, &ZR_ZentriPalette::OnAcadKeepFocus)
 END_MESSAGE_MAP()
 
 ZR_ZentriPalette::ZR_ZentriPalette() : m_view(std::make_unique<ZR_ZentriPaletteView>()) {
@@ -55,6 +56,9 @@ void ZR_ZentriPalette::takeKeyboardFocus() {
 }
 
 ZR_ZentriPalette::FocusAnswer ZR_ZentriPalette::CanFrameworkTakeFocus() {
+    // The host may take the focus back when the mouse moves over the drawing: a command can then be typed
+    // after a look at the panel. It asks with WM_ACAD_KEEPFOCUS first, and there the panel keeps the focus
+    // while the user types into it.
     return true;
 }
 
@@ -109,6 +113,10 @@ void ZR_ZentriPalette::OnKillFocus(CWnd* newFocus) {
     }
 }
 
+LRESULT ZR_ZentriPalette::OnAcadKeepFocus(WPARAM, LPARAM) {
+    return m_view != nullptr && m_view->hasInputFocus() ? TRUE : FALSE;
+}
+
 void ZR_ZentriPalette::embedView() {
     if (m_view == nullptr) {
         return;
@@ -144,7 +152,11 @@ void ZR_ZentriPalette::placeView() {
     // window.
     m_view->setGeometry(QRect(QPoint(0, 0), m_view->size()));
     m_view->show();
-    SetFocus();
+    // A hidden panel gets its size when the module is loaded, and whenever it is docked or its frame is
+    // resized. The host does not put the focus back, and what the user types then is for its command line.
+    if (IsWindowVisible()) {
+        SetFocus();
+    }
 }
 
 void ZR_ZentriPalette::typeIntoView(const MSG& character) {

@@ -17,6 +17,10 @@ class ZR_ZentriPalette : public CAdUiPalette, public ZR_ZentriPaletteAccess {
     DECLARE_DYNAMIC(ZR_ZentriPalette)
 
 public:
+    /// WM_ACAD_KEEPFOCUS. The host sends it before it takes the focus back because the mouse moves over the
+    /// drawing; the answer TRUE keeps the focus.
+    static constexpr UINT kKeepFocusMessage = 1001;
+
     /// Creates the chat view, not shown yet, and registers itself as the module's palette.
     ZR_ZentriPalette();
     ~ZR_ZentriPalette() override;
@@ -39,6 +43,8 @@ protected:
     /// Part of the interface; forwards to the base class.
     afx_msg void OnLButtonDown(UINT flags, CPoint point);
     afx_msg void OnKillFocus(CWnd* newFocus);
+    /// TRUE while the input box or the search box has the focus.
+    afx_msg LRESULT OnAcadKeepFocus(WPARAM wParam, LPARAM lParam);
     DECLARE_MESSAGE_MAP()
 
 private:

@@ -9,6 +9,7 @@ IMPLEMENT_DYNAMIC(ZR_ZentriPaletteSet, CAdUiPaletteSet)
 BEGIN_MESSAGE_MAP(ZR_ZentriPaletteSet, CAdUiPaletteSet)
 ON_WM_SIZE()
 ON_WM_SIZING()
+ON_MESSAGE(ZR_ZentriPalette::kKeepFocusMessage, &ZR_ZentriPaletteSet::OnAcadKeepFocus)
 END_MESSAGE_MAP()
 
 ZR_ZentriPaletteSet::ZR_ZentriPaletteSet() = default;
@@ -36,3 +37,8 @@ void ZR_ZentriPaletteSet::OnSize(UINT type, int width, int height) {
 }
 
 void ZR_ZentriPaletteSet::OnSizing(UINT, LPRECT) {}
+
+LRESULT ZR_ZentriPaletteSet::OnAcadKeepFocus(WPARAM wParam, LPARAM lParam) {
+    return m_palette != nullptr ? m_palette->SendMessage(ZR_ZentriPalette::kKeepFocusMessage, wParam, lParam)
+                                : FALSE;
+}

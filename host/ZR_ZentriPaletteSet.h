@@ -30,6 +30,8 @@ protected:
     afx_msg void OnSize(UINT type, int width, int height);
     /// Part of the interface; does nothing.
     afx_msg void OnSizing(UINT side, LPRECT rect);
+    /// Answers for the palette: to the host, the docked window is this one.
+    afx_msg LRESULT OnAcadKeepFocus(WPARAM wParam, LPARAM lParam);
     DECLARE_MESSAGE_MAP()
 
 private:

@@ -192,6 +192,12 @@ void ZR_ZentriPaletteView::clearInputFocus() {
     m_ui->widget_SideBar->searchBox()->clearFocus();
 }
 
+bool ZR_ZentriPaletteView::hasInputFocus() const {
+    const QWidget* const focused = focusWidget();
+    return focused != nullptr &&
+           (focused == m_ui->textEdit_userInput || focused == m_ui->widget_SideBar->searchBox());
+}
+
 QRect ZR_ZentriPaletteView::viewGeometry() const {
     return geometry();
 }

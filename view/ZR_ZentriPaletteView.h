@@ -33,6 +33,8 @@ public:
     void relayoutMessages();
     /// Clears the Qt focus of the input box and the search box, so that the host receives the keys again.
     void clearInputFocus();
+    /// Whether the input box or the search box gets the characters that are sent to the view.
+    bool hasInputFocus() const;
 
     // ZR_AiChatViewInterface
     void onStreamStart() override;

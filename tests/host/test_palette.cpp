@@ -1,3 +1,5 @@
+#include <aced.h>
+#include <adscodes.h>
 #include <win32_control.h>
 
 #include <QApplication>
@@ -123,6 +125,67 @@ TEST_F(Palette, DockedPanelFillsTheFramesHeight) {
 TEST_F(Palette, EmbeddingTakesTheKeyboardFocus) {
     openPanel();
     EXPECT_EQ(GetFocus(), paletteHandle());
+}
+
+TEST_F(Palette, AHiddenPanelLeavesTheFocusToTheHost) {
+    const HWND host = program.frame()->m_hWnd;
+    program.frame()->SetFocus();
+    ASSERT_FALSE(g_zentriPaletteSet->IsWindowVisible());
+    g_zentriPaletteSet->MoveWindow(0, 0, 480, 620);
+    TestProgram::settle();
+    EXPECT_EQ(GetFocus(), host);
+    g_zentriPaletteSet->RestoreControlBar(AFX_IDW_DOCKBAR_RIGHT);
+    program.frame()->RecalcLayout();
+    TestProgram::settle();
+    EXPECT_EQ(GetFocus(), host);
+    arxFireSysVarChanged(_T("COLORTHEME"), true);
+    TestProgram::settle();
+    EXPECT_EQ(GetFocus(), host);
+}
+
+TEST_F(Palette, AThemeChangeLeavesTheFocusWhereItIs) {
+    openPanel();
+    program.frame()->SetFocus();
+    program.host().setVar(_T("COLORTHEME"), 0);
+    arxFireSysVarChanged(_T("COLORTHEME"), true);
+    TestProgram::settle();
+    EXPECT_EQ(GetFocus(), program.frame()->m_hWnd);
+}
+
+TEST_F(Palette, HidingThePanelGivesTheFocusToTheHost) {
+    openPanel();
+    focusInput();
+    ASSERT_TRUE(run(_T("KQ_AICHAT")));
+    TestProgram::settle();
+    EXPECT_EQ(GetFocus(), program.frame()->m_hWnd);
+}
+
+TEST_F(Palette, UnloadingTheModuleGivesTheFocusToTheHost) {
+    openPanel();
+    focusInput();
+    unload();
+    TestProgram::settle();
+    EXPECT_EQ(GetFocus(), program.frame()->m_hWnd);
+}
+
+TEST_F(Palette, TheHostMayTakeTheFocusExceptWhileTheUserTypes) {
+    openPanel();
+    EXPECT_TRUE(g_zentriPaletteSet->GetActivePalette()->CanFrameworkTakeFocus());
+    // It may ask the palette or the bar that is docked.
+    const auto keeps = [] {
+        const LRESULT palette = SendMessageW(paletteHandle(), WM_ACAD_KEEPFOCUS, 0, 0);
+        EXPECT_EQ(g_zentriPaletteSet->SendMessage(WM_ACAD_KEEPFOCUS), palette);
+        return palette != FALSE;
+    };
+    EXPECT_FALSE(keeps());
+    focusInput();
+    EXPECT_TRUE(keeps());
+    program.frame()->SetFocus();
+    EXPECT_FALSE(keeps());
+    view()->findChild<QTextEdit*>(QStringLiteral("textEdit_SearchText"))->setFocus(Qt::MouseFocusReason);
+    EXPECT_TRUE(keeps());
+    view()->setFocus(Qt::MouseFocusReason);
+    EXPECT_FALSE(keeps());
 }
 
 TEST_F(Palette, CharactersAreConsumed) {

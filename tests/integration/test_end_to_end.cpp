@@ -27,6 +27,8 @@ constexpr int kFrame = 3;
 constexpr int kInputRow = 40;
 constexpr int kCaretWidth = 2;
 constexpr int kCaretHeight = 14;
+// From the panel's upper right corner to the center of its close button, both ways.
+constexpr int kCloseButtonInset = 13;
 
 int area(const Json& rect) {
     return rect["width"].get<int>() * rect["height"].get<int>();
@@ -43,6 +45,14 @@ protected:
                                                                       "--theme", "light", "--token", kToken,
                                                                       "--arx", ZENTRI_MODULE});
         openPanel();
+    }
+
+    void moveOverDrawing() {
+        const Json view = host->window("view")["rect"];
+        for (const int offset : {100, 120}) {
+            host->ask("move", {{"x", view["x"].get<int>() + offset}, {"y", view["y"].get<int>() + 100}});
+        }
+        host->idle();
     }
 
     void openPanel() {
@@ -217,6 +227,41 @@ TEST_F(EndToEnd, HiddenCommandRunsWhenTypedAndLeavesNoTrace) {
     EXPECT_EQ(after["lines"], before["lines"]);
     EXPECT_EQ(after["recall"], before["recall"]);
     EXPECT_EQ(after["input"], "");
+}
+
+TEST_F(EndToEnd, TypingInThePanelGoesOnWhileTheMouseIsOverTheDrawing) {
+    clickInputBox();
+    moveOverDrawing();
+    host->type("line ");
+    EXPECT_TRUE(HostProcess::waitUntil([&] { return textIsSeen(); }));
+    EXPECT_EQ(host->ask("commandLine")["input"], "");
+    // Elsewhere in the panel nothing is typed: the mouse over the drawing gives the keyboard back.
+    const Json palette = host->window("palette")["rect"];
+    click(palette["x"].get<int>() + palette["width"].get<int>() / 2,
+          palette["y"].get<int>() + palette["height"].get<int>() / 2);
+    moveOverDrawing();
+    EXPECT_EQ(host->ask("focus")["kind"], "view");
+    host->type("CIRCLE\n");
+    EXPECT_TRUE(host->waitForPrompt("CIRCLE"));
+}
+
+TEST_F(EndToEnd, ClosingThePanelWhileTypingInItGivesTheKeyboardToTheCommandLine) {
+    clickInputBox();
+    const Json set = host->window("paletteSet")["rect"];
+    click(set["x"].get<int>() + set["width"].get<int>() - kCloseButtonInset,
+          set["y"].get<int>() + kCloseButtonInset);
+    ASSERT_TRUE(HostProcess::waitUntil([&] { return host->window("paletteSet")["visible"] == false; }));
+    host->type("CIRCLE\n");
+    EXPECT_TRUE(host->waitForPrompt("CIRCLE"));
+}
+
+TEST(PlainLoad, LeavesTheKeyboardToTheCommandLine) {
+    HostProcess host({"--no-state", "--arx", ZENTRI_MODULE});
+    ASSERT_TRUE(HostProcess::waitUntil([&] { return !host.ask("arx")["modules"].empty(); }));
+    host.idle();
+    EXPECT_EQ(host.ask("focus")["kind"], "view");
+    host.type("CIRCLE\n");
+    EXPECT_TRUE(host.waitForPrompt("CIRCLE"));
 }
 
 TEST_F(EndToEnd, AnswerKeepsStreamingBehindAMessageBox) {
