@@ -16,6 +16,7 @@
 #include "chat/ZR_AiChatHttp.h"
 #include "chat/ZR_AiChatModuleState.h"
 #include "chat/ZR_AiChatWorkerGuard.h"
+#include "host/core/ZR_ZentriAccount.h"
 #include "host/core/ZR_ZentriLogger.h"
 #include "host/core/ZR_ZentriText.h"
 
@@ -33,9 +34,9 @@ QByteArray requestBody(const ZR_AiChatExchange& exchange) {
     return QJsonDocument(body).toJson();
 }
 
-QNetworkRequest streamRequest() {
+QNetworkRequest streamRequest(const CString& token) {
     QNetworkRequest request(QUrl(zentriServiceUrl(QStringLiteral("/zr/ai/caddraw/chat"))));
-    setZentriRequestHeaders(request);
+    setZentriRequestHeaders(request, token);
     request.setRawHeader("Accept", "text/event-stream");
     request.setRawHeader("Cache-Control", "no-cache");
     return request;
@@ -73,8 +74,14 @@ void ZR_AiChatCSThread::run() {
 void ZR_AiChatCSThread::runExchange() {
     emit streamStart();
 
+    const CString token = zentriRequestToken();
+    if (token.IsEmpty()) {
+        // The user has been signed out since the exchange was started.
+        emit streamEnd();
+        return;
+    }
     QNetworkAccessManager network;
-    const QNetworkRequest request = streamRequest();
+    const QNetworkRequest request = streamRequest(token);
     QNetworkReply* const reply = network.post(request, requestBody(m_exchange));
 
     QEventLoop loop;

@@ -9,7 +9,6 @@
 #include <QTimer>
 #include <QUrl>
 
-#include "host/core/ZR_ZentriAccount.h"
 #include "host/core/ZR_ZentriServiceAddress.h"
 #include "host/core/ZR_ZentriText.h"
 
@@ -45,16 +44,16 @@ QString zentriServiceUrl(const QString& path) {
     return QStringLiteral("http://") + zentriServiceAddress() + path;
 }
 
-void setZentriRequestHeaders(QNetworkRequest& request) {
+void setZentriRequestHeaders(QNetworkRequest& request, const CString& token) {
     request.setHeader(QNetworkRequest::ContentTypeHeader, QStringLiteral("application/json"));
-    request.setRawHeader("Authorization", toQString(zentriAccessToken()).toUtf8());
+    request.setRawHeader("Authorization", toQString(token).toUtf8());
 }
 
-bool postToZentriService(const QString& path, int port, QString& body) {
+bool postToZentriService(const QString& path, int port, const CString& token, QString& body) {
     Q_UNUSED(port)
     QNetworkAccessManager network;
     QNetworkRequest request(QUrl(zentriServiceUrl(path)));
-    setZentriRequestHeaders(request);
+    setZentriRequestHeaders(request, token);
     // Owned by the access manager, which ends a reply that has not finished.
     QNetworkReply* const reply = network.post(request, QByteArrayLiteral("{}"));
     if (!reply->isFinished()) {

@@ -22,6 +22,11 @@ bool ZR_AiChatReadHistoricalChatThread::copyResultTo(ZR_AiChatSessionList& sessi
     return true;
 }
 
+bool ZR_AiChatReadHistoricalChatThread::isResultOf(const CString& token) const {
+    const std::lock_guard<std::mutex> lock(m_resultMutex);
+    return m_resultToken == token;
+}
+
 void ZR_AiChatReadHistoricalChatThread::run() {
     runAndLogExceptions(_T("历史对话读取线程发生错误:"), _T("历史对话读取线程发生未知错误！"), [this] {
         emit readStart();
@@ -31,17 +36,22 @@ void ZR_AiChatReadHistoricalChatThread::run() {
 }
 
 void ZR_AiChatReadHistoricalChatThread::readSessions() {
-    if (!zentriHasAccess()) {
+    // One token for the whole run: the ids read for one user must not be used for another.
+    const CString token = zentriRequestToken();
+    if (token.IsEmpty()) {
         return;
     }
-    changeResult([this] { m_result.RemoveAll(); });
+    changeResult([&] {
+        m_result.RemoveAll();
+        m_resultToken = token;
+    });
     CStringArray ids;
-    if (!readSessionIds(ids)) {
+    if (!readSessionIds(token, ids)) {
         return;
     }
     for (INT_PTR i = 0; i < ids.GetCount(); ++i) {
         ZR_AiChatSingleChatRecord record;
-        if (readSessionChats(ids[i], record)) {
+        if (readSessionChats(token, ids[i], record)) {
             changeResult([&] { m_result.Add(record); });
         }
     }

@@ -20,6 +20,10 @@ public:
     /// sessions read so far.
     bool copyResultTo(ZR_AiChatSessionList& sessions) const;
 
+    /// Whether the result is that of the user with this token. A run that ends late may have read the
+    /// sessions of a user who has signed out.
+    bool isResultOf(const CString& token) const;
+
 signals:
     void readStart();
     /// Follows every readStart, even if nothing could be read.
@@ -36,7 +40,9 @@ private:
         change();
     }
 
-    /// Guards m_result: a second run may have started by the time the first one's readEnd is handled.
+    /// Guards the result: a second run may have started by the time the first one's readEnd is handled.
     mutable std::mutex m_resultMutex;
     ZR_AiChatSessionList m_result;
+    /// The token with which the result was read.
+    CString m_resultToken;
 };

@@ -17,22 +17,30 @@ void logRefusal(const CString& what, const ZR_AiChatReplyStatus& status) {
     zentriLog(what + toCString(details));
 }
 
+/// Posts with this token, unless it is empty or no longer the signed-in user's.
+bool post(const QString& path, const CString& token, QString& body) {
+    return !token.IsEmpty() && token == zentriRequestToken() &&
+           postToZentriService(path, kServicePort, token, body);
+}
+
 }  // namespace
 
 CString createSessionOnServer() {
     QString body;
-    if (!zentriHasAccess() ||
-        !postToZentriService(QStringLiteral("/zr/ai/session/create"), kServicePort, body)) {
+    if (!post(QStringLiteral("/zr/ai/session/create"), zentriRequestToken(), body)) {
         return CString();
     }
     return parseCreatedSession(body);
 }
 
 bool readSessionIds(CStringArray& ids) {
+    return readSessionIds(zentriRequestToken(), ids);
+}
+
+bool readSessionIds(const CString& token, CStringArray& ids) {
     ids.RemoveAll();
     QString body;
-    if (!zentriHasAccess() ||
-        !postToZentriService(QStringLiteral("/zr/ai/session/user"), kServicePort, body)) {
+    if (!post(QStringLiteral("/zr/ai/session/user"), token, body)) {
         return false;
     }
     const ZR_AiChatReplyStatus status = parseSessionIds(body, ids);
@@ -43,10 +51,14 @@ bool readSessionIds(CStringArray& ids) {
 }
 
 bool readSessionChats(const CString& sessionId, ZR_AiChatSingleChatRecord& record) {
+    return readSessionChats(zentriRequestToken(), sessionId, record);
+}
+
+bool readSessionChats(const CString& token, const CString& sessionId, ZR_AiChatSingleChatRecord& record) {
     record.Clear();
     QString body;
     const QString path = QStringLiteral("/zr/ai/chat/user/session/") + toQString(sessionId);
-    if (!zentriHasAccess() || !postToZentriService(path, kServicePort, body)) {
+    if (!post(path, token, body)) {
         return false;
     }
     const ZR_AiChatReplyStatus status = parseSessionChats(body, record);

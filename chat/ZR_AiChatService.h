@@ -15,6 +15,11 @@ CString createSessionOnServer();
 
 /// Reads the ids of all the user's sessions, in the service's order. Any thread.
 bool readSessionIds(CStringArray& ids);
+/// The same for the user with this token. Fails without sending a request when another user, or nobody, is
+/// signed in now.
+bool readSessionIds(const CString& token, CStringArray& ids);
 
 /// Reads one session with its messages. A failure leaves the record empty. Any thread.
 bool readSessionChats(const CString& sessionId, ZR_AiChatSingleChatRecord& record);
+/// The same for the user with this token, like readSessionIds().
+bool readSessionChats(const CString& token, const CString& sessionId, ZR_AiChatSingleChatRecord& record);

@@ -38,7 +38,11 @@ void setZentriAccessToken(const CString& token) {
     account().token = token;
 }
 
-bool zentriHasAccess() {
+CString zentriRequestToken() {
     const std::lock_guard<std::mutex> lock(account().mutex);
-    return account().signedIn && !account().token.IsEmpty();
+    return account().signedIn ? account().token : CString();
+}
+
+bool zentriHasAccess() {
+    return !zentriRequestToken().IsEmpty();
 }

@@ -11,9 +11,14 @@
 bool zentriSignedIn();
 void setZentriSignedIn(bool signedIn);
 
-/// The access token, sent to the service as it is. An empty token counts as not signed in.
+/// The access token, sent to the service as it is. An empty token counts as not signed in. Part of the
+/// interface; nothing in the module calls it.
 CString zentriAccessToken();
 void setZentriAccessToken(const CString& token);
 
-/// True when signed in with a token that is not empty: the check before every request.
+/// The token to send with a request; empty when nobody is signed in. A request must be sent with the very
+/// copy that has been checked: the user may have signed out before a second call.
+CString zentriRequestToken();
+
+/// Whether there is a token to send.
 bool zentriHasAccess();

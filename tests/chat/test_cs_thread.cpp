@@ -115,6 +115,19 @@ TEST_F(CSThread, SendsTheTokenAsUtf8WithoutAnyPrefix) {
     EXPECT_EQ(m_server.request(0).header("Authorization"), "令牌 with blanks==");
 }
 
+TEST_F(CSThread, SendsNothingWhenTheUserIsSignedOutBeforeItRuns) {
+    m_server.answer(kChatTarget, "data:a\n\n");
+    // On the worker thread, right before the request is built.
+    QObject::connect(
+        m_thread.get(), &ZR_AiChatCSThread::streamStart, m_thread.get(), [] { signOut(); },
+        Qt::DirectConnection);
+    m_thread->start();
+    ASSERT_TRUE(finish());
+    EXPECT_EQ(m_signals, texts({"start", "end"}));
+    EXPECT_EQ(m_server.requestCount(), 0);
+    EXPECT_EQ(MessageBoxes::instance().count(), 0);
+}
+
 TEST_F(CSThread, EscapesSpecialCharactersInJson) {
     m_thread->setExchange({QStringLiteral("a\"b\\c\nd"), QStringLiteral("sess-1")});
     m_server.answer(kChatTarget, "");

@@ -1,6 +1,8 @@
 #include <QEventLoop>
 #include <QThread>
 #include <QTimer>
+#include <atomic>
+#include <thread>
 
 #include "chat/ZR_AiChatHttp.h"
 #include "chat/ZR_AiChatService.h"
@@ -160,10 +162,53 @@ TEST_F(Service, FailsWithoutARequestWhenNobodyIsSignedIn) {
     EXPECT_EQ(m_server.requestCount(), 0);
 }
 
+TEST_F(Service, NeverSendsAnEmptyTokenWhileTheUserSignsInAndOut) {
+    answerCreate(m_server, "s1");
+    answerList(m_server, {});
+    answerRead(m_server, "a");
+    std::atomic<bool> stop{false};
+    std::thread toggling([&stop] {
+        while (!stop) {
+            signOut();
+            signIn(_T("token-1"));
+        }
+    });
+    const int requests = 100;
+    while (m_server.requestCount() < requests) {
+        createSessionOnServer();
+        CStringArray ids;
+        readSessionIds(ids);
+        ZR_AiChatSingleChatRecord record;
+        readSessionChats(_T("a"), record);
+    }
+    stop = true;
+    toggling.join();
+    for (int i = 0; i < m_server.requestCount(); ++i) {
+        ASSERT_EQ(m_server.request(i).header("Authorization"), "token-1") << i;
+    }
+}
+
+TEST_F(Service, ReadsForAUserOnlyWhileThatUserIsSignedIn) {
+    answerList(m_server, {"a"});
+    answerRead(m_server, "a");
+    for (const TCHAR* signedIn : {_T(""), _T("token-2")}) {
+        signIn(signedIn);
+        CStringArray ids;
+        ZR_AiChatSingleChatRecord record = usedRecord();
+        EXPECT_FALSE(readSessionIds(_T("token-1"), ids));
+        EXPECT_FALSE(readSessionChats(_T("token-1"), _T("a"), record));
+        EXPECT_TRUE(record.GetSessionId().IsEmpty());
+    }
+    EXPECT_EQ(m_server.requestCount(), 0);
+    CStringArray ids;
+    EXPECT_TRUE(readSessionIds(_T("token-2"), ids));
+    EXPECT_EQ(m_server.request(0).header("Authorization"), "token-2");
+}
+
 TEST_F(Service, KeepsThePortOutOfTheUrl) {
     m_server.answer("/path", "body");
     QString body;
-    ASSERT_TRUE(postToZentriService(QStringLiteral("/path"), 8001, body));
+    ASSERT_TRUE(postToZentriService(QStringLiteral("/path"), 8001, _T("token-1"), body));
     EXPECT_EQ(body, QStringLiteral("body"));
     EXPECT_EQ(m_server.request(0).header("Host"), m_server.address().toUtf8());
     EXPECT_EQ(m_server.request(0).target, "/path");
