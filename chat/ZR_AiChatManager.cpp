@@ -4,6 +4,8 @@
 #include <objbase.h>
 #include <wininet.h>
 
+#include <QCoreApplication>
+#include <QEvent>
 #include <QScopedValueRollback>
 
 #include "chat/ZR_AiChatAnswerInterface.h"
@@ -41,6 +43,25 @@ CString noThreadText() {
     return _T("\n对话线程未初始化！");
 }
 
+CString notCreatedText() {
+    return _T("\n创建新对话失败！");
+}
+
+ZR_AiChatManager* g_instance = nullptr;
+
+/// Once this is false, the thread has posted all its signals.
+bool runs(QThread* thread) {
+    if (thread == nullptr) {
+        return false;
+    }
+    if (thread->isRunning()) {
+        return true;
+    }
+    // The thread is no longer "running" while it still emits finished().
+    thread->wait();
+    return false;
+}
+
 }  // namespace
 
 ZR_AiChatManager::Answer::Answer(ZR_AiChatAnswerInterface* answerBubble)
@@ -52,7 +73,12 @@ ZR_AiChatAnswerInterface* ZR_AiChatManager::Answer::get() const {
 
 ZR_AiChatManager& ZR_AiChatManager::instance() {
     static ZR_AiChatManager manager;
+    g_instance = &manager;
     return manager;
+}
+
+ZR_AiChatManager* ZR_AiChatManager::existingInstance() {
+    return g_instance;
 }
 
 ZR_AiChatManager::ZR_AiChatManager()
@@ -66,62 +92,114 @@ ZR_AiChatManager::~ZR_AiChatManager() {
     if (g_zentriExchangeUnfinished) {
         print(_T("\n通信线程未正常结束,可能发生错误"));
     }
+    if (g_instance == this) {
+        g_instance = nullptr;
+    }
 }
 
 bool ZR_AiChatManager::canCommunicate() {
+    const CString reason = refusal();
+    if (!reason.IsEmpty()) {
+        print(reason);
+    }
+    return reason.IsEmpty();
+}
+
+CString ZR_AiChatManager::refusal() {
+    const Running running = deliverPosted();
     if (!zentriHasAccess()) {
-        print(_T("\n尚未登录！"));
-        return false;
+        return _T("\n尚未登录！");
     }
     if (g_zentriChatThread == nullptr || g_zentriHistoryThread == nullptr) {
-        print(_T("\n通信线程未初始化！"));
+        return _T("\n通信线程未初始化！");
+    }
+    if (isExchanging(running)) {
+        return busyText();
+    }
+    if (running.history || m_initialising) {
+        return _T("\n正在初始化用户数据，请等待该操作完成...");
+    }
+    return CString();
+}
+
+bool ZR_AiChatManager::initUserData() {
+    if (!zentriHasAccess()) {
         return false;
     }
-    if (isExchanging()) {
-        print(busyText());
+    if (canCommunicate()) {
+        readUserData();
+        return true;
+    }
+    if (g_zentriChatThread == nullptr || g_zentriHistoryThread == nullptr) {
         return false;
     }
-    if (g_zentriHistoryThread->isRunning() || m_initialising) {
-        print(_T("\n正在初始化用户数据，请等待该操作完成..."));
-        return false;
-    }
+    m_readPending = true;
+    connectThreads();
     return true;
 }
 
-void ZR_AiChatManager::initUserData() {
-    if (zentriHasAccess() && canCommunicate()) {
-        startThread(g_zentriHistoryThread);
+void ZR_AiChatManager::readUserData() {
+    m_readPending = false;
+    startThread(g_zentriHistoryThread);
+}
+
+void ZR_AiChatManager::readUserDataIfPending() {
+    if (m_readPending && refusal().IsEmpty()) {
+        readUserData();
     }
+}
+
+void ZR_AiChatManager::forgetUser() {
+    if (!m_chatThread.isNull() && m_chatThread != g_zentriChatThread) {
+        // It could not be stopped. The signals that it still emits belong to no exchange any more.
+        disconnect(m_chatThread, nullptr, this, nullptr);
+    }
+    deliverPosted();
+    if (g_zentriCommunicating) {
+        onStreamEnd();
+    }
+    m_sessions.replaceAll(ZR_AiChatSessionList());
+    m_current.Clear();
+    m_answer = Answer();
+    m_readPending = false;
+    ++m_userNumber;
 }
 
 void ZR_AiChatManager::send(const CString& question, bool flag, ZR_AiChatAnswerInterface* bubble) {
+    // Handlers may delete the bubble.
+    const Answer answer(bubble);
+    deliverPosted();
     const CString sessionId = m_current.GetSessionId();
     if (sessionId.IsEmpty()) {
-        sendInNewSession(question, flag, bubble);
+        sendInNewSession(question, flag, answer);
     } else {
-        sendInKnownSession(sessionId, question, flag, bubble);
+        sendInKnownSession(sessionId, question, flag, answer.get());
     }
 }
 
-void ZR_AiChatManager::sendInNewSession(const CString& question, bool flag,
-                                        ZR_AiChatAnswerInterface* bubble) {
-    // createSession() delivers events, and one of them may delete the bubble.
-    const Answer answer(bubble);
+void ZR_AiChatManager::sendInNewSession(const CString& question, bool flag, const Answer& answer) {
+    const Running running = deliverPosted();
     if (!zentriHasAccess()) {
         return;
     }
     fileCurrent();
-    if (!mayStartExchange()) {
+    if (!mayStartExchange(running)) {
         return;
     }
-    const CString sessionId = createSession();
+    const QScopedValueRollback<bool> sending(m_sending, true);
+    const int user = m_userNumber;
+    const CString sessionId = createSessionOnServer();
     if (sessionId.IsEmpty()) {
-        print(_T("\n创建新对话失败！"));
+        print(notCreatedText());
         return;
     }
-    // Events have been delivered meanwhile, so the module may have been unloaded.
+    // Events have been delivered meanwhile, so the module may have been unloaded, and loaded again.
     if (g_zentriChatThread == nullptr) {
         print(noThreadText());
+        return;
+    }
+    if (user != m_userNumber) {
+        print(notCreatedText());
         return;
     }
     m_current.SetSessionId(sessionId);
@@ -131,15 +209,11 @@ void ZR_AiChatManager::sendInNewSession(const CString& question, bool flag,
     startExchange(question, flag, answer);
 }
 
-CString ZR_AiChatManager::createSession() {
-    const QScopedValueRollback<bool> creating(m_creatingSession, true);
-    return createSessionOnServer();
-}
-
 void ZR_AiChatManager::sendInKnownSession(const CString& sessionId, const CString& question, bool flag,
                                           ZR_AiChatAnswerInterface* bubble) {
     const Answer answer(bubble);
-    if (!zentriHasAccess() || !mayStartExchange()) {
+    const Running running = deliverPosted();
+    if (!zentriHasAccess() || !mayStartExchange(running)) {
         return;
     }
     if (!m_current.IsSession(sessionId)) {
@@ -148,18 +222,19 @@ void ZR_AiChatManager::sendInKnownSession(const CString& sessionId, const CStrin
             return;
         }
     }
+    const QScopedValueRollback<bool> sending(m_sending, true);
     addToCurrent(kChatRoleUser, question);
     m_sessions.put(m_current);
     emit sessionUpdated(m_current.GetSessionId());
     startExchange(question, flag, answer);
 }
 
-bool ZR_AiChatManager::mayStartExchange() {
+bool ZR_AiChatManager::mayStartExchange(const Running& running) {
     if (g_zentriChatThread == nullptr) {
         print(noThreadText());
         return false;
     }
-    if (isExchanging()) {
+    if (isExchanging(running)) {
         print(busyText());
         return false;
     }
@@ -180,13 +255,14 @@ void ZR_AiChatManager::startExchange(const CString& question, bool flag, const A
 }
 
 void ZR_AiChatManager::newSession() {
-    if (!m_creatingSession) {
+    deliverPosted();
+    if (!m_sending) {
         fileCurrent();
     }
 }
 
 void ZR_AiChatManager::openSession(const CString& sessionId) {
-    if (isStreaming() || m_creatingSession) {
+    if (deliverPosted().chat || m_sending) {
         print(_T("\n当前有正在进行的通信,请等待通信结束..."));
         return;
     }
@@ -278,6 +354,11 @@ void ZR_AiChatManager::onThreadFinished() {
     if (g_zentriCommunicating) {
         onStreamEnd();
     }
+    readUserDataIfPending();
+}
+
+void ZR_AiChatManager::onReaderFinished() {
+    readUserDataIfPending();
 }
 
 void ZR_AiChatManager::onReadStart() {
@@ -288,10 +369,13 @@ void ZR_AiChatManager::onReadStart() {
 void ZR_AiChatManager::onReadEnd() {
     fileCurrent();
     ZR_AiChatSessionList history;
-    if (g_zentriHistoryThread != nullptr && g_zentriHistoryThread->copyResultTo(history)) {
+    // The run may have been started for a user who has signed out meanwhile.
+    if (g_zentriHistoryThread != nullptr && g_zentriHistoryThread->isResultOf(zentriRequestToken()) &&
+        g_zentriHistoryThread->copyResultTo(history)) {
         m_sessions.replaceAll(history);
     }
     if (ZR_AiChatViewInterface* view = zentriChatView()) {
+        const QScopedValueRollback<bool> inUse(m_listInUse, true);
         view->updateSideBarSessions(m_sessions.list());
     }
     m_initialising = false;
@@ -307,6 +391,7 @@ void ZR_AiChatManager::connectThreads() {
     if (!m_createdAfterThreads || g_zentriChatThread == nullptr || g_zentriHistoryThread == nullptr) {
         return;
     }
+    m_chatThread = g_zentriChatThread;
     const auto once = static_cast<Qt::ConnectionType>(Qt::AutoConnection | Qt::UniqueConnection);
     using Chat = ZR_AiChatCSThread;
     using History = ZR_AiChatReadHistoricalChatThread;
@@ -316,14 +401,21 @@ void ZR_AiChatManager::connectThreads() {
     connect(g_zentriChatThread, &Chat::finished, this, &ZR_AiChatManager::onThreadFinished, once);
     connect(g_zentriHistoryThread, &History::readStart, this, &ZR_AiChatManager::onReadStart, once);
     connect(g_zentriHistoryThread, &History::readEnd, this, &ZR_AiChatManager::onReadEnd, once);
+    connect(g_zentriHistoryThread, &History::finished, this, &ZR_AiChatManager::onReaderFinished, once);
 }
 
-bool ZR_AiChatManager::isStreaming() const {
-    return g_zentriChatThread != nullptr && g_zentriChatThread->isRunning();
+ZR_AiChatManager::Running ZR_AiChatManager::deliverPosted() {
+    // A thread posts its last signals before it ends, so this must be asked before they are delivered.
+    const Running before = {runs(g_zentriChatThread), runs(g_zentriHistoryThread)};
+    if (!m_listInUse) {
+        QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
+    }
+    // A slot may have started another run.
+    return {before.chat || runs(g_zentriChatThread), before.history || runs(g_zentriHistoryThread)};
 }
 
-bool ZR_AiChatManager::isExchanging() const {
-    return isStreaming() || g_zentriCommunicating || m_creatingSession;
+bool ZR_AiChatManager::isExchanging(const Running& running) const {
+    return running.chat || g_zentriCommunicating || m_sending;
 }
 
 void ZR_AiChatManager::fileCurrent() {

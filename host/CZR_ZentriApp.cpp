@@ -15,6 +15,7 @@
 #include <utility>
 
 #include "chat/ZR_AiChatCSThread.h"
+#include "chat/ZR_AiChatManager.h"
 #include "chat/ZR_AiChatModuleState.h"
 #include "chat/ZR_AiChatReadHistoricalChatThread.h"
 #include "host/ZR_ZentriCommands.h"
@@ -93,6 +94,9 @@ AcRx::AppRetCode CZR_ZentriApp::On_kUnloadAppMsg(void* packet) {
     detachReactors();
     deletePaletteSet();
     stopChatThread();
+    if (ZR_AiChatManager* const manager = ZR_AiChatManager::existingInstance()) {
+        manager->forgetUser();
+    }
     return AcRx::kRetOK;
 }
 

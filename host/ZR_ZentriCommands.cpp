@@ -24,6 +24,8 @@ constexpr int kNoFunctionCode = -1;
 
 /// True while the module is loaded.
 bool g_registered = false;
+/// True once the chat manager has taken the token.
+bool g_tokenHandedOver = false;
 
 AcEdCommandStack* commandStack() {
     AcRxObject* const object = acrxSysRegistry()->at(_T("ACAD_REGISTERED_COMMANDS"));
@@ -44,7 +46,7 @@ bool obtainToken() {
     }
     setZentriAccessToken(token);
     setZentriSignedIn(true);
-    ZR_AiChatManager::instance().initUserData();
+    g_tokenHandedOver = ZR_AiChatManager::instance().initUserData();
     return true;
 }
 
@@ -77,7 +79,8 @@ void togglePanel() {
 }
 
 void openChat() {
-    if (!zentriHasAccess() && !obtainToken() && !signIn()) {
+    const bool initialised = zentriHasAccess() && g_tokenHandedOver;
+    if (!initialised && !obtainToken() && !signIn()) {
         return;
     }
     if (!zentriHasAccess()) {
@@ -116,4 +119,5 @@ void removeZentriCommands() {
     }
     setZentriSignedIn(false);
     setZentriAccessToken(CString());
+    g_tokenHandedOver = false;
 }

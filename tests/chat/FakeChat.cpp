@@ -29,8 +29,8 @@ int MessageBoxes::DoMessageBox(LPCTSTR text, UINT type, UINT helpId) {
 }
 
 void FakeAnswer::startAnswerLoading() {
-    m_calls.append(QStringLiteral("bubble start"));
     m_text.clear();
+    take(QStringLiteral("bubble start"));
 }
 
 void FakeAnswer::appendAnswerText(const QString& piece) {
@@ -39,7 +39,14 @@ void FakeAnswer::appendAnswerText(const QString& piece) {
 }
 
 void FakeAnswer::stopAnswerLoading() {
-    m_calls.append(QStringLiteral("bubble stop"));
+    take(QStringLiteral("bubble stop"));
+}
+
+void FakeAnswer::take(const QString& call) {
+    m_calls.append(call);
+    if (onCall) {
+        onCall();
+    }
 }
 
 void FakeChatView::updateSideBarSessions(const ZR_AiChatSessionList& sessions) {

@@ -32,7 +32,12 @@ public:
     QString answerText() const override { return m_text; }
     QObject* answerObject() override { return this; }
 
+    /// Called within startAnswerLoading() and stopAnswerLoading(), after the call has been recorded.
+    std::function<void()> onCall;
+
 private:
+    void take(const QString& call);
+
     Calls& m_calls;
     QString m_text;
 };

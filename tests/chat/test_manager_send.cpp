@@ -305,6 +305,29 @@ TEST_F(ManagerSend, EmitsItsSignalBeforeItStartsTheExchange) {
     EXPECT_EQ(running, (QList<bool>{false, false}));
 }
 
+TEST_F(ManagerSend, RefusesDecisionsOfTheReceiversOfItsSignal) {
+    makeManager();
+    loadHistory({"a"});
+    answerCreate("s1");
+    m_server.answer(kChatTarget, "");
+    QList<bool> allowed;
+    const auto decide = [&] {
+        allowed.append(m_manager->canCommunicate());
+        m_manager->openSession(_T("a"));
+        m_manager->newSession();
+    };
+    QObject::connect(m_manager.get(), &ZR_AiChatManager::newSessionSet, m_manager.get(), decide);
+    QObject::connect(m_manager.get(), &ZR_AiChatManager::sessionUpdated, m_manager.get(), decide);
+    m_manager->send(_T("first"), true, nullptr);
+    ASSERT_TRUE(waitUntilIdle());
+    m_manager->send(_T("second"), true, nullptr);
+    ASSERT_TRUE(waitUntilIdle());
+    EXPECT_EQ(allowed, (QList<bool>{false, false}));
+    EXPECT_EQ(takePrinted(), kBusy + kOpenRefused + kBusy + kOpenRefused);
+    EXPECT_EQ(current(), texts({"0:first", "0:second"}));
+    EXPECT_TRUE(m_server.request(m_server.requestCount() - 1).body.contains("\"userInput\": \"second\""));
+}
+
 TEST_F(ManagerSend, NeverEmitsItsStreamAndHistorySignalsOnPurpose) {
     makeManager();
     const QSignalSpy start(m_manager.get(), &ZR_AiChatManager::streamStart);

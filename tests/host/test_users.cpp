@@ -1,0 +1,125 @@
+#include <QTextEdit>
+
+#include "chat/ZR_AiChatCSThread.h"
+#include "chat/ZR_AiChatManager.h"
+#include "chat/ZR_AiChatModuleState.h"
+#include "chat/ZR_AiChatReadHistoricalChatThread.h"
+#include "host/core/ZR_ZentriAccount.h"
+#include "host/core/ZR_ZentriText.h"
+#include "tests/chat/ServiceReplies.h"
+#include "tests/host/ModuleFixture.h"
+#include "view/ZR_ZentriPaletteView.h"
+
+// The module is unloaded, and loaded again for another user, while a thread or its queued signals are on
+// their way.
+
+namespace {
+
+class Users : public ModuleFixture {
+protected:
+    Users() { load(); }
+
+    int requestsTo(const QByteArray& target) const {
+        int count = 0;
+        for (int i = 0; i < service.requestCount(); ++i) {
+            count += service.request(i).target == target ? 1 : 0;
+        }
+        return count;
+    }
+
+    /// The ids of the manager's sessions.
+    static QStringList sessions() {
+        ZR_AiChatSessionList list;
+        ZR_AiChatManager::instance().getSessions(list);
+        QStringList ids;
+        for (INT_PTR i = 0; i < list.GetCount(); ++i) {
+            ids.append(toQString(list[i].GetSessionId()));
+        }
+        return ids;
+    }
+
+    static CString currentId() {
+        ZR_AiChatSingleChatRecord record;
+        ZR_AiChatManager::instance().getCurrentRecord(record);
+        return record.GetSessionId();
+    }
+};
+
+}  // namespace
+
+TEST_F(Users, TheNextUserWithoutSessionsSeesNone) {
+    answerList(service, {"a"});
+    answerRead(service, "a");
+    openPanel();
+    ASSERT_EQ(sessions(), QStringList{QStringLiteral("a")});
+    unload();
+    EXPECT_TRUE(sessions().isEmpty());
+    load();
+    answerList(service, {});
+    program.host().clearPrinted();
+    openPanel();
+    EXPECT_TRUE(sessions().isEmpty());
+}
+
+TEST_F(Users, AReloadBeforeTheQueueHasRunStartsOver) {
+    openPanel();
+    const int before = service.requestCount();
+    inputBox()->setPlainText(QStringLiteral("Q"));
+    view()->sendInput();
+    ASSERT_TRUE(TestProgram::pumpUntil([&] { return service.requestCount() == before + 2; }));
+    service.sendHead(before + 1);
+    service.sendBytes(before + 1, "data:first\n\n");
+    ASSERT_TRUE(TestProgram::pumpUntil([] { return g_zentriCommunicating.load(); }));
+    service.close(before + 1);
+    // The host's message loop does not run from here on.
+    ASSERT_TRUE(g_zentriChatThread->wait());
+    unload();
+    load();
+    answerList(service, {"a"});
+    answerRead(service, "a");
+    program.host().clearPrinted();
+    EXPECT_TRUE(currentId().IsEmpty());
+    openPanel();
+    EXPECT_EQ(sessions(), QStringList{QStringLiteral("a")});
+    EXPECT_TRUE(currentId().IsEmpty());
+}
+
+TEST_F(Users, UnloadingDuringTheReadKeepsTheHistoryFromTheNextUser) {
+    answerList(service, {"held", "next"});
+    FakeAccount::token = _T("token");
+    ASSERT_TRUE(run(_T("KQ_AICHAT")));
+    ASSERT_TRUE(TestProgram::pumpUntil([this] { return service.requestCount() == 2; }));
+    ASSERT_TRUE(g_zentriHistoryThread->isRunning());
+    unload();
+    EXPECT_TRUE(g_zentriHistoryThread->isRunning());
+    load();
+    answerList(service, {"b"});
+    answerRead(service, "b");
+    FakeAccount::token = _T("other");
+    ASSERT_TRUE(run(_T("KQ_AICHAT")));
+    EXPECT_TRUE(zentriAccessToken() == _T("other"));
+    const QByteArray body = R"({"code":200,"msg":"success","data":[{"role":"user","message":"Q"}]})";
+    service.sendHead(1, 200, "application/json",
+                     "Content-Length: " + QByteArray::number(body.size()) + "\r\n");
+    service.sendBytes(1, body);
+    // Without another command.
+    EXPECT_TRUE(TestProgram::pumpUntil([] { return sessions() == QStringList{QStringLiteral("b")}; }));
+    EXPECT_EQ(requestsTo(kReadTarget + "next"), 0);
+    for (int i = 0; i < service.requestCount(); ++i) {
+        const bool former = i < 2;
+        EXPECT_EQ(service.request(i).header("Authorization"), QByteArray(former ? "token" : "other")) << i;
+    }
+}
+
+TEST_F(Users, UnloadingDuringTheReadSendsNothingMore) {
+    answerList(service, {"held", "next"});
+    FakeAccount::token = _T("token");
+    ASSERT_TRUE(run(_T("KQ_AICHAT")));
+    ASSERT_TRUE(TestProgram::pumpUntil([this] { return service.requestCount() == 2; }));
+    unload();
+    service.sendEmptyReply(1, 404);
+    ASSERT_TRUE(TestProgram::pumpUntil([] { return !g_zentriHistoryThread->isRunning(); }));
+    TestProgram::settle();
+    EXPECT_EQ(service.requestCount(), 2);
+    EXPECT_TRUE(sessions().isEmpty());
+}
