@@ -16,7 +16,7 @@ void runAndLogExceptions(const CString& errorBegin, const CString& unknownError,
     try {
         work();
     } catch (const std::exception& error) {
-        zentriLog(errorBegin + toCString(QString::fromUtf8(error.what())));
+        zentriLog(errorBegin + toCString(QString::fromLocal8Bit(error.what())));
     } catch (CException* error) {
         error->Delete();
         zentriLog(unknownError);

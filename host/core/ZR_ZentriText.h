@@ -8,7 +8,8 @@
 
 /// The same text as a QString.
 inline QString toQString(const CString& text) {
-    return QString::fromUtf16(reinterpret_cast<const ushort*>(text.GetString()), text.GetLength());
+    // QString::fromUtf16() would take a leading U+FEFF or U+FFFE for a byte-order mark.
+    return QString(reinterpret_cast<const QChar*>(text.GetString()), text.GetLength());
 }
 
 /// The same text as a CString.

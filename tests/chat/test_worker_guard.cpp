@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <QException>
+#include <QTextCodec>
 #include <stdexcept>
 
 #include "chat/ZR_AiChatWorkerGuard.h"
@@ -23,10 +24,24 @@ TEST(WorkerGuard, LogsNothingWithoutAnException) {
 }
 
 TEST(WorkerGuard, LogsTheMessageOfAnException) {
-    EXPECT_EQ(loggedBy([] { throw std::runtime_error("100%s 坏"); }),
-              QStringList{QStringLiteral("begin:100%s 坏")});
-    const QString message = QString::fromUtf8(QException().what());
+    EXPECT_EQ(loggedBy([] { throw std::runtime_error("100%s broken"); }),
+              QStringList{QStringLiteral("begin:100%s broken")});
+    const QString message = QString::fromLatin1(QException().what());
     EXPECT_EQ(loggedBy([] { throw QException(); }), QStringList{QStringLiteral("begin:") + message});
+}
+
+TEST(WorkerGuard, ReadsTheMessageInTheSystemsCodePage) {
+    QTextCodec* const system = QTextCodec::codecForLocale();
+    for (const char* const codePage : {"GBK", "UTF-8"}) {
+        QTextCodec* const codec = QTextCodec::codecForName(codePage);
+        ASSERT_NE(codec, nullptr) << codePage;
+        QTextCodec::setCodecForLocale(codec);
+        const QByteArray message = codec->fromUnicode(QStringLiteral("文件损坏"));
+        EXPECT_EQ(loggedBy([&message] { throw std::runtime_error(message.constData()); }),
+                  QStringList{QStringLiteral("begin:文件损坏")})
+            << codePage;
+    }
+    QTextCodec::setCodecForLocale(system);
 }
 
 TEST(WorkerGuard, LogsAnExceptionWithoutAMessageAsUnknown) {

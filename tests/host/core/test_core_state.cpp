@@ -152,3 +152,12 @@ TEST(WideText, EndsAtItsFirstNullForTheHost) {
     EXPECT_EQ(toQString(terminatedText(_T("LINE"))), QStringLiteral("LINE"));
     EXPECT_TRUE(terminatedText(CString(_T("\0LINE"), 5)).IsEmpty());
 }
+
+TEST(Text, KeepsByteOrderMarksLikeAnyOtherUnit) {
+    for (const ushort mark : {ushort{0xFEFF}, ushort{0xFFFE}}) {
+        const QString leading = QChar(mark) + QStringLiteral("命令 LINE");
+        EXPECT_EQ(toQString(toCString(leading)), leading) << mark;
+        const QString within = QStringLiteral("命令") + QChar(mark) + QStringLiteral("LINE");
+        EXPECT_EQ(toQString(toCString(within)), within) << mark;
+    }
+}
