@@ -14,13 +14,33 @@ namespace {
 /// the command.
 constexpr const TCHAR* kCancel = _T("\x03\x03");
 
-/// Queues text on the current document, as if typed there.
-void sendToCurrentDocument(const CString& text) {
-    AcApDocument* const document = acDocManager->curDocument();
-    if (document != nullptr) {
-        acDocManager->sendStringToExecute(document, text, true, false, true);
+/// Follows a document for as long as it is open. A later document may have the address of a closed one, so
+/// comparing pointers would not do.
+class OpenDocument : public AcApDocManagerReactor {
+public:
+    explicit OpenDocument(AcApDocument* document) : m_document(document) { acDocManager->addReactor(this); }
+    ~OpenDocument() override { acDocManager->removeReactor(this); }
+    OpenDocument(const OpenDocument&) = delete;
+    OpenDocument& operator=(const OpenDocument&) = delete;
+
+    void documentToBeDestroyed(AcApDocument* document) override {
+        if (document == m_document) {
+            m_document = nullptr;
+        }
     }
-}
+
+    /// Queues text on the document, as if typed there; false if it has been closed.
+    bool send(const CString& text) const {
+        if (m_document == nullptr) {
+            return false;
+        }
+        acDocManager->sendStringToExecute(m_document, text, true, false, true);
+        return true;
+    }
+
+private:
+    AcApDocument* m_document;
+};
 
 /// Asks whether to cancel the command in progress for the requested one.
 bool mayCancelFor(const CString& command) {
@@ -41,21 +61,20 @@ ZR_ZentriCmdManager& ZR_ZentriCmdManager::instance() {
 }
 
 void ZR_ZentriCmdManager::runCommand(CString command) {
-    const AcApDocument* const document = acDocManager->curDocument();
-    if (document == nullptr) {
+    AcApDocument* const current = acDocManager->curDocument();
+    if (current == nullptr) {
         return;
     }
     // The host takes a terminated string: after an embedded null it would not see the line feed that runs the
     // command.
     command = terminatedText(command);
-    // The message box runs the host's message loop, and the document may be closed meanwhile. So the current
-    // one is looked up again for each string.
-    if (!document->isQuiescent()) {
-        if (!mayCancelFor(command)) {
-            return;
-        }
-        sendToCurrentDocument(kCancel);
+    // The message box runs the host's message loop: the user may switch to another document meanwhile, whose
+    // command nobody has asked about, or close this one.
+    const OpenDocument document(current);
+    if (!current->isQuiescent() && (!mayCancelFor(command) || !document.send(kCancel))) {
+        return;
     }
-    sendToCurrentDocument(command + _T("\n"));
-    m_lastRunCommand = toQString(command);
+    if (document.send(command + _T("\n"))) {
+        m_lastRunCommand = toQString(command);
+    }
 }

@@ -14,7 +14,8 @@ public:
     static ZR_ZentriCmdManager& instance();
 
     /// Queues the command on the current document's command line; the host runs it when it is next idle. If a
-    /// command is in progress, the user is asked first, and No drops the request. By value: the question runs
+    /// command is in progress there, the user is asked first, and No drops the request, as does closing the
+    /// document; switching to another one does not redirect it. By value: the question runs
     /// the host's message loop, during which the caller and its text may be destroyed.
     void runCommand(CString command);
 

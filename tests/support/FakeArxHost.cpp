@@ -1,11 +1,36 @@
 #include "tests/support/FakeArxHost.h"
 
+namespace {
+
+void close(std::unique_ptr<FakeArxDocument>& document) {
+    if (document != nullptr) {
+        arxFireDocumentToBeDestroyed(document.get());
+        document.reset();
+    }
+}
+
+}  // namespace
+
 FakeArxHost::FakeArxHost() {
     setArxHost(this);
 }
 
 FakeArxHost::~FakeArxHost() {
     setArxHost(nullptr);
+}
+
+void FakeArxHost::setDocument(std::unique_ptr<FakeArxDocument> document) {
+    close(m_document);
+    m_document = std::move(document);
+}
+
+void FakeArxHost::switchToDocument(std::unique_ptr<FakeArxDocument> document) {
+    close(m_formerDocument);
+    m_formerDocument = std::exchange(m_document, std::move(document));
+}
+
+void FakeArxHost::closeFormerDocument() {
+    close(m_formerDocument);
 }
 
 void FakeArxHost::setService(const CString& service, const char* symbol, void* address) {

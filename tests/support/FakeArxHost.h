@@ -45,8 +45,12 @@ public:
     // Set by the test.
     void setVar(const CString& name, short value) { m_variables[name] = value; }
     void setService(const CString& service, const char* symbol, void* address);
-    /// Null for a host without an open drawing.
-    void setDocument(std::unique_ptr<FakeArxDocument> document) { m_document = std::move(document); }
+    /// Closes the current document and opens another one in its place; null leaves no open document.
+    void setDocument(std::unique_ptr<FakeArxDocument> document);
+    /// Makes another document the current one. The former one stays open, until it is closed.
+    void switchToDocument(std::unique_ptr<FakeArxDocument> document);
+    void closeFormerDocument();
+    /// The current document.
     FakeArxDocument* document() const { return m_document.get(); }
     void setFrame(CMDIFrameWnd* frame) { m_frame = frame; }
     void setDrawingView(CView* view) { m_view = view; }
@@ -84,6 +88,7 @@ private:
     std::map<CString, ArxDockState> m_dockStates;
     std::vector<SentString> m_sent;
     std::unique_ptr<FakeArxDocument> m_document = std::make_unique<FakeArxDocument>();
+    std::unique_ptr<FakeArxDocument> m_formerDocument;
     CMDIFrameWnd* m_frame = nullptr;
     CView* m_view = nullptr;
     bool m_dark = false;

@@ -51,6 +51,7 @@ HostArx::HostArx(HostApp& app, const std::string& token, bool maySignIn)
 }
 
 HostArx::~HostArx() {
+    arxFireDocumentToBeDestroyed(m_document.get());
     m_app.editor().setExternalCommands(nullptr);
     m_app.editor().removeListener(this);
     setArxHost(nullptr);

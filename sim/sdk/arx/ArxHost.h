@@ -89,6 +89,10 @@ void arxFireSysVarChanged(const ACHAR* variableName, bool success);
 /// The number of attached reactors.
 int arxEditorReactorCount();
 
+/// Notifies the document manager's reactors, before the program closes a document. A reactor may add or
+/// remove reactors during the notification.
+void arxFireDocumentToBeDestroyed(AcApDocument* document);
+
 /// Sends a message to all loaded modules, for example kQuitMsg when the program exits, kLoadDwgMsg for a new
 /// document.
 void arxSendToModules(AcRx::AppMsgCode message);

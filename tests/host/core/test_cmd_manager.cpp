@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 #include <win32_control.h>
 
+#include <memory>
+
 #include "host/core/ZR_ZentriCmdManager.h"
 #include "host/core/ZR_ZentriCmdRecorder.h"
 #include "host/core/ZR_ZentriModalScope.h"
@@ -100,6 +102,51 @@ TEST_F(CmdManager, DoesNotUseADocumentClosedDuringTheQuestion) {
     MessageBoxAnswer box(IDYES, [this] { host.setDocument(nullptr); });
     manager.runCommand(_T("CIRCLE"));
     EXPECT_EQ(box.count(), 1);
+    EXPECT_TRUE(host.sent().empty());
+}
+
+TEST_F(CmdManager, UsesTheDocumentThatTheQuestionIsAboutAfterTheUserHasSwitchedToAnother) {
+    FakeArxDocument* const asked = host.document();
+    asked->quiescent = false;
+    MessageBoxAnswer box(IDYES, [this] { host.switchToDocument(std::make_unique<FakeArxDocument>()); });
+    manager.runCommand(_T("CIRCLE"));
+    ASSERT_NE(host.document(), asked);
+    ASSERT_EQ(host.sent().size(), 2U);
+    EXPECT_EQ(host.sent()[0].document, asked);
+    EXPECT_TRUE(host.sent()[0].text == _T("\x03\x03"));
+    EXPECT_EQ(host.sent()[1].document, asked);
+    EXPECT_TRUE(host.sent()[1].text == _T("CIRCLE\n"));
+    EXPECT_EQ(manager.lastRunCommand(), QStringLiteral("CIRCLE"));
+}
+
+TEST_F(CmdManager, LeavesOtherDocumentsAloneWhenTheOneAskedAboutHasBeenClosed) {
+    manager.runCommand(_T("LINE"));
+    host.clearSent();
+    for (const bool currentAtFirst : {true, false}) {
+        host.document()->quiescent = false;
+        MessageBoxAnswer box(IDYES, [&] {
+            if (currentAtFirst) {
+                host.setDocument(std::make_unique<FakeArxDocument>());
+            } else {
+                host.switchToDocument(std::make_unique<FakeArxDocument>());
+                host.closeFormerDocument();
+            }
+            // The new one is in a command too.
+            host.document()->quiescent = false;
+        });
+        manager.runCommand(_T("CIRCLE"));
+        EXPECT_EQ(box.count(), 1);
+        EXPECT_TRUE(host.sent().empty()) << currentAtFirst;
+        EXPECT_EQ(manager.lastRunCommand(), QStringLiteral("LINE"));
+    }
+}
+
+TEST_F(CmdManager, ADocumentAtTheAddressOfTheClosedOneIsAnother) {
+    FakeArxDocument* const asked = host.document();
+    asked->quiescent = false;
+    // The host announces that the document is closed, and the next one gets its address.
+    MessageBoxAnswer box(IDYES, [asked] { arxFireDocumentToBeDestroyed(asked); });
+    manager.runCommand(_T("CIRCLE"));
     EXPECT_TRUE(host.sent().empty());
 }
 

@@ -130,6 +130,27 @@ TEST(DocManager, DocumentIsQuiescentWhenTheHostSaysSo) {
     EXPECT_FALSE(curDoc()->isQuiescent());
 }
 
+TEST(DocManager, TellsItsReactorsOfADocumentBeforeItIsClosed) {
+    class Reactor : public AcApDocManagerReactor {
+    public:
+        void documentToBeDestroyed(AcApDocument* document) override {
+            titles.emplace_back(document->docTitle());
+        }
+        std::vector<CString> titles;
+    };
+    FakeArxHost host;
+    Reactor reactor;
+    acDocManager->addReactor(&reactor);
+    acDocManager->addReactor(&reactor);
+    host.switchToDocument(std::make_unique<FakeArxDocument>(_T("second")));
+    EXPECT_TRUE(reactor.titles.empty());
+    host.closeFormerDocument();
+    EXPECT_EQ(reactor.titles, std::vector<CString>{_T("Drawing1.dwg")});
+    acDocManager->removeReactor(&reactor);
+    host.setDocument(nullptr);
+    EXPECT_EQ(reactor.titles.size(), 1U);
+}
+
 TEST(DocManager, ThereMayBeNoDocument) {
     FakeArxHost host;
     host.setDocument(nullptr);
