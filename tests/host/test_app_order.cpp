@@ -48,6 +48,11 @@ public:
         m_report(QStringLiteral("print"));
         FakeArxHost::print(text);
     }
+    AcRx::AppRetCode baseInitialised() override {
+        m_report(QStringLiteral("base initialised"));
+        return baseResult;
+    }
+    void baseUnloaded() override { m_report(QStringLiteral("base unloaded")); }
     CMDIFrameWnd* frame() override {
         m_report(QStringLiteral("frame"));
         return FakeArxHost::frame();
@@ -56,6 +61,8 @@ public:
         m_report(QStringLiteral("dockState"));
         return FakeArxHost::dockState(title, state);
     }
+
+    AcRx::AppRetCode baseResult = AcRx::kRetOK;
 
 private:
     std::function<void(const QString&)> m_report;
@@ -113,7 +120,8 @@ TEST_F(AppOrder, LoadingCreatesTheObjectsInOrder) {
     const HINSTANCE before = AfxGetResourceHandle();
     app.On_kInitAppMsg(&app);
     EXPECT_EQ(steps,
-              (QStringList{// The log, which has no folder here: the module's file is not loaded.
+              (QStringList{QStringLiteral("base initialised:"),
+                           // The log, which has no folder here: the module's file is not loaded.
                            QStringLiteral("print:"), QStringLiteral("addCommand KQ_AICHAT:"),
                            QStringLiteral("addCommand _refreshChatView:"),
                            // The fonts are not linked into this test.
@@ -123,10 +131,11 @@ TEST_F(AppOrder, LoadingCreatesTheObjectsInOrder) {
                            QStringLiteral("addReactor: Qt chat history set palette recorder sysReactor")}));
     EXPECT_EQ(recorder.addedReactors,
               (std::vector<AcEditorReactor*>{g_zentriCmdRecorder, g_zentriSysReactor}));
-    // The module's resource handle is the current one throughout.
-    for (const HINSTANCE handle : resourceHandles) {
-        EXPECT_EQ(handle, kModule);
-    }
+    // The module's resource handle is the current one from step 2 on.
+    ASSERT_EQ(resourceHandles.size(), 9U);
+    EXPECT_EQ(resourceHandles[0], before);
+    EXPECT_EQ(std::vector<HINSTANCE>(resourceHandles.begin() + 1, resourceHandles.end()),
+              std::vector<HINSTANCE>(8, kModule));
     EXPECT_EQ(AfxGetResourceHandle(), before);
     app.On_kUnloadAppMsg(&app);
 }
@@ -141,16 +150,25 @@ TEST_F(AppOrder, UnloadingDestroysThemInReverseOrder) {
                      [] { ADD_FAILURE() << "The history reader belongs to the Qt application."; });
     steps.clear();
     app.On_kUnloadAppMsg(&app);
-    ASSERT_EQ(steps.size(), 5);
-    EXPECT_EQ(steps[0],
+    ASSERT_EQ(steps.size(), 6);
+    EXPECT_EQ(steps[0], QStringLiteral("base unloaded: Qt chat history set palette recorder sysReactor"));
+    EXPECT_EQ(steps[1],
               QStringLiteral("removeGroup ZR_ZENTRI: Qt chat history set palette recorder sysReactor"));
-    EXPECT_EQ(steps[1], QStringLiteral("removeReactor: Qt chat history set palette recorder sysReactor"));
     EXPECT_EQ(steps[2], QStringLiteral("removeReactor: Qt chat history set palette recorder sysReactor"));
+    EXPECT_EQ(steps[3], QStringLiteral("removeReactor: Qt chat history set palette recorder sysReactor"));
     EXPECT_EQ(recorder.removedReactors,
               (std::vector<AcEditorReactor*>{g_zentriCmdRecorder, g_zentriSysReactor}));
-    EXPECT_TRUE(steps[3].startsWith(QStringLiteral("view deleted: Qt chat history")));
-    EXPECT_TRUE(steps[4].startsWith(QStringLiteral("thread deleted")));
+    EXPECT_TRUE(steps[4].startsWith(QStringLiteral("view deleted: Qt chat history")));
+    EXPECT_TRUE(steps[5].startsWith(QStringLiteral("thread deleted")));
     QObject::disconnect(g_zentriHistoryThread, nullptr, qApp, nullptr);
+}
+
+TEST_F(AppOrder, LoadingReturnsTheBaseClassesResult) {
+    for (const AcRx::AppRetCode result : {AcRx::kRetOK, AcRx::kRetError}) {
+        host.baseResult = result;
+        EXPECT_EQ(app.On_kInitAppMsg(&app), result);
+        EXPECT_EQ(app.On_kUnloadAppMsg(&app), AcRx::kRetOK);
+    }
 }
 
 TEST_F(AppOrder, TheCommandsHaveNoContextNoFunctionCodeAndNoResources) {
@@ -176,6 +194,29 @@ TEST_F(AppOrder, AReactorIsAttachedOncePerLoad) {
     // After unloading they are attached again.
     app.On_kInitAppMsg(&app);
     EXPECT_EQ(recorder.addedReactors.size(), 4U);
+    app.On_kUnloadAppMsg(&app);
+}
+
+TEST_F(AppOrder, APaletteWhoseDefaultCreationFailsIsNotCreated) {
+    // MFC makes a class for these attributes unless there is one of its name; its window procedure does the
+    // default handling.
+    const CString name(AfxRegisterWndClass(CS_DBLCLKS, LoadCursorW(nullptr, IDC_ARROW)));
+    WNDCLASSW windowClass = {};
+    ASSERT_TRUE(GetClassInfoW(AfxGetInstanceHandle(), name, &windowClass));
+    ASSERT_TRUE(UnregisterClassW(name, AfxGetInstanceHandle()));
+    windowClass.lpszClassName = name;
+    windowClass.lpfnWndProc = [](HWND window, UINT message, WPARAM wParam, LPARAM lParam) -> LRESULT {
+        const auto* const creation = reinterpret_cast<CREATESTRUCTW*>(lParam);
+        if (message == WM_CREATE && CString(creation->lpszName) == _T("朔禾 Zentri")) {
+            return -1;
+        }
+        return DefWindowProcW(window, message, wParam, lParam);
+    };
+    ASSERT_NE(RegisterClassW(&windowClass), 0);
+    EXPECT_EQ(app.On_kInitAppMsg(&app), AcRx::kRetOK);
+    ASSERT_NE(g_zentriPaletteSet, nullptr);
+    EXPECT_EQ(g_zentriPaletteSet->GetPaletteCount(), 0);
+    EXPECT_EQ(zentriPaletteAccess(), nullptr);
     app.On_kUnloadAppMsg(&app);
 }
 

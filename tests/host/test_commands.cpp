@@ -1,4 +1,5 @@
 #include <accmd.h>
+#include <aced.h>
 #include <rxdict.h>
 
 #include <QVariant>
@@ -206,6 +207,15 @@ TEST_F(Commands, RefreshChangesNothing) {
 TEST_F(Commands, WithoutACommandStackNothingIsRegistered) {
     unload();
     AcRxObject* const stack = acrxSysRegistry()->remove(_T("ACAD_REGISTERED_COMMANDS"));
+    EXPECT_EQ(load(), AcRx::kRetOK);
+    EXPECT_EQ(unload(), AcRx::kRetOK);
+    acrxSysRegistry()->atPut(_T("ACAD_REGISTERED_COMMANDS"), stack);
+    EXPECT_EQ(acedRegCmds->lookupCmd(_T("KQ_AICHAT"), false), nullptr);
+}
+
+TEST_F(Commands, AnotherObjectInPlaceOfTheCommandStackIsNotUsed) {
+    unload();
+    AcRxObject* const stack = acrxSysRegistry()->atPut(_T("ACAD_REGISTERED_COMMANDS"), acedEditor);
     EXPECT_EQ(load(), AcRx::kRetOK);
     EXPECT_EQ(unload(), AcRx::kRetOK);
     acrxSysRegistry()->atPut(_T("ACAD_REGISTERED_COMMANDS"), stack);

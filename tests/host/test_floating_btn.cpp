@@ -77,6 +77,19 @@ TEST_F(FloatingBtn, FollowsTheCursorWhileTheLeftButtonIsHeld) {
     EXPECT_EQ(button->pos(), QPoint(140, 80));
 }
 
+TEST_F(FloatingBtn, AcceptsTheMouseEventsThatItHandles) {
+    QMouseEvent press(QEvent::MouseButtonPress, QPointF(10, 10), QPointF(110, 70), Qt::LeftButton,
+                      Qt::LeftButton, Qt::NoModifier);
+    press.ignore();
+    QCoreApplication::sendEvent(button, &press);
+    EXPECT_TRUE(press.isAccepted());
+    QMouseEvent move(QEvent::MouseMove, QPointF(20, 20), QPointF(120, 80), Qt::NoButton, Qt::LeftButton,
+                     Qt::NoModifier);
+    move.ignore();
+    QCoreApplication::sendEvent(button, &move);
+    EXPECT_TRUE(move.isAccepted());
+}
+
 TEST_F(FloatingBtn, StaysWithinItsParent) {
     button->move(100, 60);
     press(QPoint(110, 70));

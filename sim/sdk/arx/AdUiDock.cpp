@@ -21,6 +21,7 @@ BOOL CAdUiDockControlBar::createBar(LPCTSTR title, DWORD style, const CRect& siz
     }
     m_title = title;
     m_sizeDocked = size.Size();
+    m_requestedStyle = style;
     m_dwStyle = CBRS_LEFT | CBRS_SIZE_DYNAMIC;
     // A docked bar has no non-client frame, and is hidden until the program shows it.
     const DWORD frameStyles = WS_DLGFRAME | WS_BORDER | WS_THICKFRAME | WS_VISIBLE;
@@ -37,7 +38,7 @@ void CAdUiDockControlBar::RestoreControlBar(int dockBarId, CDockState*) {
         m_sizeDocked.cx = remembered.width;
         OnDockedSizing(m_sizeDocked);
     }
-    if (CFrameWnd* const frame = GetDockingFrame()) {
+    if (CFrameWnd* const frame = m_dwDockStyle != 0 ? GetDockingFrame() : nullptr) {
         frame->DockControlBar(this, remembered.dockBarId);
     }
 }

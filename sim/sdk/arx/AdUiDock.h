@@ -26,7 +26,7 @@ public:
     void SetToolID(void* toolId) { m_toolId = static_cast<const GUID*>(toolId); }
 
     /// Docks the bar where the host remembers it (ArxHost::dockState), otherwise at the given dock bar;
-    /// `state` is ignored.
+    /// `state` is ignored. A bar for which EnableDocking() has not been called is not docked.
     virtual void RestoreControlBar(int dockBarId = AFX_IDW_DOCKBAR_LEFT, CDockState* state = nullptr);
 
     /// The limits for docking and for dragging the bar's edge, in pixels.
@@ -34,6 +34,9 @@ public:
     virtual void GetMaximumSize(CSize& size);
 
     void OnDockedSizing(CSize& size) override;
+
+    /// The slice's own: the window style with which the program created the bar.
+    DWORD RequestedStyle() const { return m_requestedStyle; }
 
 protected:
     /// Creates the bar's window, hidden. `size` gives its size when docked.
@@ -52,4 +55,5 @@ private:
     CString toolIdText() const;
 
     const GUID* m_toolId = nullptr;
+    DWORD m_requestedStyle = 0;
 };

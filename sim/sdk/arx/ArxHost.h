@@ -47,6 +47,11 @@ public:
     /// with malloc; the caller owns it.
     virtual bool getVar(const ACHAR* name, resbuf& value) = 0;
 
+    /// Called when the wizard's base class has initialised the module; its result.
+    virtual AcRx::AppRetCode baseInitialised() { return AcRx::kRetOK; }
+    /// Called when the wizard's base class has undone that.
+    virtual void baseUnloaded() {}
+
     virtual CMDIFrameWnd* frame() = 0;
     virtual CView* drawingView() = 0;
 

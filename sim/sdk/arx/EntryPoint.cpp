@@ -1,14 +1,17 @@
 #include "arxEntryPoint.h"
 
+#include "ArxHost.h"
+
 AcRx::AppRetCode AcRxDbxApp::On_kInitAppMsg(void* packet) {
     AcRxDynamicLinker* const linker = acrxDynamicLinker;
     linker->unlockApplication(packet);
     linker->registerAppMDIAware(packet);
     RegisterServerComponents();
-    return AcRx::kRetOK;
+    return arxHost().baseInitialised();
 }
 
 AcRx::AppRetCode AcRxDbxApp::On_kUnloadAppMsg(void*) {
+    arxHost().baseUnloaded();
     return AcRx::kRetOK;
 }
 AcRx::AppRetCode AcRxDbxApp::On_kLoadDwgMsg(void*) {
