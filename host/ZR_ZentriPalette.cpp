@@ -11,6 +11,19 @@
 #include "host/core/ZR_ZentriText.h"
 #include "view/ZR_ZentriPaletteView.h"
 
+namespace {
+
+constexpr const TCHAR* kUnknownFailure = _T("The chat view could not be embedded.");
+constexpr int kMaxMessage = 512;
+
+/// An MFC exception's message, or a general one if it has none.
+CString messageOf(const CException& error) {
+    TCHAR message[kMaxMessage] = {};
+    return error.GetErrorMessage(message, kMaxMessage) != FALSE ? CString(message) : CString(kUnknownFailure);
+}
+
+}  // namespace
+
 IMPLEMENT_DYNAMIC(ZR_ZentriPalette, CAdUiPalette)
 
 BEGIN_MESSAGE_MAP(ZR_ZentriPalette, CAdUiPalette)
@@ -121,11 +134,22 @@ void ZR_ZentriPalette::embedView() {
     if (m_view == nullptr) {
         return;
     }
+    // Taking the focus and the message box may unload the module, which must not delete this object
+    // meanwhile.
+    const ZR_ZentriModalScope busy;
     try {
         placeView();
     } catch (const std::exception& error) {
-        const ZR_ZentriModalScope open;
         AfxMessageBox(toCString(QString::fromLocal8Bit(error.what())));
+    } catch (CException* error) {
+        const CString message = messageOf(*error);
+        error->Delete();
+        AfxMessageBox(message);
+    } catch (...) {
+        AfxMessageBox(kUnknownFailure);
+    }
+    if (GetSafeHwnd() == nullptr) {
+        return;
     }
     CRect rect;
     GetWindowRect(&rect);

@@ -1,8 +1,8 @@
 #pragma once
 
-/// While it exists, one of the module's message boxes is open on the UI thread. The box runs the host's
-/// message loop, so the module may even be unloaded meanwhile, and must not delete objects that the callers
-/// on the stack still use. UI thread only.
+/// While it exists, the module is within a call that may run the host's message loop: a message box, a
+/// blocking service call, a call of the host that creates or shows a window. The module may even be unloaded
+/// meanwhile, and must not delete objects that the callers on the stack still use. UI thread only.
 class ZR_ZentriModalScope {
 public:
     ZR_ZentriModalScope();

@@ -5,11 +5,15 @@
 #include <QApplication>
 #include <QEventLoop>
 #include <QPointer>
+#include <QTextCodec>
 #include <QTextEdit>
 #include <QTimer>
 #include <QWindow>
+#include <functional>
 #include <stdexcept>
 #include <tuple>
+#include <utility>
+#include <vector>
 
 #include "chat/ZR_AiChatCSThread.h"
 #include "chat/ZR_AiChatModuleState.h"
@@ -44,6 +48,31 @@ protected:
         result.lParam = 1;
         return result;
     }
+};
+
+/// While it exists, showing the widget fails. The widget is hidden, so that embedding shows it again.
+class FailingShow : public QObject {
+public:
+    FailingShow(QWidget* widget, std::function<void()> failure)
+        : m_widget(widget), m_failure(std::move(failure)) {
+        m_widget->hide();
+        m_widget->installEventFilter(this);
+    }
+    ~FailingShow() override {
+        m_widget->removeEventFilter(this);
+        m_widget->hide();
+    }
+
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::Show) {
+            m_failure();
+        }
+        return false;
+    }
+
+private:
+    QWidget* m_widget;
+    std::function<void()> m_failure;
 };
 
 /// Counts the key events of a widget.
@@ -392,22 +421,12 @@ TEST_F(Palette, TheCloseButtonHidesThePanelAndTheCommandShowsItAgain) {
 
 TEST_F(Palette, AnExceptionWhileEmbeddingIsShownAndThePaletteStays) {
     openPanel();
-    /// Throws when the watched widget is shown.
-    class Thrower : public QObject {
-    public:
-        bool eventFilter(QObject*, QEvent* event) override {
-            if (event->type() == QEvent::Show) {
-                throw std::runtime_error("no room for the view");
-            }
-            return false;
-        }
-    };
-    Thrower thrower;
-    view()->hide();
-    view()->installEventFilter(&thrower);
     bool open = false;
     testApp().whileBoxOpen = [&open] { open = ZR_ZentriModalScope::anyOpen(); };
-    palette()->MoveWindow(0, 26, 444, 333);
+    {
+        const FailingShow failing(view(), [] { throw std::runtime_error("no room for the view"); });
+        palette()->MoveWindow(0, 26, 444, 333);
+    }
     ASSERT_EQ(testApp().boxes.size(), 1U);
     EXPECT_TRUE(testApp().boxes[0] == _T("no room for the view"));
     EXPECT_TRUE(open);
@@ -415,10 +434,57 @@ TEST_F(Palette, AnExceptionWhileEmbeddingIsShownAndThePaletteStays) {
     EXPECT_EQ(view()->size(), QSize(444, 333));
     ASSERT_NE(palette(), nullptr);
     EXPECT_TRUE(IsWindow(paletteHandle()));
-    view()->removeEventFilter(&thrower);
-    view()->hide();
     palette()->MoveWindow(0, 26, 445, 334);
     EXPECT_EQ(testApp().boxes.size(), 1U);
+    EXPECT_TRUE(view()->isVisible());
+}
+
+TEST_F(Palette, TheMessageOfAnExceptionIsReadInTheSystemsCodePage) {
+    openPanel();
+    QTextCodec* const system = QTextCodec::codecForLocale();
+    QTextCodec* const codec = QTextCodec::codecForName("GBK");
+    ASSERT_NE(codec, nullptr);
+    QTextCodec::setCodecForLocale(codec);
+    {
+        const FailingShow failing(view(), [codec] {
+            throw std::runtime_error(codec->fromUnicode(QStringLiteral("无法嵌入")).constData());
+        });
+        palette()->MoveWindow(0, 26, 444, 333);
+    }
+    QTextCodec::setCodecForLocale(system);
+    ASSERT_EQ(testApp().boxes.size(), 1U);
+    EXPECT_TRUE(testApp().boxes[0] == _T("无法嵌入"));
+}
+
+TEST_F(Palette, ExceptionsOfEveryTypeAreShownAndTheViewIsResized) {
+    openPanel();
+    int living = 0;
+    class MfcException : public CException {
+    public:
+        explicit MfcException(int& living) : m_living(living) { ++m_living; }
+        ~MfcException() override { --m_living; }
+
+    protected:
+        CString errorText() const override { return _T("out of windows"); }
+
+    private:
+        int& m_living;
+    };
+    const std::vector<std::function<void()>> failures = {
+        [] { throw 42; }, [] { throw "text"; },
+        [&living] { throw static_cast<CException*>(new MfcException(living)); }};
+    int width = 400;
+    for (const std::function<void()>& failure : failures) {
+        const FailingShow failing(view(), failure);
+        testApp().boxes.clear();
+        palette()->MoveWindow(0, 26, ++width, 333);
+        ASSERT_EQ(testApp().boxes.size(), 1U);
+        EXPECT_FALSE(testApp().boxes[0].IsEmpty());
+        EXPECT_EQ(view()->size(), QSize(width, 333));
+    }
+    EXPECT_TRUE(testApp().boxes[0] == _T("out of windows"));
+    EXPECT_EQ(living, 0);
+    palette()->MoveWindow(0, 26, 500, 333);
     EXPECT_TRUE(view()->isVisible());
 }
 
@@ -452,6 +518,24 @@ TEST_F(Palette, ManualSizingIsNotRestricted) {
         SendMessageW(window, WM_SIZING, kRightEdge, reinterpret_cast<LPARAM>(&rect));
         EXPECT_EQ(CRect(rect), CRect(10, 20, 30, 40));
     }
+}
+
+TEST_F(Palette, TheSetLeavesEveryMessageToTheBaseClass) {
+    openPanel();
+    for (const UINT id : {WM_CHAR, WM_KEYDOWN, WM_KEYUP, WM_SYSKEYDOWN, WM_LBUTTONDOWN, WM_APP}) {
+        MSG offered = message(id, 'A');
+        offered.hwnd = g_zentriPaletteSet->m_hWnd;
+        MSG base = offered;
+        EXPECT_EQ(g_zentriPaletteSet->PreTranslateMessage(&offered),
+                  g_zentriPaletteSet->CAdUiPaletteSet::PreTranslateMessage(&base))
+            << id;
+    }
+    // A key for the set does not go to the view.
+    focusInput();
+    const KeyCounter counter(inputBox());
+    TestProgram::typeKey(g_zentriPaletteSet->m_hWnd, VK_HOME);
+    TestProgram::settle();
+    EXPECT_EQ(counter.presses, 0);
 }
 
 TEST_F(Palette, TheSetsSizeLimitsAreTheBaseClasses) {
