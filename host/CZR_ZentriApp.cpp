@@ -25,7 +25,9 @@
 #include "host/ZR_ZentriRetirement.h"
 #include "host/ZR_ZentriSysReactor.h"
 #include "host/core/ZR_ZentriCmdRecorder.h"
+#include "host/core/ZR_ZentriHostLoop.h"
 #include "host/core/ZR_ZentriLogger.h"
+#include "host/core/ZR_ZentriModalScope.h"
 #include "host/qtmfc/QMfcApp.h"
 
 namespace {
@@ -72,23 +74,38 @@ void detach(AcEditorReactor* reactor, bool& attached) {
 }  // namespace
 
 AcRx::AppRetCode CZR_ZentriApp::On_kInitAppMsg(void* packet) {
+    if (!QMfcApp::isUsable()) {
+        acutPrintf(
+            _T("\nZR_Zentri:Load failed, this process has a Qt application without widgets or on another ")
+            _T("thread"));
+        return AcRx::kRetError;
+    }
     const AcRx::AppRetCode result = AcRxArxApp::On_kInitAppMsg(packet);
     // Restores the previous resource handle on every path out, exceptions included.
     CAcModuleResourceOverride resources;
+    const ZR_ZentriModalScope busy;
+    const unsigned unloads = m_unloads;
 
     // Before everything that may log, the worker threads above all, so that a log that cannot be created is
     // reported here.
     ZR_ZentriLogger::instance();
     registerZentriCommands();
     QApplication* const application = QMfcApp::mfc_instance(AfxGetApp());
+    learnZentriHostLoops();
+    // Qt calls it once, when the application ends.
+    qRemovePostRoutine(&CZR_ZentriApp::applicationEnds);
+    qAddPostRoutine(&CZR_ZentriApp::applicationEnds);
     loadFont();
     createThreads(application);
     createPalettes();
-    attachReactors();
+    if (m_unloads == unloads) {
+        attachReactors();
+    }
     return result;
 }
 
 AcRx::AppRetCode CZR_ZentriApp::On_kUnloadAppMsg(void* packet) {
+    ++m_unloads;
     AcRxArxApp::On_kUnloadAppMsg(packet);
     removeZentriCommands();
     detachReactors();
@@ -131,23 +148,38 @@ void CZR_ZentriApp::createPalettes() {
         return;
     }
     auto paletteSet = std::make_unique<ZR_ZentriPaletteSet>();
+    const unsigned unloads = m_unloads;
+    // While the window is created and docked, the module may be unloaded, or loaded once more. This set is
+    // then not wanted any more.
+    const auto wanted = [&] {
+        return m_unloads == unloads && g_zentriPaletteSet == nullptr && paletteSet->GetSafeHwnd() != nullptr;
+    };
     const CRect size(0, 0, kPaletteSetWidth, kPaletteSetHeight);
     if (!paletteSet->Create(_T("朔禾CAD Zentri"), kPaletteSetWindowStyle, size, acedGetAcadFrame(),
                             kPaletteSetStyle)) {
         zentriLog(_T("The palette set's window could not be created."));
         return;
     }
+    if (!wanted()) {
+        return;
+    }
     paletteSet->SetToolID(&g_paletteSetToolId);
     paletteSet->EnableDocking(kDockingStyle);
     paletteSet->RestoreControlBar(AFX_IDW_DOCKBAR_LEFT);
-    g_zentriPaletteSet = paletteSet.release();
+    if (!wanted()) {
+        return;
+    }
+    ZR_ZentriPaletteSet* const created = g_zentriPaletteSet = paletteSet.release();
 
     auto palette = std::make_unique<ZR_ZentriPalette>();
-    if (!palette->Create(kPaletteWindowStyle, _T("朔禾 Zentri"), g_zentriPaletteSet, 0)) {
+    if (!palette->Create(kPaletteWindowStyle, _T("朔禾 Zentri"), created, 0)) {
         zentriLog(_T("The palette's window could not be created."));
         return;
     }
-    g_zentriPaletteSet->addPalette(std::move(palette));
+    // Unloaded while the palette was created, the module has given the set up.
+    if (g_zentriPaletteSet == created) {
+        created->addPalette(std::move(palette));
+    }
 }
 
 void CZR_ZentriApp::attachReactors() {
@@ -171,7 +203,10 @@ void CZR_ZentriApp::deletePaletteSet() {
 }
 
 void CZR_ZentriApp::stopChatThread() {
-    ZR_AiChatCSThread* const thread = std::exchange(g_zentriChatThread, nullptr);
+    stop(std::exchange(g_zentriChatThread, nullptr));
+}
+
+void CZR_ZentriApp::stop(QThread* thread) {
     if (thread == nullptr) {
         return;
     }
@@ -187,4 +222,14 @@ void CZR_ZentriApp::stopChatThread() {
     if (thread->isFinished()) {
         delete thread;
     }
+}
+
+void CZR_ZentriApp::applicationEnds() {
+    deletePaletteSet();
+    if (!ZR_ZentriModalScope::anyOpen()) {
+        deleteRetiredPaletteSets();
+    }
+    // The threads are children of the application and would be deleted with it.
+    stopChatThread();
+    stop(std::exchange(g_zentriHistoryThread, nullptr));
 }

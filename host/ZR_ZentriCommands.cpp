@@ -12,6 +12,7 @@
 #include "host/ZR_ZentriPaletteSet.h"
 #include "host/core/ZR_ZentriAccount.h"
 #include "host/core/ZR_ZentriColorTheme.h"
+#include "host/core/ZR_ZentriHostLoop.h"
 #include "host/core/ZR_ZentriModalScope.h"
 #include "host/core/ZR_ZentriPaletteAccess.h"
 
@@ -41,7 +42,7 @@ void addCommand(AcEdCommandStack& stack, const ACHAR* name, Adesk::Int32 flags, 
 /// nobody is signed in.
 bool obtainToken() {
     const CString token = ZR_AccountService::accessToken();
-    if (token.IsEmpty()) {
+    if (token.IsEmpty() || !g_registered) {
         return false;
     }
     setZentriAccessToken(token);
@@ -53,39 +54,39 @@ bool obtainToken() {
 /// Lets the user sign in now. True if sign-in succeeded, even if there is no token afterwards, and the module
 /// is still loaded.
 bool signIn() {
-    // The service may show a window that runs the host's message loop, and the module may be unloaded
-    // meanwhile. The next load then asks for the token again.
-    const ZR_ZentriModalScope open;
-    if (!ZR_AccountService::signIn() || !g_registered) {
+    if (!g_registered || !ZR_AccountService::signIn() || !g_registered) {
         return false;
     }
     obtainToken();
     return true;
 }
 
-void explainSignIn() {
-    const ZR_ZentriModalScope open;
-    AfxMessageBox(_T("\n该功能需要在线登录！"), MB_OK);
-}
-
 void togglePanel() {
     if (ZR_ZentriPaletteAccess* const palette = zentriPaletteAccess()) {
         palette->setColorTheme(readColorTheme());
     }
-    const BOOL show = g_zentriPaletteSet->IsVisible() ? FALSE : TRUE;
-    acedGetAcadFrame()->ShowControlBar(g_zentriPaletteSet, show, FALSE);
-    g_zentriPaletteSet->UpdateWindow();
-    g_zentriPaletteSet->refresh();
+    ZR_ZentriPaletteSet* const paletteSet = g_zentriPaletteSet;
+    const BOOL show = paletteSet->IsVisible() ? FALSE : TRUE;
+    acedGetAcadFrame()->ShowControlBar(paletteSet, show, FALSE);
+    // Showing the panel may have run the host's message loop, behind the message box of a failed embedding.
+    if (g_zentriPaletteSet == paletteSet && paletteSet->GetSafeHwnd() != nullptr) {
+        paletteSet->UpdateWindow();
+        paletteSet->refresh();
+    }
 }
 
 void openChat() {
+    checkZentriHostLoops();
+    // The account service, the message box and the frame may run the host's message loop, and the module may
+    // be unloaded meanwhile. The next load then asks for the token again.
+    const ZR_ZentriModalScope busy;
     const bool initialised = zentriHasAccess() && g_tokenHandedOver;
     if (!initialised && !obtainToken() && !signIn()) {
         return;
     }
     if (!zentriHasAccess()) {
-        explainSignIn();
-        if (!g_registered || !signIn()) {
+        AfxMessageBox(_T("\n该功能需要在线登录！"), MB_OK);
+        if (!signIn()) {
             return;
         }
     }

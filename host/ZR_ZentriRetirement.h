@@ -8,6 +8,5 @@ class ZR_ZentriPaletteSet;
 /// is then hidden, and deleted as soon as no such loop runs any more. UI thread.
 void retirePaletteSet(ZR_ZentriPaletteSet* paletteSet);
 
-/// True while a dialog, a menu, a message box or a blocking service call of the module runs a nested loop on
-/// the UI thread.
-bool zentriLoopRuns();
+/// Deletes the sets that still wait, for an application that ends and will not run their loop again.
+void deleteRetiredPaletteSets();

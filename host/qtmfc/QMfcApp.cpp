@@ -9,6 +9,7 @@
 #include <QScopedValueRollback>
 #include <QString>
 #include <QStringList>
+#include <QThread>
 #include <QWidget>
 #include <cstring>
 #include <utility>
@@ -123,7 +124,16 @@ QWidget* widgetOf(const MSG* message) {
 
 }  // namespace
 
+bool QMfcApp::isUsable() {
+    const QCoreApplication* const application = QCoreApplication::instance();
+    return application == nullptr || (qobject_cast<const QApplication*>(application) != nullptr &&
+                                      application->thread() == QThread::currentThread());
+}
+
 QApplication* QMfcApp::mfc_instance(CWinApp* mfcApp) {
+    if (!isUsable()) {
+        return nullptr;
+    }
     // Even if another module has created the application: this module gives it children whose code is here.
     pinThisModule();
     if (QCoreApplication::instance() == nullptr) {
@@ -141,13 +151,17 @@ bool QMfcApp::pluginInstance(HINSTANCE plugin) {
     }
 
     const HOOKPROC deliverPostedEvents = [](int code, WPARAM wParam, LPARAM lParam) -> LRESULT {
-        if (QCoreApplication::instance() != nullptr) {
+        // With a negative code a hook may only pass the call on.
+        if (code >= 0 && QCoreApplication::instance() != nullptr) {
             QCoreApplication::sendPostedEvents(nullptr,
                                                modalLoopRuns() ? kWithoutDeferredDeletes : kAllEvents);
         }
         return CallNextHookEx(g_messageHook, code, wParam, lParam);
     };
-    g_messageHook = SetWindowsHookExW(WH_GETMESSAGE, deliverPostedEvents, nullptr, GetCurrentThreadId());
+    // The hook of an earlier application that has been deleted still works.
+    if (g_messageHook == nullptr) {
+        g_messageHook = SetWindowsHookExW(WH_GETMESSAGE, deliverPostedEvents, nullptr, GetCurrentThreadId());
+    }
 
     g_argumentCount = 0;
     auto* const application = new QApplication(g_argumentCount, nullptr);

@@ -12,9 +12,13 @@ class QMfcApp : public QApplication {
     Q_OBJECT
 
 public:
-    /// The process's Qt application, created when there is none yet. It is never deleted: other modules may
-    /// have started to use it, and it outlives this module. So this also keeps the module's code mapped until
-    /// the process ends, even after the host has unloaded it.
+    /// Whether the process has no Qt application yet, or one that can be used here: a QApplication of this
+    /// thread.
+    static bool isUsable();
+
+    /// The process's Qt application, created when there is none yet; null when isUsable() is false. It is
+    /// never deleted: other modules may have started to use it, and it outlives this module. So this also
+    /// keeps the module's code mapped until the process ends, even after the host has unloaded it.
     static QApplication* mfc_instance(CWinApp* mfcApp);
 
     /// The same for a plug-in of a host that is not an MFC program: a message hook delivers Qt's posted

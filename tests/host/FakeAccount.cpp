@@ -3,6 +3,7 @@
 CString FakeAccount::token;
 CString FakeAccount::tokenAfterSignIn;
 bool FakeAccount::signInSucceeds = false;
+std::function<void()> FakeAccount::whileGettingToken;
 std::function<void()> FakeAccount::whileSigningIn;
 int FakeAccount::tokenCalls = 0;
 int FakeAccount::signInCalls = 0;
@@ -17,6 +18,7 @@ void FakeAccount::reset() {
     token.Empty();
     tokenAfterSignIn.Empty();
     signInSucceeds = false;
+    whileGettingToken = nullptr;
     whileSigningIn = nullptr;
     tokenCalls = 0;
     signInCalls = 0;
@@ -26,6 +28,9 @@ void FakeAccount::reset() {
 int FakeAccount::accessToken(ACHAR* buffer, int capacity) {
     ++tokenCalls;
     lastCapacity = capacity;
+    if (whileGettingToken) {
+        whileGettingToken();
+    }
     const int copied = token.GetLength() < capacity ? token.GetLength() : capacity - 1;
     for (int i = 0; i < copied; ++i) {
         buffer[i] = token[i];

@@ -18,7 +18,8 @@ public:
     /// The result of signing in: the token afterwards, and whether it succeeds.
     static CString tokenAfterSignIn;
     static bool signInSucceeds;
-    /// Called while the user signs in.
+    /// Called while the service is asked for the token, and while the user signs in.
+    static std::function<void()> whileGettingToken;
     static std::function<void()> whileSigningIn;
 
     static int tokenCalls;

@@ -16,7 +16,8 @@
 #include "tests/host/HostCommand.h"
 #include "view/ZR_ZentriPaletteView.h"
 
-ModuleFixture::ModuleFixture() : application(QMfcApp::mfc_instance(&testApp())) {
+ModuleFixture::ModuleFixture(QApplication* existing)
+    : application(existing != nullptr ? existing : QMfcApp::mfc_instance(&testApp())) {
     serveEmptyHistory(service);
     FakeAccount::reset();
     FakeAccount::offer(program.host());

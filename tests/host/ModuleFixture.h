@@ -20,7 +20,8 @@ class ZR_ZentriPaletteView;
 /// module is unloaded when the test ends.
 class ModuleFixture : public testing::Test {
 protected:
-    ModuleFixture();
+    /// With the module's own Qt application or, if one is passed, in a process that has one already.
+    explicit ModuleFixture(QApplication* existing = nullptr);
     ~ModuleFixture() override;
 
     AcRx::AppRetCode load() { return app.On_kInitAppMsg(&app); }

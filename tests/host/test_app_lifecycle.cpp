@@ -19,10 +19,10 @@
 #include "host/ZR_ZentriModule.h"
 #include "host/ZR_ZentriPalette.h"
 #include "host/ZR_ZentriPaletteSet.h"
-#include "host/ZR_ZentriRetirement.h"
 #include "host/ZR_ZentriSysReactor.h"
 #include "host/core/ZR_ZentriAccount.h"
 #include "host/core/ZR_ZentriCmdRecorder.h"
+#include "host/core/ZR_ZentriHostLoop.h"
 #include "host/core/ZR_ZentriModalScope.h"
 #include "host/core/ZR_ZentriPaletteAccess.h"
 #include "host/qtmfc/QMfcApp.h"
@@ -120,6 +120,7 @@ TEST_F(AppLifecycle, ThePanelIsDockedLeftAndHidden) {
     load();
     EXPECT_FALSE(g_zentriPaletteSet->IsVisible());
     EXPECT_TRUE(g_zentriPaletteSet->GetName() == _T("朔禾CAD Zentri"));
+    EXPECT_EQ(g_zentriPaletteSet->RequestedStyle(), 0x00400000U);
     EXPECT_EQ(g_zentriPaletteSet->GetPaletteSetStyle(), 0x2EU);
     EXPECT_EQ(g_zentriPaletteSet->m_nDockBarID, static_cast<UINT>(AFX_IDW_DOCKBAR_LEFT));
     EXPECT_EQ(g_zentriPaletteSet->m_sizeDocked, CSize(700, 500));
@@ -386,7 +387,7 @@ TEST_P(AppUnload, UnloadingDuringAMessageBoxKeepsTheViewUntilItIsClosed) {
         unload();
         TestProgram::settle();
         EXPECT_FALSE(openView.isNull());
-        EXPECT_TRUE(zentriLoopRuns());
+        EXPECT_TRUE(zentriNestedLoopRuns());
         // Until then it is hidden.
         EXPECT_EQ(paletteSetsInFrame(), 1);
         EXPECT_FALSE(openView->isVisible() && IsWindowVisible(reinterpret_cast<HWND>(openView->winId())));

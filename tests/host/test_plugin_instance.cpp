@@ -4,9 +4,27 @@
 #include <QMetaObject>
 #include <QPointer>
 #include <QTimer>
+#include <vector>
 
 #include "host/qtmfc/QMfcApp.h"
 #include "tests/support/TestProgram.h"
+
+namespace {
+
+class EventCounter : public QObject {
+public:
+    int events = 0;
+    void customEvent(QEvent*) override { ++events; }
+};
+
+/// Retrieves a message that is not for Qt's dispatcher, so that nothing but hooks delivers Qt's events.
+bool retrieveOwnMessage() {
+    PostMessageW(nullptr, WM_APP, 0, 0);
+    MSG message;
+    return PeekMessageW(&message, nullptr, WM_APP, WM_APP, PM_REMOVE) != FALSE;
+}
+
+}  // namespace
 
 // These create the Qt application in other ways than the module does, so each needs a process of its own.
 
@@ -18,6 +36,63 @@ TEST(PluginInstance, CreatesAPlainApplicationOnce) {
     EXPECT_FALSE(QMfcApp::pluginInstance());
     // A module that is loaded later uses it.
     EXPECT_EQ(QMfcApp::mfc_instance(&testApp()), qApp);
+}
+
+TEST(PluginInstance, AHookWithANegativeCodeOnlyCallsTheNextOne) {
+    // Hooks run from the newest to the oldest: this one after the plug-in's.
+    static std::vector<int> s_codes;
+    const HHOOK last = SetWindowsHookExW(
+        WH_GETMESSAGE,
+        [](int code, WPARAM wParam, LPARAM lParam) -> LRESULT {
+            s_codes.push_back(code);
+            return CallNextHookEx(nullptr, code, wParam, lParam);
+        },
+        nullptr, GetCurrentThreadId());
+    ASSERT_TRUE(QMfcApp::pluginInstance());
+    // And this one before it.
+    static bool s_negative = true;
+    const HHOOK first = SetWindowsHookExW(
+        WH_GETMESSAGE,
+        [](int code, WPARAM wParam, LPARAM lParam) -> LRESULT {
+            return CallNextHookEx(nullptr, s_negative ? -1 : code, wParam, lParam);
+        },
+        nullptr, GetCurrentThreadId());
+    EventCounter counter;
+    QCoreApplication::postEvent(&counter, new QEvent(QEvent::User));
+    ASSERT_TRUE(retrieveOwnMessage());
+    EXPECT_EQ(counter.events, 0);
+    EXPECT_EQ(s_codes, std::vector<int>{-1});
+    s_negative = false;
+    ASSERT_TRUE(retrieveOwnMessage());
+    EXPECT_EQ(counter.events, 1);
+    EXPECT_EQ(s_codes, (std::vector<int>{-1, HC_ACTION}));
+    UnhookWindowsHookEx(first);
+    UnhookWindowsHookEx(last);
+}
+
+TEST(PluginInstance, AnApplicationMadeAgainIsServedByOneHook) {
+    ASSERT_TRUE(QMfcApp::pluginInstance());
+    delete qApp;
+    // Runs between the hook of the first call and that of the second, if there are both.
+    static EventCounter* s_counter = nullptr;
+    static int s_earlier = -1;
+    const HHOOK between = SetWindowsHookExW(
+        WH_GETMESSAGE,
+        [](int code, WPARAM wParam, LPARAM lParam) -> LRESULT {
+            s_earlier = s_counter->events;
+            QCoreApplication::postEvent(s_counter, new QEvent(QEvent::User));
+            return CallNextHookEx(nullptr, code, wParam, lParam);
+        },
+        nullptr, GetCurrentThreadId());
+    ASSERT_TRUE(QMfcApp::pluginInstance());
+    EventCounter counter;
+    s_counter = &counter;
+    QCoreApplication::postEvent(&counter, new QEvent(QEvent::User));
+    ASSERT_TRUE(retrieveOwnMessage());
+    UnhookWindowsHookEx(between);
+    EXPECT_GE(counter.events, 1);
+    const bool bothDelivered = s_earlier == 1 && counter.events == 2;
+    EXPECT_FALSE(bothDelivered);
 }
 
 TEST(PluginInstance, DeliversPostedEventsWithTheHostsMessages) {
