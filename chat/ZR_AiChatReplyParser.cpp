@@ -4,16 +4,18 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QJsonValue>
+#include <QVariant>
+#include <limits>
 
 #include "host/core/ZR_ZentriText.h"
 
 namespace {
 
 constexpr int kSuccessCode = 200;
-constexpr double kLargestTimeInSeconds = 1e12;
+constexpr std::int64_t kLargestTimeInSeconds = 1000000000000;
 constexpr std::int64_t kMillisecondsPerSecond = 1000;
-/// A larger double does not fit into a 64-bit integer.
-constexpr double kIntegerLimit = 9.2e18;
+/// 2 to the power of 63: the first double beyond the 64-bit integers.
+constexpr double kIntegerLimit = 9223372036854775808.0;
 
 /// An empty object when the text is not a JSON object.
 QJsonObject parseObject(const QString& body) {
@@ -27,14 +29,25 @@ ZR_AiChatReplyStatus statusOf(const QJsonObject& envelope) {
     return status;
 }
 
+/// The number without its fraction; 0 for a value that is not a number or does not fit.
+std::int64_t toInteger(const QJsonValue& value) {
+    const QVariant number = value.toVariant();
+    if (number.type() == QVariant::LongLong) {
+        return number.toLongLong();
+    }
+    // A fraction, an exponent or a large number. Before Qt 5.15 every number is a double, and the largest
+    // integers have been rounded up to the limit.
+    const double real = value.toDouble();
+    if (real == kIntegerLimit) {
+        return std::numeric_limits<std::int64_t>::max();
+    }
+    return real >= -kIntegerLimit && real < kIntegerLimit ? static_cast<std::int64_t>(real) : 0;
+}
+
 /// The service gives times in seconds or milliseconds; the larger numbers are milliseconds.
 std::int64_t timeInSeconds(const QJsonValue& value) {
-    const double number = value.toDouble();
-    if (!(number > -kIntegerLimit && number < kIntegerLimit)) {
-        return 0;
-    }
-    const auto time = static_cast<std::int64_t>(number);
-    return time > static_cast<std::int64_t>(kLargestTimeInSeconds) ? time / kMillisecondsPerSecond : time;
+    const std::int64_t time = toInteger(value);
+    return time > kLargestTimeInSeconds ? time / kMillisecondsPerSecond : time;
 }
 
 }  // namespace

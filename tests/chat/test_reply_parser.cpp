@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <limits>
 #include <string>
 
 #include "chat/ZR_AiChatReplyParser.h"
@@ -165,6 +167,15 @@ TEST(ReplyParser, NormalisesTimesToSeconds) {
     EXPECT_EQ(timeOf("1000000000001"), 1000000000);
     EXPECT_EQ(timeOf("1700000000999"), 1700000000);
     EXPECT_EQ(timeOf("-5"), -5);
+}
+
+TEST(ReplyParser, ReadsTimesUpToTheLimitOf64Bits) {
+    EXPECT_EQ(timeOf("9223372036854775807"), 9223372036854775);
+    EXPECT_EQ(timeOf("9223372036854774999"), 9223372036854774) << "not rounded to a floating-point number";
+    EXPECT_EQ(timeOf("9007199254740993999"), 9007199254740993);
+    EXPECT_EQ(timeOf("-9223372036854775808"), std::numeric_limits<std::int64_t>::min());
+    EXPECT_EQ(timeOf("1.7e12"), 1700000000);
+    EXPECT_EQ(timeOf("1700000000.9"), 1700000000);
 }
 
 TEST(ReplyParser, ReadsAMissingOrNonNumericTimeAsZero) {
