@@ -25,6 +25,9 @@ int MessageBoxes::DoMessageBox(LPCTSTR text, UINT type, UINT helpId) {
     const std::lock_guard<std::mutex> lock(m_mutex);
     const QStringList log = LogFile::messages();
     m_boxes.append({toQString(CString(text)), type, std::this_thread::get_id(), log.value(log.size() - 1)});
+    if (m_onBox) {
+        m_onBox();
+    }
     return IDOK;
 }
 

@@ -14,6 +14,10 @@ QTemporaryDir& folder() {
     return instance;
 }
 
+QString path() {
+    return folder().filePath(QStringLiteral("ZR_ZentriLogs.txt"));
+}
+
 constexpr int kByteOrderMarkSize = 2;
 
 }  // namespace
@@ -28,8 +32,12 @@ void LogFile::install() {
     }
 }
 
+qint64 LogFile::size() {
+    return QFile(path()).size();
+}
+
 QStringList LogFile::messages() {
-    QFile file(folder().filePath(QStringLiteral("ZR_ZentriLogs.txt")));
+    QFile file(path());
     if (!file.open(QIODevice::ReadOnly)) {
         return {};
     }

@@ -12,4 +12,6 @@ public:
 
     /// The messages of the entries written so far, without their stamps.
     static QStringList messages();
+    /// The file's size in bytes.
+    static qint64 size();
 };

@@ -29,6 +29,12 @@ public:
     void clear() {
         const std::lock_guard<std::mutex> lock(m_mutex);
         m_boxes.clear();
+        m_onBox = nullptr;
+    }
+    /// Called on the box's thread while it would be open.
+    void setOnBox(const std::function<void()>& onBox) {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        m_onBox = onBox;
     }
 
     int DoMessageBox(LPCTSTR text, UINT type, UINT helpId) override;
@@ -38,4 +44,5 @@ public:
 private:
     mutable std::mutex m_mutex;
     QList<Box> m_boxes;
+    std::function<void()> m_onBox;
 };

@@ -15,6 +15,7 @@
 #include "tests/chat/LogFile.h"
 #include "tests/chat/MessageBoxes.h"
 #include "tests/chat/ServiceReplies.h"
+#include "tests/chat/TimerWatch.h"
 #include "tests/support/http/FakeHttpServer.h"
 
 namespace {
@@ -30,10 +31,12 @@ protected:
                          [this] { m_signals.append(QStringLiteral("start")); });
         QObject::connect(thread, &ZR_AiChatCSThread::streamProcess, &m_receiver,
                          [this](const QString& text) { m_signals.append(QStringLiteral("<") + text); });
-        QObject::connect(thread, &ZR_AiChatCSThread::streamEnd, &m_receiver, [this] {
-            m_boxesAtEnd.append(MessageBoxes::instance().count());
-            m_signals.append(QStringLiteral("end"));
-        });
+        QObject::connect(thread, &ZR_AiChatCSThread::streamEnd, &m_receiver,
+                         [this] { m_signals.append(QStringLiteral("end")); });
+        // On the worker thread, when the signal is emitted.
+        QObject::connect(
+            thread, &ZR_AiChatCSThread::streamEnd, &m_receiver,
+            [this] { m_boxesAtEnd.append(MessageBoxes::instance().count()); }, Qt::DirectConnection);
     }
 
     bool waitForSignals(std::initializer_list<const char*> expected) {
@@ -221,9 +224,7 @@ TEST_F(CSThread, ReportsAnHttpErrorOnce) {
     m_thread->start();
     ASSERT_TRUE(finish());
 
-    EXPECT_EQ(m_signals.first(), QStringLiteral("start"));
-    EXPECT_EQ(m_signals.last(), QStringLiteral("end"));
-    EXPECT_EQ(m_signals.count(QStringLiteral("end")), 1);
+    EXPECT_EQ(m_signals, texts({"start", "<half", "end"})) << "the events of the error's body count too";
     ASSERT_EQ(MessageBoxes::instance().count(), 1);
     EXPECT_EQ(MessageBoxes::instance().boxes().first().text, QStringLiteral("Zentri 通信出错！"));
     EXPECT_EQ(MessageBoxes::instance().boxes().first().type, UINT{MB_OK});
@@ -287,6 +288,35 @@ TEST_F(CSThread, ReportsAnInvalidAddress) {
     ASSERT_TRUE(finish());
     EXPECT_EQ(m_signals, texts({"start", "end"}));
     EXPECT_EQ(MessageBoxes::instance().count(), 1);
+}
+
+TEST_F(CSThread, WaitsForAReplyWithoutATimeLimit) {
+    const TimerWatch watch;
+    auto probe = std::make_unique<QObject>();
+    probe->moveToThread(m_thread.get());
+    m_thread->start();
+    ASSERT_TRUE(m_server.waitForRequests(1));
+    EXPECT_EQ(TimerWatch::runningOn(probe.get()), QStringList());
+    m_server.sendHead(0);
+    m_server.sendBytes(0, "data:a\n\n");
+    ASSERT_TRUE(waitForSignals({"start", "<a"}));
+    EXPECT_EQ(TimerWatch::runningOn(probe.get()), QStringList());
+    m_server.close(0);
+    ASSERT_TRUE(finish());
+    EXPECT_EQ(m_signals, texts({"start", "<a", "end"}));
+}
+
+TEST_F(CSThread, FollowsNoRedirect) {
+    m_server.answer("/elsewhere", "data:a\n\n");
+    m_thread->start();
+    ASSERT_TRUE(m_server.waitForRequests(1));
+    m_server.sendHead(
+        0, 307, "text/plain",
+        "Location: http://" + m_server.address().toUtf8() + "/elsewhere\r\nContent-Length: 0\r\n");
+    ASSERT_TRUE(finish());
+    EXPECT_EQ(m_signals, texts({"start", "end"}));
+    EXPECT_EQ(m_server.requestCount(), 1);
+    EXPECT_EQ(MessageBoxes::instance().count(), 0);
 }
 
 TEST_F(CSThread, CarriesNothingOverToTheNextRun) {
@@ -470,6 +500,44 @@ TEST_F(CSThread, TracesReceivedData) {
     EXPECT_TRUE(all.contains(QStringLiteral("Connect finished!"))) << qPrintable(all);
     EXPECT_TRUE(all.contains(QStringLiteral("Loop end: \"Unknown error\""))) << qPrintable(all);
     EXPECT_FALSE(all.contains(QStringLiteral("Connection error:"))) << qPrintable(all);
+}
+
+TEST_F(CSThread, TracesInOrder) {
+    const Traces traces;
+    // On the worker thread, so that each signal has its place among the traces.
+    QObject::connect(
+        m_thread.get(), &ZR_AiChatCSThread::streamProcess, &m_receiver,
+        [](const QString& text) { keepTrace(QtDebugMsg, {}, QStringLiteral("streamProcess ") + text); },
+        Qt::DirectConnection);
+    QObject::connect(
+        m_thread.get(), &ZR_AiChatCSThread::streamEnd, &m_receiver,
+        [] { keepTrace(QtDebugMsg, {}, QStringLiteral("streamEnd")); }, Qt::DirectConnection);
+    ASSERT_TRUE(startAnswer());
+    m_server.sendBytes(0, "data:a\n\ndata:b\n\nda");
+    ASSERT_TRUE(waitForSignals({"start", "<a", "<b"}));
+    m_server.sendBytes(0, "ta:c\n\n");
+    ASSERT_TRUE(waitForSignals({"start", "<a", "<b", "<c"}));
+    m_server.close(0);
+    ASSERT_TRUE(finish());
+    EXPECT_EQ(g_traces, texts({R"(CurrentBuffer: "data:a\n\ndata:b\n\nda")", R"(Data Read: "a")",
+                               "streamProcess a", R"(Data Read: "b")", "streamProcess b",
+                               R"(CurrentBuffer: "data:c\n\n")", R"(Data Read: "c")", "streamProcess c",
+                               "Connect finished!", "streamEnd", R"(Loop end: "Unknown error")"}));
+}
+
+TEST_F(CSThread, TracesAnErrorInOrder) {
+    const Traces traces;
+    QObject::connect(
+        m_thread.get(), &ZR_AiChatCSThread::streamEnd, &m_receiver,
+        [] { keepTrace(QtDebugMsg, {}, QStringLiteral("streamEnd")); }, Qt::DirectConnection);
+    MessageBoxes::instance().setOnBox([] { keepTrace(QtDebugMsg, {}, QStringLiteral("box")); });
+    m_server.answer(kChatTarget, "", 404);
+    m_thread->start();
+    ASSERT_TRUE(finish());
+    const QString reason = LogFile::messages().last().mid(kErrorLogBegin.size());
+    EXPECT_EQ(g_traces,
+              (QStringList{QStringLiteral("Connection error: \"%1\"").arg(reason), QStringLiteral("box"),
+                           QStringLiteral("streamEnd"), QStringLiteral("Loop end: \"%1\"").arg(reason)}));
 }
 
 TEST_F(CSThread, TracesAnError) {

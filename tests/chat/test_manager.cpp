@@ -253,6 +253,19 @@ TEST_F(Manager, IsInitialisingUntilTheSideBarHasTheList) {
     EXPECT_EQ(takePrinted(), kInitialising + kReadDone);
 }
 
+TEST_F(Manager, IsInitialisingBeforeItSaysSoAndNoLongerWhenItSaysThatItIsDone) {
+    makeManager();
+    QList<bool> allowed;
+    m_host.onPrint = [&](const CString& text) {
+        if (toQString(text) == kReadBegins || toQString(text) == kReadDone) {
+            allowed.append(m_manager->canCommunicate());
+        }
+    };
+    m_manager->onReadStart();
+    m_manager->onReadEnd();
+    EXPECT_EQ(allowed, (QList<bool>{false, true}));
+}
+
 TEST_F(Manager, UsesTheLatestHistoryWhenTwoReadsEndBeforeItsSlotsRun) {
     makeManager();
     answerHistory({"a"});

@@ -328,6 +328,58 @@ TEST_F(ManagerSend, RefusesDecisionsOfTheReceiversOfItsSignal) {
     EXPECT_TRUE(m_server.request(m_server.requestCount() - 1).body.contains("\"userInput\": \"second\""));
 }
 
+TEST_F(ManagerSend, FilesTheConversationAfterTheSignInTestAndBeforeTheOthers) {
+    makeManager();
+    FakeAnswer answer(m_calls);
+    answerCreate("s1");
+    m_server.answer(kChatTarget, "data:A\n\n");
+    m_manager->send(_T("Q"), true, &answer);
+    ASSERT_TRUE(waitUntilIdle());
+    m_manager->newSession();
+    m_manager->onStreamEnd();
+    ASSERT_EQ(current(), texts({"1:A"})) << "a conversation without an id, which filing drops";
+
+    signOut();
+    m_manager->send(_T("refused"), true, nullptr);
+    EXPECT_EQ(current(), texts({"1:A"}));
+    signIn(_T("token-1"));
+    g_zentriCommunicating = true;
+    m_manager->send(_T("refused"), true, nullptr);
+    EXPECT_EQ(takePrinted(), kBusy);
+    EXPECT_TRUE(current().isEmpty());
+}
+
+TEST_F(ManagerSend, FilesTheCurrentConversationWhenASessionIsOpened) {
+    makeManager();
+    loadHistory({"a"});
+    FakeAnswer answer(m_calls);
+    answerCreate("s1");
+    m_server.answer(kChatTarget, "data:A\n\n");
+    m_manager->send(_T("Q"), true, &answer);
+    ASSERT_TRUE(waitUntilIdle());
+    const QStringList whole = current();
+    ASSERT_GT(whole.size(), 1);
+    m_manager->openSession(_T("a"));
+    EXPECT_EQ(listed(_T("s1")), whole);
+    EXPECT_EQ(sessionIds(), texts({"a", "s1"}));
+}
+
+TEST_F(ManagerSend, LogsTheQuestionBeforeItStartsTheThread) {
+    makeManager();
+    answerCreate("s1");
+    m_server.answer(kChatTarget, "");
+    // Writing such a question takes far longer than starting a thread.
+    const QString question(1 << 22, QLatin1Char('x'));
+    qint64 loggedAtStart = 0;
+    QObject::connect(
+        g_zentriChatThread, &QThread::started, g_zentriChatThread, [&] { loggedAtStart = LogFile::size(); },
+        Qt::DirectConnection);
+    const qint64 before = LogFile::size();
+    m_manager->send(toCString(question), true, nullptr);
+    ASSERT_TRUE(waitUntilIdle());
+    EXPECT_GT(loggedAtStart, before + 2 * question.size());
+}
+
 TEST_F(ManagerSend, NeverEmitsItsStreamAndHistorySignalsOnPurpose) {
     makeManager();
     const QSignalSpy start(m_manager.get(), &ZR_AiChatManager::streamStart);

@@ -1,5 +1,6 @@
 #include <QCoreApplication>
 #include <QTimer>
+#include <ctime>
 
 #include "chat/ZR_AiChatCSThread.h"
 #include "chat/ZR_AiChatModuleState.h"
@@ -92,13 +93,20 @@ TEST_F(ManagerStream, StoresTheAnswerTwiceWhenTheThreadEndsBeforeTheSlotsRun) {
 }
 
 TEST_F(ManagerStream, StampsQuestionAndAnswerWithTheirTimes) {
+    const auto before = static_cast<std::int64_t>(time(nullptr));
     const int request = ask();
     m_server.close(request);
     ASSERT_TRUE(waitUntilIdle());
+    const auto after = static_cast<std::int64_t>(time(nullptr));
     ZR_AiChatSingleChatRecord record;
     m_manager->getCurrentRecord(record);
-    EXPECT_GT(record.GetCreateTime(), 1700000000);
-    EXPECT_GE(record.GetUseTime(), record.GetCreateTime());
+    SingleChatUnitList units;
+    record.GetUnits(units);
+    ASSERT_GE(units.GetCount(), 2);
+    for (INT_PTR i = 0; i < units.GetCount(); ++i) {
+        EXPECT_GE(units[i].time, before) << i;
+        EXPECT_LE(units[i].time, after) << i;
+    }
 }
 
 TEST_F(ManagerStream, StoresAPartialAnswerAfterAnError) {
@@ -240,6 +248,30 @@ TEST_F(ManagerStream, IsCommunicatingWhileItNotifiesTheView) {
     m_manager->onStreamEnd();
     EXPECT_EQ(communicating, (QList<bool>{true, true, true}));
     EXPECT_FALSE(g_zentriCommunicating);
+}
+
+TEST_F(ManagerStream, IsCommunicatingFromStreamStartOnAndBeforeItTellsTheBubble) {
+    QList<bool> communicating;
+    m_answer->onCall = [&] { communicating.append(g_zentriCommunicating); };
+    m_manager->send(_T("Q"), true, m_answer.get());
+    EXPECT_FALSE(g_zentriCommunicating) << "streamStart is still queued";
+    ASSERT_TRUE(m_server.waitForRequests(2));
+    ASSERT_TRUE(waitForCall("bubble start"));
+    m_server.sendHead(1);
+    m_server.close(1);
+    ASSERT_TRUE(waitUntilIdle());
+    EXPECT_EQ(communicating.mid(0, 2), (QList<bool>{true, true}));
+    EXPECT_FALSE(g_zentriCommunicating);
+}
+
+TEST_F(ManagerStream, StoresTheAnswerBeforeItTellsTheBubble) {
+    m_manager->send(_T("Q"), true, m_answer.get());
+    m_manager->onStreamStart();
+    m_manager->onStreamProcess(QStringLiteral("a"));
+    QStringList stored;
+    m_answer->onCall = [&] { stored = current(); };
+    m_manager->onStreamEnd();
+    EXPECT_EQ(stored, texts({"0:Q", "1:a"}));
 }
 
 TEST_F(ManagerStream, StoresTheAnswerBeforeItNotifiesTheView) {

@@ -10,6 +10,7 @@
 #include "tests/chat/FakeChat.h"
 #include "tests/chat/LogFile.h"
 #include "tests/chat/ServiceReplies.h"
+#include "tests/chat/TimerWatch.h"
 #include "tests/support/http/FakeHttpServer.h"
 
 namespace {
@@ -268,6 +269,49 @@ TEST_F(Service, DeliversEventsWhileItBlocksTheMainThread) {
     answering.start(1);
     EXPECT_TRUE(createSessionOnServer().IsEmpty());
     EXPECT_EQ(loopLevel, 1);
+}
+
+TEST_F(Service, AcceptsABodyWithInvalidUtf8) {
+    // Decoding replaces the invalid bytes, so the text that is parsed is valid.
+    m_server.answer(kCreateTarget, "{\"code\":200,\"msg\":\"success\",\"data\":\"a\xff\xc3z\"}");
+    EXPECT_EQ(toQString(createSessionOnServer()), QStringLiteral("a\uFFFD\uFFFDz"));
+}
+
+TEST_F(Service, FollowsNoRedirect) {
+    answerList(m_server, {"a"});
+    CStringArray ids;
+    QTimer redirecting;
+    QObject::connect(&redirecting, &QTimer::timeout, [&] {
+        if (m_server.requestCount() == 1) {
+            redirecting.stop();
+            m_server.sendHead(0, 307, "text/plain",
+                              "Location: http://" + m_server.address().toUtf8() + kListTarget +
+                                  "\r\nContent-Length: 0\r\n");
+        }
+    });
+    redirecting.start(1);
+    EXPECT_TRUE(createSessionOnServer().IsEmpty());
+    EXPECT_EQ(m_server.requestCount(), 1);
+}
+
+TEST_F(Service, WaitsForAReplyWithoutATimeLimit) {
+    const TimerWatch watch;
+    CStringArray ids;
+    bool succeeded = false;
+    const std::unique_ptr<QThread> worker(QThread::create([&] { succeeded = readSessionIds(ids); }));
+    QObject probe;
+    probe.moveToThread(worker.get());
+    worker->start();
+    ASSERT_TRUE(m_server.waitForRequests(1));
+    EXPECT_EQ(TimerWatch::runningOn(&probe), QStringList());
+    const QByteArray body = R"({"code":200,"msg":"success","data":[]})";
+    m_server.sendHead(0, 200, "application/json",
+                      "Content-Length: " + QByteArray::number(body.size()) + "\r\n");
+    m_server.sendBytes(0, body.left(1));
+    EXPECT_EQ(TimerWatch::runningOn(&probe), QStringList());
+    m_server.sendBytes(0, body.mid(1));
+    ASSERT_TRUE(worker->wait(kWaitLimitMs));
+    EXPECT_TRUE(succeeded);
 }
 
 TEST_F(Service, QuitMakesACallOnAWorkerThreadFailAtOnce) {

@@ -51,6 +51,9 @@ void FakeArxHost::clearPrinted() {
 
 void FakeArxHost::print(const CString& text) {
     m_printed.push_back(text);
+    if (onPrint) {
+        onPrint(text);
+    }
 }
 
 bool FakeArxHost::getVar(const ACHAR* name, resbuf& value) {

@@ -3,6 +3,7 @@
 #include <acdocman.h>
 #include <afxwin.h>
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -59,6 +60,8 @@ public:
 
     // Recorded calls of the module.
     const std::vector<CString>& printed() const { return m_printed; }
+    /// Called within print(), after the text has been recorded.
+    std::function<void(const CString&)> onPrint;
     /// All printed text, concatenated.
     CString printedText() const;
     void clearPrinted();
