@@ -37,8 +37,9 @@ QStringList runningHere() {
             continue;
         }
         for (const auto& timer : dispatcher->registeredTimers(object)) {
-            result.append(QStringLiteral("%1 %2 ms").arg(QLatin1String(object->metaObject()->className()),
-                                                         QString::number(timer.interval)));
+            result.append(
+                QStringLiteral("%1 %2 ms")
+                    .arg(QLatin1String(object->metaObject()->className()), QString::number(timer.interval)));
         }
     }
     return result;
