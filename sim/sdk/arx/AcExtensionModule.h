@@ -11,7 +11,8 @@ public:
     CAcExtensionModule(const CAcExtensionModule&) = delete;
     CAcExtensionModule& operator=(const CAcExtensionModule&) = delete;
 
-    /// To be called when the module is mapped and unmapped.
+    /// To be called when the module is mapped and unmapped. FALSE when the module cannot be attached: here,
+    /// when there is no instance.
     BOOL AttachInstance(HINSTANCE instance);
     void DetachInstance();
 

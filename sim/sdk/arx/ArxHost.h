@@ -71,5 +71,7 @@ int arxEditorReactorCount();
 
 /// Sends a message to every loaded module: kQuitMsg when the program ends, kLoadDwgMsg for a new document.
 void arxSendToModules(AcRx::AppMsgCode message);
+/// How many modules have initialised the dialog library so far.
+int arxDialogLibraryInitialisations();
 /// Unloads every module, the last loaded first, locked or not, as the program's end does.
 void arxUnloadAllModules();

@@ -41,8 +41,9 @@ private:
 #endif
 
 /// Defines the module's application object and its two exports. It stands once, after the module's DllMain.
-/// (The vendor's library brings acrxGetApiVersion; here the macro does.)
+/// (The vendor's library brings acrxGetApiVersion and _hdllInstance; here the macro does.)
 #define IMPLEMENT_ARX_ENTRYPOINT(CLASS_NAME)                                                              \
+    HINSTANCE _hdllInstance = nullptr;                                                                    \
     ARX_CALL_DLL_MAIN                                                                                     \
     static CLASS_NAME s_arxApplication;                                                                   \
     extern "C" ARX_ENTRY_EXPORT AcRx::AppRetCode acrxEntryPoint(AcRx::AppMsgCode message, void* packet) { \

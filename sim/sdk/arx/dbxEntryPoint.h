@@ -1,8 +1,13 @@
 #pragma once
 
+#include <afxwin.h>
+
 #include "rxdefs.h"
 #include "rxdlinkr.h"
 #include "rxregsvc.h"
+
+/// The module's instance, which DllMain sets.
+extern "C" HINSTANCE _hdllInstance;
 
 /// The wizard's base class of a module without a user interface: takes the host's messages apart into
 /// overridable handlers. Every handler returns kRetOK unless it is overridden.
