@@ -127,6 +127,8 @@ TEST_P(PackageFiles, ContentsNameTheModuleAndTheReleasesOfTheHost) {
     EXPECT_EQ(contents.error, "");
     EXPECT_EQ(contents.value("ApplicationPackage", "SchemaVersion"), "1.0");
     EXPECT_EQ(contents.value("ApplicationPackage", "AppVersion"), PROJECT_VERSION);
+    EXPECT_EQ(contents.value("ApplicationPackage", "Description"),
+              "For zentri-host only, not for the product: answers drafting questions in a docked panel.");
     EXPECT_EQ(contents.value("RuntimeRequirements", "OS"), "Win64");
     EXPECT_EQ(contents.value("RuntimeRequirements", "SeriesMin"), "R23.0");
     EXPECT_EQ(contents.value("RuntimeRequirements", "SeriesMax"), "R23.1");
