@@ -185,10 +185,11 @@ TEST_P(PackageFiles, EveryLicenceIsNamedAndThere) {
 TEST(PackageLibraries, OfThePackageWithQt) {
     EXPECT_THAT(
         programsIn(kBundle / "Contents"),
-        UnorderedElementsAre("ZR_Zentri.arx", "Qt5Core.dll", "Qt5Gui.dll", "Qt5Network.dll", "Qt5Widgets.dll",
-                             "libstdc++-6.dll", "libgcc_s_seh-1.dll", "libwinpthread-1.dll",
-                             "platforms/qwindows.dll", "styles/qwindowsvistastyle.dll",
-                             "imageformats/qgif.dll", "imageformats/qico.dll", "imageformats/qjpeg.dll"));
+        UnorderedElementsAre("ZR_Zentri.arx", "Qt5Core" QT_INFIX ".dll", "Qt5Gui" QT_INFIX ".dll",
+                             "Qt5Network" QT_INFIX ".dll", "Qt5Widgets" QT_INFIX ".dll", "libstdc++-6.dll",
+                             "libgcc_s_seh-1.dll", "libwinpthread-1.dll", "platforms/qwindows.dll",
+                             "styles/qwindowsvistastyle.dll", "imageformats/qgif.dll",
+                             "imageformats/qico.dll", "imageformats/qjpeg.dll"));
 }
 
 TEST(PackageLibraries, OfThePackageWithoutQt) {
