@@ -16,8 +16,8 @@ endfunction()
 #   process-wide singletons, and each test starts with fresh ones. Widget tests run on Qt's offscreen platform.
 #   DISPLAY tests need real windows; they share one X server and so run one at a time.
 #   ALONE tests change what every other process would see.
-#   SERVICE tests start the AI service with ServiceProcess; ZENTRI_SERVICE_PROGRAM must stand for it.
-#   FIXTURE: a CTest fixture that must stand before.
+#   SERVICE tests start the AI service, ZENTRI_SERVICE_PROGRAM, with ServiceProcess.
+#   FIXTURE: a CTest fixture that must have been set up before.
 function(zentri_test name)
   cmake_parse_arguments(ARG "DISPLAY;ALONE;SERVICE" "FIXTURE" "SOURCES;LINK" ${ARGN})
   if(ARG_SERVICE)
@@ -45,6 +45,24 @@ function(zentri_test name)
     list(APPEND properties RUN_SERIAL TRUE)
   endif()
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 60 ${properties})
+endfunction()
+
+# zentri_python_test(FILE [CLASSES class...])
+#   A script of Python's unittest whose every test method is a CTest of its own, <class>.<name without test_>; of the
+#   named classes, or of all.
+function(zentri_python_test file)
+  cmake_parse_arguments(ARG "" "" "CLASSES" ${ARGN})
+  get_filename_component(file ${file} ABSOLUTE)
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${file})
+  file(STRINGS ${file} lines REGEX "^(class |    def test_)")
+  foreach(line ${lines})
+    if(line MATCHES "^class ([A-Za-z]+)")
+      set(class ${CMAKE_MATCH_1})
+    elseif(line MATCHES "def test_([a-z0-9_]+)" AND (NOT ARG_CLASSES OR class IN_LIST ARG_CLASSES))
+      add_test(NAME ${class}.${CMAKE_MATCH_1} COMMAND python3 ${file} ${class}.test_${CMAKE_MATCH_1})
+      set_tests_properties(${class}.${CMAKE_MATCH_1} PROPERTIES TIMEOUT 60)
+    endif()
+  endforeach()
 endfunction()
 
 # zentri_bench(NAME SOURCES... [LINK libs...])

@@ -1,4 +1,4 @@
-# Cross-builds for Windows x64 with mingw-w64. The threads are posix ones: std::thread needs them.
+# Cross-builds for Windows x64 with mingw-w64, in its variant with POSIX threads, which std::thread needs.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 set(ZENTRI_MINGW x86_64-w64-mingw32)
@@ -6,8 +6,7 @@ set(CMAKE_C_COMPILER ${ZENTRI_MINGW}-gcc-posix)
 set(CMAKE_CXX_COMPILER ${ZENTRI_MINGW}-g++-posix)
 set(CMAKE_RC_COMPILER ${ZENTRI_MINGW}-windres)
 
-
-# Where Qt for Windows stands: as told, or where tools/qt-windows keeps it.
+# Qt for Windows is where ZENTRI_QT_WINDOWS says, or in the cache of tools/qt-windows.
 list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES ZENTRI_QT_WINDOWS)
 if(NOT ZENTRI_QT_WINDOWS)
   execute_process(COMMAND ${CMAKE_CURRENT_LIST_DIR}/../tools/qt-windows OUTPUT_VARIABLE ZENTRI_QT_WINDOWS

@@ -1,5 +1,5 @@
-# For cross builds: the library is headers only, so this machine's serve any target. Their folder is linked to,
-# because the machine's own include folder must not come into the search path.
+# For cross builds: the library consists of headers only, so the build machine's can be used. They are reached through
+# a symbolic link, because the build machine's include folder must not be searched.
 set(nlohmann_json_FOUND TRUE)
 set(headers ${CMAKE_BINARY_DIR}/header-only)
 file(MAKE_DIRECTORY ${headers})

@@ -4,6 +4,7 @@
 
 #include <QAbstractEventDispatcher>
 #include <QByteArray>
+#include <QDir>
 #include <QEvent>
 #include <QPointer>
 #include <QScopedValueRollback>
@@ -93,22 +94,39 @@ void pinThisModule() {
                        reinterpret_cast<LPCWSTR>(&g_messageHook), &module);
 }
 
-/// Lets Qt find the plugins next to this module. By default it looks next to the host's executable and in the
-/// paths built into its library; without a platform plugin it aborts the process.
-void findPluginsBesideThisModule() {
+/// The folder of this module's file; empty when Windows does not tell.
+QString moduleFolder() {
     HMODULE module = nullptr;
     TCHAR file[MAX_PATH] = {};
     if (GetModuleHandleExW(
             GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
             reinterpret_cast<LPCWSTR>(&g_messageHook), &module) == FALSE) {
-        return;
+        return QString();
     }
     const DWORD length = GetModuleFileNameW(module, file, MAX_PATH);
     if (length == 0 || length == MAX_PATH) {
-        return;
+        return QString();
     }
     const QString path = toQString(CString(file));
-    QCoreApplication::addLibraryPath(path.left(path.lastIndexOf(QLatin1Char('\\')) + 1));
+    return path.left(path.lastIndexOf(QLatin1Char('\\')) + 1);
+}
+
+/// Lets Qt find the plugins beside this module. By itself it searches the folders of QT_PLUGIN_PATH and
+/// qt.conf and the program's folder, and without a platform plugin it ends the process. A module that has its
+/// own plugins uses no others: those folders are the host's, and a plugin built with another Qt, the host's,
+/// would bring that Qt's objects into this one. The constructor of QApplication adds the program's folder
+/// again, so this is called before it and after it.
+void findPluginsBesideThisModule() {
+    const QString folder = moduleFolder();
+    if (folder.isEmpty()) {
+        return;
+    }
+    const QDir plugins(folder);
+    if (plugins.exists(QStringLiteral("platforms"))) {
+        QCoreApplication::setLibraryPaths({plugins.canonicalPath()});
+    } else {
+        QCoreApplication::addLibraryPath(folder);
+    }
 }
 
 HWND topLevelAncestor(HWND window) {
@@ -141,6 +159,7 @@ QApplication* QMfcApp::mfc_instance(CWinApp* mfcApp) {
         findPluginsBesideThisModule();
         char** const arguments = makeArguments(mfcApp, g_argumentCount);
         new QMfcApp(mfcApp, g_argumentCount, arguments);
+        findPluginsBesideThisModule();
     }
     return qApp;
 }

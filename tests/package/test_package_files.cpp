@@ -127,6 +127,8 @@ TEST_P(PackageFiles, ContentsNameTheModuleAndTheSupportedHostReleases) {
     EXPECT_EQ(contents.error, "");
     EXPECT_EQ(contents.value("ApplicationPackage", "SchemaVersion"), "1.0");
     EXPECT_EQ(contents.value("ApplicationPackage", "AppVersion"), PROJECT_VERSION);
+    EXPECT_EQ(contents.value("ApplicationPackage", "Description"),
+              "For zentri-host only, not for the product: answers drafting questions in a docked panel.");
     EXPECT_EQ(contents.value("RuntimeRequirements", "OS"), "Win64");
     EXPECT_EQ(contents.value("RuntimeRequirements", "SeriesMin"), "R23.0");
     EXPECT_EQ(contents.value("RuntimeRequirements", "SeriesMax"), "R23.1");
@@ -183,10 +185,11 @@ TEST_P(PackageFiles, EveryLicenceIsListedAndPresent) {
 TEST(PackageLibraries, WithQtAreTheModuleQtAndTheRuntime) {
     EXPECT_THAT(
         programsIn(kBundle / "Contents"),
-        UnorderedElementsAre("ZR_Zentri.arx", "Qt5Core.dll", "Qt5Gui.dll", "Qt5Network.dll", "Qt5Widgets.dll",
-                             "libstdc++-6.dll", "libgcc_s_seh-1.dll", "libwinpthread-1.dll",
-                             "platforms/qwindows.dll", "styles/qwindowsvistastyle.dll",
-                             "imageformats/qgif.dll", "imageformats/qico.dll", "imageformats/qjpeg.dll"));
+        UnorderedElementsAre("ZR_Zentri.arx", "Qt5Core" QT_INFIX ".dll", "Qt5Gui" QT_INFIX ".dll",
+                             "Qt5Network" QT_INFIX ".dll", "Qt5Widgets" QT_INFIX ".dll", "libstdc++-6.dll",
+                             "libgcc_s_seh-1.dll", "libwinpthread-1.dll", "platforms/qwindows.dll",
+                             "styles/qwindowsvistastyle.dll", "imageformats/qgif.dll",
+                             "imageformats/qico.dll", "imageformats/qjpeg.dll"));
 }
 
 TEST(PackageLibraries, WithoutQtAreTheModuleAndTheRuntime) {

@@ -2,7 +2,7 @@
 
 BOOL CAcExtensionModule::AttachInstance(HINSTANCE instance) {
     m_instance = instance;
-    return TRUE;
+    return instance != nullptr ? TRUE : FALSE;
 }
 
 void CAcExtensionModule::DetachInstance() {

@@ -12,7 +12,8 @@ public:
     CAcExtensionModule(const CAcExtensionModule&) = delete;
     CAcExtensionModule& operator=(const CAcExtensionModule&) = delete;
 
-    /// To be called from DllMain when the module is loaded and unloaded.
+    /// To be called from DllMain when the module is loaded and unloaded. FALSE when the module cannot be
+    /// attached: here, when there is no instance.
     BOOL AttachInstance(HINSTANCE instance);
     void DetachInstance();
 

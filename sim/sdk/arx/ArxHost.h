@@ -101,5 +101,7 @@ void arxFireDocumentToBeDestroyed(AcApDocument* document);
 /// Sends a message to all loaded modules, for example kQuitMsg when the program exits, kLoadDwgMsg for a new
 /// document.
 void arxSendToModules(AcRx::AppMsgCode message);
+/// How many modules have initialised the dialog library so far.
+int arxDialogLibraryInitialisations();
 /// Unloads all modules at program exit: last loaded first, locked ones too.
 void arxUnloadAllModules();

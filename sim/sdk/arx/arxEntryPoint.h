@@ -41,8 +41,10 @@ private:
 #endif
 
 /// Defines the module's application object and its two exports. To be used once, after the module's DllMain.
-/// Simplified: the macro also defines acrxGetApiVersion, which the real SDK has in a library.
+/// Simplified: the macro also defines acrxGetApiVersion and _hdllInstance, which the real SDK has in a
+/// library.
 #define IMPLEMENT_ARX_ENTRYPOINT(CLASS_NAME)                                                              \
+    HINSTANCE _hdllInstance = nullptr;                                                                    \
     ARX_CALL_DLL_MAIN                                                                                     \
     static CLASS_NAME s_arxApplication;                                                                   \
     extern "C" ARX_ENTRY_EXPORT AcRx::AppRetCode acrxEntryPoint(AcRx::AppMsgCode message, void* packet) { \

@@ -1,8 +1,13 @@
 #pragma once
 
+#include <afxwin.h>
+
 #include "rxdefs.h"
 #include "rxdlinkr.h"
 #include "rxregsvc.h"
+
+/// The module's instance, which DllMain sets.
+extern "C" HINSTANCE _hdllInstance;
 
 /// The base class of a module without a user interface: dispatches the host's messages to virtual handlers.
 /// All handlers return kRetOK unless overridden. Simplified: no class and command maps.

@@ -28,7 +28,8 @@ namespace {
 const std::set<std::string> kWindows = {"kernel32.dll", "user32.dll", "ole32.dll",
                                         "wininet.dll",  "msvcrt.dll", "ucrtbase.dll"};
 const std::set<std::string> kHost = {"libzentri_sdk_mfc.dll", "libzentri_sdk_arx.dll"};
-const std::set<std::string> kQt = {"qt5core.dll", "qt5gui.dll", "qt5network.dll", "qt5widgets.dll"};
+const std::set<std::string> kQt = {"qt5core" QT_INFIX ".dll", "qt5gui" QT_INFIX ".dll",
+                                   "qt5network" QT_INFIX ".dll", "qt5widgets" QT_INFIX ".dll"};
 const std::set<std::string> kRuntime = {"libstdc++-6.dll", "libgcc_s_seh-1.dll", "libwinpthread-1.dll"};
 
 class ModuleFile : public testing::Test {
