@@ -9,6 +9,7 @@
 #include <QTimer>
 #include <QUrl>
 
+#include "host/core/ZR_ZentriQuitGuard.h"
 #include "host/core/ZR_ZentriServiceAddress.h"
 #include "host/core/ZR_ZentriText.h"
 
@@ -30,8 +31,10 @@ void waitFor(const QNetworkReply* reply) {
     // User input is excluded, because the user must not start anything while the caller is half-way through.
     // Qt queues that input, on some platforms until one of its event loops runs again, which may never happen
     // inside the host. So it is delivered as soon as the host's own loop runs again.
+    const ZR_ZentriQuitGuard quit;
     loop.exec(QEventLoop::ExcludeUserInputEvents);
     QTimer::singleShot(0, QCoreApplication::instance(), [] {
+        const ZR_ZentriQuitGuard quitMeanwhile;
         // Qt's Windows dispatcher is still interrupted; the first call only clears that.
         QCoreApplication::processEvents();
         QCoreApplication::processEvents();

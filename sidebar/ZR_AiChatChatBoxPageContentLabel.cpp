@@ -8,6 +8,7 @@
 #include "chat/ZR_AiChatManager.h"
 #include "chat/ZR_AiChatViewInterface.h"
 #include "host/core/ZR_ZentriPaletteAccess.h"
+#include "host/core/ZR_ZentriQuitGuard.h"
 #include "host/core/ZR_ZentriText.h"
 #include "ui_ZR_AiChatChatBoxPageContentLabel.h"
 #include "view/theme/ZR_ZentriThemeStyle.h"
@@ -88,6 +89,7 @@ void ZR_AiChatChatBoxPageContentLabel::toolButton_options_clicked(bool checked) 
     connect(deleteAction, &QAction::triggered, this,
             &ZR_AiChatChatBoxPageContentLabel::ContentMenu_deleteAction_clicked);
     const QToolButton* button = m_ui->toolButton_option;
+    const ZR_ZentriQuitGuard quit;
     menu->exec(button->mapToGlobal(button->rect().bottomLeft()) - view->viewGeometry().topLeft());
     delete menu.data();
 }

@@ -17,6 +17,7 @@
 #include "host/core/ZR_ZentriCmdManager.h"
 #include "host/core/ZR_ZentriColorTheme.h"
 #include "host/core/ZR_ZentriPaletteAccess.h"
+#include "host/core/ZR_ZentriQuitGuard.h"
 #include "host/core/ZR_ZentriText.h"
 #include "view/dialogs/ZR_AiChatUserEditDlg.h"
 #include "view/theme/ChatBubbleTheme.h"
@@ -170,7 +171,11 @@ void QNChatMessage::editQuestion() {
     applyThemeProperty(dialog, kColorThemeProperty, readColorTheme());
     dialog->setEditText(m_msgText);
     dialog->move(mapToGlobal(m_rects.textRightRect.bottomRight()));
-    const bool accepted = dialog->exec() == QDialog::Accepted;
+    bool accepted = false;
+    {
+        const ZR_ZentriQuitGuard quit;
+        accepted = dialog->exec() == QDialog::Accepted;
+    }
     if (dialog.isNull()) {
         return;
     }

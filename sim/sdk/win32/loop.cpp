@@ -97,18 +97,17 @@ void pumpForForeignLoop() {
         queue.runErrands();
         readXEvents();
         MSG message;
-        if (!queue.take(message, {}, false)) {
+        if (!queue.take(message, {}, true)) {
             return;
         }
+        if (!retrieved(message, PM_REMOVE)) {
+            continue;
+        }
         if (message.message == WM_QUIT) {
-            if (queue.takeQuitNews() && g_toolkit != nullptr) {
+            if (g_toolkit != nullptr) {
                 g_toolkit->quitForeignLoop();
             }
             return;
-        }
-        queue.take(message, {}, true);
-        if (!retrieved(message, PM_REMOVE)) {
-            continue;
         }
         if (g_toolkit != nullptr) {
             g_toolkit->dispatchInForeignLoop(message);

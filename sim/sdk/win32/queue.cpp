@@ -103,7 +103,6 @@ void Queue::quit(int exitCode) {
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
         m_quit = true;
-        m_quitNews = true;
         m_exitCode = exitCode;
         ++m_arrivals;
     }
@@ -113,11 +112,6 @@ void Queue::quit(int exitCode) {
 bool Queue::quitPending() {
     const std::lock_guard<std::mutex> lock(m_mutex);
     return m_quit;
-}
-
-bool Queue::takeQuitNews() {
-    const std::lock_guard<std::mutex> lock(m_mutex);
-    return std::exchange(m_quitNews, false);
 }
 
 void Queue::addInput(InputMessage input) {
@@ -165,7 +159,6 @@ bool Queue::take(MSG& message, const MessageFilter& filter, bool remove) {
     message.time = static_cast<DWORD>(ticks());
     if (remove) {
         m_quit = false;
-        m_quitNews = false;
     }
     return true;
 }
@@ -274,7 +267,7 @@ int Queue::untilDue(const MessageFilter& filter) {
 bool Queue::hasMessage() {
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        if (!m_errands.empty() || !m_posted.empty() || m_quitNews) {
+        if (!m_errands.empty() || !m_posted.empty() || m_quit) {
             return true;
         }
     }

@@ -24,8 +24,8 @@ public:
     /// Translates and dispatches a message retrieved while one of the toolkit's event loops runs. Without a
     /// toolkit the slice calls TranslateMessage and DispatchMessage.
     virtual void dispatchInForeignLoop(MSG& message) = 0;
-    /// WM_QUIT is in the queue while one of the toolkit's event loops runs: that loop should exit. The
-    /// message stays in the queue for the program's own message loop. Called once for each PostQuitMessage.
+    /// WM_QUIT has been retrieved while one of the toolkit's event loops runs: that loop should exit. As with
+    /// Qt on Windows, the message is then lost to the program's own message loop.
     virtual void quitForeignLoop() = 0;
     /// The slice is about to wait: the toolkit must flush its buffered requests.
     virtual void aboutToWait() = 0;

@@ -96,7 +96,6 @@ public:
     DWORD lastTime() const { return m_lastTime; }
     POINT lastPosition() const { return m_lastPosition; }
     void noteRetrieved(const MSG& message);
-    bool takeQuitNews();
 
 private:
     bool takePosted(MSG& message, const MessageFilter& filter, bool remove);
@@ -112,7 +111,6 @@ private:
     std::deque<MSG> m_posted;
     unsigned m_arrivals = 0;
     bool m_quit = false;
-    bool m_quitNews = false;
     int m_exitCode = 0;
 
     std::deque<InputMessage> m_input;

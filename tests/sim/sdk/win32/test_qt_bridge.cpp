@@ -440,15 +440,29 @@ TEST_F(QtEmbedding, NativeFilterMayConsumeAPostedMessage) {
     EXPECT_EQ(filter.pumped.size(), 1U);
 }
 
-TEST_F(QtEmbedding, QuitEndsADialogEventLoopAndReachesTheMessageLoop) {
+TEST_F(QtEmbedding, QuitEndsADialogEventLoopAndIsLostToTheMessageLoop) {
+    static std::vector<WPARAM> s_seen;
+    const HHOOK hook = SetWindowsHookExW(
+        WH_GETMESSAGE,
+        [](int code, WPARAM remove, LPARAM lParam) -> LRESULT {
+            const auto* const message = reinterpret_cast<const MSG*>(lParam);
+            if (remove == PM_REMOVE && message->message == WM_QUIT) {
+                s_seen.push_back(message->wParam);
+            }
+            return CallNextHookEx(nullptr, code, remove, lParam);
+        },
+        nullptr, GetCurrentThreadId());
     QDialog dialog;
     QTimer::singleShot(0, &dialog, [] { PostQuitMessage(5); });
     dialog.exec();
+    UnhookWindowsHookEx(hook);
     MSG message;
-    while (GetMessageW(&message, nullptr, 0, 0) != FALSE) {
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != FALSE) {
+        EXPECT_NE(message.message, WM_QUIT);
         DispatchMessageW(&message);
     }
-    EXPECT_EQ(message.wParam, 5U);
+    // Hooks see it.
+    EXPECT_EQ(s_seen, std::vector<WPARAM>{5});
 }
 
 TEST_F(QtEmbedding, DisabledFrameBlocksClicksInItsQtWindows) {
