@@ -399,10 +399,10 @@ TEST_F(CSThread, CanBeDeletedWhileItStreams) {
 
 TEST_F(CSThread, LogsAnExceptionWithItsMessage) {
     const int logged = LogFile::messages().size();
-    failAtStart([] { throw std::runtime_error("坏了"); });
+    failAtStart([] { throw std::runtime_error("broken"); });
     m_thread->start();
     ASSERT_TRUE(finish());
-    EXPECT_EQ(LogFile::messages().mid(logged), QStringList{QStringLiteral("C/S通信线程发生错误:坏了")});
+    EXPECT_EQ(LogFile::messages().mid(logged), QStringList{QStringLiteral("C/S通信线程发生错误:broken")});
     EXPECT_EQ(MessageBoxes::instance().count(), 0);
     EXPECT_EQ(m_signals, texts({"start"}));
     EXPECT_EQ(m_server.requestCount(), 0);

@@ -153,12 +153,12 @@ TEST_F(HistoryThread, LogsAnExceptionAndEmitsReadEnd) {
         m_thread.get(), &ZR_AiChatReadHistoricalChatThread::readStart, m_thread.get(), [&] { failure(); },
         Qt::DirectConnection);
     const int logged = LogFile::messages().size();
-    failure = [] { throw std::runtime_error("坏了"); };
+    failure = [] { throw std::runtime_error("broken"); };
     ASSERT_TRUE(run());
     failure = [] { throw 7; };
     ASSERT_TRUE(run());
     EXPECT_EQ(LogFile::messages().mid(logged),
-              texts({"历史对话读取线程发生错误:坏了", "历史对话读取线程发生未知错误！"}));
+              texts({"历史对话读取线程发生错误:broken", "历史对话读取线程发生未知错误！"}));
     EXPECT_EQ(m_signals, texts({"start", "end", "start", "end"}));
     EXPECT_EQ(m_server.requestCount(), 0);
 }
