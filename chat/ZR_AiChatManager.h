@@ -75,7 +75,7 @@ signals:
     void sessionUpdated(CString updatedSession);
     /// A new session was added to the list.
     void newSessionSet(CString newSession);
-    // Part of the interface; nothing in the module emits these. The manager calls the view directly.
+    // Part of the interface; nothing in the module emits these: see ZR_AiChatCSThread for the real ones.
     void streamStart();
     void streamProcess(QString processStr);
     void streamEnd();

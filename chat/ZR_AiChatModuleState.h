@@ -7,7 +7,7 @@ class ZR_AiChatReadHistoricalChatThread;
 
 // Process-wide state of the chat. UI thread only, except for the communicating flag.
 
-/// The one streaming thread and the one history reader. The module entry creates them before the manager, and
+/// The one streaming thread and the one history reader. CZR_ZentriApp creates them before the manager, and
 /// resets the pointer when it deletes one.
 extern ZR_AiChatCSThread* g_zentriChatThread;
 extern ZR_AiChatReadHistoricalChatThread* g_zentriHistoryThread;

@@ -25,6 +25,6 @@ CString parseCreatedSession(const QString& body);
 /// The ids of all sessions, replacing the content of `ids`; unchanged when the call failed.
 ZR_AiChatReplyStatus parseSessionIds(const QString& body, CStringArray& ids);
 
-/// Appends the messages of one session; none when the call failed. Messages of other roles than "user" and
+/// Appends the messages of one session; none when the call failed. Messages with roles other than "user" and
 /// "assistant" are skipped.
 ZR_AiChatReplyStatus parseSessionChats(const QString& body, ZR_AiChatSingleChatRecord& record);

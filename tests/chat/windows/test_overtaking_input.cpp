@@ -4,8 +4,8 @@
 #include "chat/ZR_AiChatModuleState.h"
 #include "tests/chat/ManagerTest.h"
 
-// In a message loop that is not Qt's, Qt delivers posted events only when the thread's message queue is empty.
-// So a click that is queued already overtakes the signals that a thread has posted before.
+// In a message loop that is not Qt's, Qt delivers posted events only when the thread's message queue is
+// empty. So a click that is queued already overtakes the signals that a thread has posted before.
 
 namespace {
 
