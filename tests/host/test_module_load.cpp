@@ -35,6 +35,17 @@ TEST_F(ModuleLoad, LoadsUnlockedAndPrintsNothing) {
     EXPECT_EQ(arxEditorReactorCount(), 2);
 }
 
+TEST_F(ModuleLoad, IsRefusedWhereQtHasNoWidgetsAndLeavesNothing) {
+    int count = 0;
+    const QCoreApplication application(count, nullptr);
+    EXPECT_FALSE(load());
+    EXPECT_FALSE(acrxAppIsLoaded(kModuleName));
+    EXPECT_EQ(program.host().printedText().Find(_T("\nZR_Zentri:Load failed")), 0);
+    EXPECT_EQ(module.bars(), 0);
+    EXPECT_EQ(arxEditorReactorCount(), 0);
+    EXPECT_EQ(acedRegCmds->lookupCmd(_T("KQ_AICHAT"), false), nullptr);
+}
+
 TEST_F(ModuleLoad, ItsFontBecomesTheApplicationsFont) {
     ASSERT_TRUE(load());
     EXPECT_LT(program.host().printedText().Find(_T("Load font failed")), 0);
