@@ -6,11 +6,11 @@
 #include <cstdlib>
 
 namespace {
-const DWORD g_uiThread = GetCurrentThreadId();
+const DWORD kUiThread = GetCurrentThreadId();
 }
 
 void arxRequireUiThread(const char* call) {
-    if (GetCurrentThreadId() != g_uiThread) {
+    if (GetCurrentThreadId() != kUiThread) {
         std::fprintf(stderr, "ObjectARX slice: %s called on a thread other than the UI thread\n", call);
         std::abort();
     }
