@@ -71,6 +71,10 @@ void togglePanel() {
     // Showing the panel may have run the host's message loop, behind the message box of a failed embedding.
     if (g_zentriPaletteSet == paletteSet && paletteSet->GetSafeHwnd() != nullptr) {
         paletteSet->UpdateWindow();
+        if (show == FALSE) {
+            // Again, since a host that hides its bars with SetWindowPos sends them no WM_SHOWWINDOW.
+            paletteSet->yieldFocus();
+        }
         paletteSet->refresh();
     }
 }

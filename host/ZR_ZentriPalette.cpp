@@ -161,6 +161,7 @@ void ZR_ZentriPalette::embedView() {
 }
 
 void ZR_ZentriPalette::placeView() {
+    const HWND focusBefore = ::GetFocus();
     if (m_nativeParent == nullptr) {
         const WId handle = reinterpret_cast<WId>(GetSafeHwnd());
         m_nativeParent.reset(QWindow::fromWinId(handle));
@@ -177,9 +178,12 @@ void ZR_ZentriPalette::placeView() {
     m_view->setGeometry(QRect(QPoint(0, 0), m_view->size()));
     m_view->show();
     // A hidden panel gets its size when the module is loaded, and whenever it is docked or its frame is
-    // resized. The host does not put the focus back, and what the user types then is for its command line.
+    // resized. What the user types then is for the host's command line, and the host does not put the focus
+    // back, which Qt gives to the view's window when it embeds or shows it.
     if (IsWindowVisible()) {
         SetFocus();
+    } else if (::GetFocus() != focusBefore) {
+        ::SetFocus(focusBefore);
     }
 }
 

@@ -1,5 +1,7 @@
 #include "host/ZR_ZentriPaletteSet.h"
 
+#include <rxmfcapi.h>
+
 #include <utility>
 
 #include "host/ZR_ZentriPalette.h"
@@ -7,6 +9,7 @@
 IMPLEMENT_DYNAMIC(ZR_ZentriPaletteSet, CAdUiPaletteSet)
 
 BEGIN_MESSAGE_MAP(ZR_ZentriPaletteSet, CAdUiPaletteSet)
+ON_WM_SHOWWINDOW()
 ON_WM_SIZE()
 ON_WM_SIZING()
 ON_MESSAGE(ZR_ZentriPalette::kKeepFocusMessage, &ZR_ZentriPaletteSet::OnAcadKeepFocus)
@@ -27,6 +30,22 @@ ZR_ZentriPaletteSet::~ZR_ZentriPaletteSet() {
 void ZR_ZentriPaletteSet::addPalette(std::unique_ptr<ZR_ZentriPalette> palette) {
     m_palette = std::move(palette);
     AddPalette(m_palette.get());
+}
+
+void ZR_ZentriPaletteSet::yieldFocus() {
+    const HWND focus = ::GetFocus();
+    const bool inside = focus != nullptr && (focus == m_hWnd || ::IsChild(m_hWnd, focus) != FALSE);
+    CWnd* const frame = acedGetAcadFrame();
+    if (inside && frame != nullptr) {
+        frame->SetFocus();
+    }
+}
+
+void ZR_ZentriPaletteSet::OnShowWindow(BOOL show, UINT status) {
+    CAdUiPaletteSet::OnShowWindow(show, status);
+    if (show == FALSE) {
+        yieldFocus();
+    }
 }
 
 void ZR_ZentriPaletteSet::OnSize(UINT type, int width, int height) {

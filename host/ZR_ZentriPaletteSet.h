@@ -26,7 +26,12 @@ public:
     /// Part of the interface; does nothing.
     void refresh() {}
 
+    /// Gives the keyboard focus to the host's frame if it is in this set. To be called when the set is
+    /// hidden: Windows moves the focus out of a hidden window itself, but not reliably out of its children.
+    void yieldFocus();
+
 protected:
+    afx_msg void OnShowWindow(BOOL show, UINT status);
     afx_msg void OnSize(UINT type, int width, int height);
     /// Part of the interface; does nothing.
     afx_msg void OnSizing(UINT side, LPRECT rect);
