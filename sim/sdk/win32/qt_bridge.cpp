@@ -132,7 +132,7 @@ void startUp() {
 
 const struct Registration {
     Registration() { win32SetForeignToolkit(&QtBridge::instance()); }
-} g_registration;
+} kRegistration;
 
 }  // namespace
 
