@@ -49,7 +49,7 @@ public:
     void SetUp() override { LogFile::install(); }
 };
 
-testing::Environment* const g_logPlace = testing::AddGlobalTestEnvironment(new LogPlace);
+testing::Environment* const kLogPlace = testing::AddGlobalTestEnvironment(new LogPlace);
 
 }  // namespace
 

@@ -185,7 +185,7 @@ void reclaimServerFocus() {
     }
 }
 
-void releaseFocus(Window& window) {
+void releaseFocus(Window& window, bool destroyed) {
     const HWND handle = window.handle;
     if (inside(g_capture, handle)) {
         ReleaseCapture();
@@ -205,7 +205,7 @@ void releaseFocus(Window& window) {
         if (g_lastActive == handle) {
             g_lastActive = window.parent;
         }
-    } else if (inside(g_focus, handle)) {
+    } else if (g_focus == handle || (destroyed && inside(g_focus, handle))) {
         const Window* parent = findWindow(window.parent);
         moveFocus(parent != nullptr && !parent->destroying ? parent->handle : nullptr);
     }

@@ -114,8 +114,9 @@ void destroyWindowTree(HWND handle);
 void storeText(Window& window, LPCWSTR text);
 
 // Focus (focus.cpp).
-/// Moves focus, activation and capture away from a window that is being hidden or destroyed.
-void releaseFocus(Window& window);
+/// Moves focus, activation and capture away from a window that is being hidden or destroyed. The focus stays
+/// in a child of a hidden child window, but does not survive the window's destruction.
+void releaseFocus(Window& window, bool destroyed);
 /// Activates a top-level window; how is WA_ACTIVE or WA_CLICKACTIVE.
 void activateWindow(HWND topLevel, int how);
 /// Sets the X input focus to the top-level window's focus proxy.

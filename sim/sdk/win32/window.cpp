@@ -163,7 +163,7 @@ void sendFinalDestroy(HWND handle) {
     if (window == nullptr) {
         return;
     }
-    releaseFocus(*window);
+    releaseFocus(*window, true);
     letForeignChildrenGo(toXid(handle));
     if (window->isTopLevel() && window->menu != nullptr) {
         DestroyMenu(window->menu);

@@ -170,7 +170,7 @@ void hide(Window& window) {
         xcb_unmap_window(Display::instance().connection(), toXid(handle));
     }
     Display::instance().sync();
-    releaseFocus(*current);
+    releaseFocus(*current, false);
 }
 
 }  // namespace

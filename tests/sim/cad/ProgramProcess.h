@@ -30,7 +30,7 @@ public:
 private:
     int m_id = -1;
     /// The process handle on Windows; unused elsewhere.
-    std::intptr_t m_handle = 0;
+    [[maybe_unused]] std::intptr_t m_handle = 0;
     bool m_ended = false;
     int m_exitCode = 0;
     std::thread m_outputReader;

@@ -341,18 +341,6 @@ TEST_F(HostModules, LoadingAndShowingAPaletteLeaveTheKeyboardToTheCommandLine) {
     EXPECT_TRUE(host.waitForPrompt("CIRCLE"));
 }
 
-TEST_F(HostModules, TheCommandLineGetsTheKeyboardWhenAPaletteIsHidden) {
-    host.type("DPALETTE\nDFOCUS\n");
-    host.idle();
-    ASSERT_EQ(host.ask("focus")["kind"], "palette");
-    const Json set = host.window("paletteSet")["rect"];
-    host.ask("click",
-             {{"x", set["x"].get<int>() + set["width"].get<int>() - 13}, {"y", set["y"].get<int>() + 13}});
-    ASSERT_TRUE(HostProcess::waitUntil([&] { return host.window("paletteSet")["visible"] == false; }));
-    host.type("C\n");
-    EXPECT_TRUE(host.waitForPrompt("CIRCLE"));
-}
-
 TEST_F(HostModules, ModuleCanBeUnloadedAndLoadedAgain) {
     EXPECT_EQ(host.ask("arx")["modules"].size(), 1u);
     EXPECT_EQ(host.call({{"cmd", "arx"}, {"load", ZENTRI_DUMMY_MODULE}})["ok"], false);

@@ -346,11 +346,11 @@ TEST_F(PaletteSet, WithoutTheStyleThereIsNoCloseButton) {
     EXPECT_EQ(plain.GetPaletteSetStyle(), static_cast<DWORD>(PSS_SNAP));
 }
 
-TEST_F(PaletteSet, HidingItWithTheFocusInItMovesTheFocusToTheFrame) {
-    TestPalette* const palette = add(_T("First"));
+TEST_F(PaletteSet, HidingItWithTheFocusMovesTheFocusToTheFrame) {
+    add(_T("First"));
     show();
-    palette->SendMessage(WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(3, 3));
-    ASSERT_EQ(GetFocus(), palette->m_hWnd);
+    set->SetFocus();
+    ASSERT_EQ(GetFocus(), set->m_hWnd);
     program.frame()->ShowControlBar(set.get(), FALSE, FALSE);
     EXPECT_EQ(GetFocus(), program.frame()->m_hWnd);
 }

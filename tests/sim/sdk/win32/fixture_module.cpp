@@ -14,7 +14,7 @@ void note(const char* name) {
 const struct Mapping {
     Mapping() { note("ZR_TEST_MAPPED"); }
     ~Mapping() { note("ZR_TEST_UNMAPPED"); }
-} g_mapping;
+} kMapping;
 
 }  // namespace
 

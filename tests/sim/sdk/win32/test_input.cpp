@@ -83,6 +83,13 @@ TEST_F(Input, HidingAChildMovesTheFocusToItsParent) {
     EXPECT_EQ(GetFocus(), m_frame->handle());
 }
 
+TEST_F(Input, HidingAChildLeavesTheFocusInAChildOfIt) {
+    TestWindow inner(WS_CHILD | WS_VISIBLE, RECT{0, 0, 10, 10}, m_left->handle());
+    SetFocus(inner);
+    ShowWindow(*m_left, SW_HIDE);
+    EXPECT_EQ(GetFocus(), inner.handle());
+}
+
 TEST_F(Input, DestroyingTheActiveFrameActivatesAnother) {
     auto other = std::make_unique<TestWindow>(WS_OVERLAPPEDWINDOW, RECT{10, 10, 90, 90});
     ShowWindow(*other, SW_SHOW);
