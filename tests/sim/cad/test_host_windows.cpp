@@ -414,8 +414,11 @@ TEST_F(HostModules, CaretBlinksOnlyWhileTheCommandLineReceivesKeys) {
 
 TEST(HostFocus, AFocusThatAModuleTakesWhileItIsLoadedIsNotPutBack) {
     setEnvironment("ZR_DUMMY_TAKES_FOCUS", "1");
-    HostProcess host({"--no-state", "--arx", ZENTRI_DUMMY_MODULE});
-    ASSERT_TRUE(host.waitForLine("[dummy loaded]"));
+    HostProcess host({"--no-state"});
+    // Once the frame is active: its activation moves the focus too.
+    host.ask("clickWindow", {{"window", "commandLine"}});
+    ASSERT_TRUE(HostProcess::waitUntil([&] { return host.ask("focus")["kind"] != "none"; }));
+    host.ask("arx", {{"load", ZENTRI_DUMMY_MODULE}});
     EXPECT_EQ(host.ask("focus")["kind"], "palette");
 }
 
