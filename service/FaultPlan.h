@@ -16,13 +16,12 @@ enum class Call { Chat, Create, List, Read, Any };
 ///
 /// To add a kind:
 /// 1. Declare it here, with the meaning and unit of its value.
-/// 2. In FaultPlan.cpp, add a row to kKinds (and one to its size): name, type of the value, help text.
-/// --fault, /test/faults and
-///    --help all use that table; a kind without a row is undefined behaviour. Limits on the value go into
-///    check().
+/// 2. In FaultPlan.cpp, add a row to kKinds (and one to its size): name, type of the value, help
+///    text. --fault, /test/faults and --help all use that table; a kind without a row is undefined
+///    behaviour. Limits on the value go into check().
 /// 3. Implement the effect in the file and function named for the group.
-/// 4. Add it to the table in README.md and to the list of kinds in test_fault_plan.cpp, and test its effect
-///    in test_chat_stream.cpp or test_service_faults.cpp.
+/// 4. Add it to the table in README.md and to the list of kinds in test_fault_plan.cpp, and test
+///    its effect in test_chat_stream.cpp or test_service_faults.cpp.
 enum class FaultKind {
     // All calls, before the reply: Routes::begin() in Routes.cpp.
     Status,       ///< Value: HTTP status of the reply, 200 to 599.

@@ -7,7 +7,7 @@
 #include "tests/support/FakeArxHost.h"
 
 /// A host's account service, as the module looks it up. The module calls plain C functions, so the state is
-/// static: a fixture calls reset(), then offer() with its host, then sets the members.
+/// static: a fixture calls reset(), then offer() with its host, then sets the members (ModuleFixture does).
 class FakeAccount {
 public:
     /// Registers the service in the host.

@@ -13,14 +13,13 @@ namespace cad {
 /// A command implemented by the program itself.
 ///
 /// To add one:
-/// 1. Derive it from Command (Command.h) in DrawCommands, ModifyCommands, ViewCommands or SystemCommands,
-/// with
-///    a make…Command() function in that header. Options are the keywords in the brackets of its prompt
-///    (Prompt.h).
-/// 2. Add a row to builtInCommands() in CommandTable.cpp: name, aliases, line for HELP, whether transparent.
-/// 3. Add it to the list in ../README.md, to a menu in app/MainMenu.cpp if it should have an item, and test
-/// it
-///    in tests/sim/cad.
+/// 1. Derive it from Command (Command.h) in DrawCommands, ModifyCommands, ViewCommands or
+///    SystemCommands, with a make…Command() function in that header. Options are the keywords in
+///    the brackets of its prompt (Prompt.h).
+/// 2. Add a row to builtInCommands() in CommandTable.cpp: name, aliases, line for HELP, whether
+///    transparent.
+/// 3. Add it to the list in ../README.md, to a menu in app/MainMenu.cpp if it should have an item,
+///    and test it in tests/sim/cad.
 struct BuiltInCommand {
     std::string name;
     std::vector<std::string> aliases;
