@@ -11,7 +11,16 @@
 namespace {
 
 /// Sending, and filing and opening conversations.
-class ManagerSend : public ManagerTest {};
+class ManagerSend : public ManagerTest {
+protected:
+    /// Has the question "Q" answered with "A" in a new session "s1". False if the exchange does not end.
+    bool askInNewSession(FakeAnswer& answer) {
+        answerCreate("s1");
+        m_server.answer(kChatTarget, "data:A\n\n");
+        m_manager->send(_T("Q"), true, &answer);
+        return waitUntilIdle();
+    }
+};
 
 }  // namespace
 
@@ -131,10 +140,7 @@ TEST_F(ManagerSend, MakesAKnownSessionCurrentBeforeItSends) {
 TEST_F(ManagerSend, FilesTheCurrentConversationBeforeANewOne) {
     makeManager();
     FakeAnswer answer(m_calls);
-    answerCreate("s1");
-    m_server.answer(kChatTarget, "data:A\n\n");
-    m_manager->send(_T("Q"), true, &answer);
-    ASSERT_TRUE(waitUntilIdle());
+    ASSERT_TRUE(askInNewSession(answer));
     EXPECT_EQ(listed(_T("s1")), texts({"0:Q"})) << "the answer reaches the list with the next filing";
     EXPECT_EQ(current().first(), QStringLiteral("0:Q"));
     const QStringList whole = current();
@@ -331,10 +337,7 @@ TEST_F(ManagerSend, RefusesDecisionsOfTheReceiversOfItsSignal) {
 TEST_F(ManagerSend, FilesTheConversationAfterTheSignInTestAndBeforeTheOthers) {
     makeManager();
     FakeAnswer answer(m_calls);
-    answerCreate("s1");
-    m_server.answer(kChatTarget, "data:A\n\n");
-    m_manager->send(_T("Q"), true, &answer);
-    ASSERT_TRUE(waitUntilIdle());
+    ASSERT_TRUE(askInNewSession(answer));
     m_manager->newSession();
     m_manager->onStreamEnd();
     ASSERT_EQ(current(), texts({"1:A"})) << "a conversation without an id, which filing drops";
@@ -353,10 +356,7 @@ TEST_F(ManagerSend, FilesTheCurrentConversationWhenASessionIsOpened) {
     makeManager();
     loadHistory({"a"});
     FakeAnswer answer(m_calls);
-    answerCreate("s1");
-    m_server.answer(kChatTarget, "data:A\n\n");
-    m_manager->send(_T("Q"), true, &answer);
-    ASSERT_TRUE(waitUntilIdle());
+    ASSERT_TRUE(askInNewSession(answer));
     const QStringList whole = current();
     ASSERT_GT(whole.size(), 1);
     m_manager->openSession(_T("a"));
@@ -417,10 +417,7 @@ TEST_F(ManagerSend, LeavesTheGuardOfNewSessionToItsCallerOnPurpose) {
 TEST_F(ManagerSend, DropsALateAnswerInAConversationWithoutAnId) {
     makeManager();
     FakeAnswer answer(m_calls);
-    answerCreate("s1");
-    m_server.answer(kChatTarget, "data:A\n\n");
-    m_manager->send(_T("Q"), true, &answer);
-    ASSERT_TRUE(waitUntilIdle());
+    ASSERT_TRUE(askInNewSession(answer));
     m_manager->newSession();
     const QStringList filed = listed(_T("s1"));
     m_manager->onStreamEnd();

@@ -1,6 +1,8 @@
 #include <QCoreApplication>
 #include <QSemaphore>
 #include <QTimer>
+#include <memory>
+#include <utility>
 
 #include "chat/ZR_AiChatCSThread.h"
 #include "chat/ZR_AiChatModuleState.h"
@@ -57,6 +59,25 @@ protected:
         m_server.sendHead(request, 200, "application/json",
                           "Content-Length: " + QByteArray::number(body.size()) + "\r\n");
         m_server.sendBytes(request, body);
+    }
+
+    /// Unloads the module while a run that cannot be stopped answers a question; null if the run does not
+    /// start.
+    std::unique_ptr<StuckThread> unloadWithAStuckThread() {
+        answerCreate("s1");
+        delete g_zentriChatThread;
+        auto stuck = std::make_unique<StuckThread>();
+        g_zentriChatThread = stuck.get();
+        m_manager->send(_T("former"), true, &m_answer);
+        const bool started = waitFor([] { return g_zentriCommunicating.load(); });
+        g_zentriChatThread = nullptr;
+        unload();
+        return started ? std::move(stuck) : nullptr;
+    }
+    /// Lets the run emit its signals and end, and deletes the thread.
+    static bool finish(std::unique_ptr<StuckThread> stuck) {
+        stuck->release.release();
+        return stuck->wait(kWaitLimitMs);
     }
 
     FakeAnswer m_answer{m_calls};
@@ -159,14 +180,8 @@ TEST_F(ManagerUsers, AreNotReadForAfterTheyHaveGone) {
 }
 
 TEST_F(ManagerUsers, AreNotDisturbedByAThreadThatCouldNotBeStopped) {
-    answerCreate("s1");
-    delete g_zentriChatThread;
-    auto* const stuck = new StuckThread;
-    g_zentriChatThread = stuck;
-    m_manager->send(_T("former"), true, &m_answer);
-    ASSERT_TRUE(waitFor([] { return g_zentriCommunicating.load(); }));
-    g_zentriChatThread = nullptr;
-    unload();
+    std::unique_ptr<StuckThread> stuck = unloadWithAStuckThread();
+    ASSERT_NE(stuck, nullptr);
     EXPECT_FALSE(g_zentriCommunicating);
 
     load(_T("token-2"));
@@ -176,9 +191,7 @@ TEST_F(ManagerUsers, AreNotDisturbedByAThreadThatCouldNotBeStopped) {
     ASSERT_TRUE(m_server.waitForRequests(3));
     ASSERT_TRUE(waitFor([] { return g_zentriCommunicating.load(); }));
     m_calls.clear();
-    stuck->release.release();
-    ASSERT_TRUE(stuck->wait(kWaitLimitMs));
-    delete stuck;
+    ASSERT_TRUE(finish(std::move(stuck)));
     QCoreApplication::sendPostedEvents();
     EXPECT_TRUE(m_calls.isEmpty());
     EXPECT_TRUE(g_zentriCommunicating);
@@ -189,19 +202,11 @@ TEST_F(ManagerUsers, AreNotDisturbedByAThreadThatCouldNotBeStopped) {
 }
 
 TEST_F(ManagerUsers, HearNothingOfAThreadThatEndsAfterTheyHaveGone) {
-    answerCreate("s1");
-    delete g_zentriChatThread;
-    auto* const stuck = new StuckThread;
-    g_zentriChatThread = stuck;
-    m_manager->send(_T("former"), true, &m_answer);
-    ASSERT_TRUE(waitFor([] { return g_zentriCommunicating.load(); }));
-    g_zentriChatThread = nullptr;
-    unload();
+    std::unique_ptr<StuckThread> stuck = unloadWithAStuckThread();
+    ASSERT_NE(stuck, nullptr);
     FakeChatView view(m_calls);
     m_calls.clear();
-    stuck->release.release();
-    ASSERT_TRUE(stuck->wait(kWaitLimitMs));
-    delete stuck;
+    ASSERT_TRUE(finish(std::move(stuck)));
     QCoreApplication::sendPostedEvents();
     EXPECT_TRUE(m_calls.isEmpty());
 }
