@@ -357,10 +357,6 @@ void ZR_AiChatManager::onThreadFinished() {
     readUserDataIfPending();
 }
 
-void ZR_AiChatManager::onReaderFinished() {
-    readUserDataIfPending();
-}
-
 void ZR_AiChatManager::onReadStart() {
     m_initialising = true;
     print(_T("\nZentri:开始初始化用户数据..."));
@@ -401,7 +397,7 @@ void ZR_AiChatManager::connectThreads() {
     connect(g_zentriChatThread, &Chat::finished, this, &ZR_AiChatManager::onThreadFinished, once);
     connect(g_zentriHistoryThread, &History::readStart, this, &ZR_AiChatManager::onReadStart, once);
     connect(g_zentriHistoryThread, &History::readEnd, this, &ZR_AiChatManager::onReadEnd, once);
-    connect(g_zentriHistoryThread, &History::finished, this, &ZR_AiChatManager::onReaderFinished, once);
+    connect(g_zentriHistoryThread, &History::finished, this, &ZR_AiChatManager::readUserDataIfPending, once);
 }
 
 ZR_AiChatManager::Running ZR_AiChatManager::deliverPosted() {

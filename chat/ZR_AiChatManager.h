@@ -129,7 +129,6 @@ private:
     /// Makes the connections that do not exist yet.
     void connectThreads();
     void onThreadFinished();
-    void onReaderFinished();
 
     /// Why no exchange may start now, as printed; empty if one may.
     CString refusal();

@@ -13,13 +13,15 @@
 /// delivered, except for user input, which is held back.
 CString createSessionOnServer();
 
-/// Reads the ids of all the user's sessions, in the service's order. Any thread.
+/// Reads the ids of all the user's sessions, in the service's order. Any thread. Part of the interface;
+/// nothing in the module calls it.
 bool readSessionIds(CStringArray& ids);
 /// The same for the user with this token. Fails without sending a request when another user, or nobody, is
 /// signed in now.
 bool readSessionIds(const CString& token, CStringArray& ids);
 
-/// Reads one session with its messages. A failure leaves the record empty. Any thread.
+/// Reads one session with its messages. A failure leaves the record empty. Any thread. Part of the
+/// interface; nothing in the module calls it.
 bool readSessionChats(const CString& sessionId, ZR_AiChatSingleChatRecord& record);
 /// The same for the user with this token, like readSessionIds().
 bool readSessionChats(const CString& token, const CString& sessionId, ZR_AiChatSingleChatRecord& record);
